@@ -1,0 +1,28 @@
+# Header-only libraries from Debian packages, each staged alone: the cross build must never see /usr/include itself,
+# where the headers of the building system lie.
+set(QUORVEL_STAGED_INCLUDE "${CMAKE_BINARY_DIR}/staged")
+set(QUORVEL_SYSTEM_INCLUDE "/usr/include" CACHE PATH "Where header-only libraries are installed")
+
+# quorvel_stage_headers(<target> <folder below QUORVEL_SYSTEM_INCLUDE> <Debian package>)
+function(quorvel_stage_headers target folder package)
+  set(source "${QUORVEL_SYSTEM_INCLUDE}/${folder}")
+  if(NOT IS_DIRECTORY "${source}")
+    message(FATAL_ERROR "${source} is missing. Cure: apt-get install ${package}")
+  endif()
+  get_filename_component(name "${folder}" NAME)
+  file(MAKE_DIRECTORY "${QUORVEL_STAGED_INCLUDE}/${target}")
+  file(CREATE_LINK "${source}" "${QUORVEL_STAGED_INCLUDE}/${target}/${name}" COPY_ON_ERROR SYMBOLIC)
+  add_library(${target} INTERFACE)
+  target_include_directories(${target} SYSTEM INTERFACE "${QUORVEL_STAGED_INCLUDE}/${target}")
+endfunction()
+
+# Used by the plug-in itself; included as <utf8cpp/utf8.h>.
+quorvel_stage_headers(utfcpp utf8cpp libutfcpp-dev)
+
+# Used by the developer kit and the tests only.
+if(QUORVEL_BUILD_DEVKIT OR QUORVEL_BUILD_TESTS)
+  quorvel_stage_headers(nlohmann_json nlohmann nlohmann-json3-dev)
+  quorvel_stage_headers(cli11 CLI libcli11-dev)
+  quorvel_stage_headers(fmt_header_only fmt libfmt-dev)
+  target_compile_definitions(fmt_header_only INTERFACE FMT_HEADER_ONLY)
+endif()
