@@ -1,0 +1,49 @@
+#include "host/FilePath.h"
+
+#include "host/HeldSuites.h"
+#include "host/HostError.h"
+#include "host/StringSuites.h"
+
+namespace ai {
+
+namespace {
+
+// The host's own name of a file, not the one it would show to a person.
+constexpr AIBool8 kNotDisplayName = 0;
+
+void ThrowOnFailure(AIErr code) {
+    if (code != 0) {
+        throw Error(code);
+    }
+}
+
+}  // namespace
+
+std::string FileNameOf(const FilePathData& path) {
+    UnicodeString name;
+    ThrowOnFailure(sFilePathSuite->GetFileName(path, kNotDisplayName, name.Data()));
+    return name.ToUtf8();
+}
+
+std::string FullPathOf(const FilePathData& path) {
+    UnicodeString text;
+    ThrowOnFailure(sFilePathSuite->GetFullPath(path, kNotDisplayName, text.Data()));
+    return text.ToUtf8();
+}
+
+FilePath::FilePath(const FilePath& other) {
+    if (other.mData.impl != nullptr) {
+        ThrowOnFailure(sFilePathSuite->Copy(other.mData, mData));
+    }
+}
+
+FilePath::~FilePath() {
+    // Without the suite there is nobody left to give the path back to.
+    if (mData.impl != nullptr && sFilePathSuite) {
+        sFilePathSuite->DeleteFilePath(mData);
+    }
+}
+
+bool FilePath::IsEmpty() const { return mData.impl == nullptr || sFilePathSuite->IsEmpty(mData) != 0; }
+
+}  // namespace ai

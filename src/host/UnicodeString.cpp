@@ -1,0 +1,61 @@
+#include "host/UnicodeString.h"
+
+#include <utf8cpp/utf8.h>
+
+#include <iterator>
+
+#include "host/HeldSuites.h"
+#include "host/HostError.h"
+#include "host/StringSuites.h"
+
+namespace ai {
+
+namespace {
+
+void ThrowOnFailure(AIErr code) {
+    if (code != 0) {
+        throw Error(code);
+    }
+}
+
+}  // namespace
+
+UnicodeString::UnicodeString(std::string_view utf8) {
+    ThrowOnFailure(sUnicodeStringSuite->Initialize(mData, utf8.data(), static_cast<std::int64_t>(utf8.size()),
+                                                   kAIUTF8CharacterEncoding));
+}
+
+UnicodeString::UnicodeString(const UnicodeString& other) {
+    if (other.mData.impl != nullptr) {
+        ThrowOnFailure(sUnicodeStringSuite->Copy(mData, other.mData));
+    }
+}
+
+UnicodeString& UnicodeString::operator=(const UnicodeString& other) {
+    if (this != &other) {
+        ThrowOnFailure(sUnicodeStringSuite->Assign(mData, other.mData));
+    }
+    return *this;
+}
+
+UnicodeString::~UnicodeString() {
+    // Without the suite there is nobody left to give the text back to.
+    if (mData.impl != nullptr && sUnicodeStringSuite) {
+        sUnicodeStringSuite->Destroy(mData);
+    }
+}
+
+std::string UnicodeString::ToUtf8() const {
+    if (mData.impl == nullptr) {
+        return {};
+    }
+    const HostUtf16Unit* units = nullptr;
+    const std::size_t count = sUnicodeStringSuite->UTF_16(mData, units);
+    std::string utf8;
+    if (units != nullptr) {
+        utf8::utf16to8(units, units + count, std::back_inserter(utf8));
+    }
+    return utf8;
+}
+
+}  // namespace ai
