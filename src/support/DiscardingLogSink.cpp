@@ -1,0 +1,3 @@
+#include "support/LogSink.h"
+
+void WriteLogLine(std::int32_t, const char*) noexcept {}

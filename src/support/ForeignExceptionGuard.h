@@ -1,0 +1,35 @@
+// Stops C++ exceptions that code built by another compiler throws (the PluginCore is built with Visual C++). GCC's
+// `catch (...)` does not see them: without this guard the process dies.
+#pragma once
+
+#include <exception>
+#include <type_traits>
+
+// Calls function(context) and returns 0. When a C++ exception of Visual C++ (Windows exception code 0xE06D7363) leaves
+// the call, returns 1 instead; frames of our own between the thrower and the guard are cut without running their
+// destructors, so keep the guard close to the foreign call. Every other exception passes through. Any thread.
+extern "C" int RunStoppingForeignExceptions(void (*function)(void* context), void* context);
+
+// What a stopped foreign exception is turned into.
+class ForeignException : public std::exception {
+  public:
+    const char* what() const noexcept override { return "code of another compiler threw an exception"; }
+};
+
+// Runs call() and returns its result; a foreign exception that leaves it becomes a ForeignException, thrown here, so
+// that our own frames unwind as usual.
+template <class Call>
+std::invoke_result_t<Call&> CallForeignCode(Call call) {
+    struct Frame {
+        Call& call;
+        std::invoke_result_t<Call&> result;
+    } frame{call, {}};
+    const auto run = [](void* context) {
+        auto* const self = static_cast<Frame*>(context);
+        self->result = self->call();
+    };
+    if (RunStoppingForeignExceptions(run, &frame) != 0) {
+        throw ForeignException();
+    }
+    return frame.result;
+}

@@ -1,0 +1,9 @@
+// Where log lines go. Each binary links exactly one definition: the shipped plug-in the one that drops the line, the
+// diagnostic plug-in the one that writes it to a file and the debugger, the unit tests the one that records it.
+#pragma once
+
+#include <cstdint>
+
+// `level` is 1 on entry to an operation, -1 on exit, 0 otherwise. `text` is terminated and has no line feed of its own,
+// unless the message itself ends in one; it belongs to the caller. Must not throw.
+void WriteLogLine(std::int32_t level, const char* text) noexcept;

@@ -1,0 +1,13 @@
+// The plug-in's own result codes: 32-bit, 0 is success. Host errors pass through unchanged beside them.
+#pragma once
+
+#include <cstdint>
+
+constexpr std::int32_t kNoErr = 0;
+
+// Something looked for was not found.
+constexpr std::int32_t kLookupNotFound = 0x15000000;
+// A scan of the document yielded nothing usable; the same number as kLookupNotFound.
+constexpr std::int32_t kFontScanFailed = 0x15000000;
+// The PluginCore's answer for a document that uses restricted fonts.
+constexpr std::int32_t kRestrictedFonts = 0x12000000;

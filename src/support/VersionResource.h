@@ -1,0 +1,13 @@
+// Reading text fields of the U.S. English, Unicode table ("040904b0") of a file's version resource. Main thread only.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+// Reads one field of the file at `dllPath`; `fieldName` is UTF-8. On success copies the value as UTF-8 into
+// `destination` (`destinationSize` bytes, not terminated when the value fills it) and returns 0. Returns
+// kLookupNotFound and leaves `destination` alone when the file, the table or the field is missing or the value is
+// empty.
+std::int32_t StringValueFromVersionResource(const std::wstring& dllPath, const std::string& fieldName,
+                                            char* destination, std::size_t destinationSize);
