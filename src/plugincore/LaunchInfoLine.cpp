@@ -1,0 +1,22 @@
+#include "plugincore/LaunchInfoLine.h"
+
+#include <algorithm>
+
+std::optional<std::string> LaunchInfoLineValue(std::string_view line, std::string_view key) {
+    // Anywhere, not only at the start of the line: wanted as it is.
+    if (line.find(key) == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const std::size_t equalSign = line.find('=');
+    if (equalSign == std::string_view::npos) {
+        return std::nullopt;
+    }
+    std::size_t end = line.find('\r');
+    if (end == std::string_view::npos) {
+        end = std::min(line.find('\n'), line.size());
+    }
+    if (end <= equalSign) {
+        return std::nullopt;
+    }
+    return std::string(line.substr(equalSign + 1, end - equalSign - 1));
+}

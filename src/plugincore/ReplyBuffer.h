@@ -1,0 +1,33 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+// A zeroed buffer of `Capacity` bytes for a text that the PluginCore writes, with the 64-bit size that goes with it.
+template <std::size_t Capacity>
+class ReplyBuffer {
+  public:
+    char* Data() noexcept { return mBytes.data(); }
+    std::uint64_t* Size() noexcept { return &mSize; }
+
+    // The text up to its first zero byte. Always ends: one byte more than the PluginCore is told of stays zero.
+    std::string_view Text() const noexcept { return {mBytes.data(), std::strlen(mBytes.data())}; }
+
+    // Fills the buffer with as much of the text as fits.
+    void Assign(std::string_view text) noexcept {
+        std::memcpy(mBytes.data(), text.data(), std::min(text.size(), Capacity));
+    }
+
+  private:
+    std::array<char, Capacity + 1> mBytes{};
+    std::uint64_t mSize = Capacity;
+};
+
+constexpr std::size_t kOpenReplySize = 32767;
+constexpr std::size_t kSettingsSize = 8192;
+constexpr std::size_t kNewDocumentReplySize = 256;
+constexpr std::size_t kCommandDialogReplySize = 256;

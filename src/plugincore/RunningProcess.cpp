@@ -1,0 +1,94 @@
+#include "plugincore/RunningProcess.h"
+
+#include <windows.h>
+// After windows.h, which it needs.
+#include <psapi.h>
+
+#include <array>
+#include <optional>
+#include <set>
+
+#include "support/Log.h"
+#include "support/ResultCodes.h"
+#include "support/UniqueHandle.h"
+
+namespace {
+
+constexpr std::size_t kMaxProcesses = 1024;
+constexpr std::size_t kPathSize = MAX_PATH + 1;
+
+struct ProcessTraits {
+    using Handle = HANDLE;
+    static Handle None() noexcept { return nullptr; }
+    static void Close(Handle handle) noexcept { CloseHandle(handle); }
+};
+using ProcessHandle = UniqueHandle<ProcessTraits>;
+
+// In ascending order, so that the lowest identifier wins; nothing when the list cannot be read.
+std::optional<std::set<DWORD>> ListProcesses() {
+    std::array<DWORD, kMaxProcesses> identifiers{};
+    DWORD size = 0;
+    if (K32EnumProcesses(identifiers.data(), static_cast<DWORD>(sizeof(identifiers)), &size) == 0) {
+        return std::nullopt;
+    }
+    return std::set<DWORD>(identifiers.begin(), identifiers.begin() + size / sizeof(DWORD));
+}
+
+// The module of the process's executable; null when Windows does not say.
+HMODULE MainModule(HANDLE process) {
+    HMODULE module = nullptr;
+    DWORD needed = 0;
+    return K32EnumProcessModules(process, &module, sizeof(module), &needed) != 0 ? module : nullptr;
+}
+
+bool HasBaseName(HANDLE process, HMODULE module, const std::string& name, const std::string& nameWithExe) {
+    std::array<char, kPathSize> baseName{};
+    if (K32GetModuleBaseNameA(process, module, baseName.data(), kPathSize) == 0) {
+        return false;
+    }
+    return _stricmp(baseName.data(), name.c_str()) == 0 || _stricmp(baseName.data(), nameWithExe.c_str()) == 0;
+}
+
+std::int32_t ReadModuleFolder(HANDLE process, HMODULE module, std::string& outDirectory) {
+    std::array<char, kPathSize> buffer{};
+    if (K32GetModuleFileNameExA(process, module, buffer.data(), kPathSize) == 0) {
+        return kLookupNotFound;
+    }
+    const std::string path = buffer.data();
+    const std::size_t separator = path.rfind('\\');
+    if (separator == std::string::npos) {
+        return kLookupNotFound;
+    }
+    outDirectory = path.substr(0, separator + 1);
+    return kNoErr;
+}
+
+std::int32_t SearchProcesses(const std::string& name, std::string& outDirectory) {
+    const std::optional<std::set<DWORD>> processes = ListProcesses();
+    if (!processes) {
+        return kLookupNotFound;
+    }
+    const std::string nameWithExe = name.find('.') == std::string::npos ? name + ".exe" : name;
+    for (const DWORD identifier : *processes) {
+        ProcessHandle process(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, identifier));
+        if (!process) {
+            continue;
+        }
+        const HMODULE module = MainModule(process.Get());
+        if (module != nullptr && HasBaseName(process.Get(), module, name, nameWithExe)) {
+            // The handle of the match stays open on purpose, and a match whose path cannot be read ends the search.
+            return ReadModuleFolder(process.Release(), module, outDirectory);
+        }
+    }
+    return kLookupNotFound;
+}
+
+}  // namespace
+
+std::int32_t GetPathToRunningProcessExe(const std::string& name, std::string& outDirectory) {
+    LogMessage(kLogEntry, "Entering GetPathToRunningProcessExe('%s', ...)", name.c_str());
+    const std::int32_t result = SearchProcesses(name, outDirectory);
+    LogMessage(kLogExit, "GetPathToRunningProcessExe('%s', '%s') returned %d", name.c_str(), outDirectory.c_str(),
+               result);
+    return result;
+}
