@@ -1,0 +1,13 @@
+// The document that the host works on. Main thread only.
+#pragma once
+
+#include <string>
+
+#include "host/HostTypes.h"
+
+// The current document's handle; null when there is none.
+AIDocumentHandle CurrentDocument();
+
+// The path recorded for a document. One that was recorded under a bare name had not been saved then: when the current
+// document has a path by now, that path is recorded for `document` in its place.
+std::string RecordedOrCurrentPath(AIDocumentHandle document);

@@ -1,0 +1,17 @@
+// The file format that the plug-in registers only to be told which file the host is about to open. Main thread only.
+#pragma once
+
+#include <cstdint>
+
+#include "host/Messages.h"
+
+// What the check answers: the host never picks this plug-in's format and goes on with its own reader.
+constexpr std::int32_t kFormatRefused = -1;
+
+// Registers the format; always 0.
+// A gap so far: registers nothing.
+std::int32_t AddFileFormat(SPInterfaceMessage* message);
+
+// Hands the path of the file that the host is about to open to the PluginCore and answers kFormatRefused, whatever the
+// PluginCore says. An empty path is not handed on.
+std::int32_t CheckFileFormat(const AIFileFormatMessage* message);

@@ -1,0 +1,79 @@
+#include "documents/FontUsageReport.h"
+
+#include <algorithm>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include "json/JsonValue.h"
+#include "json/JsonWriter.h"
+#include "support/Log.h"
+#include "support/TextConversion.h"
+
+namespace {
+
+constexpr const char* kPostScriptName = "PostScriptName";
+
+const std::string& PostScriptNameOf(const FontRecord& record) {
+    static const std::string kNoName;
+    const auto entry = record.find(kPostScriptName);
+    return entry == record.end() ? kNoName : entry->second;
+}
+
+// Linear on purpose: a document's font list is short and keeps its order.
+bool ContainsFont(const FontList& fonts, const FontRecord& record) {
+    return std::any_of(fonts.begin(), fonts.end(),
+                       [&](const FontRecord& listed) { return PostScriptNameOf(listed) == PostScriptNameOf(record); });
+}
+
+std::unique_ptr<JsonValue> MakeString(const std::string& utf8) {
+    return std::make_unique<JsonValue>(Utf16FromUtf8(utf8));
+}
+
+std::unique_ptr<JsonValue> MakeFonts(const FontList& fonts) {
+    JsonValue::Array values;
+    for (const FontRecord& record : fonts) {
+        JsonValue::Object font;
+        font.emplace(L"PostScriptName", MakeString(PostScriptNameOf(record)));
+        values.push_back(std::make_unique<JsonValue>(std::move(font)));
+    }
+    return std::make_unique<JsonValue>(std::move(values));
+}
+
+std::unique_ptr<JsonValue> MakeLinks(const PlacedFileList& placedFiles) {
+    JsonValue::Array values;
+    for (const std::string& path : placedFiles) {
+        values.push_back(MakeString(path));
+    }
+    return std::make_unique<JsonValue>(std::move(values));
+}
+
+}  // namespace
+
+void CrossPluginUtils::CreateFontDataForOneFont(const std::string& name, FontRecord& record) {
+    constexpr const char* kName = "CrossPluginUtils::CreateFontDataForOneFont";
+    LogMessage(kLogEntry, "Entering %s('%s')", kName, name.c_str());
+    if (std::string& entry = record[kPostScriptName]; &entry != &name) {
+        entry = name;
+    }
+    LogMessage(kLogExit, "Exiting %s()", kName);
+}
+
+bool CrossPluginUtils::AddFontToArray(const FontRecord& record, bool checkDuplicates, FontList& fonts) {
+    constexpr const char* kName = "CrossPluginUtils::AddFontToArray";
+    LogMessage(kLogEntry, "Entering %s()", kName);
+    const bool append = !checkDuplicates || !ContainsFont(fonts, record);
+    if (append) {
+        fonts.push_back(record);
+    }
+    LogMessage(kLogExit, "%s() returning %d", kName, append ? 1 : 0);
+    return append;
+}
+
+std::string BuildFontUsageReport(const FontList& fonts, const PlacedFileList& placedFiles) {
+    JsonValue::Object root;
+    root.emplace(L"DocumentFonts", MakeFonts(fonts));
+    root.emplace(L"LinkedDocuments", MakeLinks(placedFiles));
+    const JsonValue report(std::move(root));
+    return Utf8FromUtf16(WriteJson(&report));
+}

@@ -1,0 +1,28 @@
+// The one message that tells the PluginCore what a document needs: {"DocumentFonts": [{"PostScriptName": name}, ...],
+// "LinkedDocuments": [path, ...]} as compact JSON. All texts are UTF-8. Any thread.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+// What is known of one font: so far its "PostScriptName".
+using FontRecord = std::map<std::string, std::string>;
+// In the order of first appearance in the document.
+using FontList = std::vector<FontRecord>;
+using PlacedFileList = std::vector<std::string>;
+
+namespace CrossPluginUtils {
+
+// Sets the record's "PostScriptName"; its other entries stay as they are.
+void CreateFontDataForOneFont(const std::string& name, FontRecord& record);
+
+// Appends a copy of the record. With `checkDuplicates` only when no record of the list has the same "PostScriptName",
+// to the byte; a missing name counts as "". Returns whether it was appended.
+bool AddFontToArray(const FontRecord& record, bool checkDuplicates, FontList& fonts);
+
+}  // namespace CrossPluginUtils
+
+// The report's text. Both members are always there; an empty list gives an empty array. Throws utfcpp's exceptions for
+// a name or path that is not UTF-8.
+std::string BuildFontUsageReport(const FontList& fonts, const PlacedFileList& placedFiles);

@@ -1,0 +1,17 @@
+#include "documents/MatchingArt.h"
+
+#include "host/HeldSuites.h"
+#include "host/MatchingArtSuite.h"
+#include "host/MdMemorySuite.h"
+
+MatchingArt::MatchingArt(std::int16_t artType) {
+    AIMatchingArtSpec spec{artType, 0, 0};
+    mStatus = sMatchingArt->GetMatchingArt(&spec, 1, &mMatches, &mCount);
+}
+
+MatchingArt::~MatchingArt() {
+    // Nothing can be done about a handle that the host does not take back.
+    if (mMatches != nullptr && sMdMemorySuite) {
+        sMdMemorySuite->MdMemoryDisposeHandle(reinterpret_cast<AIMdMemoryHandle>(mMatches));
+    }
+}
