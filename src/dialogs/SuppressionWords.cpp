@@ -1,0 +1,70 @@
+#include "dialogs/SuppressionWords.h"
+
+#include <utf8cpp/utf8.h>
+
+#include <fstream>
+
+#include "plugincore/PCILoader.h"
+#include "plugincore/PluginCoreLocation.h"
+#include "support/Log.h"
+#include "support/TextConversion.h"
+
+namespace {
+
+constexpr const char* kSuppressionFileName = "DialogSuppression.tmp";
+
+// Live as long as the process.
+std::vector<std::wstring> sSuppressionWordList;
+// Where the file was found, with its separator. Kept for whoever looks at a process; nothing reads it.
+std::string sSuppressionFolder;
+
+// The folder of the PluginCore library with its separator; empty when there is none.
+std::string PluginCoreFolder() {
+    const PCILoader* const pluginCore = PCILoader::GetSharedInstance();
+    std::string path;
+    std::string version;
+    std::uint32_t missingCount = 0;
+    if (pluginCore == nullptr || !pluginCore->IsLoaded(&path, &version, &missingCount)) {
+        return {};
+    }
+    const std::size_t separator = path.find_last_of("/\\");
+    return separator == std::string::npos ? std::string() : path.substr(0, separator + 1);
+}
+
+}  // namespace
+
+const std::vector<std::wstring>& SuppressionWordList() { return sSuppressionWordList; }
+
+void AddSuppressionWord(const std::string& word) { sSuppressionWordList.push_back(Utf16FromUtf8(word)); }
+
+void AddDefaultSuppressionWords() {
+    for (const char* word : {"Font", "font", "fuente", "police", "Caratteri", "Schriftprobleme", "Schriftart suchen",
+                             "\xE3\x83\x95\xE3\x82\xA9\xE3\x83\xB3\xE3\x83\x88"}) {
+        AddSuppressionWord(word);
+    }
+}
+
+bool ReadSuppressionFile(bool& hasEntries) {
+    const std::string folder = PluginCoreFolder();
+    if (folder.empty()) {
+        return false;
+    }
+    hasEntries = false;
+    const std::string path = folder + kSuppressionFileName;
+    if (!IsRegularFile(path)) {
+        return false;
+    }
+    sSuppressionFolder = folder;
+    // Text mode, shared with everybody, like any file that the C runtime opens for reading. Narrow like the library's
+    // own path.
+    std::ifstream file(path);
+    for (std::string line; std::getline(file, line);) {
+        hasEntries = true;
+        try {
+            AddSuppressionWord(line);
+        } catch (const utf8::exception& exception) {
+            LogMessage(kLogNote, "...ignoring a line of %s: %s", kSuppressionFileName, exception.what());
+        }
+    }
+    return true;
+}
