@@ -1,0 +1,34 @@
+#include <windows.h>
+
+#include "support/CompilerSupport.h"
+#include "support/Log.h"
+
+namespace {
+
+void LogLoaderCall(const void* module, const char* reason, const void* reserved) {
+    LogMessage(kLogNote,
+               "QuorvelTypeAgentAICS?.aip DllMain(hModule 0x%08x, reason %s, lpReserved 0x%08x) returning TRUE",
+               Low32(module), reason, Low32(reserved));
+}
+
+}  // namespace
+
+// Windows calls it with the loader's lock held: nothing but logging may happen here.
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved) {
+    switch (reason) {
+        case DLL_PROCESS_ATTACH:
+            LogLoaderCall(module, "DLL_PROCESS_ATTACH", reserved);
+            break;
+        case DLL_PROCESS_DETACH:
+            LogLoaderCall(module, "DLL_PROCESS_DETACH", reserved);
+            // Null when the library alone is unloaded; a process that ends frees its memory itself.
+            if (reserved == nullptr) {
+                ReleaseRuntimeMemory();
+            }
+            break;
+        default:
+            // DLL_THREAD_ATTACH and DLL_THREAD_DETACH: not worth a line.
+            break;
+    }
+    return TRUE;
+}

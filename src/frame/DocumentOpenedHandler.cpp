@@ -1,0 +1,63 @@
+#include <string>
+
+#include "dialogs/DialogSuppression.h"
+#include "dialogs/SuppressionHook.h"
+#include "dialogs/WindowUtilities.h"
+#include "documents/DocumentFile.h"
+#include "documents/DocumentRegistry.h"
+#include "documents/FileModificationDate.h"
+#include "frame/NotifierHandlers.h"
+#include "plugincore/PCILoader.h"
+#include "plugincore/ReplyBuffer.h"
+#include "support/ResultCodes.h"
+
+namespace {
+
+// Records the path and time of the current document, which is the one just opened; its path, empty when the host does
+// not tell it.
+std::string RecordOpenedDocument(AIDocumentHandle document) {
+    std::string path;
+    if (GetDocumentFileSpec(path, false) == kNoErr) {
+        SetFilePathForDocumentHandle(document, path);
+        SetTimestampForDocumentHandle(document, QuorvelFileUtils::GetFileModificationDate(path.c_str()));
+    }
+    return path;
+}
+
+// Has the PluginCore activate the fonts of the document and arms the suppression of the host's missing-font dialogs
+// where the PluginCore has done so. The resolve dialog's result, 0 when it is not shown.
+std::int32_t ActivateFonts(const PCILoader& pluginCore, const std::string& path) {
+    ReplyBuffer<kOpenReplySize> reply;
+    if (pluginCore.pfHandleOpenExistingDocument(path.c_str(), reply.Data(), reply.Size()) == kRestrictedFonts) {
+        pluginCore.pfInvokeRestrictedFontsDialog(path.c_str(), reply.Data());
+        return kNoErr;
+    }
+    if (reply.Text().empty()) {
+        SetSuppressionActive(true);
+        return kNoErr;
+    }
+    if (!PickBestMatchDisabled()) {
+        return kNoErr;
+    }
+    const std::int32_t result = pluginCore.pfInvokeResolveDialog(reply.Data(), reply.Size());
+    pluginCore.pfActivateChosenFonts(path.c_str(), reply.Data(), reply.Size());
+    if (result == kNoErr) {
+        SetSuppressionActive(true);
+    }
+    return result;
+}
+
+}  // namespace
+
+std::int32_t HandleDocumentOpenedNotifier(AINotifierMessage* message) {
+    return WithNotifyDataLogged("HandleDocumentOpenedNotifier", message, [&] {
+        const std::string path = RecordOpenedDocument(static_cast<AIDocumentHandle>(message->notifyData));
+        SetSuppressionActive(false);
+        std::int32_t result = kNoErr;
+        if (PluginCoreIsEnabled()) {
+            result = ActivateFonts(*PCILoader::GetSharedInstance(), path);
+        }
+        CrossPluginUtils::BackgroundForegroundApp();
+        return result;
+    });
+}

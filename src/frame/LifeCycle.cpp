@@ -1,0 +1,119 @@
+#include "frame/LifeCycle.h"
+
+#include <string>
+
+#include "dialogs/DialogSuppression.h"
+#include "documents/DocumentFile.h"
+#include "documents/FileFormatHook.h"
+#include "frame/IdleTimer.h"
+#include "frame/Notifiers.h"
+#include "frame/PluginGlobals.h"
+#include "frame/SuiteOperations.h"
+#include "frame/Suites.h"
+#include "host/SPSuites.h"
+#include "menus/MenuTree.h"
+#include "plugincore/PCILoader.h"
+#include "plugincore/ReplyBuffer.h"
+#include "support/Log.h"
+#include "support/PluginInfo.h"
+#include "support/ResultCodes.h"
+
+namespace {
+
+using MomentaryBlocksSuite = MomentarySuite<SPBlocksSuite>;
+
+void AcquireBlocksSuiteForStartup(MomentaryBlocksSuite& blocks) {
+    try {
+        blocks.AcquireOrThrow();
+    } catch (std::int32_t) {
+        LogMessage(kLogNote, "EXCEPTION: AIErr from AcquireSuite(kSPBlocksSuite)");
+        throw;
+    }
+}
+
+void AllocateGlobals(const MomentaryBlocksSuite& blocks, SPInterfaceMessage* message) {
+    void* block = nullptr;
+    ThrowIfError(blocks->AllocateBlock(sizeof(PluginGlobals), "globals", &block));
+    sGlobals = static_cast<PluginGlobals*>(block);
+    message->d.globals = sGlobals;
+    InitializeGlobals(*sGlobals, message->d.self);
+}
+
+// Each step logs and handles its own failures; none stops start-up.
+void AddToHost(SPInterfaceMessage* message) {
+    if (AddAllQuorvelMenuItems(message) == kNoErr) {
+        AddNotifiers(message);
+    }
+    AddFileFormat(message);
+}
+
+}  // namespace
+
+std::int32_t StartupPlugin(SPInterfaceMessage* message) {
+    constexpr const char* kName = "StartupPlugin";
+    LogMessage(kLogEntry, "Entering %s", kName);
+    const std::string pluginPath = PluginInfo::GetPluginPath(sPluginIdentifier);
+    PCILoader::GetSharedInstance()->pfInitializePluginCoreInterface(pluginPath.c_str());
+
+    std::int32_t result = kNoErr;
+    MomentaryBlocksSuite blocks(kSPBlocksSuite, kSPBlocksSuiteVersion);
+    try {
+        AcquireBlocksSuiteForStartup(blocks);
+        AllocateGlobals(blocks, message);
+        AddToHost(message);
+        SetupIllustratorDialogSuppression(PluginCoreIsEnabled());
+    } catch (std::int32_t code) {
+        LogMessage(kLogNote, "StartupPlugin, after catching an error\n");
+        result = code;
+    }
+    blocks.ReleaseIfHeld();
+    if (result == kNoErr) {
+        AddTimers(message);
+    }
+    // The blank at the end is wanted.
+    LogMessage(kLogExit, "Exiting %s ", kName);
+    return result;
+}
+
+std::int32_t ShutdownPlugin(SPMessageData* message) {
+    // At level 0 and without an exit line: wanted.
+    LogMessage(kLogNote, "Entering %s", "ShutdownPlugin");
+    if (sGlobals == nullptr) {
+        return kNoErr;
+    }
+    std::int32_t result = PCILoader::GetSharedInstance()->pfTerminatePluginCoreInterface();
+    delete sGlobals->text;
+    sGlobals->text = nullptr;
+    SetupIllustratorDialogSuppression(false);
+    LogMessage(kLogNote, "Calling RemoveTimers from ShutdownPlugin.");
+    RemoveTimers();
+    ReleaseSuites();
+
+    MomentaryBlocksSuite blocks(kSPBlocksSuite, kSPBlocksSuiteVersion);
+    try {
+        blocks.AcquireOrThrow();
+        // A block that the host does not take back is lost either way.
+        blocks->FreeBlock(sGlobals);
+    } catch (std::int32_t code) {
+        result = code;
+    }
+    sGlobals = nullptr;
+    message->globals = nullptr;
+    return result;
+}
+
+std::int32_t AboutPlugin(SPMessageData* /*message*/) {
+    constexpr const char* kName = "AboutPlugin";
+    LogMessage(kLogEntry, "Entering %s", kName);
+    std::string path;
+    GetDocumentFileSpec(path, false);
+    std::int32_t result = kNoErr;
+    // The host offers the about box also while the PluginCore is missing or incompatible.
+    const PCILoader* const pluginCore = PCILoader::GetSharedInstance();
+    if (pluginCore != nullptr && !pluginCore->pfInvokeCommandDialog.IsNull()) {
+        ReplyBuffer<kCommandDialogReplySize> reply;
+        result = pluginCore->pfInvokeCommandDialog(path.c_str(), reply.Data());
+    }
+    LogMessage(kLogExit, "Exiting %s", kName);
+    return result;
+}

@@ -1,0 +1,19 @@
+// The plug-in's start-up, shut-down and about box. Main thread only; the basic suite must be known.
+#pragma once
+
+#include <cstdint>
+
+#include "host/Messages.h"
+
+// Sets the plug-in up: tells the PluginCore where the plug-in is, allocates the globals block (the host owns the
+// message that carries it from then on), adds menus, notifiers, file format, dialog suppression and timer. The
+// PluginCore must be loaded. Returns 0 or the host's code; each later step handles its own failures.
+std::int32_t StartupPlugin(SPInterfaceMessage* message);
+
+// Undoes start-up and frees the globals block. Returns the PluginCore's result, or the host's code; 0 at once when
+// there is no globals block.
+std::int32_t ShutdownPlugin(SPMessageData* message);
+
+// Lets the PluginCore show its about dialog for the current document. Returns the PluginCore's result, 0 without a
+// PluginCore.
+std::int32_t AboutPlugin(SPMessageData* message);

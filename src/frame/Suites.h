@@ -1,0 +1,26 @@
+// The suites that the plug-in holds as long as it runs: acquired together, counted, released together. Their variables
+// are those of host/HeldSuites.h. Main thread only; the basic suite must be known.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+struct SuiteRow {
+    const char* name;
+    std::int32_t version;
+    const void** target;  // receives the suite; null again after release
+};
+
+// The 98 rows in the order in which they are acquired and released.
+std::span<const SuiteRow> SuiteTable();
+
+// Acquires every row unless the table is held already. At the first refusal stops, logs the row and returns the host's
+// code: the suites acquired so far stay held and are acquired once more by the next call.
+std::int32_t AcquireSuites();
+
+// Releases every row that is held, when the use count is 1; otherwise only counts down. At the first refusal returns
+// the host's code, with the rest of the rows held and the count at 1.
+std::int32_t ReleaseSuites();
+
+// Whether the whole table is held.
+bool SuitesAreHeld();
