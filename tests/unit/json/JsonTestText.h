@@ -1,0 +1,35 @@
+// Shorthands for tests that go from text to value and back.
+#pragma once
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "json/JsonParser.h"
+#include "json/JsonWriter.h"
+
+// The value of a text that must be valid: the test fails by an exception when it is not.
+inline std::unique_ptr<JsonValue> Parsed(std::wstring_view text) {
+    std::unique_ptr<JsonValue> value = ParseJson(text);
+    if (!value) throw std::invalid_argument("the text does not parse");
+    return value;
+}
+
+inline bool IsRefused(std::wstring_view text) { return ParseJson(text) == nullptr; }
+
+// What a valid text looks like when it is written again.
+inline std::wstring Rewritten(std::wstring_view text) { return WriteJson(Parsed(text).get()); }
+
+// The payload of a text that must be a string, quotes and all, or a number.
+inline std::wstring ParsedString(std::wstring_view text) { return Parsed(text)->AsString(); }
+
+inline double ParsedNumber(std::wstring_view text) { return Parsed(text)->AsNumber(); }
+
+// `count` copies of `text`, one after the other.
+inline std::wstring Repeated(std::wstring_view text, std::size_t count) {
+    std::wstring all;
+    all.reserve(text.size() * count);
+    for (std::size_t i = 0; i < count; ++i) all += text;
+    return all;
+}
