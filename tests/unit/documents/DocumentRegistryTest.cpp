@@ -1,0 +1,121 @@
+#include "documents/DocumentRegistry.h"
+
+#include <gtest/gtest.h>
+
+#include "support/RecordingLogSink.h"
+
+namespace {
+
+const auto kDocument = reinterpret_cast<AIDocumentHandle>(0x00000001ABCD0001);
+// The same low 32 bits, another document.
+const auto kOther = reinterpret_cast<AIDocumentHandle>(0x00000002ABCD0001);
+
+TEST(DocumentRegistryTest, StartsEmpty) { EXPECT_EQ(DocumentRegistrySize(), 0u); }
+
+TEST(DocumentRegistryTest, PathOfAnUnknownDocumentIsEmptyAndLeavesADefaultRecord) {
+    EXPECT_EQ(GetFilePathForDocumentHandle(kDocument), "");
+    EXPECT_EQ(DocumentRegistrySize(), 1u);
+}
+
+TEST(DocumentRegistryTest, TimeOfAnUnknownDocumentIs0AndLeavesADefaultRecord) {
+    EXPECT_EQ(GetTimestampForDocumentHandle(kDocument), 0);
+    EXPECT_EQ(DocumentRegistrySize(), 1u);
+}
+
+TEST(DocumentRegistryTest, ReportOfAnUnknownDocumentIsEmptyAndLeavesADefaultRecord) {
+    EXPECT_EQ(GetFontUsageForDocumentHandle(kDocument), "");
+    EXPECT_EQ(DocumentRegistrySize(), 1u);
+}
+
+TEST(DocumentRegistryTest, DefaultRecordIsRemovedByForgetting) {
+    GetFilePathForDocumentHandle(kDocument);
+    ForgetDocumentHandle(kDocument);
+    EXPECT_EQ(DocumentRegistrySize(), 0u);
+}
+
+TEST(DocumentRegistryTest, WhatIsSetIsReadBack) {
+    SetFilePathForDocumentHandle(kDocument, "C:/a.ai");
+    SetTimestampForDocumentHandle(kDocument, 1700000000);
+    SetFontUsageForDocumentHandle(kDocument, "{}");
+    EXPECT_EQ(GetFilePathForDocumentHandle(kDocument), "C:/a.ai");
+    EXPECT_EQ(GetTimestampForDocumentHandle(kDocument), 1700000000);
+    EXPECT_EQ(GetFontUsageForDocumentHandle(kDocument), "{}");
+    EXPECT_EQ(DocumentRegistrySize(), 1u);
+}
+
+TEST(DocumentRegistryTest, EachSettingInsertsARecordWithDefaults) {
+    SetTimestampForDocumentHandle(kDocument, 5);
+    EXPECT_EQ(GetFilePathForDocumentHandle(kDocument), "");
+    EXPECT_EQ(GetFontUsageForDocumentHandle(kDocument), "");
+}
+
+TEST(DocumentRegistryTest, TimeIsStoredZeroExtended) {
+    SetTimestampForDocumentHandle(kDocument, 0xFFFFFFFF);
+    EXPECT_EQ(GetTimestampForDocumentHandle(kDocument), 4294967295);
+}
+
+TEST(DocumentRegistryTest, DocumentsAreToldApartByTheWholeHandle) {
+    SetFilePathForDocumentHandle(kDocument, "one");
+    SetFilePathForDocumentHandle(kOther, "two");
+    EXPECT_EQ(GetFilePathForDocumentHandle(kDocument), "one");
+    EXPECT_EQ(GetFilePathForDocumentHandle(kOther), "two");
+    EXPECT_EQ(DocumentRegistrySize(), 2u);
+}
+
+TEST(DocumentRegistryTest, ForgettingOneDocumentKeepsTheOther) {
+    SetFilePathForDocumentHandle(kDocument, "one");
+    SetFilePathForDocumentHandle(kOther, "two");
+    ForgetDocumentHandle(kDocument);
+    EXPECT_EQ(DocumentRegistrySize(), 1u);
+    EXPECT_EQ(GetFilePathForDocumentHandle(kOther), "two");
+}
+
+TEST(DocumentRegistryTest, ForgettingTheOnlyRecordEmptiesTheRegistry) {
+    SetFilePathForDocumentHandle(kDocument, "one");
+    ForgetDocumentHandle(kDocument);
+    EXPECT_EQ(DocumentRegistrySize(), 0u);
+    EXPECT_EQ(GetFilePathForDocumentHandle(kDocument), "");
+}
+
+TEST(DocumentRegistryTest, ForgettingAnUnknownDocumentChangesNothingAndLogsNothing) {
+    SetFilePathForDocumentHandle(kDocument, "one");
+    ClearRecordedLog();
+    ForgetDocumentHandle(kOther);
+    EXPECT_EQ(DocumentRegistrySize(), 1u);
+    EXPECT_TRUE(RecordedLog().empty());
+}
+
+TEST(DocumentRegistryTest, PathOperationsLogTheHandlesLowBits) {
+    SetFilePathForDocumentHandle(kDocument, "C:/a.ai");
+    GetFilePathForDocumentHandle(kDocument);
+    EXPECT_EQ(RecordedLog(), (std::vector<RecordedLine>{
+                                 {1, "Entering SetFilePathForDocumentHandle(abcd0001, 'C:/a.ai')"},
+                                 {-1, "Exiting SetFilePathForDocumentHandle()"},
+                                 {1, "Entering GetFilePathForDocumentHandle(abcd0001)"},
+                                 {-1, "GetFilePathForDocumentHandle(abcd0001) returning 'C:/a.ai'"},
+                             }));
+}
+
+TEST(DocumentRegistryTest, TimeOperationsLogTheTimeInHexadecimal) {
+    SetTimestampForDocumentHandle(kDocument, 0x1F);
+    GetTimestampForDocumentHandle(kDocument);
+    EXPECT_EQ(RecordedLog(), (std::vector<RecordedLine>{
+                                 {1, "Entering SetTimestampForDocumentHandle(abcd0001, 0x0000001f)"},
+                                 {-1, "Exiting SetTimestampForDocumentHandle()"},
+                                 {1, "Entering GetTimestampForDocumentHandle(abcd0001)"},
+                                 {-1, "GetTimestampForDocumentHandle(abcd0001) returning 0x0000001f"},
+                             }));
+}
+
+TEST(DocumentRegistryTest, ReportOperationsLogTheText) {
+    SetFontUsageForDocumentHandle(kDocument, "{\"a\":1}");
+    GetFontUsageForDocumentHandle(kDocument);
+    EXPECT_EQ(RecordedLog(), (std::vector<RecordedLine>{
+                                 {1, "Entering SetFontUsageForDocumentHandle(abcd0001, '{\"a\":1}')"},
+                                 {-1, "Exiting SetFontUsageForDocumentHandle()"},
+                                 {1, "Entering GetFontUsageForDocumentHandle(abcd0001)"},
+                                 {-1, "GetFontUsageForDocumentHandle(abcd0001) returning '{\"a\":1}'"},
+                             }));
+}
+
+}  // namespace

@@ -1,0 +1,113 @@
+#include "documents/FontUsageReport.h"
+
+#include <gtest/gtest.h>
+#include <utf8cpp/utf8.h>
+
+#include "support/RecordingLogSink.h"
+
+namespace {
+
+FontRecord Font(const std::string& name) { return {{"PostScriptName", name}}; }
+
+TEST(FontUsageReportTest, FontDataIsTheNameAndIsLogged) {
+    FontRecord record;
+    CrossPluginUtils::CreateFontDataForOneFont("Helvetica", record);
+    EXPECT_EQ(record, Font("Helvetica"));
+    EXPECT_EQ(RecordedLog(), (std::vector<RecordedLine>{
+                                 {1, "Entering CrossPluginUtils::CreateFontDataForOneFont('Helvetica')"},
+                                 {-1, "Exiting CrossPluginUtils::CreateFontDataForOneFont()"},
+                             }));
+}
+
+TEST(FontUsageReportTest, FontDataOverwritesTheNameAndKeepsOtherEntries) {
+    FontRecord record = {{"PostScriptName", "old"}, {"other", "kept"}};
+    CrossPluginUtils::CreateFontDataForOneFont("new", record);
+    EXPECT_EQ(record, (FontRecord{{"PostScriptName", "new"}, {"other", "kept"}}));
+}
+
+TEST(FontUsageReportTest, FontDataOfTheRecordsOwnNameChangesNothing) {
+    FontRecord record = Font("Helvetica");
+    CrossPluginUtils::CreateFontDataForOneFont(record["PostScriptName"], record);
+    EXPECT_EQ(record, Font("Helvetica"));
+}
+
+TEST(FontUsageReportTest, RepeatedNameIsADuplicate) {
+    FontList fonts;
+    EXPECT_TRUE(CrossPluginUtils::AddFontToArray(Font("Helvetica"), true, fonts));
+    EXPECT_FALSE(CrossPluginUtils::AddFontToArray(Font("Helvetica"), true, fonts));
+    EXPECT_EQ(fonts, FontList{Font("Helvetica")});
+    EXPECT_EQ(RecordedLog(), (std::vector<RecordedLine>{
+                                 {1, "Entering CrossPluginUtils::AddFontToArray()"},
+                                 {-1, "CrossPluginUtils::AddFontToArray() returning 1"},
+                                 {1, "Entering CrossPluginUtils::AddFontToArray()"},
+                                 {-1, "CrossPluginUtils::AddFontToArray() returning 0"},
+                             }));
+}
+
+TEST(FontUsageReportTest, NameThatDiffersInLetterCaseOrLengthIsAnotherFont) {
+    FontList fonts = {Font("Helvetica")};
+    EXPECT_TRUE(CrossPluginUtils::AddFontToArray(Font("helvetica"), true, fonts));
+    EXPECT_TRUE(CrossPluginUtils::AddFontToArray(Font("Helvetica-Bold"), true, fonts));
+    EXPECT_TRUE(CrossPluginUtils::AddFontToArray(Font(std::string("Helvetica\0", 10)), true, fonts));
+    EXPECT_EQ(fonts.size(), 4u);
+}
+
+TEST(FontUsageReportTest, DuplicateFurtherDownTheListIsFound) {
+    FontList fonts = {Font("A"), Font("B"), Font("C")};
+    EXPECT_FALSE(CrossPluginUtils::AddFontToArray(Font("C"), true, fonts));
+    EXPECT_EQ(fonts, (FontList{Font("A"), Font("B"), Font("C")}));
+}
+
+TEST(FontUsageReportTest, WithoutTheCheckTheSameRecordIsAppendedAnyNumberOfTimes) {
+    FontList fonts;
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_TRUE(CrossPluginUtils::AddFontToArray(Font("Helvetica"), false, fonts));
+    }
+    EXPECT_EQ(fonts, (FontList{Font("Helvetica"), Font("Helvetica"), Font("Helvetica")}));
+}
+
+TEST(FontUsageReportTest, MissingNameCountsAsEmptyAndStaysMissing) {
+    FontList fonts;
+    EXPECT_TRUE(CrossPluginUtils::AddFontToArray({}, true, fonts));
+    EXPECT_FALSE(CrossPluginUtils::AddFontToArray({{"other", "x"}}, true, fonts));
+    EXPECT_FALSE(CrossPluginUtils::AddFontToArray(Font(""), true, fonts));
+    EXPECT_EQ(fonts, FontList{FontRecord{}});
+}
+
+TEST(FontUsageReportTest, EmptyListsGiveEmptyArrays) {
+    EXPECT_EQ(BuildFontUsageReport({}, {}), R"({"DocumentFonts":[],"LinkedDocuments":[]})");
+}
+
+TEST(FontUsageReportTest, FontsWithoutLinks) {
+    EXPECT_EQ(BuildFontUsageReport({Font("B"), Font("A")}, {}),
+              R"({"DocumentFonts":[{"PostScriptName":"B"},{"PostScriptName":"A"}],"LinkedDocuments":[]})");
+}
+
+TEST(FontUsageReportTest, LinksWithoutFontsKeepOrderAndRepeats) {
+    EXPECT_EQ(BuildFontUsageReport({}, {"b", "a", "b"}), R"({"DocumentFonts":[],"LinkedDocuments":["b","a","b"]})");
+}
+
+TEST(FontUsageReportTest, RecordWithoutANameGivesAnEmptyName) {
+    EXPECT_EQ(BuildFontUsageReport({{{"other", "x"}}}, {}),
+              R"({"DocumentFonts":[{"PostScriptName":""}],"LinkedDocuments":[]})");
+}
+
+TEST(FontUsageReportTest, NonAsciiTextComesOutAsTheSameUtf8) {
+    // Two, three and four bytes.
+    const std::string text = "\xC3\xA9\xE6\x96\x87\xF0\x9F\x8E\xA8";
+    EXPECT_EQ(BuildFontUsageReport({Font(text)}, {text}),
+              R"({"DocumentFonts":[{"PostScriptName":")" + text + R"("}],"LinkedDocuments":[")" + text + R"("]})");
+}
+
+TEST(FontUsageReportTest, SlashBackslashQuoteAndControlCharacterAreEscaped) {
+    EXPECT_EQ(BuildFontUsageReport({}, {"C:\\a/b\"c\x01\t.ai"}),
+              R"({"DocumentFonts":[],"LinkedDocuments":["C:\\a\/b\"c\u0001\t.ai"]})");
+}
+
+TEST(FontUsageReportTest, InvalidUtf8IsTheLibrarysException) {
+    EXPECT_THROW(BuildFontUsageReport({Font("\xFF")}, {}), utf8::invalid_utf8);
+    EXPECT_THROW(BuildFontUsageReport({}, {"\xE6\x96"}), utf8::not_enough_room);
+    EXPECT_THROW(BuildFontUsageReport({}, {"\xF7\xBF\xBF\xBF"}), utf8::invalid_code_point);
+}
+
+}  // namespace

@@ -1,0 +1,136 @@
+#include "frame/Dispatch.h"
+
+#include "frame/Suites.h"
+#include "unit/frame/FrameFixture.h"
+
+namespace {
+
+class DispatchTest : public StartedTest {
+  protected:
+    std::int32_t NotifyOpened() {
+        return Notify(&PluginGlobals::documentOpened, "AI Document Opened Notifier", document);
+    }
+};
+
+TEST_F(DispatchTest, MessageThatArrivesInsideAnotherIsRefusedWith1AndChangesNothing) {
+    int answer = 0;
+    SPMessageData nested{};
+    host.duringOperation["GetDocumentFileSpecification"] = [&] {
+        const SPBasicSuite* const basic = sBasicSuite;
+        answer = DispatchGuarded("AI Menu", "AI Go", &nested);
+        EXPECT_EQ(sBasicSuite, basic);
+        EXPECT_NE(sCurrentMessage, &nested);
+    };
+    EXPECT_EQ(NotifyOpened(), 0);
+    EXPECT_EQ(answer, 1);
+}
+
+TEST_F(DispatchTest, ExceptionOfAHandlerIsLoggedAndAnswered0AndTheNextMessageIsHandled) {
+    host.duringOperation["GetDocumentFileSpecification"] = [] { throw std::runtime_error("from a handler"); };
+    EXPECT_EQ(NotifyOpened(), 0);
+    EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
+    EXPECT_TRUE(PluginCoreCalls().empty());
+
+    host.duringOperation.clear();
+    ClearRecords();
+    EXPECT_EQ(NotifyOpened(), 0);
+    EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 0);
+    EXPECT_EQ(PluginCoreCalls().size(), 1u);
+}
+
+TEST_F(DispatchTest, ThrownIntegerThatNobodyCaughtIsAnswered0) {
+    host.duringOperation["GetDocumentFileSpecification"] = [] { throw 1234; };
+    EXPECT_EQ(NotifyOpened(), 0);
+    EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
+}
+
+TEST_F(DispatchTest, ExceptionOfThePluginCoreIsStoppedAndOurOwnFramesUnwind) {
+    ThePluginCore().throwingEntry = "HandleOpenExistingDocument";
+    host.currentPath = "C:/a.ai";
+    EXPECT_EQ(NotifyOpened(), 0);
+    EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
+
+    ThePluginCore().throwingEntry.clear();
+    ClearRecords();
+    EXPECT_EQ(NotifyOpened(), 0);
+    EXPECT_EQ(PluginCoreCalls().size(), 1u);
+    EXPECT_EQ(host.LiveStrings(), 0);
+    EXPECT_EQ(host.LivePaths(), 0);
+}
+
+TEST_F(DispatchTest, ExceptionOfAnotherCompilerOutOfTheHostIsStoppedToo) {
+    host.duringOperation["GetDocumentFileSpecification"] = [] {
+        const ULONG_PTR parameters[] = {0x19930520, 0, 0, 0};
+        RaiseException(0xE06D7363, EXCEPTION_NONCONTINUABLE, 4, parameters);
+    };
+    EXPECT_EQ(NotifyOpened(), 0);
+    EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
+    host.duringOperation.clear();
+    EXPECT_EQ(NotifyOpened(), 0);
+    EXPECT_EQ(PluginCoreCalls().size(), 1u);
+}
+
+TEST_F(DispatchTest, MessageWithoutABasicSuiteIsAnswered0AfterOneLine) {
+    SPMessageData message = host.MessageData();
+    message.basic = nullptr;
+    EXPECT_EQ(DispatchGuarded("SP Interface", "Startup", &message), 0);
+    EXPECT_EQ(RecordedLog(), (std::vector<RecordedLine>{{0, "- no basic suite available in message"}}));
+    EXPECT_TRUE(host.calls.Calls().empty());
+
+    // The flag is clear again.
+    EXPECT_EQ(Send("SP Interface", "Nonsense"), 0);
+}
+
+TEST_F(DispatchTest, NullMessageIsABadParameterAndLeavesTheFlagClear) {
+    EXPECT_EQ(DispatchGuarded("AI Menu", "AI Go", nullptr), kBadParameterErr);
+    EXPECT_EQ(DispatchGuarded("AI Menu", "AI Go", nullptr), kBadParameterErr);
+}
+
+TEST_F(DispatchTest, MessageBasicSuiteAndGlobalsAreStored) {
+    SPMessageData message = host.MessageData();
+    DispatchGuarded("AI Menu", "Nonsense", &message);
+    EXPECT_EQ(sCurrentMessage, &message);
+    EXPECT_EQ(sBasicSuite, host.Basic());
+    EXPECT_EQ(sGlobals, host.globals);
+}
+
+TEST_F(DispatchTest, MissingSuiteCostsTheMessageAndNotTheHost) {
+    Send("SP Interface", "Shutdown");
+    host.RefuseSuite("AI Document Suite", 42);
+    Startup();
+    ClearRecords();
+    EXPECT_EQ(NotifyOpened(), 0);
+    EXPECT_EQ(CountRecorded("Error 0x0000002a acquiring suite 'AI Document Suite', version 16"), 1);
+    EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
+}
+
+using DispatchFromTheStartTest = FrameTest;
+
+TEST_F(DispatchFromTheStartTest, SuitesAreAcquiredWithTheFirstMessageWhateverItIs) {
+    Send("SP Access", "Reload");
+    EXPECT_TRUE(SuitesAreHeld());
+    EXPECT_EQ(host.calls.Count("AcquireSuite"), 98);
+    Send("SP Access", "Reload");
+    EXPECT_EQ(host.calls.Count("AcquireSuite"), 98);
+}
+
+TEST_F(DispatchFromTheStartTest, ClosingMessagesAcquireNothing) {
+    EXPECT_EQ(Send("SP Interface", "Shutdown"), 0);
+    EXPECT_EQ(Send("SP Access", "Unload"), 0);
+    EXPECT_TRUE(host.calls.Calls().empty());
+}
+
+TEST_F(DispatchFromTheStartTest, EverythingIsGivenBackAfterTheHostsClosingMessages) {
+    LoadFakePluginCore();
+    Startup();
+    auto* const globals = static_cast<PluginGlobals*>(host.globals);
+    AINotifierMessage message{host.MessageData(), globals->applicationShutdown, "AI Application Shutdown Notifier",
+                              nullptr};
+    EXPECT_EQ(Send("AI Notifier", "AI Notify", &message.d), 0);
+    EXPECT_EQ(Send("SP Interface", "Shutdown"), 0);
+    EXPECT_EQ(Send("SP Access", "Unload"), 0);
+    EXPECT_TRUE(host.HeldSuites().empty());
+    EXPECT_EQ(host.LiveBlocks(), 0);
+}
+
+}  // namespace

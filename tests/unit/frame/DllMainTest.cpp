@@ -1,0 +1,37 @@
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include "support/RecordingLogSink.h"
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
+
+namespace {
+
+const auto kModule = reinterpret_cast<HINSTANCE>(0x1234567890ABCDEF);
+const auto kReserved = reinterpret_cast<LPVOID>(0x10);
+
+TEST(DllMainTest, ProcessAttachIsLoggedAndSucceeds) {
+    EXPECT_EQ(DllMain(kModule, DLL_PROCESS_ATTACH, kReserved), TRUE);
+    EXPECT_EQ(
+        RecordedLog(),
+        (std::vector<RecordedLine>{{0,
+                                    "QuorvelTypeAgentAICS?.aip DllMain(hModule 0x90abcdef, reason DLL_PROCESS_ATTACH, "
+                                    "lpReserved 0x00000010) returning TRUE"}}));
+}
+
+TEST(DllMainTest, ProcessDetachIsLoggedAndSucceeds) {
+    EXPECT_EQ(DllMain(kModule, DLL_PROCESS_DETACH, kReserved), TRUE);
+    EXPECT_EQ(
+        RecordedLog(),
+        (std::vector<RecordedLine>{{0,
+                                    "QuorvelTypeAgentAICS?.aip DllMain(hModule 0x90abcdef, reason DLL_PROCESS_DETACH, "
+                                    "lpReserved 0x00000010) returning TRUE"}}));
+}
+
+TEST(DllMainTest, ThreadsComeAndGoWithoutALine) {
+    EXPECT_EQ(DllMain(kModule, DLL_THREAD_ATTACH, nullptr), TRUE);
+    EXPECT_EQ(DllMain(kModule, DLL_THREAD_DETACH, nullptr), TRUE);
+    EXPECT_TRUE(RecordedLog().empty());
+}
+
+}  // namespace

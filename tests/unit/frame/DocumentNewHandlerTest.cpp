@@ -1,0 +1,29 @@
+#include "unit/frame/DocumentFixture.h"
+
+namespace {
+
+using DocumentNewTest = DocumentTest;
+
+TEST_F(DocumentNewTest, PluginCoreIsToldAndItsResultIgnored) {
+    ThePluginCore().calls.Fail("HandleCreateNewDocument", 9);
+    EXPECT_EQ(Handle(HandleDocumentNewNotifier), 0);
+    EXPECT_EQ(PluginCoreCalls(), std::vector<std::string>{"HandleCreateNewDocument(256 zeros, 256)"});
+    EXPECT_EQ(sGetForegroundCalls, 2);
+}
+
+TEST_F(DocumentNewTest, DisabledPluginCoreIsNotToldButTheForegroundIsToggled) {
+    ThePluginCore().enabled = false;
+    EXPECT_EQ(Handle(HandleDocumentNewNotifier), 0);
+    EXPECT_TRUE(PluginCoreCalls().empty());
+    EXPECT_EQ(sGetForegroundCalls, 2);
+}
+
+TEST_F(DocumentNewTest, NothingIsRecorded) {
+    Handle(HandleDocumentNewNotifier);
+    EXPECT_EQ(DocumentRegistrySize(), 0u);
+    EXPECT_EQ(RecordedLog().front(),
+              (RecordedLine{1, "Entering HandleDocumentNewNotifier(message->notifyData = 0xd0c00001)"}));
+    EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "HandleDocumentNewNotifier returning 0"}));
+}
+
+}  // namespace

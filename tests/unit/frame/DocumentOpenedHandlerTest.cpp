@@ -1,0 +1,143 @@
+#include "unit/frame/DocumentFixture.h"
+
+namespace {
+
+class DocumentOpenedTest : public DocumentTest {
+  protected:
+    DocumentOpenedTest() {
+        WriteFileWithTime(1700000000);
+        host.currentPath = file;
+        SetSuppressionActive(true);
+    }
+    std::int32_t Open() { return Handle(HandleDocumentOpenedNotifier); }
+    void PickBestMatch(int value) {
+        ThePluginCore().replies["GetSettings"] = "{\"PickBestMatch\":" + std::to_string(value) + "}";
+    }
+    std::string Opened() const { return "HandleOpenExistingDocument('" + file + "', 32767 zeros, 32767)"; }
+};
+
+TEST_F(DocumentOpenedTest, PathAndTimeAreRecorded) {
+    EXPECT_EQ(Open(), 0);
+    EXPECT_EQ(GetFilePathForDocumentHandle(document), file);
+    EXPECT_EQ(GetTimestampForDocumentHandle(document), 1700000000);
+}
+
+TEST_F(DocumentOpenedTest, DocumentOfTheNotificationIsTheOneRecorded) {
+    Handle(HandleDocumentOpenedNotifier, other);
+    EXPECT_EQ(GetFilePathForDocumentHandle(other), file);
+    EXPECT_EQ(DocumentRegistrySize(), 1u);
+}
+
+TEST_F(DocumentOpenedTest, PathThatTheHostDoesNotTellIsNotRecordedAndStaysEmpty) {
+    host.calls.FailAlways("GetDocumentFileSpecification", 5);
+    EXPECT_EQ(Open(), 0);
+    EXPECT_EQ(DocumentRegistrySize(), 0u);
+    EXPECT_EQ(PluginCoreCalls(), std::vector<std::string>{"HandleOpenExistingDocument('', 32767 zeros, 32767)"});
+}
+
+TEST_F(DocumentOpenedTest, EmptyReplyArmsTheSuppressionWithoutAskingTheSettings) {
+    SetSuppressionActive(false);
+    EXPECT_EQ(Open(), 0);
+    EXPECT_TRUE(IsSuppressionActive());
+    EXPECT_EQ(PluginCoreCalls(), std::vector<std::string>{Opened()});
+}
+
+TEST_F(DocumentOpenedTest, OtherResultsThanRestrictedFontsDoNotCount) {
+    ThePluginCore().calls.Fail("HandleOpenExistingDocument", 0x12000001);
+    EXPECT_EQ(Open(), 0);
+    EXPECT_TRUE(IsSuppressionActive());
+}
+
+TEST_F(DocumentOpenedTest, RestrictedFontsAreShownAndNothingElseHappens) {
+    ThePluginCore().calls.Fail("HandleOpenExistingDocument", 0x12000000);
+    ThePluginCore().replies["HandleOpenExistingDocument"] = "restricted";
+    EXPECT_EQ(Open(), 0);
+    EXPECT_EQ(PluginCoreCalls(),
+              (std::vector<std::string>{Opened(), "InvokeRestrictedFontsDialog('" + file + "', 'restricted')"}));
+    EXPECT_FALSE(IsSuppressionActive());
+}
+
+TEST_F(DocumentOpenedTest, RestrictedFontsWithAnEmptyReplyDoNotArmTheSuppression) {
+    ThePluginCore().calls.Fail("HandleOpenExistingDocument", 0x12000000);
+    EXPECT_EQ(Open(), 0);
+    EXPECT_FALSE(IsSuppressionActive());
+}
+
+TEST_F(DocumentOpenedTest, FontsToResolveAreShownThenActivatedAndArmTheSuppression) {
+    ThePluginCore().replies["HandleOpenExistingDocument"] = "fonts";
+    PickBestMatch(0);
+    EXPECT_EQ(Open(), 0);
+    EXPECT_EQ(PluginCoreCalls(), (std::vector<std::string>{Opened(), "GetSettings(8192 zeros, 8192)",
+                                                           "InvokeResolveDialog('fonts', 32767)",
+                                                           "ActivateChosenFonts('" + file + "', 'fonts', 32767)"}));
+    EXPECT_TRUE(IsSuppressionActive());
+}
+
+TEST_F(DocumentOpenedTest, ResolveDialogThatIsRefusedBecomesTheResultAndLeavesTheSuppressionOff) {
+    ThePluginCore().replies["HandleOpenExistingDocument"] = "fonts";
+    ThePluginCore().calls.Fail("InvokeResolveDialog", 6);
+    EXPECT_EQ(Open(), 6);
+    EXPECT_EQ(PluginCoreCalls().back(), "ActivateChosenFonts('" + file + "', 'fonts', 32767)");
+    EXPECT_FALSE(IsSuppressionActive());
+}
+
+TEST_F(DocumentOpenedTest, SettingsThatCannotBeReadMeanThatAPersonResolves) {
+    ThePluginCore().replies["HandleOpenExistingDocument"] = "fonts";
+    ThePluginCore().calls.Fail("GetSettings", 1);
+    EXPECT_EQ(Open(), 0);
+    EXPECT_EQ(ThePluginCore().calls.Count("InvokeResolveDialog"), 1);
+}
+
+TEST_F(DocumentOpenedTest, BestMatchResolvesWithoutADialogAndLeavesTheSuppressionOff) {
+    ThePluginCore().replies["HandleOpenExistingDocument"] = "fonts";
+    PickBestMatch(1);
+    EXPECT_EQ(Open(), 0);
+    EXPECT_EQ(PluginCoreCalls(), (std::vector<std::string>{Opened(), "GetSettings(8192 zeros, 8192)"}));
+    EXPECT_FALSE(IsSuppressionActive());
+}
+
+TEST_F(DocumentOpenedTest, TextOfTheResolveDialogIsWhatIsActivated) {
+    ThePluginCore().replies["HandleOpenExistingDocument"] = "fonts";
+    ThePluginCore().replies["InvokeResolveDialog"] = "picks";
+    Open();
+    EXPECT_EQ(PluginCoreCalls().back(), "ActivateChosenFonts('" + file + "', 'picks', 32767)");
+}
+
+TEST_F(DocumentOpenedTest, ReplyThatFillsTheWholeBufferIsTextToItsLastByte) {
+    ThePluginCore().replies["HandleOpenExistingDocument"] = std::string(32767, 'x');
+    EXPECT_EQ(Open(), 0);
+    EXPECT_EQ(PluginCoreCalls()[2], "InvokeResolveDialog('" + std::string(32767, 'x') + "', 32767)");
+}
+
+TEST_F(DocumentOpenedTest, DisabledPluginCoreStillGetsPathAndTimeRecordedSuppressionOffAndForegroundToggled) {
+    ThePluginCore().enabled = false;
+    EXPECT_EQ(Open(), 0);
+    EXPECT_EQ(GetFilePathForDocumentHandle(document), file);
+    EXPECT_EQ(GetTimestampForDocumentHandle(document), 1700000000);
+    EXPECT_FALSE(IsSuppressionActive());
+    EXPECT_TRUE(PluginCoreCalls().empty());
+    EXPECT_EQ(sGetForegroundCalls, 2);
+}
+
+TEST_F(DocumentOpenedTest, ForegroundIsToggledLast) {
+    Open();
+    const std::vector<RecordedLine> log = RecordedLog();
+    ASSERT_GE(log.size(), 3u);
+    EXPECT_EQ(log[log.size() - 3].text, "Entering CrossPluginUtils::BackgroundForegroundApp");
+    EXPECT_EQ(log[log.size() - 2].text, "Exiting CrossPluginUtils::BackgroundForegroundApp");
+    EXPECT_EQ(log.back(), (RecordedLine{-1, "HandleDocumentOpenedNotifier returning 0"}));
+}
+
+TEST_F(DocumentOpenedTest, EnabledQueryPassesTrueAndAFlagThatIsFalse) {
+    ThePluginCore().recordEnabledQueries = true;
+    Open();
+    EXPECT_EQ(PluginCoreCalls().front(), "PluginIsEnabled(1, 0)");
+}
+
+TEST_F(DocumentOpenedTest, EntryShowsTheDocument) {
+    Open();
+    EXPECT_EQ(RecordedLog().front(),
+              (RecordedLine{1, "Entering HandleDocumentOpenedNotifier(message->notifyData = 0xd0c00001)"}));
+}
+
+}  // namespace

@@ -1,0 +1,90 @@
+#include "unit/frame/DocumentFixture.h"
+
+namespace {
+
+class DocumentSavedTest : public DocumentTest {
+  protected:
+    DocumentSavedTest() {
+        UseFont("Helvetica");
+        host.currentPath = "C:/saved.ai";
+    }
+    std::int32_t Save() { return Notify(&PluginGlobals::documentSaved, "AI Command Notifier: After Save", nullptr); }
+    std::int32_t SaveAs() {
+        return Notify(&PluginGlobals::documentSavedAs, "AI Command Notifier: After Save As", nullptr);
+    }
+};
+
+TEST_F(DocumentSavedTest, SavedDocumentIsReportedWithPathAndFontUsage) {
+    EXPECT_EQ(Save(), 0);
+    EXPECT_EQ(PluginCoreCalls(),
+              std::vector<std::string>{"HandleSaveDocument('C:/saved.ai', '" + ReportOf("Helvetica") + "')"});
+    EXPECT_EQ(CountRecorded("...afterSaveNotifier"), 1);
+    EXPECT_EQ(CountRecorded("...afterSaveAsNotifier"), 0);
+}
+
+TEST_F(DocumentSavedTest, SaveAsIsReportedAlikeAndLoggedApart) {
+    EXPECT_EQ(SaveAs(), 0);
+    EXPECT_EQ(PluginCoreCalls(),
+              std::vector<std::string>{"HandleSaveDocument('C:/saved.ai', '" + ReportOf("Helvetica") + "')"});
+    EXPECT_EQ(CountRecorded("...afterSaveNotifier"), 0);
+    EXPECT_EQ(CountRecorded("...afterSaveAsNotifier"), 1);
+}
+
+TEST_F(DocumentSavedTest, SaveThatDidNotHappenIsNotReported) {
+    host.currentModified = 1;
+    EXPECT_EQ(Save(), 0);
+    EXPECT_TRUE(PluginCoreCalls().empty());
+    EXPECT_EQ(CountRecorded("...afterSaveNotifier"), 1);
+    EXPECT_EQ(host.calls.Count("GetDocumentFileSpecification"), 0);
+}
+
+TEST_F(DocumentSavedTest, HostThatDoesNotTellWhetherTheSaveHappenedIsNotBelieved) {
+    host.calls.FailAlways("GetDocumentModified", 2);
+    EXPECT_EQ(Save(), 0);
+    EXPECT_TRUE(PluginCoreCalls().empty());
+}
+
+TEST_F(DocumentSavedTest, ScanComesBeforeTheQuestionWhetherTheSaveHappened) {
+    host.currentModified = 1;
+    Save();
+    EXPECT_EQ(host.calls.Count("GetMatchingArt"), 2);
+}
+
+TEST_F(DocumentSavedTest, PathQuerysFailureBecomesTheResult) {
+    host.calls.FailAlways("GetDocumentFileSpecification", 21);
+    EXPECT_EQ(Save(), 21);
+    EXPECT_TRUE(PluginCoreCalls().empty());
+}
+
+TEST_F(DocumentSavedTest, DocumentWithoutAPathIsNotReported) {
+    host.currentPath = "";
+    EXPECT_EQ(Save(), 0);
+    EXPECT_TRUE(PluginCoreCalls().empty());
+}
+
+TEST_F(DocumentSavedTest, PluginCoresResultIsIgnored) {
+    ThePluginCore().calls.Fail("HandleSaveDocument", 4);
+    EXPECT_EQ(Save(), 0);
+}
+
+TEST_F(DocumentSavedTest, DocumentWithoutAReportIsReportedWithAnEmptyText) {
+    host.textFrames.clear();
+    Save();
+    EXPECT_EQ(PluginCoreCalls(), std::vector<std::string>{"HandleSaveDocument('C:/saved.ai', '')"});
+}
+
+TEST_F(DocumentSavedTest, DisabledPluginCoreIsNotToldAndNothingIsScanned) {
+    ThePluginCore().enabled = false;
+    EXPECT_EQ(Save(), 0);
+    EXPECT_TRUE(host.calls.Calls().empty());
+    EXPECT_EQ(CountRecorded("...afterSaveNotifier"), 0);
+}
+
+TEST_F(DocumentSavedTest, LogsEntryWithTheDataAndExit) {
+    Handle(HandleDocumentSavedNotifier);
+    EXPECT_EQ(RecordedLog().front(),
+              (RecordedLine{1, "Entering HandleDocumentSavedNotifier(message->notifyData = 0xd0c00001)"}));
+    EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "HandleDocumentSavedNotifier returning 0"}));
+}
+
+}  // namespace

@@ -1,0 +1,96 @@
+// A started plug-in in a fake host with a fake PluginCore, for tests of the frame.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "dialogs/SuppressionHook.h"
+#include "frame/PluginGlobals.h"
+#include "frame/PluginMain.h"
+#include "frame/SuiteOperations.h"
+#include "host/NotifierSuite.h"
+#include "support/fakes/FakeHost.h"
+#include "support/fakes/FakePluginCore.h"
+#include "support/fakes/ImportPatch.h"
+#include "support/RecordingLogSink.h"
+
+// Nothing is loaded and no message has arrived.
+class FrameTest : public testing::Test {
+  protected:
+    FrameTest() { sGetForegroundCalls = 0; }
+
+    // Sends a message as the host does, keeping the globals pointer between messages.
+    std::int32_t Send(const char* caller, const char* selector) {
+        SPInterfaceMessage message{host.MessageData()};
+        return Send(caller, selector, &message.d);
+    }
+
+    std::int32_t Send(const char* caller, const char* selector, SPMessageData* message) {
+        const std::int32_t result = PluginMain(caller, selector, message);
+        host.globals = message->globals;
+        return result;
+    }
+
+    std::int32_t Startup() { return Send("SP Interface", "Startup"); }
+
+    // Forgets what start-up did, so that a test sees its own subject alone.
+    void ClearRecords() {
+        host.calls.Clear();
+        ThePluginCore().calls.Clear();
+        ClearRecordedLog();
+    }
+
+    static const std::vector<std::string>& PluginCoreCalls() { return ThePluginCore().calls.Calls(); }
+
+    FakeHost host;
+
+    // No window of the machine may decide what a test sees: the foreground belongs to nobody, and asking is counted.
+    static inline int sGetForegroundCalls = 0;
+    static HWND WINAPI CountGetForegroundWindow() {
+        ++sGetForegroundCalls;
+        return nullptr;
+    }
+    ImportPatch foreground{"GetForegroundWindow", AsReplacement(CountGetForegroundWindow)};
+};
+
+// After a successful start-up.
+class StartedTest : public FrameTest {
+  protected:
+    StartedTest() {
+        LoadFakePluginCore();
+        Startup();
+        ClearRecords();
+    }
+
+    AINotifierMessage Notification(AINotifierHandle notifier, const char* type, AIDocumentHandle about) {
+        return {host.MessageData(), notifier, type, about};
+    }
+
+    // Sends a notification of one of the plug-in's notifiers.
+    std::int32_t Notify(AINotifierHandle PluginGlobals::*notifier, const char* type, AIDocumentHandle about) {
+        auto* const globals = static_cast<PluginGlobals*>(host.globals);
+        AINotifierMessage message = Notification(globals->*notifier, type, about);
+        return Send("AI Notifier", "AI Notify", &message.d);
+    }
+
+    // The lines between the one that starts with `entry` and the next one that starts with `exit`, without both.
+    static std::vector<std::string> LinesBetween(const std::string& entry, const std::string& exit) {
+        std::vector<std::string> lines;
+        bool inside = false;
+        for (const std::string& line : RecordedTexts()) {
+            if (inside && line.rfind(exit, 0) == 0) {
+                break;
+            }
+            if (inside) {
+                lines.push_back(line);
+            }
+            inside = inside || line.rfind(entry, 0) == 0;
+        }
+        return lines;
+    }
+
+    AIDocumentHandle document = host.currentDocument;
+};

@@ -1,0 +1,237 @@
+#include "frame/LifeCycle.h"
+
+#include "dialogs/SuppressionWords.h"
+#include "frame/Suites.h"
+#include "unit/frame/FrameFixture.h"
+
+namespace {
+
+int sHooksInstalled = 0;
+int sHooksRemoved = 0;
+
+HHOOK WINAPI CountSetHook(int, HOOKPROC, HINSTANCE, DWORD) {
+    ++sHooksInstalled;
+    return reinterpret_cast<HHOOK>(0x77);
+}
+BOOL WINAPI CountUnhook(HHOOK) {
+    ++sHooksRemoved;
+    return TRUE;
+}
+
+class LifeCycleTest : public FrameTest {
+  protected:
+    LifeCycleTest() {
+        sHooksInstalled = 0;
+        sHooksRemoved = 0;
+        LoadFakePluginCore();
+        // As the dispatch leaves things before it calls an operation.
+        sBasicSuite = host.Basic();
+        AcquireSuites();
+        ClearRecords();
+    }
+
+    std::int32_t CallStartup() {
+        SPInterfaceMessage message{host.MessageData()};
+        const std::int32_t result = StartupPlugin(&message);
+        host.globals = message.d.globals;
+        return result;
+    }
+
+    std::int32_t CallShutdown() {
+        SPMessageData message = host.MessageData();
+        const std::int32_t result = ShutdownPlugin(&message);
+        host.globals = message.globals;
+        return result;
+    }
+
+    static std::string OwnPath() { return FakePluginCorePath(); }
+
+    ImportPatch setHook{"SetWindowsHookExW", AsReplacement(CountSetHook)};
+    ImportPatch unhook{"UnhookWindowsHookEx", AsReplacement(CountUnhook)};
+};
+
+TEST_F(LifeCycleTest, StartupTellsThePluginCoreWhereThePluginIsFirst) {
+    ThePluginCore().recordEnabledQueries = true;
+    EXPECT_EQ(CallStartup(), 0);
+    EXPECT_EQ(PluginCoreCalls(), (std::vector<std::string>{
+                                     "InitializePluginCoreInterface('" + OwnPath() + "')",
+                                     "PluginIsEnabled(1, 0)",
+                                     // The dialog suppression asks whether the library is usable, then for settings.
+                                     "GetAPIVersion(0, 1)",
+                                     "GetSettings(8192 zeros, 8192)",
+                                 }));
+}
+
+TEST_F(LifeCycleTest, StartupIgnoresWhatThePluginCoreAnswersToItsPath) {
+    ThePluginCore().calls.Fail("InitializePluginCoreInterface", 99);
+    EXPECT_EQ(CallStartup(), 0);
+    EXPECT_NE(host.globals, nullptr);
+}
+
+TEST_F(LifeCycleTest, StartupAllocatesTheGlobalsAddsTheNotifiersAndGivesTheBlocksSuiteBack) {
+    EXPECT_EQ(CallStartup(), 0);
+    ASSERT_EQ(host.calls.Calls().size(), 2u + 1u + 11u + 1u + 1u);
+    EXPECT_EQ(host.calls.Calls()[0], "AcquireSuite('SP Blocks Suite', 2)");
+    EXPECT_EQ(host.calls.Calls()[1], "AllocateBlock(152, 'globals')");
+    EXPECT_EQ(host.calls.Calls()[2], "AcquireSuite('AI Notifier Suite', 4)");
+    EXPECT_EQ(host.calls.Calls()[14], "ReleaseSuite('AI Notifier Suite', 4)");
+    EXPECT_EQ(host.calls.Calls()[15], "ReleaseSuite('SP Blocks Suite', 2)");
+    ASSERT_NE(sGlobals, nullptr);
+    EXPECT_EQ(sGlobals, host.globals);
+    EXPECT_EQ(sGlobals->plugin, host.plugin);
+    EXPECT_EQ(*sGlobals->text, "");
+    EXPECT_EQ(sGlobals->idleTimer, nullptr);
+    EXPECT_EQ(sGlobals->unused19, nullptr);
+}
+
+TEST_F(LifeCycleTest, StartupLogsEntryAndExitWithItsBlank) {
+    CallStartup();
+    EXPECT_EQ(RecordedLog().front(), (RecordedLine{1, "Entering StartupPlugin"}));
+    EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "Exiting StartupPlugin "}));
+}
+
+TEST_F(LifeCycleTest, StartupInstallsTheHookWhenThePluginCoreIsEnabled) {
+    CallStartup();
+    EXPECT_EQ(sHooksInstalled, 1);
+    EXPECT_EQ(CountRecorded("Entering SetupIllustratorDialogSuppression(1)"), 1);
+}
+
+TEST_F(LifeCycleTest, StartupInstallsNoHookWhenThePluginCoreIsDisabled) {
+    ThePluginCore().enabled = false;
+    CallStartup();
+    EXPECT_EQ(sHooksInstalled, 0);
+    EXPECT_EQ(CountRecorded("Entering SetupIllustratorDialogSuppression(0)"), 1);
+}
+
+TEST_F(LifeCycleTest, StartupWithoutTheBlocksSuiteReturnsTheHostsCode) {
+    host.RefuseSuite("SP Blocks Suite", 1397641038);
+    EXPECT_EQ(CallStartup(), 1397641038);
+    EXPECT_EQ(host.globals, nullptr);
+    const std::vector<std::string> lines = RecordedTexts();
+    ASSERT_GE(lines.size(), 4u);
+    EXPECT_EQ(
+        std::vector<std::string>(lines.end() - 4, lines.end()),
+        (std::vector<std::string>{"ERROR:  throwing 1397641038.", "EXCEPTION: AIErr from AcquireSuite(kSPBlocksSuite)",
+                                  "StartupPlugin, after catching an error\n", "Exiting StartupPlugin "}));
+    EXPECT_EQ(host.calls.Calls(), std::vector<std::string>{"AcquireSuite('SP Blocks Suite', 2)"});
+}
+
+TEST_F(LifeCycleTest, StartupWithoutMemoryReturnsTheHostsCodeAndReleasesTheBlocksSuite) {
+    host.calls.Fail("AllocateBlock", 1296385101);
+    EXPECT_EQ(CallStartup(), 1296385101);
+    EXPECT_EQ(host.globals, nullptr);
+    EXPECT_EQ(sGlobals, nullptr);
+    EXPECT_EQ(host.calls.Calls(),
+              (std::vector<std::string>{"AcquireSuite('SP Blocks Suite', 2)", "AllocateBlock(152, 'globals')",
+                                        "ReleaseSuite('SP Blocks Suite', 2)"}));
+    EXPECT_EQ(CountRecorded("ERROR:  throwing 1296385101."), 1);
+    EXPECT_EQ(CountRecorded("EXCEPTION: AIErr from AcquireSuite(kSPBlocksSuite)"), 0);
+    EXPECT_EQ(CountRecorded("StartupPlugin, after catching an error\n"), 1);
+}
+
+TEST_F(LifeCycleTest, RefusedNotifierDoesNotReachStartupsResult) {
+    host.calls.Fail("AddNotifier", 7, 4);
+    EXPECT_EQ(CallStartup(), 0);
+    EXPECT_EQ(sHooksInstalled, 1);
+}
+
+TEST_F(LifeCycleTest, ShutdownUndoesStartupInOrder) {
+    CallStartup();
+    ClearRecords();
+    EXPECT_EQ(CallShutdown(), 0);
+
+    EXPECT_EQ(PluginCoreCalls().front(), "TerminatePluginCoreInterface()");
+    EXPECT_EQ(sHooksRemoved, 1);
+    EXPECT_EQ(host.globals, nullptr);
+    EXPECT_EQ(sGlobals, nullptr);
+    EXPECT_EQ(host.LiveBlocks(), 0);
+    EXPECT_TRUE(host.HeldSuites().empty());
+    ASSERT_EQ(host.calls.Calls().size(), 98u + 3u);
+    EXPECT_EQ(host.calls.Calls()[0], "ReleaseSuite('ATE ApplicationPaint Suite', 1)");
+    EXPECT_EQ(std::vector<std::string>(host.calls.Calls().end() - 3, host.calls.Calls().end()),
+              (std::vector<std::string>{"AcquireSuite('SP Blocks Suite', 2)", "FreeBlock()",
+                                        "ReleaseSuite('SP Blocks Suite', 2)"}));
+}
+
+TEST_F(LifeCycleTest, ShutdownLogsItsEntryAtLevel0AndNoExit) {
+    CallStartup();
+    ClearRecords();
+    CallShutdown();
+    EXPECT_EQ(RecordedLog().front(), (RecordedLine{0, "Entering ShutdownPlugin"}));
+    EXPECT_EQ(CountRecorded("Calling RemoveTimers from ShutdownPlugin."), 1);
+    for (const std::string& line : RecordedTexts()) {
+        EXPECT_EQ(line.find("Exiting ShutdownPlugin"), std::string::npos);
+    }
+}
+
+TEST_F(LifeCycleTest, ShutdownTurnsSuppressionOffBeforeItRemovesTheTimers) {
+    CallStartup();
+    ClearRecords();
+    CallShutdown();
+    const std::vector<std::string> lines = RecordedTexts();
+    const auto off = std::find(lines.begin(), lines.end(), "Exiting SetupIllustratorDialogSuppression(0)");
+    const auto timers = std::find(lines.begin(), lines.end(), "Calling RemoveTimers from ShutdownPlugin.");
+    ASSERT_NE(off, lines.end());
+    ASSERT_NE(timers, lines.end());
+    EXPECT_LT(off, timers);
+}
+
+TEST_F(LifeCycleTest, ShutdownReturnsThePluginCoresResult) {
+    CallStartup();
+    ThePluginCore().calls.Fail("TerminatePluginCoreInterface", -5);
+    EXPECT_EQ(CallShutdown(), -5);
+    EXPECT_EQ(host.globals, nullptr);
+}
+
+TEST_F(LifeCycleTest, ShutdownThatCannotGetTheBlocksSuiteReturnsTheHostsCodeAndForgetsTheBlock) {
+    CallStartup();
+    ThePluginCore().calls.Fail("TerminatePluginCoreInterface", -5);
+    host.RefuseSuite("SP Blocks Suite", 123);
+    EXPECT_EQ(CallShutdown(), 123);
+    EXPECT_EQ(CountRecorded("ERROR:  throwing 123."), 1);
+    EXPECT_EQ(host.globals, nullptr);
+    EXPECT_EQ(sGlobals, nullptr);
+}
+
+TEST_F(LifeCycleTest, RefusedFreeingOfTheBlockIsIgnored) {
+    CallStartup();
+    host.calls.Fail("FreeBlock", 8);
+    EXPECT_EQ(CallShutdown(), 0);
+}
+
+TEST_F(LifeCycleTest, SecondShutdownReturns0AtOnce) {
+    CallStartup();
+    CallShutdown();
+    ClearRecords();
+    EXPECT_EQ(CallShutdown(), 0);
+    EXPECT_EQ(RecordedTexts(), std::vector<std::string>{"Entering ShutdownPlugin"});
+    EXPECT_TRUE(host.calls.Calls().empty());
+    EXPECT_TRUE(PluginCoreCalls().empty());
+}
+
+TEST_F(LifeCycleTest, ShutdownAppendsTheSuppressionWordsAgain) {
+    CallStartup();
+    EXPECT_EQ(SuppressionWordList().size(), 8u);
+    CallShutdown();
+    EXPECT_EQ(SuppressionWordList().size(), 16u);
+}
+
+TEST_F(LifeCycleTest, AboutHandsTheFullPathAndAZeroedBufferToThePluginCore) {
+    host.currentPath = "C:/Arbeit/Pl\xC3\xA4ne.ai";
+    ThePluginCore().calls.Fail("InvokeCommandDialog", 17);
+    SPMessageData message = host.MessageData();
+    EXPECT_EQ(AboutPlugin(&message), 17);
+    EXPECT_EQ(PluginCoreCalls(),
+              std::vector<std::string>{"InvokeCommandDialog('C:/Arbeit/Pl\xC3\xA4ne.ai', 256 zeros)"});
+    EXPECT_EQ(RecordedLog().front(), (RecordedLine{1, "Entering AboutPlugin"}));
+    EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "Exiting AboutPlugin"}));
+}
+
+TEST_F(LifeCycleTest, AboutWithoutADocumentHasAnEmptyPath) {
+    host.calls.FailAlways("GetDocumentFileSpecification", 4242);
+    SPMessageData message = host.MessageData();
+    EXPECT_EQ(AboutPlugin(&message), 0);
+    EXPECT_EQ(PluginCoreCalls(), std::vector<std::string>{"InvokeCommandDialog('', 256 zeros)"});
+}
+
+}  // namespace

@@ -1,0 +1,105 @@
+#include "frame/PluginCaller.h"
+
+#include "support/Log.h"
+#include "unit/frame/FrameFixture.h"
+
+namespace {
+
+class PluginCallerTest : public StartedTest {
+  protected:
+    // The lines that HandlePluginCaller itself writes around a message, with `inner` in between.
+    std::vector<RecordedLine> Framed(const char* caller, const char* selector, const SPMessageData* message, int result,
+                                     const std::vector<std::string>& inner) {
+        char address[16];
+        std::snprintf(address, sizeof(address), "0x%08x", Low32(message));
+        const std::string call = std::string("HandlePluginCaller(caller='") + caller + "', selector='" + selector +
+                                 "', message=" + address + ")";
+        std::vector<RecordedLine> lines = {{1, "Entering " + call}};
+        for (const std::string& line : inner) {
+            lines.push_back({0, line});
+        }
+        lines.push_back({-1, call + " returning " + std::to_string(result)});
+        return lines;
+    }
+
+    std::vector<RecordedLine> HandledLines(const char* caller, const char* selector, std::int32_t expected) {
+        SPMessageData message = host.MessageData();
+        last = message;
+        ClearRecords();
+        EXPECT_EQ(HandlePluginCaller(caller, selector, &last), expected);
+        return RecordedLog();
+    }
+
+    SPMessageData last{};
+};
+
+TEST_F(PluginCallerTest, UnknownSelectorOfAMenuMessageIsLogged) {
+    EXPECT_EQ(HandledLines("AI Menu", "Nonsense", 0),
+              Framed("AI Menu", "Nonsense", &last, 0, {"- caller is kCallerAIMenu", "...UNHANDLED SELECTOR"}));
+}
+
+TEST_F(PluginCallerTest, UnknownSelectorOfANotifierMessageIsLogged) {
+    EXPECT_EQ(HandledLines("AI Notifier", "Nonsense", 0),
+              Framed("AI Notifier", "Nonsense", &last, 0, {"...UNHANDLED SELECTOR"}));
+}
+
+TEST_F(PluginCallerTest, UnknownSelectorOfAFileFormatMessageIsLoggedAndAnswered0) {
+    EXPECT_EQ(HandledLines("AI File Format", "Nonsense", 0),
+              Framed("AI File Format", "Nonsense", &last, 0, {"...UNHANDLED SELECTOR"}));
+}
+
+TEST_F(PluginCallerTest, MenuGoLogsCallerAndSelectorFirst) {
+    const std::vector<RecordedLine> lines = HandledLines("AI Menu", "AI Go", 0);
+    ASSERT_GE(lines.size(), 4u);
+    EXPECT_EQ(lines[1], (RecordedLine{0, "- caller is kCallerAIMenu"}));
+    EXPECT_EQ(lines[2], (RecordedLine{0, "- selector is kSelectorAIGoMenuItem"}));
+}
+
+TEST_F(PluginCallerTest, MenuUpdateLogsTheCallerAloneAndAnswers0) {
+    const std::vector<RecordedLine> lines = HandledLines("AI Menu", "AI Update", 0);
+    ASSERT_GE(lines.size(), 3u);
+    EXPECT_EQ(lines[1], (RecordedLine{0, "- caller is kCallerAIMenu"}));
+    for (const RecordedLine& line : lines) {
+        EXPECT_EQ(line.text.find("selector is"), std::string::npos);
+    }
+}
+
+TEST_F(PluginCallerTest, UnknownCallerDoesNothingAndSaysSo) {
+    const std::vector<RecordedLine> lines = HandledLines("AI Nobody", "AI Go", 0);
+    char expected[128];
+    std::snprintf(expected, sizeof(expected),
+                  "HandlePluginCaller(caller='AI Nobody', selector='AI Go', message=0x%08x) doing nothing.",
+                  Low32(&last));
+    EXPECT_EQ(lines, Framed("AI Nobody", "AI Go", &last, 0, {expected}));
+}
+
+TEST_F(PluginCallerTest, TimerMessagesWriteNoLines) {
+    EXPECT_TRUE(HandledLines("AI Timer", "AI Go", 0).empty());
+    EXPECT_TRUE(HandledLines("AI Timer", "Nonsense", 0).empty());
+}
+
+TEST_F(PluginCallerTest, UnloadIsRefusedWhileTheGlobalsBlockExists) {
+    EXPECT_EQ(HandledLines("SP Access", "Unload", 1), Framed("SP Access", "Unload", &last, 1, {}));
+}
+
+TEST_F(PluginCallerTest, OtherAccessMessagesAreAnswered0) {
+    EXPECT_EQ(HandledLines("SP Access", "Reload", 0), Framed("SP Access", "Reload", &last, 0, {}));
+}
+
+TEST_F(PluginCallerTest, UnloadIsAllowedBeforeStartupAndAfterShutdown) {
+    Send("SP Interface", "Shutdown");
+    EXPECT_EQ(Send("SP Access", "Unload"), 0);
+}
+
+TEST_F(PluginCallerTest, FileFormatCheckIsAnsweredMinus1EvenWhenThePluginCoreHandledTheDocument) {
+    AIFileFormatMessage message{};
+    message.d = host.MessageData();
+    message.file = host.MakePath("C:/Entw\xC3\xBCrfe/a.ai");
+    ThePluginCore().calls.FailAlways("HandleOpenExistingDocument", 0x12000000);
+    ThePluginCore().replies["HandleOpenExistingDocument"] = "fonts";
+    EXPECT_EQ(Send("AI File Format", "AI Check", &message.d), -1);
+    EXPECT_EQ(PluginCoreCalls(),
+              std::vector<std::string>{"HandleOpenExistingDocument('C:/Entw\xC3\xBCrfe/a.ai', 32767 zeros, 32767)"});
+}
+
+}  // namespace
