@@ -21,6 +21,8 @@ if(MSVC)
   add_compile_options(/utf-8 /EHsc /permissive-)
   set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
 else()
+  # One frame has to be written out in assembler; Visual C++ has a word for it.
+  enable_language(ASM)
   # -static: no compiler runtime library has to be shipped beside a binary.
   # DWARF 4 is the newest form of which Wine's debugger reads names.
   # The prefix map keeps folder names of the building machine out of the binaries.
