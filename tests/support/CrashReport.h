@@ -1,0 +1,11 @@
+// A test program that crashes says so and ends at once, without a window that waits for somebody.
+#pragma once
+
+#include <windows.h>
+
+// What a crashed test program ends with. Small, because Wine cuts exit codes to 8 bits.
+constexpr UINT kCrashExitCode = 98;
+
+// From now on an exception that nobody handles prints its code, its address and the stack to the standard error
+// output and ends the process with kCrashExitCode. Call it on the main thread.
+void ReportCrashes();
