@@ -146,6 +146,7 @@ std::int32_t AddNewFontNameFromTextArt(ATE::ITextRange run, FontList& fonts) {
     return kNoErr;
 }
 
+// By value: the caller hands its reference over. NOLINTNEXTLINE(performance-unnecessary-value-param)
 std::int32_t GetTextRunFaceStyle(ATE::ITextRange run, std::string& name) {
     std::int32_t status = kNoErr;
     try {

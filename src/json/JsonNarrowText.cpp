@@ -7,6 +7,8 @@
 std::unique_ptr<JsonValue> ParseJson(const std::string& text) {
     // No locale makes more than one unit of a byte.
     std::vector<wchar_t> units(text.size() + 1);
-    if (mbstowcs_s(nullptr, units.data(), units.size(), text.c_str(), text.size()) != 0) return nullptr;
+    if (mbstowcs_s(nullptr, units.data(), units.size(), text.c_str(), text.size()) != 0) {
+        return nullptr;
+    }
     return ParseJson(std::wstring_view(units.data()));
 }

@@ -48,9 +48,15 @@ class ValueReader {
     // Null on any error.
     std::unique_ptr<JsonValue> Read() {
         while (Begin()) {
-            if (!mFinished) continue;
-            if (!AddToContainers()) return nullptr;
-            if (mFinished) return std::move(mFinished);
+            if (!mFinished) {
+                continue;
+            }
+            if (!AddToContainers()) {
+                return nullptr;
+            }
+            if (mFinished) {
+                return std::move(mFinished);
+            }
         }
         return nullptr;
     }
@@ -58,8 +64,12 @@ class ValueReader {
   private:
     // Reads a scalar or an empty container whole (mFinished), or opens a container up to its first value.
     bool Begin() {
-        if (mCursor.Take(L'[')) return BeginContainer<JsonValue::Array>();
-        if (mCursor.Take(L'{')) return BeginContainer<JsonValue::Object>();
+        if (mCursor.Take(L'[')) {
+            return BeginContainer<JsonValue::Array>();
+        }
+        if (mCursor.Take(L'{')) {
+            return BeginContainer<JsonValue::Object>();
+        }
         mFinished = ReadJsonScalar(mCursor);
         return mFinished != nullptr;
     }
@@ -86,7 +96,9 @@ class ValueReader {
                 mCursor.SkipWhitespace();
                 return ReadKeyIfDue();
             }
-            if (!mCursor.Take(mOpen.back().ClosingBracket())) return false;
+            if (!mCursor.Take(mOpen.back().ClosingBracket())) {
+                return false;
+            }
             mFinished = mOpen.back().Close();
             mOpen.pop_back();
         }
@@ -95,12 +107,18 @@ class ValueReader {
 
     // In an object, the key and the colon before a value; in an array, nothing.
     bool ReadKeyIfDue() {
-        if (!mOpen.back().IsObject()) return true;
+        if (!mOpen.back().IsObject()) {
+            return true;
+        }
         std::optional<std::wstring> key = ReadJsonString(mCursor);
-        if (!key) return false;
+        if (!key) {
+            return false;
+        }
         mOpen.back().SetKey(*std::move(key));
         mCursor.SkipWhitespace();
-        if (!mCursor.Take(L':')) return false;
+        if (!mCursor.Take(L':')) {
+            return false;
+        }
         mCursor.SkipWhitespace();
         return true;
     }

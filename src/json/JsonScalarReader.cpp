@@ -8,9 +8,15 @@
 namespace {
 
 std::optional<int> HexDigitValue(wchar_t unit) noexcept {
-    if (unit >= L'0' && unit <= L'9') return unit - L'0';
-    if (unit >= L'a' && unit <= L'f') return unit - L'a' + 10;
-    if (unit >= L'A' && unit <= L'F') return unit - L'A' + 10;
+    if (unit >= L'0' && unit <= L'9') {
+        return unit - L'0';
+    }
+    if (unit >= L'a' && unit <= L'f') {
+        return unit - L'a' + 10;
+    }
+    if (unit >= L'A' && unit <= L'F') {
+        return unit - L'A' + 10;
+    }
     return std::nullopt;
 }
 
@@ -18,9 +24,13 @@ std::optional<int> HexDigitValue(wchar_t unit) noexcept {
 std::optional<wchar_t> ReadHexUnit(JsonTextCursor& cursor) noexcept {
     int unit = 0;
     for (int i = 0; i < 4; ++i) {
-        if (cursor.AtEnd()) return std::nullopt;
+        if (cursor.AtEnd()) {
+            return std::nullopt;
+        }
         const std::optional<int> digit = HexDigitValue(cursor.TakeUnit());
-        if (!digit) return std::nullopt;
+        if (!digit) {
+            return std::nullopt;
+        }
         unit = unit * 16 + *digit;
     }
     return static_cast<wchar_t>(unit);
@@ -28,7 +38,9 @@ std::optional<wchar_t> ReadHexUnit(JsonTextCursor& cursor) noexcept {
 
 // What stands after a backslash.
 std::optional<wchar_t> ReadEscape(JsonTextCursor& cursor) noexcept {
-    if (cursor.AtEnd()) return std::nullopt;
+    if (cursor.AtEnd()) {
+        return std::nullopt;
+    }
     const wchar_t escape = cursor.TakeUnit();
     switch (escape) {
         case L'"':
@@ -60,9 +72,13 @@ wchar_t ToLowerAscii(wchar_t unit) noexcept {
 // `keyword` is in lower case. Compared over its own length: what follows is for the caller to judge.
 bool TakeKeyword(JsonTextCursor& cursor, std::wstring_view keyword) noexcept {
     const std::wstring_view rest = cursor.Rest();
-    if (rest.size() < keyword.size()) return false;
+    if (rest.size() < keyword.size()) {
+        return false;
+    }
     for (std::size_t i = 0; i < keyword.size(); ++i) {
-        if (ToLowerAscii(rest[i]) != keyword[i]) return false;
+        if (ToLowerAscii(rest[i]) != keyword[i]) {
+            return false;
+        }
     }
     cursor.Skip(keyword.size());
     return true;
@@ -70,9 +86,13 @@ bool TakeKeyword(JsonTextCursor& cursor, std::wstring_view keyword) noexcept {
 
 // A zero ends the integer part, so that no number has leading zeros.
 std::optional<double> ReadIntegerPart(JsonTextCursor& cursor) noexcept {
-    if (cursor.Take(L'0')) return 0.0;
+    if (cursor.Take(L'0')) {
+        return 0.0;
+    }
     std::optional<int> digit = cursor.TakeDigit();
-    if (!digit) return std::nullopt;
+    if (!digit) {
+        return std::nullopt;
+    }
     double value = 0.0;
     for (; digit; digit = cursor.TakeDigit()) {
         value = value * 10.0 + *digit;
@@ -83,9 +103,13 @@ std::optional<double> ReadIntegerPart(JsonTextCursor& cursor) noexcept {
 // Adds the fraction, if there is one, to `value`. Each weight is made anew from its power of ten, which is exact up to
 // 10^22: repeated division of the weight itself would carry the rounding error of each step into the next.
 bool ReadFraction(JsonTextCursor& cursor, double& value) noexcept {
-    if (!cursor.Take(L'.')) return true;
+    if (!cursor.Take(L'.')) {
+        return true;
+    }
     std::optional<int> digit = cursor.TakeDigit();
-    if (!digit) return false;
+    if (!digit) {
+        return false;
+    }
     double power = 10.0;
     for (; digit; digit = cursor.TakeDigit()) {
         value += *digit * (1.0 / power);
@@ -101,11 +125,17 @@ constexpr int kEnoughSteps = 1000;
 // Applies the exponent, if there is one, one multiplication or division by ten at a time: a power function rounds
 // differently.
 bool ReadExponent(JsonTextCursor& cursor, double& value) noexcept {
-    if (!cursor.Take(L'e') && !cursor.Take(L'E')) return true;
+    if (!cursor.Take(L'e') && !cursor.Take(L'E')) {
+        return true;
+    }
     const bool divide = cursor.Take(L'-');
-    if (!divide) cursor.Take(L'+');
+    if (!divide) {
+        cursor.Take(L'+');
+    }
     std::optional<int> digit = cursor.TakeDigit();
-    if (!digit) return false;
+    if (!digit) {
+        return false;
+    }
     int steps = 0;
     for (; digit; digit = cursor.TakeDigit()) {
         steps = std::min(steps * 10 + *digit, kEnoughSteps);
@@ -119,17 +149,23 @@ bool ReadExponent(JsonTextCursor& cursor, double& value) noexcept {
 }  // namespace
 
 std::optional<std::wstring> ReadJsonString(JsonTextCursor& cursor) {
-    if (!cursor.Take(L'"')) return std::nullopt;
+    if (!cursor.Take(L'"')) {
+        return std::nullopt;
+    }
     std::wstring text;
     while (!cursor.AtEnd()) {
         const wchar_t unit = cursor.TakeUnit();
-        if (unit == L'"') return text;
+        if (unit == L'"') {
+            return text;
+        }
         if (unit != L'\\') {
             text += unit;
             continue;
         }
         const std::optional<wchar_t> escaped = ReadEscape(cursor);
-        if (!escaped) return std::nullopt;
+        if (!escaped) {
+            return std::nullopt;
+        }
         text += *escaped;
     }
     return std::nullopt;
@@ -138,7 +174,9 @@ std::optional<std::wstring> ReadJsonString(JsonTextCursor& cursor) {
 std::optional<double> ReadJsonNumber(JsonTextCursor& cursor) noexcept {
     const bool negative = cursor.Take(L'-');
     std::optional<double> value = ReadIntegerPart(cursor);
-    if (!value || !ReadFraction(cursor, *value) || !ReadExponent(cursor, *value)) return std::nullopt;
+    if (!value || !ReadFraction(cursor, *value) || !ReadExponent(cursor, *value)) {
+        return std::nullopt;
+    }
     return negative ? -*value : *value;
 }
 
@@ -147,9 +185,15 @@ std::unique_ptr<JsonValue> ReadJsonScalar(JsonTextCursor& cursor) {
         std::optional<std::wstring> text = ReadJsonString(cursor);
         return text ? std::make_unique<JsonValue>(*std::move(text)) : nullptr;
     }
-    if (TakeKeyword(cursor, L"true")) return std::make_unique<JsonValue>(true);
-    if (TakeKeyword(cursor, L"false")) return std::make_unique<JsonValue>(false);
-    if (TakeKeyword(cursor, L"null")) return std::make_unique<JsonValue>();
+    if (TakeKeyword(cursor, L"true")) {
+        return std::make_unique<JsonValue>(true);
+    }
+    if (TakeKeyword(cursor, L"false")) {
+        return std::make_unique<JsonValue>(false);
+    }
+    if (TakeKeyword(cursor, L"null")) {
+        return std::make_unique<JsonValue>();
+    }
     const std::optional<double> number = ReadJsonNumber(cursor);
     return number ? std::make_unique<JsonValue>(*number) : nullptr;
 }

@@ -31,13 +31,17 @@ class JsonTextCursor {
     // Steps over the next unit when it is the expected one.
     bool Take(wchar_t expected) noexcept {
         const bool found = mRest.starts_with(expected);
-        if (found) mRest.remove_prefix(1);
+        if (found) {
+            mRest.remove_prefix(1);
+        }
         return found;
     }
 
     // The value of the next unit, stepped over, when it is a digit from '0' to '9'.
     std::optional<int> TakeDigit() noexcept {
-        if (mRest.empty() || mRest.front() < L'0' || mRest.front() > L'9') return std::nullopt;
+        if (mRest.empty() || mRest.front() < L'0' || mRest.front() > L'9') {
+            return std::nullopt;
+        }
         return TakeUnit() - L'0';
     }
 

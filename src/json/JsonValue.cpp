@@ -31,8 +31,12 @@ void JsonValue::MoveChildrenTo(Owner& doomed) noexcept {
         }
     };
     if (auto* elements = std::get_if<Array>(&mPayload)) {
-        for (Owner& element : *elements) prepend(element);
+        for (Owner& element : *elements) {
+            prepend(element);
+        }
     } else if (auto* members = std::get_if<Object>(&mPayload)) {
-        for (auto& [key, member] : *members) prepend(member);
+        for (auto& [key, member] : *members) {
+            prepend(member);
+        }
     }
 }

@@ -90,7 +90,9 @@ class TreeWriter {
   private:
     // Writes a scalar whole, of a container only the opening bracket.
     void Begin(const JsonValue* value) {
-        if (!value) return;
+        if (!value) {
+            return;
+        }
         switch (value->GetKind()) {
             case JsonValue::Kind::Null:
                 mText += L"null";
@@ -118,14 +120,22 @@ class TreeWriter {
     // Both write the next element or member of the innermost container, or its end. The reference to what remains is
     // dead once Begin has been called, which may open another container.
     void Continue(ArrayRemainder& array) {
-        if (array.next == array.end) return End(L']');
-        if (array.next != array.begin) mText += L',';
+        if (array.next == array.end) {
+            return End(L']');
+        }
+        if (array.next != array.begin) {
+            mText += L',';
+        }
         Begin((array.next++)->get());
     }
 
     void Continue(ObjectRemainder& object) {
-        if (object.next == object.end) return End(L'}');
-        if (object.next != object.begin) mText += L',';
+        if (object.next == object.end) {
+            return End(L'}');
+        }
+        if (object.next != object.begin) {
+            mText += L',';
+        }
         const auto& [key, value] = *object.next++;
         AppendString(mText, key);
         mText += L':';
