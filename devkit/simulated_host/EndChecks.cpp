@@ -1,0 +1,66 @@
+#include "simulated_host/EndChecks.h"
+
+#include <windows.h>
+
+#include "simulated_host/Host.h"
+#include "simulated_host/HostDialog.h"
+#include "simulated_host/ImportWatch.h"
+#include "simulated_host/LoadedLibraries.h"
+#include "simulated_host/Text.h"
+
+namespace simhost {
+
+namespace {
+
+void CheckLibrary(const Expectations& expect, const RunFolder& folder) {
+    if (!expect.library) {
+        return;
+    }
+    const std::string loaded = PluginCoreInProcess();
+    const std::string& expected = *expect.library;
+    const std::string wanted = expected.empty() ? "" : Utf8(folder.At(expected).wstring());
+    if (CompareStringOrdinal(Wide(loaded).c_str(), -1, Wide(wanted).c_str(), -1, TRUE) != CSTR_EQUAL) {
+        Host().rules.Broken(Rule::kLibrary, "the PluginCore is \"" + loaded + "\", expected \"" + wanted + "\"");
+    }
+}
+
+void CheckSuites() {
+    for (const auto& suite : Host().suites.All()) {
+        if (suite->held != 0) {
+            Host().rules.Broken(Rule::kSuiteLeak,
+                                "\"" + suite->name + "\" is still held " + std::to_string(suite->held) + " times",
+                                suite->held);
+        }
+    }
+}
+
+void CheckTimers() {
+    for (const auto& [handle, timer] : Host().model.timers.Objects()) {
+        if (timer.active) {
+            Host().rules.Broken(Rule::kTimerLeft, "the timer \"" + timer.name + "\" is still active");
+        }
+    }
+}
+
+void CheckHooks() {
+    if (HooksInPlace() != 0) {
+        Host().rules.Broken(Rule::kHookLeft, "message hooks left: " + std::to_string(HooksInPlace()), HooksInPlace());
+    }
+    // What a person would meet: a dialog of their own, treated as if the plug-in were still there.
+    const DialogRecord record = ShowHostDialog({"Font", DialogKind::kStandard, true, "", DialogEnd::kUntouched});
+    if (!record.received.empty() || record.endedWithOk) {
+        Host().rules.Broken(Rule::kHookLeft, "a dialog after the end was " + Describe(record));
+    }
+}
+
+}  // namespace
+
+void CheckEnd(const Expectations& expect, const RunFolder& folder) {
+    CheckLibrary(expect, folder);
+    CheckSuites();
+    CheckTimers();
+    Host().objects.ReportLeaks(Host().rules);
+    CheckHooks();
+}
+
+}  // namespace simhost

@@ -1,0 +1,60 @@
+#include "simulated_host/MessageDriver.h"
+
+#include <utility>
+
+#include "simulated_host/Host.h"
+#include "simulated_host/suites/AllSuites.h"
+
+namespace simhost {
+
+namespace {
+
+// What the host calls the plug-in by; it points nowhere.
+const SPPluginRef kSelf = reinterpret_cast<SPPluginRef>(std::uintptr_t{0x5100000010});
+
+}  // namespace
+
+SPMessageData MessageDriver::CommonPart() const { return {kSPMessageCheck, kSelf, mGlobals, BasicSuite()}; }
+
+std::int32_t MessageDriver::CallOrThrow(const char* caller, const char* selector, void* message) const {
+    try {
+        return mPlugin.Call(caller, selector, message);
+    } catch (...) {
+        Host().rules.Broken(Rule::kCrash, "message " + mCurrent + ": an exception left the plug-in");
+        throw HostLost();
+    }
+}
+
+std::int32_t MessageDriver::Send(const char* caller, const char* selector, SPMessageData& common, void* message) {
+    // A message inside a message: the outer one is current again afterwards.
+    const std::string outer = std::exchange(mCurrent, std::string("\"") + caller + "\"/\"" + selector + "\"");
+    const std::int32_t answer = CallOrThrow(caller, selector, message);
+    mGlobals = common.globals;
+    mCurrent = outer;
+    return answer;
+}
+
+std::int32_t MessageDriver::SendInterface(const char* selector) {
+    SPInterfaceMessage message{CommonPart()};
+    return Send(kSPInterfaceCaller, selector, message.d, &message);
+}
+
+std::int32_t MessageDriver::SendAccess(const char* selector) {
+    SPAccessMessage message{CommonPart(), 0};
+    return Send(kSPAccessCaller, selector, message.d, &message);
+}
+
+std::int32_t MessageDriver::SendNotification(void* notifier, const std::string& type, void* data) {
+    AINotifierMessage message{CommonPart(), static_cast<AINotifierHandle>(notifier), type.c_str(), data};
+    return Send(kCallerAINotify, kSelectorAINotify, message.d, &message);
+}
+
+std::int32_t MessageDriver::SendPlain(const std::string& caller, const std::string& selector, bool withBasicSuite) {
+    SPMessageData message = CommonPart();
+    if (!withBasicSuite) {
+        message.basic = nullptr;
+    }
+    return Send(caller.c_str(), selector.c_str(), message, &message);
+}
+
+}  // namespace simhost

@@ -1,0 +1,48 @@
+// The host's objects of one kind, known to the plug-in by opaque handles. A handle is a number that is never used
+// again and points nowhere, so that the use of one that was given back is noticed instead of crashing.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <utility>
+
+namespace simhost {
+
+template <class Object>
+class ObjectTable {
+  public:
+    // `kind` keeps the handles of different kinds apart.
+    explicit ObjectTable(std::uintptr_t kind) : mFirst(kind << 40), mLast(mFirst) {}
+
+    void* Add(Object object) {
+        mLast += 16;
+        mObjects.emplace(mLast, std::move(object));
+        return reinterpret_cast<void*>(mLast);
+    }
+
+    // Null for a handle that was given back, or never given out.
+    Object* Find(const void* handle) {
+        const auto found = mObjects.find(reinterpret_cast<std::uintptr_t>(handle));
+        return found == mObjects.end() ? nullptr : &found->second;
+    }
+
+    bool Remove(const void* handle) { return mObjects.erase(reinterpret_cast<std::uintptr_t>(handle)) != 0; }
+
+    // Whether the handle was alive once.
+    bool WasGiven(const void* handle) const {
+        const auto number = reinterpret_cast<std::uintptr_t>(handle);
+        return number > mFirst && number <= mLast && number % 16 == 0;
+    }
+
+    std::size_t Size() const { return mObjects.size(); }
+    std::map<std::uintptr_t, Object>& Objects() { return mObjects; }
+    const std::map<std::uintptr_t, Object>& Objects() const { return mObjects; }
+
+  private:
+    std::uintptr_t mFirst;
+    std::uintptr_t mLast;
+    std::map<std::uintptr_t, Object> mObjects;
+};
+
+}  // namespace simhost

@@ -1,0 +1,34 @@
+// The calls that reached the substitute PluginCore: read from its record, compared with what a scenario expects, shown.
+#pragma once
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+namespace simhost {
+
+struct PluginCoreCall {
+    std::string entry;
+    nlohmann::ordered_json arguments;
+    std::int32_t answer = 0;
+};
+
+// Reads on where it stopped the last time.
+class CallLog {
+  public:
+    explicit CallLog(std::filesystem::path file) : mFile(std::move(file)) {}
+    std::vector<PluginCoreCall> TakeNew();
+
+  private:
+    std::filesystem::path mFile;
+    std::size_t mRead = 0;
+};
+
+// In words what differs; empty when the calls are exactly the expected ones. `expected` is the array of a step.
+std::string DifferenceOf(const nlohmann::ordered_json& expected, const std::vector<PluginCoreCall>& calls);
+
+// One line for the entry, its numbers and its answer, and one for each text.
+std::vector<std::string> LinesOf(const PluginCoreCall& call);
+
+}  // namespace simhost

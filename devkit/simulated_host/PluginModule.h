@@ -1,0 +1,36 @@
+// The plug-in's file in this process.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+namespace simhost {
+
+class PluginModule {
+  public:
+    // Reads the file's property list, loads the file and finds the entry point that the list names.
+    // Throws std::runtime_error in words when that cannot be done.
+    explicit PluginModule(const std::filesystem::path& file);
+    PluginModule(const PluginModule&) = delete;
+    PluginModule& operator=(const PluginModule&) = delete;
+
+    std::int32_t Call(const char* caller, const char* selector, void* message) const;
+    // Frees the library. Nothing may be called afterwards.
+    void Unload();
+
+    bool IsLoaded() const { return mModule != nullptr; }
+    HMODULE Module() const { return mModule; }
+    const std::string& EntryPoint() const { return mEntryName; }
+
+  private:
+    using Entry = std::int32_t (*)(const char* caller, const char* selector, void* message);
+
+    std::string mEntryName;
+    HMODULE mModule = nullptr;
+    Entry mEntry = nullptr;
+};
+
+}  // namespace simhost

@@ -1,0 +1,68 @@
+// The rules that a run checks, each by name, and the book that notes who broke one. A run passes when exactly the
+// violations occurred that its scenario announces: usually none.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace simhost {
+
+enum class Rule {
+    kPropertyList,
+    kReply,
+    kCalls,
+    kHostCalls,
+    kBoxes,
+    kDialog,
+    kLibrary,
+    kForeground,
+    kCrash,
+    kNotReached,
+    kTrapSlot,
+    kSuiteNotHeld,
+    kSuiteLeak,
+    kReferenceLeak,
+    kStringLeak,
+    kPathLeak,
+    kBlockLeak,
+    kBlockOverrun,
+    kHandleLeak,
+    kStaleReference,
+    kBadArgument,
+    kWrongThread,
+    kTimerLeft,
+    kHookLeft,
+    kTimeLimit,
+};
+
+struct RuleDescription {
+    Rule rule;
+    const char* name;
+    const char* meaning;
+};
+
+std::span<const RuleDescription> AllRules();
+const char* NameOf(Rule rule);
+// Null when there is no rule of that name.
+const RuleDescription* FindRule(std::string_view name);
+
+struct Violation {
+    Rule rule;
+    std::int64_t amount;  // of what was leaked, for example; 1 where there is nothing to count
+    std::string text;
+};
+
+class RuleBook {
+  public:
+    void Broken(Rule rule, std::string text, std::int64_t amount = 1);
+
+    const std::vector<Violation>& Violations() const { return mViolations; }
+
+  private:
+    std::vector<Violation> mViolations;
+};
+
+}  // namespace simhost

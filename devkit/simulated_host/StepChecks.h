@@ -1,0 +1,36 @@
+// Checks, after each message, what it brought about, and prints it.
+#pragma once
+
+#include "simulated_host/BoxWatcher.h"
+#include "simulated_host/MainWindow.h"
+#include "simulated_host/PluginCoreCalls.h"
+#include "simulated_host/RunFolder.h"
+#include "simulated_host/Scenario.h"
+#include "simulated_host/Transcript.h"
+
+namespace simhost {
+
+class StepChecks {
+  public:
+    // Shows the host's window: what is checked includes its being in the foreground.
+    StepChecks(const RunFolder& folder, const Transcript& transcript)
+        : mTranscript(transcript), mCalls(folder.Calls()) {}
+
+    // Just before the step's message is sent.
+    void Begin();
+    // Afterwards. Broken rules go into the host's book.
+    void Check(const Step& step);
+
+  private:
+    void CheckCalls(const Step& step);
+    void CheckBoxes(const Step& step);
+    void CheckHostCalls(const Step& step);
+    void CheckForeground(const Step& step);
+
+    const Transcript& mTranscript;
+    MainWindow mWindow;
+    BoxWatcher mBoxes;
+    CallLog mCalls;
+};
+
+}  // namespace simhost

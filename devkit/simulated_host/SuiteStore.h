@@ -1,0 +1,43 @@
+// The suites that the host offers: a table of slots each, and how often each is held.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace simhost {
+
+struct OfferedSuite {
+    std::string name;
+    std::int32_t version;
+    std::vector<void*> slots;
+    std::int64_t held = 0;
+};
+
+class SuiteStore {
+  public:
+    // All suites, every slot a trap.
+    SuiteStore();
+
+    // The suite's table as the structure that the plug-in reads it by. The sizes must agree.
+    template <class Suite>
+    Suite& Table(std::string_view name) {
+        return *static_cast<Suite*>(TableOfSize(name, sizeof(Suite)));
+    }
+
+    OfferedSuite* Find(std::string_view name);
+    const std::vector<std::unique_ptr<OfferedSuite>>& All() const { return mSuites; }
+
+    // The scenario's host does not offer this one.
+    void Withdraw(std::string_view name);
+
+  private:
+    void* TableOfSize(std::string_view name, std::size_t size);
+
+    std::vector<std::unique_ptr<OfferedSuite>> mSuites;
+};
+
+}  // namespace simhost

@@ -1,0 +1,25 @@
+// Conversions between the texts of Windows and of files.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace simhost {
+
+std::wstring Wide(std::string_view utf8);
+std::string Utf8(std::wstring_view wide);
+
+// Nothing when the bytes are not valid in the code page.
+std::optional<std::u16string> Utf16(std::string_view bytes, unsigned codePage);
+std::string Utf8(std::u16string_view units);
+
+// Every occurrence of `from` in `text` becomes `to`; an empty `from` changes nothing.
+std::string ReplaceAll(std::string text, std::string_view from, std::string_view to);
+
+// The text as it stands between the quotes of a JSON text that escapes "/" as well.
+std::string AsJsonText(std::string_view utf8);
+
+std::string FourCharacters(unsigned code);
+
+}  // namespace simhost
