@@ -50,8 +50,8 @@ TEST(Sample, LeavesAProcessBehind) {
     STARTUPINFOA start = {};
     start.cb = sizeof(start);
     PROCESS_INFORMATION process = {};
-    ASSERT_TRUE(CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start,
-                               &process));
+    ASSERT_TRUE(
+        CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &process));
     CloseHandle(process.hThread);
     CloseHandle(process.hProcess);
 }

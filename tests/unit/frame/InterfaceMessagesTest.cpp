@@ -116,6 +116,25 @@ TEST_F(InterfaceMessagesTest, ResultOfShutdownIsReturned) {
     EXPECT_EQ(Send("SP Interface", "Shutdown"), 55);
 }
 
+TEST_F(InterfaceMessagesTest, ShutdownDoesNotTryAgainWhatItCouldNotRelease) {
+    LoadFakePluginCore();
+    Startup();
+    host.calls.Clear();
+    host.calls.Fail("ReleaseSuite", 19);
+    EXPECT_EQ(Send("SP Interface", "Shutdown"), 0);
+    EXPECT_EQ(host.calls.Calls().front(), "ReleaseSuite('ATE ApplicationPaint Suite', 1)");
+    EXPECT_EQ(host.calls.Calls().size(), 1u + 3u);
+    EXPECT_TRUE(SuitesAreHeld());
+}
+
+TEST_F(InterfaceMessagesTest, StartupWithoutMemoryGivesTheSuitesBackAtShutdown) {
+    LoadFakePluginCore();
+    host.calls.Fail("AllocateBlock", 1);
+    Startup();
+    EXPECT_EQ(Send("SP Interface", "Shutdown"), 0);
+    EXPECT_TRUE(host.HeldSuites().empty());
+}
+
 TEST_F(InterfaceMessagesTest, UnknownSelectorIsLogged) {
     EXPECT_EQ(Send("SP Interface", "Nonsense"), 0);
     EXPECT_EQ(CountRecorded("- unknown message from kSPInterfaceCaller"), 1);
