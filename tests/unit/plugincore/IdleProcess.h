@@ -1,0 +1,54 @@
+// A real process with an executable of the test's choice, which does nothing; ended with the object.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <windows.h>
+// After windows.h, which it needs.
+#include <psapi.h>
+
+#include <filesystem>
+#include <string>
+
+#include "support/TemporaryFolder.h"
+
+class IdleProcess {
+  public:
+    // Copies the idle program to `path`, starts it and waits until Windows names its executable.
+    explicit IdleProcess(const std::filesystem::path& path) {
+        std::filesystem::create_directories(path.parent_path());
+        std::filesystem::copy_file(TestProgramFolder() / "idle_process.exe", path);
+        std::wstring command = L"\"" + path.wstring() + L"\" " + std::to_wstring(GetCurrentProcessId());
+        STARTUPINFOW startup = {};
+        startup.cb = sizeof(startup);
+        EXPECT_TRUE(
+            CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &mProcess))
+            << "error " << GetLastError();
+        WaitUntilItIsListed();
+    }
+    IdleProcess(const IdleProcess&) = delete;
+    IdleProcess& operator=(const IdleProcess&) = delete;
+    ~IdleProcess() {
+        TerminateProcess(mProcess.hProcess, 0);
+        WaitForSingleObject(mProcess.hProcess, INFINITE);
+        CloseHandle(mProcess.hThread);
+        CloseHandle(mProcess.hProcess);
+    }
+
+    DWORD Identifier() const { return mProcess.dwProcessId; }
+
+  private:
+    // A process that was only just made has no modules yet.
+    void WaitUntilItIsListed() const {
+        HMODULE module = nullptr;
+        DWORD needed = 0;
+        for (int i = 0; i < 500; ++i) {
+            if (K32EnumProcessModules(mProcess.hProcess, &module, sizeof(module), &needed) != 0 && module != nullptr) {
+                return;
+            }
+            Sleep(10);
+        }
+        ADD_FAILURE() << "the process never got a module";
+    }
+
+    PROCESS_INFORMATION mProcess = {};
+};

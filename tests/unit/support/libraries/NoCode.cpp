@@ -1,0 +1,1 @@
+// A module of which only the resources are wanted.
