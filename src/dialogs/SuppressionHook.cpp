@@ -1,7 +1,6 @@
 #include "dialogs/SuppressionHook.h"
 
 #include <string>
-#include <string_view>
 
 #include "dialogs/SuppressionWords.h"
 #include "support/Log.h"
@@ -17,19 +16,10 @@ HHOOK sHook = nullptr;            // null while no hook is installed
 bool sSuppressionActive = false;  // switched by the document-opened handler
 HWND sPendingDialog = nullptr;    // the one dialog between its creation and its first show message
 
-// For log lines only: a title may hold what is no valid UTF-16.
-std::string Utf8ForLog(std::wstring_view text) {
-    try {
-        return Utf8FromUtf16(text);
-    } catch (const std::exception& exception) {
-        return exception.what();
-    }
-}
-
 bool TitleIsSuppressed(const std::wstring& title) {
-    const std::string titleForLog = Utf8ForLog(title);
+    const std::string titleForLog = Utf8FromWindowsText(title);
     for (const std::wstring& word : SuppressionWordList()) {
-        const std::string wordForLog = Utf8ForLog(word);
+        const std::string wordForLog = Utf8FromWindowsText(word);
         LogMessage(kLogNote, "Does '%s' contain '%s'?", titleForLog.c_str(), wordForLog.c_str());
         if (title.find(word) != std::wstring::npos) {
             LogMessage(kLogNote, "Found '%s' in Window titled '%s'?", wordForLog.c_str(), titleForLog.c_str());

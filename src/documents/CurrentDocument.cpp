@@ -11,7 +11,7 @@ AIDocumentHandle CurrentDocument() {
     return sDocumentSuite->GetDocument(&document) == kNoErr ? document : nullptr;
 }
 
-std::string RecordedOrCurrentPath(AIDocumentHandle document) {
+std::string RefreshRecordedPath(AIDocumentHandle document) {
     std::string recorded = GetFilePathForDocumentHandle(document);
     if (recorded.empty() || HoldsPathSeparator(recorded)) {
         return recorded;

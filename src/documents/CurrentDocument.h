@@ -8,6 +8,6 @@
 // The current document's handle; null when there is none.
 AIDocumentHandle CurrentDocument();
 
-// The path recorded for a document. One that was recorded under a bare name had not been saved then: when the current
-// document has a path by now, that path is recorded for `document` in its place.
-std::string RecordedOrCurrentPath(AIDocumentHandle document);
+// Returns the path recorded for a document, brought up to date first. One that was recorded under a bare name had not
+// been saved then: when the current document has a path by now, that path is recorded for `document` in its place.
+std::string RefreshRecordedPath(AIDocumentHandle document);

@@ -21,12 +21,6 @@ std::uint64_t KeyOf(AIDocumentHandle document) { return reinterpret_cast<std::ui
 
 DocumentRecord& RecordOf(AIDocumentHandle document) { return sDocumentRegistry[KeyOf(document)]; }
 
-void AssignUnlessSelf(std::string& target, const std::string& text) {
-    if (&target != &text) {
-        target = text;
-    }
-}
-
 void LogExit(const char* operation) { LogMessage(kLogExit, "Exiting %s()", operation); }
 
 }  // namespace
@@ -34,7 +28,7 @@ void LogExit(const char* operation) { LogMessage(kLogExit, "Exiting %s()", opera
 void SetFilePathForDocumentHandle(AIDocumentHandle document, const std::string& path) {
     constexpr const char* kName = "SetFilePathForDocumentHandle";
     LogMessage(kLogEntry, "Entering %s(%08x, '%s')", kName, Low32(document), path.c_str());
-    AssignUnlessSelf(RecordOf(document).filePath, path);
+    RecordOf(document).filePath = path;
     LogExit(kName);
 }
 
@@ -64,7 +58,7 @@ std::int64_t GetTimestampForDocumentHandle(AIDocumentHandle document) {
 void SetFontUsageForDocumentHandle(AIDocumentHandle document, const std::string& report) {
     constexpr const char* kName = "SetFontUsageForDocumentHandle";
     LogMessage(kLogEntry, "Entering %s(%08x, '%s')", kName, Low32(document), report.c_str());
-    AssignUnlessSelf(RecordOf(document).fontUsage, report);
+    RecordOf(document).fontUsage = report;
     LogExit(kName);
 }
 

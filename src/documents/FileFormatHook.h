@@ -13,5 +13,5 @@ constexpr std::int32_t kFormatRefused = -1;
 std::int32_t AddFileFormat(SPInterfaceMessage* message);
 
 // Hands the path of the file that the host is about to open to the PluginCore and answers kFormatRefused, whatever the
-// PluginCore says. An empty path is not handed on.
+// PluginCore says and whatever goes wrong. An empty path is not handed on. Throws nothing.
 std::int32_t CheckFileFormat(const AIFileFormatMessage* message);

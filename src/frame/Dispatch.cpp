@@ -1,6 +1,7 @@
 #include "frame/Dispatch.h"
 
 #include "frame/InterfaceMessages.h"
+#include "frame/LifeCycle.h"
 #include "frame/PluginCaller.h"
 #include "frame/PluginGlobals.h"
 #include "frame/SuiteOperations.h"
@@ -17,12 +18,18 @@ constexpr std::int32_t kMessageRefused = 1;
 // of ours, not against other threads.
 std::uint32_t sDispatchBusy = 0;
 
-// The host's last messages after shut-down, or without a start-up. They use no suite, and nobody would release one
-// that they acquired.
-bool IsClosingMessage(const char* caller, const char* selector) {
-    return sGlobals == nullptr &&
-           ((TokensAreEqual(caller, kSPInterfaceCaller) && TokensAreEqual(selector, kSPInterfaceShutdownSelector)) ||
-            (TokensAreEqual(caller, kSPAccessCaller) && TokensAreEqual(selector, kSPAccessUnloadSelector)));
+bool Is(const char* caller, const char* selector, const char* wantedCaller, const char* wantedSelector) {
+    return TokensAreEqual(caller, wantedCaller) && TokensAreEqual(selector, wantedSelector);
+}
+
+// Suites are acquired lazily on every message while somebody is left to release them: not after shut-down, and not for
+// the message that only ends a run without a start-up.
+bool MayAcquireSuites(const char* caller, const char* selector) {
+    if (HasShutDown()) {
+        return Is(caller, selector, kSPInterfaceCaller, kSPInterfaceStartupSelector);
+    }
+    return sGlobals != nullptr || !(Is(caller, selector, kSPInterfaceCaller, kSPInterfaceShutdownSelector) ||
+                                    Is(caller, selector, kSPAccessCaller, kSPAccessUnloadSelector));
 }
 
 std::int32_t Dispatch(const char* caller, const char* selector, SPMessageData* message) {
@@ -37,7 +44,7 @@ std::int32_t Dispatch(const char* caller, const char* selector, SPMessageData* m
         return kNoErr;
     }
     // A refusal is not examined: whoever needs a missing suite finds out.
-    if (!IsClosingMessage(caller, selector)) {
+    if (MayAcquireSuites(caller, selector)) {
         AcquireSuites();
     }
     return TokensAreEqual(caller, kSPInterfaceCaller) ? HandleInterfaceMessage(selector, message)

@@ -7,10 +7,13 @@
 
 std::int32_t HandleDocumentAboutToCloseNotifier(AINotifierMessage* message) {
     return WithNotifyDataLogged("HandleDocumentAboutToCloseNotifier", message, [&] {
+        if (!PluginCoreIsEnabled()) {
+            return kNoErr;
+        }
         // Only the current document can be scanned.
-        if (PluginCoreIsEnabled() && CurrentDocument() == message->notifyData) {
-            SetFontUsageForDocumentHandle(static_cast<AIDocumentHandle>(message->notifyData),
-                                          CurrentDocumentFontUsage());
+        const AIDocumentHandle document = CurrentDocument();
+        if (document != nullptr && document == message->notifyData) {
+            SetFontUsageForDocumentHandle(document, CurrentDocumentFontUsage());
         }
         return kNoErr;
     });

@@ -15,7 +15,7 @@ std::int32_t HandleDocumentChangedNotifier(AINotifierMessage* message) {
         if (document == nullptr) {
             return kNoErr;
         }
-        RecordedOrCurrentPath(document);
+        RefreshRecordedPath(document);
         SetFontUsageForDocumentHandle(document, CurrentDocumentFontUsage());
         return kNoErr;
     });

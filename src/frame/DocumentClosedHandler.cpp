@@ -37,8 +37,20 @@ void ReportSavedDocument(const PCILoader& pluginCore, AIDocumentHandle document,
     pluginCore.pfHandleCloseDocument(path.c_str(), fontUsage.c_str());
 }
 
+// Forgets a document when its close notification ends, also by an exception: a later document may get the same handle.
+class ForgetAtEnd {
+  public:
+    explicit ForgetAtEnd(AIDocumentHandle document) noexcept : mDocument(document) {}
+    ForgetAtEnd(const ForgetAtEnd&) = delete;
+    ForgetAtEnd& operator=(const ForgetAtEnd&) = delete;
+    ~ForgetAtEnd() { ForgetDocumentHandle(mDocument); }
+
+  private:
+    AIDocumentHandle mDocument;
+};
+
 void ReportClosedDocument(const PCILoader& pluginCore, AIDocumentHandle document) {
-    const std::string path = RecordedOrCurrentPath(document);
+    const std::string path = RefreshRecordedPath(document);
     if (path.empty()) {
         ReportUnsavedDocument(pluginCore);
     } else {
@@ -51,10 +63,10 @@ void ReportClosedDocument(const PCILoader& pluginCore, AIDocumentHandle document
 std::int32_t HandleDocumentClosedNotifier(AINotifierMessage* message) {
     return WithNotifyDataLogged("HandleDocumentClosedNotifier", message, [&] {
         const auto document = static_cast<AIDocumentHandle>(message->notifyData);
+        const ForgetAtEnd forget(document);
         if (PluginCoreIsEnabled()) {
             ReportClosedDocument(*PCILoader::GetSharedInstance(), document);
         }
-        ForgetDocumentHandle(document);
         return kNoErr;
     });
 }

@@ -5,7 +5,6 @@
 #include <string>
 
 #include "frame/LifeCycle.h"
-#include "frame/PluginGlobals.h"
 #include "frame/SuiteOperations.h"
 #include "frame/Suites.h"
 #include "plugincore/PCILoader.h"
@@ -15,9 +14,6 @@
 #include "support/TextConversion.h"
 
 namespace {
-
-// Whether the last start-up got as far as a globals block. Then shut-down gives the suites back; else nobody has.
-bool sHasStarted = false;
 
 // The text is the plug-in's own path: it tells the user which file has no PluginCore.
 void ShowMissingPluginCore() {
@@ -37,19 +33,14 @@ std::int32_t HandleStartup(SPInterfaceMessage* message) {
     std::string path;
     std::string version;
     std::uint32_t missingCount = 0;
-    if (!pluginCore->IsLoaded(&path, &version, &missingCount)) {
-        return kNoErr;
-    }
-    const std::int32_t result = StartupPlugin(message);
-    sHasStarted = sGlobals != nullptr;
-    return result;
+    return pluginCore->IsLoaded(&path, &version, &missingCount) ? StartupPlugin(message) : kNoErr;
 }
 
 std::int32_t HandleShutdown(SPMessageData* message) {
     const std::int32_t result = ShutdownPlugin(message);
     // Without a PluginCore there was nothing to shut down, but the suites are held since the first message. What
     // shut-down could not release is not tried again.
-    if (!sHasStarted && SuitesAreHeld()) {
+    if (!HasShutDown() && SuitesAreHeld()) {
         ReleaseSuites();
     }
     return result;

@@ -20,6 +20,9 @@
 
 namespace {
 
+// Set by shut-down, cleared by start-up.
+bool sHasShutDown = false;
+
 using MomentaryBlocksSuite = MomentarySuite<SPBlocksSuite>;
 
 void AcquireBlocksSuiteForStartup(MomentaryBlocksSuite& blocks) {
@@ -52,6 +55,7 @@ void AddToHost(SPInterfaceMessage* message) {
 std::int32_t StartupPlugin(SPInterfaceMessage* message) {
     constexpr const char* kName = "StartupPlugin";
     LogMessage(kLogEntry, "Entering %s", kName);
+    sHasShutDown = false;
     const std::string pluginPath = PluginInfo::GetPluginPath(sPluginIdentifier);
     PCILoader::GetSharedInstance()->pfInitializePluginCoreInterface(pluginPath.c_str());
 
@@ -88,6 +92,7 @@ std::int32_t ShutdownPlugin(SPMessageData* message) {
     LogMessage(kLogNote, "Calling RemoveTimers from ShutdownPlugin.");
     RemoveTimers();
     ReleaseSuites();
+    sHasShutDown = true;
 
     MomentaryBlocksSuite blocks(kSPBlocksSuite, kSPBlocksSuiteVersion);
     try {
@@ -101,6 +106,8 @@ std::int32_t ShutdownPlugin(SPMessageData* message) {
     message->globals = nullptr;
     return result;
 }
+
+bool HasShutDown() { return sHasShutDown; }
 
 std::int32_t AboutPlugin(SPMessageData* /*message*/) {
     constexpr const char* kName = "AboutPlugin";

@@ -5,14 +5,18 @@
 
 #include "host/Messages.h"
 
-// Sets the plug-in up: tells the PluginCore where the plug-in is, allocates the globals block (the host owns the
-// message that carries it from then on), adds menus, notifiers, file format, dialog suppression and timer. The
-// PluginCore must be loaded. Returns 0 or the host's code; each later step handles its own failures.
+// Sets the plug-in up: tells the PluginCore where the plug-in is, allocates the globals block, adds menus, notifiers,
+// file format, dialog suppression and timer. The PluginCore must be loaded. Returns 0 or the host's code; each later
+// step handles its own failures.
 std::int32_t StartupPlugin(SPInterfaceMessage* message);
 
 // Undoes start-up and frees the globals block. Returns the PluginCore's result, or the host's code; 0 at once when
 // there is no globals block.
 std::int32_t ShutdownPlugin(SPMessageData* message);
+
+// Whether shut-down has run since the last start-up: the suites have then been given back, and what the host still
+// sends must not acquire them again, because nobody would release them.
+bool HasShutDown();
 
 // Lets the PluginCore show its about dialog for the current document. Returns the PluginCore's result, 0 without a
 // PluginCore.

@@ -29,13 +29,14 @@ struct PluginGlobals {
     void* unused19;                         // 19
 };
 
-// Copied from every message, set by start-up, cleared by shut-down; null while the plug-in is not started. The host
-// owns the block.
+// Copied from every message, set by start-up, cleared by shut-down; null while the plug-in is not started. The block
+// is the plug-in's; the host only keeps the pointer between messages.
 extern PluginGlobals* sGlobals;
 
 // The block of the message being handled; the host's, stale between messages.
 extern SPMessageData* sCurrentMessage;
 
-// Gives a freshly allocated block its values: the plug-in's reference, a new empty text, and null handles. The host does
-// not zero a block, and a notifier that is never added must not match a handle by chance. Slots 1 and 3 are left alone.
+// Gives a freshly allocated block its values: the plug-in's reference, a new empty text, and null handles. The host
+// does not zero a block, and a notifier that is never added must not match a handle by chance. Slots 1 and 3 are left
+// alone.
 void InitializeGlobals(PluginGlobals& globals, SPPluginRef plugin);

@@ -11,29 +11,23 @@ namespace {
 // The host's own name of a file, not the one it would show to a person.
 constexpr AIBool8 kNotDisplayName = 0;
 
-void ThrowOnFailure(AIErr code) {
-    if (code != 0) {
-        throw Error(code);
-    }
-}
-
 }  // namespace
 
 std::string FileNameOf(const FilePathData& path) {
     UnicodeString name;
-    ThrowOnFailure(sFilePathSuite->GetFileName(path, kNotDisplayName, name.Data()));
+    ThrowIfRefused(sFilePathSuite->GetFileName(path, kNotDisplayName, name.Data()));
     return name.ToUtf8();
 }
 
 std::string FullPathOf(const FilePathData& path) {
     UnicodeString text;
-    ThrowOnFailure(sFilePathSuite->GetFullPath(path, kNotDisplayName, text.Data()));
+    ThrowIfRefused(sFilePathSuite->GetFullPath(path, kNotDisplayName, text.Data()));
     return text.ToUtf8();
 }
 
 FilePath::FilePath(const FilePath& other) {
     if (other.mData.impl != nullptr) {
-        ThrowOnFailure(sFilePathSuite->Copy(other.mData, mData));
+        ThrowIfRefused(sFilePathSuite->Copy(other.mData, mData));
     }
 }
 

@@ -17,4 +17,11 @@ class Error : public std::exception {
     AIErr mCode;
 };
 
+// Throws the error object of a non-zero result.
+inline void ThrowIfRefused(AIErr code) {
+    if (code != 0) {
+        throw Error(code);
+    }
+}
+
 }  // namespace ai

@@ -10,30 +10,20 @@
 
 namespace ai {
 
-namespace {
-
-void ThrowOnFailure(AIErr code) {
-    if (code != 0) {
-        throw Error(code);
-    }
-}
-
-}  // namespace
-
 UnicodeString::UnicodeString(std::string_view utf8) {
-    ThrowOnFailure(sUnicodeStringSuite->Initialize(mData, utf8.data(), static_cast<std::int64_t>(utf8.size()),
+    ThrowIfRefused(sUnicodeStringSuite->Initialize(mData, utf8.data(), static_cast<std::int64_t>(utf8.size()),
                                                    kAIUTF8CharacterEncoding));
 }
 
 UnicodeString::UnicodeString(const UnicodeString& other) {
     if (other.mData.impl != nullptr) {
-        ThrowOnFailure(sUnicodeStringSuite->Copy(mData, other.mData));
+        ThrowIfRefused(sUnicodeStringSuite->Copy(mData, other.mData));
     }
 }
 
 UnicodeString& UnicodeString::operator=(const UnicodeString& other) {
     if (this != &other) {
-        ThrowOnFailure(sUnicodeStringSuite->Assign(mData, other.mData));
+        ThrowIfRefused(sUnicodeStringSuite->Assign(mData, other.mData));
     }
     return *this;
 }

@@ -17,7 +17,7 @@ namespace {
 void AppendShellFolder(int folderIdentifier, std::string& out) {
     std::array<wchar_t, MAX_PATH + 1> path{};
     if (SHGetSpecialFolderPathW(nullptr, path.data(), folderIdentifier, FALSE) != FALSE) {
-        out += Utf8FromUtf16(path.data());
+        out += Utf8FromWindowsText(path.data());
     }
 }
 

@@ -47,7 +47,7 @@ HMODULE LoadLibraryWithVersion(const std::string& path, char* versionOut, std::s
     }
     std::array<wchar_t, kPrivateBuildBufferSize / sizeof(wchar_t)> privateBuild{};
     if (GetFileVersionString(path, kPrivateBuildQuery, kPrivateBuildBufferSize, privateBuild.data())) {
-        CopyCut(Utf8FromUtf16(privateBuild.data()), versionOutSize, versionOut);
+        CopyCut(Utf8FromWindowsText(privateBuild.data()), versionOutSize, versionOut);
     }
     return module;
 }

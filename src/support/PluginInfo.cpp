@@ -133,7 +133,7 @@ std::string GetPluginPath(const char* /*pluginIdentifier*/) {
     if (const HMODULE module = GetPluginModuleHandle(); module != nullptr) {
         const ModulePath path = ReadModulePath(module);
         if (path.length < kModulePathSize) {
-            result = Utf8FromUtf16(path.text);
+            result = Utf8FromWindowsText(path.text);
         } else {
             LogPathBufferTooSmall();
         }

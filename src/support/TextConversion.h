@@ -1,5 +1,5 @@
 // Between UTF-8, which every narrow string of the plug-in is, and the UTF-16 of Windows and the JSON values.
-// Both throw utfcpp's exceptions for ill-formed text: utf8::invalid_utf8, utf8::not_enough_room,
+// The strict ones throw utfcpp's exceptions for ill-formed text: utf8::invalid_utf8, utf8::not_enough_room,
 // utf8::invalid_code_point, utf8::invalid_utf16. Any thread.
 #pragma once
 
@@ -7,4 +7,8 @@
 #include <string_view>
 
 std::string Utf8FromUtf16(std::wstring_view utf16);
+
+// For texts that Windows gives: a file name or a window title may hold an unpaired surrogate, which becomes U+FFFD.
+std::string Utf8FromWindowsText(std::wstring_view utf16);
+
 std::wstring Utf16FromUtf8(std::string_view utf8);

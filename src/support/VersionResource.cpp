@@ -65,7 +65,7 @@ std::int32_t ReadField(const std::wstring& dllPath, const std::string& fieldName
     if (!value) {
         return kLookupNotFound;
     }
-    const std::string utf8 = Utf8FromUtf16(*value);
+    const std::string utf8 = Utf8FromWindowsText(*value);
     // With its terminator when there is room for it.
     std::memcpy(destination, utf8.c_str(), std::min(utf8.size() + 1, destinationSize));
     return kNoErr;
@@ -76,7 +76,7 @@ std::int32_t ReadField(const std::wstring& dllPath, const std::string& fieldName
 std::int32_t StringValueFromVersionResource(const std::wstring& dllPath, const std::string& fieldName,
                                             char* destination, std::size_t destinationSize) {
     LogMessage(kLogEntry, "Entering StringValueFromVersionResource(dllPath='%s', fieldName='%s')",
-               Utf8FromUtf16(dllPath).c_str(), fieldName.c_str());
+               Utf8FromWindowsText(dllPath).c_str(), fieldName.c_str());
     const std::int32_t result = ReadField(dllPath, fieldName, destination, destinationSize);
     LogMessage(kLogExit, "StringValueFromVersionResource() returning %d", result);
     return result;

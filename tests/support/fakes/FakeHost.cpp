@@ -145,8 +145,9 @@ SPErr FreeBlock(void* block) {
 
 // --- notifiers and documents ----------------------------------------------------------------------------------------
 
-AIErr AddNotifier(SPPluginRef, const char* name, const char* type, AINotifierHandle* notifier) {
-    const std::int32_t answer = sFakeHost->Record("AddNotifier", Quoted(name) + ", " + Quoted(type));
+AIErr AddNotifier(SPPluginRef self, const char* name, const char* type, AINotifierHandle* notifier) {
+    const std::int32_t answer = sFakeHost->Record(
+        "AddNotifier", Quoted(name) + ", " + Quoted(type) + (self == sFakeHost->plugin ? "" : ", for another plug-in"));
     if (answer == 0) {
         *notifier =
             reinterpret_cast<AINotifierHandle>(static_cast<std::uintptr_t>(0x4000 + ++sFakeHost->notifierCount));

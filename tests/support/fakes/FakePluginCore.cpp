@@ -13,6 +13,9 @@ constexpr DWORD kVisualCppException = 0xE06D7363;
 
 std::int32_t Answer(const std::string& entry, const std::string& arguments) {
     const std::int32_t answer = ThePluginCore().calls.Record(entry, arguments);
+    if (const auto during = ThePluginCore().duringEntry.find(entry); during != ThePluginCore().duringEntry.end()) {
+        during->second();
+    }
     if (ThePluginCore().throwingEntry == entry) {
         const ULONG_PTR parameters[] = {0x19930520, 0, 0, 0};
         RaiseException(kVisualCppException, EXCEPTION_NONCONTINUABLE, 4, parameters);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 
@@ -16,6 +17,8 @@ struct FakePluginCore {
     std::map<std::string, std::string> replies;
     // The entry that throws an exception of another compiler; empty for none.
     std::string throwingEntry;
+    // Called from inside the named entry, before it answers.
+    std::map<std::string, std::function<void()>> duringEntry;
     // Where PluginIsEnabled is not recorded: most tests do not care how often it is asked.
     bool recordEnabledQueries = false;
 };

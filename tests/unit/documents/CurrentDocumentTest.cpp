@@ -19,20 +19,20 @@ TEST_F(CurrentDocumentTest, IsNullWhenTheHostDoesNotTell) {
 
 TEST_F(CurrentDocumentTest, RecordedFullPathIsTakenWithoutAskingTheHost) {
     SetFilePathForDocumentHandle(host.currentDocument, "a/b.ai");
-    EXPECT_EQ(RecordedOrCurrentPath(host.currentDocument), "a/b.ai");
+    EXPECT_EQ(RefreshRecordedPath(host.currentDocument), "a/b.ai");
     EXPECT_TRUE(host.calls.Calls().empty());
 }
 
 TEST_F(CurrentDocumentTest, EmptyRecordedPathIsLeftAsItIs) {
     host.currentPath = "C:/a.ai";
-    EXPECT_EQ(RecordedOrCurrentPath(host.currentDocument), "");
+    EXPECT_EQ(RefreshRecordedPath(host.currentDocument), "");
     EXPECT_TRUE(host.calls.Calls().empty());
 }
 
 TEST_F(CurrentDocumentTest, BareNameGivesWayToAFullPathWhichIsRecorded) {
     SetFilePathForDocumentHandle(host.currentDocument, "Untitled-1");
     host.currentPath = "C:/a.ai";
-    EXPECT_EQ(RecordedOrCurrentPath(host.currentDocument), "C:/a.ai");
+    EXPECT_EQ(RefreshRecordedPath(host.currentDocument), "C:/a.ai");
     EXPECT_EQ(GetFilePathForDocumentHandle(host.currentDocument), "C:/a.ai");
 }
 
@@ -40,10 +40,10 @@ TEST_F(CurrentDocumentTest, BareNameStaysWhenTheHostHasNoPathEither) {
     SetFilePathForDocumentHandle(host.currentDocument, "Untitled-1");
     for (const char* path : {"", "Untitled-2"}) {
         host.currentPath = path;
-        EXPECT_EQ(RecordedOrCurrentPath(host.currentDocument), "Untitled-1");
+        EXPECT_EQ(RefreshRecordedPath(host.currentDocument), "Untitled-1");
     }
     host.calls.Fail("GetDocumentFileSpecification", 1);
-    EXPECT_EQ(RecordedOrCurrentPath(host.currentDocument), "Untitled-1");
+    EXPECT_EQ(RefreshRecordedPath(host.currentDocument), "Untitled-1");
 }
 
 }  // namespace

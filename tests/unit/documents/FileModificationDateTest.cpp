@@ -34,6 +34,15 @@ HANDLE WINAPI RecordCreateFile(LPCWSTR path, DWORD access, DWORD share, LPSECURI
     return sLastOpened;
 }
 
+// What stat says about the file. The compiler's library asks this function of Windows on behalf of _stat64i32.
+std::int64_t sStatTime = 0;
+int sStatResult = 0;
+
+int AnswerStat(const char*, struct _stat64* status) {
+    status->st_mtime = sStatTime;
+    return sStatResult;
+}
+
 BOOL WINAPI RefuseFileTime(HANDLE, LPFILETIME, LPFILETIME, LPFILETIME) { return FALSE; }
 
 class FileModificationDateTest : public testing::Test {
@@ -140,20 +149,36 @@ TEST_F(FileModificationDateTest, FileTimeThatCannotBeReadGives0) {
     EXPECT_EQ(sOpened.size(), 2u);
 }
 
-TEST_F(FileModificationDateTest, DifferenceFromStatIsLoggedAndDoesNotCount) {
-    // Beyond 32 bits the two cannot agree.
-    WriteFile(L"a.ai", (std::int64_t{1} << 32) * kSecond);
-    struct _stat64i32 status = {};
-    ASSERT_EQ(_stat64i32(path.c_str(), &status), 0);
-    const auto difference = static_cast<std::int32_t>(0 - status.st_mtime);
-    EXPECT_EQ(Date(), 0u);
-    if (status.st_mtime == 0) {
-        GTEST_FAIL() << "the two agree, so this file shows nothing";
+TEST_F(FileModificationDateTest, AnyDifferenceFromStatIsLoggedAndDoesNotCount) {
+    WriteFile(L"a.ai", 1700000000 * kSecond);
+    const ImportPatch stat("_stat64", AsReplacement(AnswerStat));
+    sStatResult = 0;
+    const auto line = [&](const std::string& seconds) {
+        return std::vector<RecordedLine>{{0, "QuorvelFileUtils::GetFileModificationDate(" + path +
+                                                 ") returning timestamp that differs from stat result by " + seconds +
+                                                 " seconds."}};
+    };
+    for (const auto& [statTime, difference] : {std::pair<std::int64_t, const char*>{1699999999, "1"},
+                                               {1700000001, "-1"},
+                                               {1700003600, "-3600"},
+                                               {0, "1700000000"}}) {
+        sStatTime = statTime;
+        ClearRecordedLog();
+        EXPECT_EQ(Date(), 1700000000u);
+        EXPECT_EQ(RecordedLog(), line(difference));
     }
-    EXPECT_EQ(RecordedLog(),
-              (std::vector<RecordedLine>{{0, "QuorvelFileUtils::GetFileModificationDate(" + path +
-                                                 ") returning timestamp that differs from stat result by " +
-                                                 std::to_string(difference) + " seconds."}}));
+}
+
+TEST_F(FileModificationDateTest, NoDifferenceIsLoggedWhenStatAgreesOrFails) {
+    WriteFile(L"a.ai", 1700000000 * kSecond);
+    const ImportPatch stat("_stat64", AsReplacement(AnswerStat));
+    sStatTime = 1700000000;
+    sStatResult = 0;
+    EXPECT_EQ(Date(), 1700000000u);
+    sStatTime = 5;
+    sStatResult = -1;
+    EXPECT_EQ(Date(), 1700000000u);
+    EXPECT_TRUE(RecordedLog().empty());
 }
 
 }  // namespace

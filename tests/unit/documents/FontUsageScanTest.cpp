@@ -175,6 +175,30 @@ TEST_F(FontUsageScanTest, FailingRunIsWarnedAboutWithItsFrameAndTheScanGoesOn) {
     EXPECT_EQ(CountRecorded("WARNING: for text frame 1, AddNewFontNameFromTextArt() returned 352321536"), 1);
 }
 
+TEST_F(FontUsageScanTest, ScanOfAFrameLogsEachStepAtItsLevel) {
+    host.defaultFonts[0] = "Default";
+    host.textFrames = {{"A", "Default"}};
+    ExamineTextFramesInCurrentDocForFontUsage(fonts);
+    EXPECT_EQ(
+        RecordedLog(),
+        (std::vector<RecordedLine>{
+            {1, "Entering ExamineTextFramesInCurrentDocForFontUsage()"},
+            {0, "sMatchingArt->GetMatchingArt(spec.type=kTextFrameArt, numSpecs=1, numMatches=1) returned 352321536"},
+            {1, "Entering ExamineTextRangesInThisFrameForFontUsage"},
+            {0, "GetTextRunFaceStyle(..., 'A') returning 0"},
+            {1, "Entering CrossPluginUtils::CreateFontDataForOneFont('A')"},
+            {-1, "Exiting CrossPluginUtils::CreateFontDataForOneFont()"},
+            {1, "Entering CrossPluginUtils::AddFontToArray()"},
+            {-1, "CrossPluginUtils::AddFontToArray() returning 1"},
+            {0, "AddNewFontNameFromTextArt() added 'A'"},
+            {0, "GetTextRunFaceStyle(..., 'Default') returning 0"},
+            {0, "AddNewFontNameFromTextArt() ignoring 'Default' (Illustrator default font)."},
+            {0, "WARNING: for text frame 0, AddNewFontNameFromTextArt() returned 352321536"},
+            {-1, "ExamineTextRangesInThisFrameForFontUsage returning 352321536"},
+            {-1, "ExamineTextFramesInCurrentDocForFontUsage() returning 352321536"},
+        }));
+}
+
 // --- one run --------------------------------------------------------------------------------------------------------
 
 TEST_F(FontUsageScanTest, NewFontIsAddedAndLogged) {

@@ -28,7 +28,8 @@ TEST_F(DispatchTest, MessageThatArrivesInsideAnotherIsRefusedWith1AndChangesNoth
 TEST_F(DispatchTest, ExceptionOfAHandlerIsLoggedAndAnswered0AndTheNextMessageIsHandled) {
     host.duringOperation["GetDocumentFileSpecification"] = [] { throw std::runtime_error("from a handler"); };
     EXPECT_EQ(NotifyOpened(), 0);
-    EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
+    const std::vector<RecordedLine> log = RecordedLog();
+    EXPECT_EQ(std::count(log.begin(), log.end(), RecordedLine{0, "Unhandled exception in Brightbox plugin."}), 1);
     EXPECT_TRUE(PluginCoreCalls().empty());
 
     host.duringOperation.clear();
@@ -118,6 +119,28 @@ TEST_F(DispatchFromTheStartTest, ClosingMessagesAcquireNothing) {
     EXPECT_EQ(Send("SP Interface", "Shutdown"), 0);
     EXPECT_EQ(Send("SP Access", "Unload"), 0);
     EXPECT_TRUE(host.calls.Calls().empty());
+}
+
+TEST_F(DispatchFromTheStartTest, MessageAfterShutdownAcquiresNothingUntilTheNextStartup) {
+    LoadFakePluginCore();
+    Startup();
+    Send("SP Interface", "Shutdown");
+    host.calls.Clear();
+    EXPECT_EQ(Send("AI Notifier", "Hello"), 0);
+    EXPECT_EQ(Send("SP Interface", "Shutdown"), 0);
+    EXPECT_TRUE(host.calls.Calls().empty());
+    EXPECT_EQ(Startup(), 0);
+    EXPECT_TRUE(SuitesAreHeld());
+    EXPECT_NE(host.globals, nullptr);
+}
+
+TEST_F(DispatchFromTheStartTest, TableThatIsNotHeldIsTriedOnEveryMessageWhileThePluginRuns) {
+    LoadFakePluginCore();
+    host.RefuseSuite("AI Document Suite", 9);
+    Startup();
+    host.calls.Clear();
+    Send("SP Access", "Unload");
+    EXPECT_EQ(host.calls.Count("AcquireSuite"), 2 * 98 + 2);
 }
 
 TEST_F(DispatchFromTheStartTest, EverythingIsGivenBackAfterTheHostsClosingMessages) {

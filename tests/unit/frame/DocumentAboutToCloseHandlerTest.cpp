@@ -18,6 +18,12 @@ TEST_F(DocumentAboutToCloseTest, AnotherDocumentThanTheCurrentOneRecordsNothing)
     EXPECT_EQ(host.calls.Count("GetMatchingArt"), 0);
 }
 
+TEST_F(DocumentAboutToCloseTest, NoDocumentIsNotTheCurrentOne) {
+    host.currentDocument = nullptr;
+    EXPECT_EQ(Handle(HandleDocumentAboutToCloseNotifier, nullptr), 0);
+    EXPECT_EQ(DocumentRegistrySize(), 0u);
+}
+
 TEST_F(DocumentAboutToCloseTest, HostThatDoesNotTellTheDocumentRecordsNothing) {
     host.calls.FailAlways("GetDocument", 2);
     EXPECT_EQ(Handle(HandleDocumentAboutToCloseNotifier), 0);

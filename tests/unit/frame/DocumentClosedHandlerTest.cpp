@@ -44,8 +44,8 @@ TEST_F(DocumentClosedTest, FileOlderThanRecordedIsNotRewritten) {
 
 TEST_F(DocumentClosedTest, TimesBeyondThe31stBitAreComparedUnsigned) {
     RecordSaved();
-    WriteFileWithTime(0xF0000000);
-    SetTimestampForDocumentHandle(document, 0xEFFFFFFF);
+    WriteFileWithTime(0x80000000);
+    SetTimestampForDocumentHandle(document, 0x7FFFFFFF);
     Close();
     EXPECT_EQ(PluginCoreCalls().size(), 2u);
 }
@@ -113,6 +113,17 @@ TEST_F(DocumentClosedTest, DisabledPluginCoreMeansThatTheDocumentIsOnlyForgotten
     EXPECT_TRUE(PluginCoreCalls().empty());
     EXPECT_TRUE(host.calls.Calls().empty());
     EXPECT_EQ(DocumentRegistrySize(), 0u);
+}
+
+TEST_F(DocumentClosedTest, DocumentIsForgottenAlsoWhenThePluginCoreThrows) {
+    for (const char* entry : {"HandleCloseDocument", "ActivateChosenFonts"}) {
+        if (std::string(entry) == "HandleCloseDocument") {
+            RecordSaved();
+        }
+        ThePluginCore().throwingEntry = entry;
+        EXPECT_THROW(Close(), ForeignException);
+        EXPECT_EQ(DocumentRegistrySize(), 0u) << entry;
+    }
 }
 
 TEST_F(DocumentClosedTest, OnlyTheClosedDocumentIsForgotten) {

@@ -4,6 +4,7 @@
 #include "documents/DocumentRegistry.h"
 #include "documents/FileModificationDate.h"
 #include "frame/NotifierHandlers.h"
+#include "support/ForeignExceptionGuard.h"
 #include "support/Log.h"
 #include "unit/frame/FrameFixture.h"
 

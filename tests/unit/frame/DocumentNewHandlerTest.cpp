@@ -11,6 +11,13 @@ TEST_F(DocumentNewTest, PluginCoreIsToldAndItsResultIgnored) {
     EXPECT_EQ(sGetForegroundCalls, 2);
 }
 
+TEST_F(DocumentNewTest, PluginCoreIsToldBeforeTheForegroundIsToggled) {
+    int toggles = 99;
+    ThePluginCore().duringEntry["HandleCreateNewDocument"] = [&] { toggles = sGetForegroundCalls; };
+    Handle(HandleDocumentNewNotifier);
+    EXPECT_EQ(toggles, 0);
+}
+
 TEST_F(DocumentNewTest, DisabledPluginCoreIsNotToldButTheForegroundIsToggled) {
     ThePluginCore().enabled = false;
     EXPECT_EQ(Handle(HandleDocumentNewNotifier), 0);

@@ -22,6 +22,25 @@ TEST_F(DocumentOpenedTest, PathAndTimeAreRecorded) {
     EXPECT_EQ(GetTimestampForDocumentHandle(document), 1700000000);
 }
 
+TEST_F(DocumentOpenedTest, PathIsRecordedBeforeTheTimeAndBothBeforeThePluginCoreIsAsked) {
+    ThePluginCore().recordEnabledQueries = true;
+    std::vector<std::string> lines;
+    ThePluginCore().duringEntry["PluginIsEnabled"] = [&] { lines = RecordedTexts(); };
+    Open();
+    const auto path = std::find(lines.begin(), lines.end(), "Exiting SetFilePathForDocumentHandle()");
+    const auto time = std::find(lines.begin(), lines.end(), "Exiting SetTimestampForDocumentHandle()");
+    ASSERT_NE(time, lines.end());
+    EXPECT_LT(path, time);
+}
+
+TEST_F(DocumentOpenedTest, HostThatFailsToConvertThePathCostsTheMessage) {
+    host.calls.Fail("GetFullPath", 5);
+    EXPECT_EQ(Notify(&PluginGlobals::documentOpened, "AI Document Opened Notifier", document), 0);
+    EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
+    EXPECT_TRUE(PluginCoreCalls().empty());
+    EXPECT_TRUE(IsSuppressionActive());
+}
+
 TEST_F(DocumentOpenedTest, DocumentOfTheNotificationIsTheOneRecorded) {
     Handle(HandleDocumentOpenedNotifier, other);
     EXPECT_EQ(GetFilePathForDocumentHandle(other), file);

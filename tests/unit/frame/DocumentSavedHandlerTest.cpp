@@ -45,9 +45,10 @@ TEST_F(DocumentSavedTest, HostThatDoesNotTellWhetherTheSaveHappenedIsNotBelieved
 }
 
 TEST_F(DocumentSavedTest, ScanComesBeforeTheQuestionWhetherTheSaveHappened) {
-    host.currentModified = 1;
+    int scans = 0;
+    host.duringOperation["GetDocumentModified"] = [&] { scans = host.calls.Count("GetMatchingArt"); };
     Save();
-    EXPECT_EQ(host.calls.Count("GetMatchingArt"), 2);
+    EXPECT_EQ(scans, 2);
 }
 
 TEST_F(DocumentSavedTest, PathQuerysFailureBecomesTheResult) {

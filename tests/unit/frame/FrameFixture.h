@@ -61,7 +61,8 @@ class StartedTest : public FrameTest {
   protected:
     StartedTest() {
         LoadFakePluginCore();
-        Startup();
+        EXPECT_EQ(Startup(), 0);
+        EXPECT_NE(host.globals, nullptr);
         ClearRecords();
     }
 
@@ -74,22 +75,6 @@ class StartedTest : public FrameTest {
         auto* const globals = static_cast<PluginGlobals*>(host.globals);
         AINotifierMessage message = Notification(globals->*notifier, type, about);
         return Send("AI Notifier", "AI Notify", &message.d);
-    }
-
-    // The lines between the one that starts with `entry` and the next one that starts with `exit`, without both.
-    static std::vector<std::string> LinesBetween(const std::string& entry, const std::string& exit) {
-        std::vector<std::string> lines;
-        bool inside = false;
-        for (const std::string& line : RecordedTexts()) {
-            if (inside && line.rfind(exit, 0) == 0) {
-                break;
-            }
-            if (inside) {
-                lines.push_back(line);
-            }
-            inside = inside || line.rfind(entry, 0) == 0;
-        }
-        return lines;
     }
 
     AIDocumentHandle document = host.currentDocument;

@@ -216,6 +216,53 @@ TEST_F(LifeCycleTest, ShutdownAppendsTheSuppressionWordsAgain) {
     EXPECT_EQ(SuppressionWordList().size(), 16u);
 }
 
+TEST_F(LifeCycleTest, PluginCoreLearnsThePathBeforeTheHostIsAskedForAnything) {
+    std::size_t hostCalls = 99;
+    ThePluginCore().duringEntry["InitializePluginCoreInterface"] = [&] { hostCalls = host.calls.Calls().size(); };
+    CallStartup();
+    EXPECT_EQ(hostCalls, 0u);
+}
+
+TEST_F(LifeCycleTest, SuppressionIsSetUpAfterTheNotifiersAndWithinTheBlocksSuite) {
+    std::vector<std::string> hostCalls;
+    ThePluginCore().duringEntry["GetSettings"] = [&] { hostCalls = host.calls.Calls(); };
+    CallStartup();
+    ASSERT_FALSE(hostCalls.empty());
+    EXPECT_EQ(hostCalls.back(), "ReleaseSuite('AI Notifier Suite', 4)");
+}
+
+TEST_F(LifeCycleTest, SuitesAreReleasedAfterTheTimer) {
+    CallStartup();
+    int timerLines = 0;
+    host.duringOperation["ReleaseSuite"] = [&] {
+        timerLines = std::max(timerLines, CountRecorded("Calling RemoveTimers from ShutdownPlugin.") == 1 ? 1 : -1);
+        EXPECT_EQ(CountRecorded("Calling RemoveTimers from ShutdownPlugin."), 1);
+    };
+    CallShutdown();
+    EXPECT_EQ(timerLines, 1);
+}
+
+// What the C runtime was given back; whoever frees a block must not allocate to say so.
+const void* sWatchedBlock = nullptr;
+bool sWatchedBlockWasFreed = false;
+void (*sRealFree)(void*) = nullptr;
+
+void WatchFree(void* block) {
+    if (block != nullptr && block == sWatchedBlock) {
+        sWatchedBlockWasFreed = true;
+    }
+    sRealFree(block);
+}
+
+TEST_F(LifeCycleTest, ShutdownDeletesTheTextOfTheGlobals) {
+    CallStartup();
+    sWatchedBlock = sGlobals->text;
+    const ImportPatch freePatch("free", AsReplacement(WatchFree));
+    sRealFree = freePatch.Original<void (*)(void*)>();
+    CallShutdown();
+    EXPECT_TRUE(sWatchedBlockWasFreed);
+}
+
 TEST_F(LifeCycleTest, AboutHandsTheFullPathAndAZeroedBufferToThePluginCore) {
     host.currentPath = "C:/Arbeit/Pl\xC3\xA4ne.ai";
     ThePluginCore().calls.Fail("InvokeCommandDialog", 17);

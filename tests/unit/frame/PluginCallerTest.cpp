@@ -86,8 +86,15 @@ TEST_F(PluginCallerTest, OtherAccessMessagesAreAnswered0) {
     EXPECT_EQ(HandledLines("SP Access", "Reload", 0), Framed("SP Access", "Reload", &last, 0, {}));
 }
 
-TEST_F(PluginCallerTest, UnloadIsAllowedBeforeStartupAndAfterShutdown) {
+TEST_F(PluginCallerTest, UnloadIsAllowedAfterShutdown) {
     Send("SP Interface", "Shutdown");
+    EXPECT_EQ(Send("SP Access", "Unload"), 0);
+}
+
+using PluginCallerBeforeStartupTest = FrameTest;
+
+TEST_F(PluginCallerBeforeStartupTest, UnloadIsAllowed) {
+    Send("SP Access", "Reload");
     EXPECT_EQ(Send("SP Access", "Unload"), 0);
 }
 
@@ -100,6 +107,17 @@ TEST_F(PluginCallerTest, FileFormatCheckIsAnsweredMinus1EvenWhenThePluginCoreHan
     EXPECT_EQ(Send("AI File Format", "AI Check", &message.d), -1);
     EXPECT_EQ(PluginCoreCalls(),
               std::vector<std::string>{"HandleOpenExistingDocument('C:/Entw\xC3\xBCrfe/a.ai', 32767 zeros, 32767)"});
+}
+
+TEST_F(PluginCallerTest, FileFormatCheckIsAnsweredMinus1WhateverGoesWrong) {
+    AIFileFormatMessage message{};
+    message.d = host.MessageData();
+    message.file = host.MakePath("C:/a.ai");
+    ThePluginCore().throwingEntry = "HandleOpenExistingDocument";
+    EXPECT_EQ(Send("AI File Format", "AI Check", &message.d), -1);
+    host.calls.Fail("GetFullPath", 5);
+    EXPECT_EQ(Send("AI File Format", "AI Check", &message.d), -1);
+    EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 0);
 }
 
 }  // namespace

@@ -23,9 +23,11 @@ TEST_F(PluginMainTest, TimerMessagesAreNeverLogged) {
 
 TEST_F(PluginMainTest, NullCallerIsNotLoggedByTheEntryAndDoesNothing) {
     EXPECT_EQ(Send(nullptr, "AI Go"), 0);
-    for (const std::string& line : RecordedTexts()) {
-        EXPECT_EQ(line.find("PluginMain"), std::string::npos) << line;
-    }
+    const std::vector<std::string> lines = RecordedTexts();
+    ASSERT_EQ(lines.size(), 3u);
+    EXPECT_EQ(lines[0].rfind("Entering HandlePluginCaller(caller='(null)', selector='AI Go', ", 0), 0u) << lines[0];
+    EXPECT_NE(lines[1].find(" doing nothing."), std::string::npos) << lines[1];
+    EXPECT_EQ(lines[2].rfind("HandlePluginCaller(caller='(null)'", 0), 0u) << lines[2];
 }
 
 TEST_F(PluginMainTest, ResultOfTheMessageIsReturnedAndLogged) {

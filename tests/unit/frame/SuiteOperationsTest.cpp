@@ -73,9 +73,15 @@ TEST_F(SuiteOperationsTest, MomentarySuiteThatWasNeverAcquiredIsNotReleased) {
     EXPECT_TRUE(host.calls.Calls().empty());
 }
 
+// A host that compares in its own way: by the first letter.
+SPBoolean FirstLettersAreEqual(const char* token1, const char* token2) { return token1[0] == token2[0] ? -1 : 0; }
+
 TEST_F(SuiteOperationsTest, NamesAreComparedByTheHost) {
-    EXPECT_TRUE(TokensAreEqual("AI Timer", "AI Timer"));
-    EXPECT_FALSE(TokensAreEqual("AI Timer", "AI Time"));
+    SPBasicSuite basic = *host.Basic();
+    basic.IsEqual = FirstLettersAreEqual;
+    sBasicSuite = &basic;
+    EXPECT_TRUE(TokensAreEqual("AI Timer", "AI Menu"));
+    EXPECT_FALSE(TokensAreEqual("AI Timer", "SP Access"));
 }
 
 TEST_F(SuiteOperationsTest, NullNameIsEqualToNothing) {

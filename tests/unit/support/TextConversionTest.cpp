@@ -66,4 +66,16 @@ TEST(TextConversion, ThrowsForAnUnpairedSurrogate) {
     ExpectThrown<utf8::invalid_utf16>([] { Utf8FromUtf16(L"\xDE00\xD83D"); }, "Invalid UTF-16");
 }
 
+TEST_P(TextConversionTest, TextOfWindowsIsConvertedAlikeWhenItIsWellFormed) {
+    EXPECT_EQ(Utf8FromWindowsText(GetParam().utf16), GetParam().utf8);
+}
+
+TEST(TextConversion, UnpairedSurrogatesOfWindowsAreReplaced) {
+    EXPECT_EQ(Utf8FromWindowsText(L"a\xD800"), "a\xEF\xBF\xBD");
+    EXPECT_EQ(Utf8FromWindowsText(L"\xD800z"), "\xEF\xBF\xBDz");
+    EXPECT_EQ(Utf8FromWindowsText(L"\xDC00\xD800\xDC00"), "\xEF\xBF\xBD\xF0\x90\x80\x80");
+    EXPECT_EQ(Utf8FromWindowsText(L"\xD800\xD800\xDC00"), "\xEF\xBF\xBD\xF0\x90\x80\x80");
+    EXPECT_EQ(Utf8FromWindowsText(L"\xDBFF\xE000"), "\xEF\xBF\xBD\xEE\x80\x80");
+}
+
 }  // namespace
