@@ -33,7 +33,7 @@ class BoxWatcher {
 
   private:
     void Run();
-    void Answer(HWND box);
+    void Answer(HWND window);
     static BOOL CALLBACK OnWindow(HWND window, LPARAM self);
 
     std::atomic<bool> mWatching{false};

@@ -62,7 +62,7 @@ struct HostObjects {
 
     void* AllocateBlock(std::size_t size, std::string debugName);
     // Checks the guard. False when there is no such block.
-    bool FreeBlock(void* block, RuleBook& rules);
+    bool FreeBlock(void* address, RuleBook& rules);
 
     AIArtHandle** NewMatches(std::vector<AIArtHandle> art);
     bool DisposeMatches(const void* handle);

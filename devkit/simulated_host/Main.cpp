@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <exception>
 #include <string>
 #include <vector>
 
@@ -58,9 +59,7 @@ CLI::App* AddPerform(CLI::App& app, TextOptions& options) {
     return perform;
 }
 
-}  // namespace
-
-int main() {
+int Run() {
     // The transcript is UTF-8, with line feeds alone.
     SetConsoleOutputCP(CP_UTF8);
     _setmode(_fileno(stdout), _O_BINARY);
@@ -85,4 +84,15 @@ int main() {
     }
     return simhost::Perform({Wide(options.scenario), Wide(options.workFolder), Wide(options.pluginName),
                              Wide(options.record), options.quiet});
+}
+
+}  // namespace
+
+int main() {
+    try {
+        return Run();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "simhost: %s\n", error.what());
+        return 2;
+    }
 }

@@ -7,14 +7,7 @@
 
 namespace simhost {
 
-namespace {
-
-// What the host calls the plug-in by; it points nowhere.
-const SPPluginRef kSelf = reinterpret_cast<SPPluginRef>(std::uintptr_t{0x5100000010});
-
-}  // namespace
-
-SPMessageData MessageDriver::CommonPart() const { return {kSPMessageCheck, kSelf, mGlobals, BasicSuite()}; }
+SPMessageData MessageDriver::CommonPart() const { return {kSPMessageCheck, kPluginRef, mGlobals, BasicSuite()}; }
 
 std::int32_t MessageDriver::CallOrThrow(const char* caller, const char* selector, void* message) const {
     try {

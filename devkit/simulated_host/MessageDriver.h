@@ -11,6 +11,10 @@
 
 namespace simhost {
 
+// The plug-in as the host knows it: in every message, and in every call that registers something. It
+// points nowhere.
+inline const SPPluginRef kPluginRef = reinterpret_cast<SPPluginRef>(std::uintptr_t{0x5100000010});
+
 // A C++ exception has left the plug-in: the run is over, as the host would be.
 class HostLost : public std::exception {
   public:

@@ -35,7 +35,7 @@ std::filesystem::path FreshFolder(const PlayOptions& options) {
 }
 
 std::filesystem::path PluginFile(const PlayOptions& options) {
-    const std::filesystem::path file =
+    std::filesystem::path file =
         options.plugin.empty() ? OwnFolder() / L"QuorvelTypeAgentAI20.aip" : std::filesystem::absolute(options.plugin);
     if (!std::filesystem::is_regular_file(file)) {
         throw std::runtime_error("there is no plug-in " + Utf8(file.wstring()) +

@@ -61,16 +61,28 @@ std::int64_t ReadTime(const std::string& text, const std::string& place) {
 }
 
 DialogKind ReadDialogKind(const std::string& name, const std::string& place) {
-    if (name == "standard") return DialogKind::kStandard;
-    if (name == "standard by name") return DialogKind::kStandardByName;
-    if (name == "other") return DialogKind::kOtherClass;
+    if (name == "standard") {
+        return DialogKind::kStandard;
+    }
+    if (name == "standard by name") {
+        return DialogKind::kStandardByName;
+    }
+    if (name == "other") {
+        return DialogKind::kOtherClass;
+    }
     throw ScenarioError(place, "must be \"standard\", \"standard by name\" or \"other\"");
 }
 
 DialogEnd ReadDialogEnd(const std::string& name, const std::string& place) {
-    if (name == "untouched") return DialogEnd::kUntouched;
-    if (name == "clicked OK") return DialogEnd::kClickedOk;
-    if (name == "pressed Enter") return DialogEnd::kPressedEnter;
+    if (name == "untouched") {
+        return DialogEnd::kUntouched;
+    }
+    if (name == "clicked OK") {
+        return DialogEnd::kClickedOk;
+    }
+    if (name == "pressed Enter") {
+        return DialogEnd::kPressedEnter;
+    }
     throw ScenarioError(place, "must be \"untouched\", \"clicked OK\" or \"pressed Enter\"");
 }
 
