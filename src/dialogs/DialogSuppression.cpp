@@ -35,7 +35,15 @@ void SetupIllustratorDialogSuppression(bool enable) {
     constexpr const char* kName = "SetupIllustratorDialogSuppression";
     const int enableForLog = enable ? 1 : 0;
     LogMessage(kLogEntry, "Entering %s(%d)", kName, enableForLog);
-    const bool suppress = ChooseSuppressedDialogs();
+    bool suppress = false;
+    try {
+        suppress = ChooseSuppressedDialogs();
+    } catch (...) {
+        // A hook that nobody can decide about must not stay.
+        RemoveSuppressionHook();
+        LogMessage(kLogExit, "Exiting %s(%d)", kName, 0);
+        throw;
+    }
     if (enable && suppress) {
         InstallSuppressionHook();
     } else {

@@ -82,7 +82,8 @@ bool ForciblyCloseWindow(const char* title, const char* text) {
     if (window == nullptr) {
         return false;
     }
-    LogMessage(kLogNote, "Forcibly closing HWND 0x%08x (title='%s', text='%s')", Low32(window), title, text);
+    LogMessage(kLogNote, "Forcibly closing HWND 0x%08x (title='%s', text='%s')", Low32(window), title,
+               text == nullptr ? "(null)" : text);
     PostMessageW(window, WM_KEYDOWN, VK_RETURN, 0);
     PostMessageW(window, WM_KEYUP, VK_RETURN, 0);
     return true;

@@ -1,5 +1,6 @@
 #include "frame/LifeCycle.h"
 
+#include <exception>
 #include <string>
 
 #include "dialogs/DialogSuppression.h"
@@ -85,10 +86,20 @@ std::int32_t ShutdownPlugin(SPMessageData* message) {
     if (sGlobals == nullptr) {
         return kNoErr;
     }
-    std::int32_t result = PCILoader::GetSharedInstance()->pfTerminatePluginCoreInterface();
+    // An exception of the PluginCore must not keep the rest from being given back: it goes on at the end.
+    std::exception_ptr failure;
+    const auto attempt = [&failure](auto step) {
+        try {
+            step();
+        } catch (...) {
+            failure = std::current_exception();
+        }
+    };
+    std::int32_t result = kNoErr;
+    attempt([&] { result = PCILoader::GetSharedInstance()->pfTerminatePluginCoreInterface(); });
     delete sGlobals->text;
     sGlobals->text = nullptr;
-    SetupIllustratorDialogSuppression(false);
+    attempt([] { SetupIllustratorDialogSuppression(false); });
     LogMessage(kLogNote, "Calling RemoveTimers from ShutdownPlugin.");
     RemoveTimers();
     ReleaseSuites();
@@ -104,6 +115,10 @@ std::int32_t ShutdownPlugin(SPMessageData* message) {
     }
     sGlobals = nullptr;
     message->globals = nullptr;
+    blocks.ReleaseIfHeld();
+    if (failure != nullptr) {
+        std::rethrow_exception(failure);
+    }
     return result;
 }
 

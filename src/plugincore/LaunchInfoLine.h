@@ -6,6 +6,6 @@
 #include <string_view>
 
 // The value of a line "key=value": what stands between the first '=' and the first carriage return, else the first line
-// feed, else the end of the line, with nothing trimmed. Nothing when the line does not hold `key` anywhere (an empty
-// key matches every line), has no '=', or has no character in between.
+// feed, else the end of the line, with nothing trimmed; it may be empty. Nothing when the line does not hold `key`
+// anywhere (an empty key matches every line), has no '=', or ends before it.
 std::optional<std::string> LaunchInfoLineValue(std::string_view line, std::string_view key);

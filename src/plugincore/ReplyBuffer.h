@@ -17,7 +17,7 @@ class ReplyBuffer {
     // The text up to its first zero byte. Always ends: one byte more than the PluginCore is told of stays zero.
     std::string_view Text() const noexcept { return {mBytes.data(), std::strlen(mBytes.data())}; }
 
-    // Fills the buffer with as much of the text as fits.
+    // Fills a fresh buffer with as much of the text as fits.
     void Assign(std::string_view text) noexcept {
         std::memcpy(mBytes.data(), text.data(), std::min(text.size(), Capacity));
     }

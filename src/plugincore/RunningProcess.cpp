@@ -15,7 +15,9 @@
 namespace {
 
 constexpr std::size_t kMaxProcesses = 1024;
-constexpr std::size_t kPathSize = MAX_PATH + 1;
+constexpr DWORD kPathSize = MAX_PATH + 1;
+// A path that fills the whole size comes without a terminator, for which one more character is kept.
+using PathBuffer = std::array<char, kPathSize + 1>;
 
 struct ProcessTraits {
     using Handle = HANDLE;
@@ -42,7 +44,7 @@ HMODULE MainModule(HANDLE process) {
 }
 
 bool HasBaseName(HANDLE process, HMODULE module, const std::string& name, const std::string& nameWithExe) {
-    std::array<char, kPathSize> baseName{};
+    PathBuffer baseName{};
     if (K32GetModuleBaseNameA(process, module, baseName.data(), kPathSize) == 0) {
         return false;
     }
@@ -50,7 +52,7 @@ bool HasBaseName(HANDLE process, HMODULE module, const std::string& name, const 
 }
 
 std::int32_t ReadModuleFolder(HANDLE process, HMODULE module, std::string& outDirectory) {
-    std::array<char, kPathSize> buffer{};
+    PathBuffer buffer{};
     if (K32GetModuleFileNameExA(process, module, buffer.data(), kPathSize) == 0) {
         return kLookupNotFound;
     }

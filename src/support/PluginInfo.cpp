@@ -132,10 +132,10 @@ std::string GetPluginPath(const char* /*pluginIdentifier*/) {
     std::string result = kFallbackPluginPath;
     if (const HMODULE module = GetPluginModuleHandle(); module != nullptr) {
         const ModulePath path = ReadModulePath(module);
-        if (path.length < kModulePathSize) {
-            result = Utf8FromWindowsText(path.text);
-        } else {
+        if (path.length >= kModulePathSize) {
             LogPathBufferTooSmall();
+        } else if (path.length != 0) {
+            result = Utf8FromWindowsText(path.text);
         }
     }
     LogMessage(kLogExit, "%s() returning '%s'", kName, result.c_str());

@@ -5,6 +5,7 @@
 
 #include "dialogs/SuppressionWords.h"
 #include "support/fakes/ImportPatch.h"
+#include "support/ForeignExceptionGuard.h"
 #include "support/RecordingLogSink.h"
 #include "unit/dialogs/WordFile.h"
 
@@ -134,6 +135,34 @@ TEST_F(DialogSuppressionTest, BestMatchIsOffWhenTheSettingIs0AbsentOrUnreadable)
     EXPECT_FALSE(PickBestMatchDisabled());
     ThePluginCore().calls.FailAlways("GetSettings", 3);
     EXPECT_TRUE(PickBestMatchDisabled());
+}
+
+TEST_F(DialogSuppressionTest, ExceptionOfThePluginCoreRemovesTheHookAndClosesTheLog) {
+    SetupIllustratorDialogSuppression(true);
+    ThePluginCore().throwingEntry = "GetSettings";
+    ClearRecordedLog();
+    EXPECT_THROW(SetupIllustratorDialogSuppression(false), ForeignException);
+    EXPECT_EQ(sRemoved, 1);
+    EXPECT_EQ(RecordedLog(), (std::vector<RecordedLine>{
+                                 {1, "Entering SetupIllustratorDialogSuppression(0)"},
+                                 {-1, "Exiting SetupIllustratorDialogSuppression(0)"},
+                             }));
+}
+
+HMODULE WINAPI LoadNothing(LPCSTR) { return nullptr; }
+BOOL WINAPI ListNoProcesses(DWORD*, DWORD, DWORD*) { return FALSE; }
+
+TEST(DialogSuppressionWithoutPluginCoreTest, UsesTheBuiltInWords) {
+    sInstalled = 0;
+    const ImportPatch setHook("SetWindowsHookExW", AsReplacement(CountSetHook));
+    const ImportPatch unhook("UnhookWindowsHookEx", AsReplacement(CountUnhook));
+    const ImportPatch library("LoadLibraryA", AsReplacement(LoadNothing));
+    const ImportPatch processes("K32EnumProcesses", AsReplacement(ListNoProcesses));
+    SetupIllustratorDialogSuppression(true);
+    EXPECT_EQ(SuppressionWordList().size(), 8u);
+    EXPECT_EQ(sInstalled, 1);
+    EXPECT_TRUE(PickBestMatchDisabled());
+    SetupIllustratorDialogSuppression(false);
 }
 
 }  // namespace

@@ -64,6 +64,7 @@ class SuppressionHookTest : public testing::Test {
         sPosted.clear();
         sItemsAsked.clear();
         sPassedOn.clear();
+        sPassedOn.reserve(16);  // recording must not need memory
         sSetHooks.clear();
         sUnhooked.clear();
         sOkButton = kOkButton;
@@ -270,6 +271,31 @@ TEST_F(ActiveHookTest, TitleWithAnUnpairedSurrogateIsStillSearched) {
     Create(kDialog, L"\xD800 Fonts");
     Show(kDialog);
     EXPECT_EQ(sPosted, OkPresses(kDialog));
+}
+
+bool sMemoryHasRunOut = false;
+void* (*sRealMalloc)(std::size_t) = nullptr;
+
+// The first block asked for cannot be had. The next ones can: the exception that says so takes one itself.
+void* RunOutOnce(std::size_t size) {
+    if (!sMemoryHasRunOut) {
+        sMemoryHasRunOut = true;
+        return nullptr;
+    }
+    return sRealMalloc(size);
+}
+
+TEST_F(ActiveHookTest, MemoryThatRunsOutCostsTheDialogAndNotTheHost) {
+    sMemoryHasRunOut = false;
+    {
+        const ImportPatch memory("malloc", AsReplacement(RunOutOnce));
+        sRealMalloc = memory.Original<decltype(sRealMalloc)>();
+        Create(kDialog, L"Missing fonts in a title that is too long for a string without memory of its own");
+    }
+    EXPECT_TRUE(sMemoryHasRunOut);
+    EXPECT_EQ(sPassedOn.size(), 1u);
+    Show(kDialog);
+    EXPECT_TRUE(sPosted.empty());
 }
 
 TEST_F(SuppressionHookTest, EmptyWordIsContainedInEveryTitle) {

@@ -4,6 +4,9 @@
 #include <utf8cpp/utf8.h>
 #include <windows.h>
 
+#include <algorithm>
+
+#include "plugincore/PCILoader.h"
 #include "support/RecordingLogSink.h"
 #include "unit/dialogs/WordFile.h"
 
@@ -57,6 +60,39 @@ TEST_F(SuppressionFileTest, LinesAreWordsExactlyAsTheyStand) {
     EXPECT_EQ(SuppressionWordList(), (Words{L"  padded ", L"# no comment", L"Schrift\x00E4", L"last without an end"}));
 }
 
+TEST_F(SuppressionFileTest, ByteOrderMarkIsPartOfTheFirstWord) {
+    const WordFile file("\xEF\xBB\xBFmarked\n");
+    EXPECT_TRUE(ReadSuppressionFile(hasEntries));
+    EXPECT_EQ(SuppressionWordList(), Words{L"\xFEFFmarked"});
+}
+
+TEST_F(SuppressionFileTest, LineThatIsNotUtf8IsAnEntryButNoWord) {
+    const WordFile file("\xFF\n");
+    EXPECT_TRUE(ReadSuppressionFile(hasEntries));
+    EXPECT_TRUE(hasEntries);
+    EXPECT_TRUE(SuppressionWordList().empty());
+    EXPECT_EQ(RecordedLog().back(), (RecordedLine{0, "...ignoring a line of DialogSuppression.tmp: Invalid UTF-8"}));
+}
+
+TEST_F(SuppressionFileTest, FileThatCannotBeOpenedIsFoundAndHasNoEntries) {
+    const WordFile file("word\n");
+    const HANDLE lock = CreateFileA(WordFile::Path().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(lock, INVALID_HANDLE_VALUE);
+    EXPECT_TRUE(ReadSuppressionFile(hasEntries));
+    EXPECT_FALSE(hasEntries);
+    CloseHandle(lock);
+}
+
+TEST_F(SuppressionFileTest, FileMayBeOpenElsewhere) {
+    const WordFile file("word\n");
+    const HANDLE writer = CreateFileA(WordFile::Path().c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                      nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(writer, INVALID_HANDLE_VALUE);
+    EXPECT_TRUE(ReadSuppressionFile(hasEntries));
+    EXPECT_EQ(SuppressionWordList(), Words{L"word"});
+    CloseHandle(writer);
+}
+
 TEST_F(SuppressionFileTest, EmptyFileIsFoundAndHasNoEntries) {
     const WordFile file("");
     EXPECT_TRUE(ReadSuppressionFile(hasEntries));
@@ -90,6 +126,25 @@ TEST_F(SuppressionFileTest, FolderOfThatNameIsNoFile) {
     ASSERT_TRUE(CreateDirectoryA(WordFile::Path().c_str(), nullptr));
     EXPECT_FALSE(ReadSuppressionFile(hasEntries));
     RemoveDirectoryA(WordFile::Path().c_str());
+}
+
+TEST(SuppressionFileOfAnotherPathTest, SlashesInTheLibrarysPathAreSeparatorsToo) {
+    std::string path = FakePluginCorePath();
+    std::replace(path.begin(), path.end(), '\\', '/');
+    ASSERT_NE(PCILoader::LoadSharedInstance(path), nullptr);
+    const WordFile file("word\n");
+    bool hasEntries = true;
+    EXPECT_TRUE(ReadSuppressionFile(hasEntries));
+    EXPECT_EQ(SuppressionWordList(), Words{L"word"});
+}
+
+TEST(SuppressionFileOfAnotherPathTest, LibraryOfBareNameHasNoFile) {
+    const std::string path = FakePluginCorePath();
+    ASSERT_NE(PCILoader::LoadSharedInstance(path.substr(path.find_last_of("/\\") + 1)), nullptr);
+    const WordFile file("word\n");
+    bool hasEntries = true;
+    EXPECT_FALSE(ReadSuppressionFile(hasEntries));
+    EXPECT_TRUE(hasEntries);
 }
 
 }  // namespace

@@ -94,6 +94,16 @@ class Window {
     HWND mHandle;
 };
 
+BOOL CALLBACK StopAtTwin(HWND window, LPARAM parameter) {
+    char text[64] = {};
+    GetWindowTextA(window, text, sizeof(text));
+    if (std::string(text) != "quorvel test: twin") {
+        return TRUE;
+    }
+    *reinterpret_cast<HWND*>(parameter) = window;
+    return FALSE;
+}
+
 TEST(FindWindowTest, FindsATopLevelWindowBySubstring) {
     const Window window("quorvel test: some title", nullptr);
     EXPECT_EQ(FindWindowByText("test: some", nullptr), window.Get());
@@ -120,7 +130,9 @@ TEST(FindWindowTest, WithATextAChildMustHoldItAndTheTopLevelWindowIsTheAnswer) {
 TEST(FindWindowTest, OnlyTheFirstTitleMatchsChildrenAreExamined) {
     const Window one("quorvel test: twin", nullptr);
     const Window two("quorvel test: twin", nullptr);
-    const HWND first = FindWindowByText("quorvel test: twin", nullptr);
+    HWND first = nullptr;
+    EnumWindows(StopAtTwin, reinterpret_cast<LPARAM>(&first));
+    EXPECT_EQ(FindWindowByText("quorvel test: twin", nullptr), first);
     const HWND second = first == one.Get() ? two.Get() : one.Get();
     const Window child("child of the second", second);
     EXPECT_EQ(FindWindowByText("quorvel test: twin", "child of the second"), nullptr);
@@ -149,6 +161,36 @@ TEST(ForciblyCloseWindowTest, PressesEnterInTheWindowFound) {
     std::snprintf(line, sizeof(line), "Forcibly closing HWND 0x%08x (title='close me', text='really')",
                   Low32(window.Get()));
     EXPECT_EQ(RecordedTexts(), std::vector<std::string>{line});
+}
+
+TEST(ForciblyCloseWindowTest, TextMayBeNull) {
+    const Window window("quorvel test: close me", nullptr);
+    EXPECT_TRUE(ForciblyCloseWindow("close me", nullptr));
+    EXPECT_EQ(TakeMessages(window.Get()).size(), 2u);
+    char line[128];
+    std::snprintf(line, sizeof(line), "Forcibly closing HWND 0x%08x (title='close me', text='(null)')",
+                  Low32(window.Get()));
+    EXPECT_EQ(RecordedTexts(), std::vector<std::string>{line});
+}
+
+bool sMemoryHasRunOut = false;
+void* (*sRealMalloc)(std::size_t) = nullptr;
+
+// The first block asked for cannot be had. The next ones can: the exception that says so takes one itself.
+void* RunOutOnce(std::size_t size) {
+    if (!sMemoryHasRunOut) {
+        sMemoryHasRunOut = true;
+        return nullptr;
+    }
+    return sRealMalloc(size);
+}
+
+TEST(FindWindowTest, MemoryThatRunsOutIsTheCallersExceptionAndNeverWindows) {
+    sMemoryHasRunOut = false;
+    const Window window("quorvel test: a title that is too long for a string without memory of its own", nullptr);
+    const ImportPatch memory("malloc", AsReplacement(RunOutOnce));
+    sRealMalloc = memory.Original<decltype(sRealMalloc)>();
+    EXPECT_THROW(FindWindowByText("quorvel test: nowhere", nullptr), std::bad_alloc);
 }
 
 TEST(ForciblyCloseWindowTest, WithoutAWindowNothingHappens) {

@@ -2,6 +2,7 @@
 
 #include "dialogs/SuppressionWords.h"
 #include "frame/Suites.h"
+#include "support/ForeignExceptionGuard.h"
 #include "unit/frame/FrameFixture.h"
 
 namespace {
@@ -261,6 +262,25 @@ TEST_F(LifeCycleTest, ShutdownDeletesTheTextOfTheGlobals) {
     sRealFree = freePatch.Original<void (*)(void*)>();
     CallShutdown();
     EXPECT_TRUE(sWatchedBlockWasFreed);
+}
+
+TEST_F(LifeCycleTest, PluginCoreThatThrowsAtShutdownDoesNotKeepTheRestFromBeingGivenBack) {
+    for (const char* entry : {"TerminatePluginCoreInterface", "GetSettings"}) {
+        sHooksRemoved = 0;
+        CallStartup();
+        ThePluginCore().throwingEntry = entry;
+        SPMessageData message = host.MessageData();
+        EXPECT_THROW(ShutdownPlugin(&message), ForeignException) << entry;
+        ThePluginCore().throwingEntry.clear();
+        EXPECT_EQ(message.globals, nullptr);
+        EXPECT_EQ(sGlobals, nullptr);
+        EXPECT_EQ(sHooksRemoved, 1);
+        EXPECT_EQ(host.LiveBlocks(), 0);
+        EXPECT_TRUE(host.HeldSuites().empty());
+        EXPECT_TRUE(HasShutDown());
+        host.globals = nullptr;
+        AcquireSuites();
+    }
 }
 
 TEST_F(LifeCycleTest, AboutHandsTheFullPathAndAZeroedBufferToThePluginCore) {

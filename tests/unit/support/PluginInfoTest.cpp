@@ -215,6 +215,13 @@ TEST_F(PluginInfoTest, PathOf1024OrMoreCharactersBecomesTheFallbackText) {
     }
 }
 
+TEST_F(PluginInfoTest, PathThatWindowsDoesNotTellIsTheFallbackText) {
+    sModulePath.clear();
+    const ImportPatch patch("GetModuleFileNameW", AsReplacement(AnswerModulePath));
+    EXPECT_EQ(PluginInfo::GetPluginPath(nullptr), "./QuorvelTypeAgent...");
+    EXPECT_EQ(RecordedLog(), (std::vector<RecordedLine>{kPathEntry, HandleLine(), PathExit("./QuorvelTypeAgent...")}));
+}
+
 TEST_F(PluginInfoTest, PathWithoutAModuleIsTheFallbackText) {
     const ImportPatch patch("GetModuleHandleExW", AsReplacement(RefuseLookup));
     EXPECT_EQ(PluginInfo::GetPluginPath(nullptr), "./QuorvelTypeAgent...");
