@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "plugincore/PCILoader.h"
+#include "support/fakes/EntryNames.h"
 #include "support/fakes/FakePluginCore.h"
 
 #define EXPECT_ENTRY(name, ...) \
@@ -48,43 +49,17 @@ static_assert(std::is_same_v<PluginCoreMenuCallback, std::int32_t (*)(const char
 static_assert(sizeof(EntryPoint<std::int32_t()>) == 8);
 static_assert(sizeof(bool) == 1 && sizeof(Flag) == 1);
 
-// The names in the order of the contract, written out here once more on purpose.
-const std::vector<std::string> kNames = {"ActivateChosenFonts",
-                                         "CreateMenusFromJSONBuffer",
-                                         "GetAPIVersion",
-                                         "GetDocumentFontUsage",
-                                         "GetIDForDocument",
-                                         "GetMenus",
-                                         "GetSettings",
-                                         "GetSocketPort",
-                                         "HandleCloseDocument",
-                                         "HandleCreateNewDocument",
-                                         "HandleMenuSelection",
-                                         "HandleOpenExistingDocument",
-                                         "HandleSaveDocument",
-                                         "IdleEvent",
-                                         "InitializePluginCoreInterface",
-                                         "InvokeCommandDialog",
-                                         "InvokeResolveDialog",
-                                         "InvokeRestrictedFontsDialog",
-                                         "PluginIsEnabled",
-                                         "ProcessPanelMessages",
-                                         "RegisterPlugPlug",
-                                         "SetPathForDocument",
-                                         "TerminatePluginCoreInterface",
-                                         "UpdateDocumentFontUsage"};
-
 TEST(PluginCoreEntries, StandInTheLoaderInTheOrderOfTheContract) {
     LoadFakePluginCore();
     const PCILoader* const loader = PCILoader::GetSharedInstance();
     ASSERT_NE(loader, nullptr);
-    ASSERT_EQ(kNames.size(), 24u);
+    ASSERT_EQ(kEntryNames.size(), 24u);
     // One virtual operation: the entries begin behind the pointer to its table.
     const auto* const pointers = reinterpret_cast<void* const*>(loader) + 1;
-    for (std::size_t i = 0; i < kNames.size(); ++i) {
-        const FARPROC exported = GetProcAddress(GetModuleHandleW(nullptr), kNames[i].c_str());
-        ASSERT_NE(exported, nullptr) << kNames[i];
-        EXPECT_EQ(pointers[i], reinterpret_cast<void*>(exported)) << kNames[i];
+    for (std::size_t i = 0; i < kEntryNames.size(); ++i) {
+        const FARPROC exported = GetProcAddress(GetModuleHandleW(nullptr), kEntryNames[i].c_str());
+        ASSERT_NE(exported, nullptr) << kEntryNames[i];
+        EXPECT_EQ(pointers[i], reinterpret_cast<void*>(exported)) << kEntryNames[i];
     }
 }
 

@@ -8,6 +8,7 @@
 
 #include "dialogs/SuppressionWords.h"
 #include "support/fakes/ImportPatch.h"
+#include "support/fakes/MemoryRunningOut.h"
 #include "support/RecordingLogSink.h"
 
 namespace {
@@ -273,26 +274,12 @@ TEST_F(ActiveHookTest, TitleWithAnUnpairedSurrogateIsStillSearched) {
     EXPECT_EQ(sPosted, OkPresses(kDialog));
 }
 
-bool sMemoryHasRunOut = false;
-void* (*sRealMalloc)(std::size_t) = nullptr;
-
-// The first block asked for cannot be had. The next ones can: the exception that says so takes one itself.
-void* RunOutOnce(std::size_t size) {
-    if (!sMemoryHasRunOut) {
-        sMemoryHasRunOut = true;
-        return nullptr;
-    }
-    return sRealMalloc(size);
-}
-
 TEST_F(ActiveHookTest, MemoryThatRunsOutCostsTheDialogAndNotTheHost) {
-    sMemoryHasRunOut = false;
     {
-        const ImportPatch memory("malloc", AsReplacement(RunOutOnce));
-        sRealMalloc = memory.Original<decltype(sRealMalloc)>();
+        const MemoryRunningOut memory;
         Create(kDialog, L"Missing fonts in a title that is too long for a string without memory of its own");
     }
-    EXPECT_TRUE(sMemoryHasRunOut);
+    EXPECT_TRUE(MemoryRunningOut::HasRunOut());
     EXPECT_EQ(sPassedOn.size(), 1u);
     Show(kDialog);
     EXPECT_TRUE(sPosted.empty());

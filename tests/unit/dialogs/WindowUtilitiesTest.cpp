@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "support/fakes/ImportPatch.h"
+#include "support/fakes/MemoryRunningOut.h"
 #include "support/Log.h"
 #include "support/RecordingLogSink.h"
 
@@ -173,23 +174,9 @@ TEST(ForciblyCloseWindowTest, TextMayBeNull) {
     EXPECT_EQ(RecordedTexts(), std::vector<std::string>{line});
 }
 
-bool sMemoryHasRunOut = false;
-void* (*sRealMalloc)(std::size_t) = nullptr;
-
-// The first block asked for cannot be had. The next ones can: the exception that says so takes one itself.
-void* RunOutOnce(std::size_t size) {
-    if (!sMemoryHasRunOut) {
-        sMemoryHasRunOut = true;
-        return nullptr;
-    }
-    return sRealMalloc(size);
-}
-
 TEST(FindWindowTest, MemoryThatRunsOutIsTheCallersExceptionAndNeverWindows) {
-    sMemoryHasRunOut = false;
     const Window window("quorvel test: a title that is too long for a string without memory of its own", nullptr);
-    const ImportPatch memory("malloc", AsReplacement(RunOutOnce));
-    sRealMalloc = memory.Original<decltype(sRealMalloc)>();
+    const MemoryRunningOut memory;
     EXPECT_THROW(FindWindowByText("quorvel test: nowhere", nullptr), std::bad_alloc);
 }
 

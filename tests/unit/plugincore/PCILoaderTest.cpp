@@ -7,10 +7,10 @@
 #include <memory>
 #include <set>
 
-#include "EntryNames.h"
 #include "IdleProcess.h"
 #include "LoadedPluginCores.h"
 #include "ShellFolders.h"
+#include "support/fakes/EntryNames.h"
 #include "support/fakes/FakePluginCore.h"
 #include "support/fakes/ImportPatch.h"
 #include "support/Log.h"
