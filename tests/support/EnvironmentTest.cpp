@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <string>
+
 namespace {
 
 // Asked of the kernel: GetVersion answers what the program's manifest allows it to know.
@@ -36,6 +38,17 @@ bool BecomesForeground(HWND window) {
 TEST(Environment, IsWindows10OrLater) { EXPECT_GE(SystemVersion().dwMajorVersion, 10U); }
 
 TEST(Environment, RunsIn64Bits) { EXPECT_EQ(sizeof(void*), 8U); }
+
+TEST(Environment, HasTheWesternAnsiCodePage) { EXPECT_EQ(GetACP(), 1252U); }
+
+TEST(Environment, MakesFilesWithNamesOfAllScripts) {
+    wchar_t path[MAX_PATH];
+    ASSERT_NE(GetTempPathW(MAX_PATH, path), 0U);
+    const std::wstring name = std::wstring(path) + L"canary \u00e9\u4e2d\U0001f600";
+    ASSERT_TRUE(CreateDirectoryW(name.c_str(), nullptr)) << "error " << GetLastError();
+    EXPECT_NE(GetFileAttributesW(name.c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_TRUE(RemoveDirectoryW(name.c_str()));
+}
 
 TEST(Environment, OpensAWindowThatIsVisibleAndComesToTheFront) {
     HWND window = CreateWindowExW(0, L"STATIC", L"canary", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 20, 300, 200, nullptr,
