@@ -1,0 +1,25 @@
+// PlugPlug, the host's panel-messaging library: plain C functions that it exports by the names of the types below.
+// Results are 32-bit, 0 for success. Main thread only.
+#pragma once
+
+#include <cstdint>
+
+// Texts belong to whoever dispatches the event and need live only as long as the call.
+struct PlugPlugEvent {
+    const char* type;
+    std::int32_t scope;
+    const char* applicationID;
+    const char* extensionID;  // null: for every extension
+    const char* data;
+};
+
+constexpr std::int32_t kPlugPlugApplicationScope = 1;
+
+// Called by the library, on the main thread, for each event of the type that was listened to.
+using PlugPlugListener = void (*)(const PlugPlugEvent* event, void* context);
+
+using PlugPlugLoadExtension = std::int32_t (*)(const char* extensionID);
+using PlugPlugUnloadExtension = std::int32_t (*)(const char* extensionID);
+using PlugPlugAddEventListener = std::int32_t (*)(const char* type, PlugPlugListener listener, void* context);
+using PlugPlugRemoveEventListener = std::int32_t (*)(const char* type, PlugPlugListener listener, void* context);
+using PlugPlugDispatchEvent = std::int32_t (*)(const PlugPlugEvent* event);

@@ -1,0 +1,42 @@
+// The host's panel-messaging library, loaded from the host's own folder and bound by name. Failures are silent: whoever
+// asked tries again later. Main thread only.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+
+#include "host/PlugPlug.h"
+
+// Passed to the PluginCore, which uses the same event bus: the order of the fields is part of the contract.
+struct PlugPlugState {
+    HMODULE module = nullptr;
+    PlugPlugLoadExtension loadExtension = nullptr;
+    PlugPlugUnloadExtension unloadExtension = nullptr;
+    PlugPlugAddEventListener addListener = nullptr;
+    PlugPlugRemoveEventListener removeListener = nullptr;
+    PlugPlugDispatchEvent dispatch = nullptr;
+};
+
+namespace PlugPlugBridge {
+
+constexpr std::int32_t kNotBound = 1;
+constexpr std::int32_t kLibraryFailed = 31;
+
+// Loads "PlugPlugOwl.dll", or else "PlugPlug.dll", from the folder of the host's program and binds its functions.
+// Returns 0, or kLibraryFailed when the library cannot be loaded or lacks a function: then it stays loaded, and the
+// fields behind the missing function are left as they were. Every call loads the library once more.
+std::int32_t Load(PlugPlugState& state);
+
+// Frees the library and clears its field; 0 also when there is none, kLibraryFailed when Windows refuses. Nothing calls
+// it: it belongs to the bridge for whoever ends the messaging before the process does.
+std::int32_t Unload(PlugPlugState& state);
+
+// The library's result, or kNotBound. `handler` and `context` have to live as long as the library.
+std::int32_t AddEventListener(const PlugPlugState& state, const char* eventType, PlugPlugListener handler,
+                              void* context);
+
+// The library's result, or kNotBound.
+std::int32_t DispatchEvent(const PlugPlugState& state, const PlugPlugEvent& event);
+
+}  // namespace PlugPlugBridge
