@@ -11,6 +11,13 @@ AIDocumentHandle CurrentDocument() {
     return sDocumentSuite->GetDocument(&document) == kNoErr ? document : nullptr;
 }
 
+std::string CurrentDocumentPath() {
+    std::string path;
+    // Whatever the host's reason: without an answer the path stays empty.
+    GetDocumentFileSpec(path, false);
+    return path;
+}
+
 std::string RefreshRecordedPath(AIDocumentHandle document) {
     std::string recorded = GetFilePathForDocumentHandle(document);
     if (recorded.empty() || HoldsPathSeparator(recorded)) {

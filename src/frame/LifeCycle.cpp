@@ -4,7 +4,7 @@
 #include <string>
 
 #include "dialogs/DialogSuppression.h"
-#include "documents/DocumentFile.h"
+#include "documents/CurrentDocument.h"
 #include "documents/FileFormatHook.h"
 #include "frame/IdleTimer.h"
 #include "frame/Notifiers.h"
@@ -127,8 +127,7 @@ bool HasShutDown() { return sHasShutDown; }
 std::int32_t AboutPlugin(SPMessageData* /*message*/) {
     constexpr const char* kName = "AboutPlugin";
     LogMessage(kLogEntry, "Entering %s", kName);
-    std::string path;
-    GetDocumentFileSpec(path, false);
+    const std::string path = CurrentDocumentPath();
     std::int32_t result = kNoErr;
     // The host offers the about box also while the PluginCore is missing or incompatible.
     const PCILoader* const pluginCore = PCILoader::GetSharedInstance();
