@@ -11,8 +11,8 @@ struct PluginGlobals {
     void* unused1;                          // 1: not set by start-up
     std::string* text;                      // 2: owned by the block, empty; null when it could not be made
     void* unused3;                          // 3: not set by start-up
-    void* unused4;                          // 4
-    void* unused5;                          // 5
+    SPPluginRef findFontOwner;              // 4: the plug-in that answers the host's Find Font command; null: not known
+    AIMenuItemHandle findFontItem;          // 5: its menu item; null: not known
     SPPluginRef plugin;                     // 6: menus and notifiers are registered with it
     AINotifierHandle documentChanged;       // 7
     AINotifierHandle documentOpened;        // 8
@@ -26,7 +26,7 @@ struct PluginGlobals {
     AINotifierHandle documentSavedAs;       // 16
     AINotifierHandle fontListChanged;       // 17
     AITimerHandle idleTimer;                // 18
-    void* unused19;                         // 19
+    AIFileFormatHandle fileFormat;          // 19: the format that is registered to see files before they open
 };
 
 // Copied from every message, set by start-up, cleared by shut-down; null while the plug-in is not started. The block
