@@ -5,7 +5,7 @@
 #include "frame/Notifiers.h"
 #include "frame/PluginGlobals.h"
 #include "frame/SuiteOperations.h"
-#include "menus/MenuTree.h"
+#include "menus/MenuMessages.h"
 #include "support/Log.h"
 #include "support/ResultCodes.h"
 

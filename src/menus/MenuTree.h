@@ -1,18 +1,19 @@
-// The font manager's commands in the host's menus. Main thread only.
+// Adds the font manager's commands to the host's menus, as the PluginCore describes them. Main thread only.
 #pragma once
 
 #include <cstdint>
 
 #include "host/Messages.h"
 
-// Adds the menu items that the PluginCore describes; 0 for success.
-// A gap so far: adds nothing.
+// Fetches the PluginCore's menu description and has the PluginCore add its items with AddIllustratorMenu. Returns the
+// PluginCore's result. Throws the host's code when the menu suite is refused; needs a globals block.
 std::int32_t AddAllQuorvelMenuItems(SPInterfaceMessage* message);
 
-// Reports the chosen item to the PluginCore; always 0.
-// A gap so far: reports nothing.
-std::int32_t GoMenuItem(AIMenuMessage* message);
-
-// Refreshes the enabled and checked marks of the items; always 0.
-// A gap so far: refreshes nothing.
-std::int32_t updateMenuItem(AIMenuMessage* message);
+// The callback that the PluginCore calls once per item, parents first. `context` is the menu suite's owner that
+// AddAllQuorvelMenuItems passed; `label` names the group of the item's sub-menu, and `parentID` is the label of the
+// item above, null at the top. Returns 0, kDuplicateMenuItem for a top-level label that is the shortcut key of an item
+// that is there already, the host's code, or kBadParameterErr when `id`, `label` or `context` is null or memory runs
+// out. Throws nothing: it is called by code of another compiler.
+std::int32_t AddIllustratorMenu(const char* id, const char* label, const char* itemText, std::uint8_t checked,
+                                std::uint8_t enabled, std::uint8_t hasSubMenu, const char* parentID,
+                                void* context) noexcept;

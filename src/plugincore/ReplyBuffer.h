@@ -31,3 +31,5 @@ constexpr std::size_t kOpenReplySize = 32767;
 constexpr std::size_t kSettingsSize = 8192;
 constexpr std::size_t kNewDocumentReplySize = 256;
 constexpr std::size_t kCommandDialogReplySize = 256;
+constexpr std::size_t kMenusSize = 4096;
+constexpr std::size_t kDocumentIDSize = 256;

@@ -11,3 +11,7 @@ constexpr std::int32_t kLookupNotFound = 0x15000000;
 constexpr std::int32_t kFontScanFailed = 0x15000000;
 // The PluginCore's answer for a document that uses restricted fonts.
 constexpr std::int32_t kRestrictedFonts = 0x12000000;
+// A menu description whose root is neither an item nor an array of items.
+constexpr std::int32_t kRootNotObject = 0x4000000;
+// A top-level menu item that is there already.
+constexpr std::int32_t kDuplicateMenuItem = 0x9000000;

@@ -1,0 +1,107 @@
+#include "menus/MenuMessages.h"
+
+#include <utf8cpp/utf8.h>
+
+#include <memory>
+#include <string>
+
+#include "documents/CurrentDocument.h"
+#include "documents/FontUsageScan.h"
+#include "frame/SuiteOperations.h"
+#include "host/MenuSuite.h"
+#include "json/JsonParser.h"
+#include "menus/MenuItemRegistry.h"
+#include "menus/MenuObject.h"
+#include "plugincore/PCILoader.h"
+#include "plugincore/ReplyBuffer.h"
+#include "support/Log.h"
+#include "support/ResultCodes.h"
+#include "support/TextConversion.h"
+
+namespace {
+
+using MomentaryMenuSuite = MomentarySuite<AIMenuSuite>;
+
+// The description that the last refresh read; empty before the first one. Lives as long as the process.
+std::string& MenuJsonCache() {
+    static std::string sMenuJsonCache;
+    return sMenuJsonCache;
+}
+
+// The description as the PluginCore gives it now; empty when it gives none.
+std::string FetchMenuJson() {
+    const std::string path = CurrentDocumentPath();
+    ReplyBuffer<kMenusSize> reply;
+    const std::int32_t result = PCILoader::GetSharedInstance()->pfGetMenus(path.c_str(), reply.Data(), reply.Size());
+    if (result == kNoErr) {
+        MenuJsonCache() = reply.Text();
+    }
+    return std::string(reply.Text());
+}
+
+// Null for a text that is no JSON or no UTF-8.
+std::unique_ptr<JsonValue> ParseMenuJson(const std::string& json) {
+    try {
+        return ParseJson(Utf16FromUtf8(json));
+    } catch (const utf8::exception&) {
+        return nullptr;
+    }
+}
+
+// An item that the host refused when it was added has no handle, and nothing to be marked.
+void SetMarks(const MomentaryMenuSuite& menus, AIMenuItemHandle item, const JsonValue& object) {
+    const bool enabled = MenuObjectMember(object, L"enabled").AsBool();
+    if (item != nullptr) {
+        // A mark that the host refuses stays as it was.
+        enabled ? menus->EnableItem(item) : menus->DisableItem(item);
+    }
+    const bool checked = MenuObjectMember(object, L"checked").AsBool();
+    if (item != nullptr) {
+        menus->CheckItem(item, checked ? 1 : 0);
+    }
+}
+
+void RefreshMarks(const MomentaryMenuSuite& menus, const JsonValue* root) {
+    for (const auto& entry : RegisteredMenuItems()) {
+        const JsonValue* object = nullptr;
+        if (GetMenuObject(root, L"id", entry.second, &object) == kNoErr) {
+            SetMarks(menus, MenuItemHandleOf(entry), *object);
+        }
+    }
+}
+
+}  // namespace
+
+std::int32_t updateMenuItem(AIMenuMessage* message) {
+    constexpr const char* kName = "updateMenuItem";
+    LogMessage(kLogEntry, "Entering %s", kName);
+    const std::string menuJson = FetchMenuJson();
+    MomentaryMenuSuite menus(kAIMenuSuite, kAIMenuSuiteVersion);
+    menus.AcquireOrThrow();
+    ai::UnicodeString text;
+    if (menus->GetItemText(message->menuItem, text.Data()) == kNoErr) {
+        const std::unique_ptr<JsonValue> root = ParseMenuJson(menuJson);
+        // A gate only: when the PluginCore no longer knows the item's text, its description is of other items.
+        const JsonValue* ignored = nullptr;
+        if (GetMenuObject(root.get(), L"title", text.ToUtf8(), &ignored) == kNoErr) {
+            RefreshMarks(menus, root.get());
+        }
+    }
+    LogMessage(kLogExit, "%s returning %d", kName, kNoErr);
+    return kNoErr;
+}
+
+std::int32_t GoMenuItem(AIMenuMessage* message) {
+    constexpr const char* kName = "GoMenuItem";
+    LogMessage(kLogEntry, "Entering %s()", kName);
+    const std::string path = CurrentDocumentPath();
+    const PCILoader& pluginCore = *PCILoader::GetSharedInstance();
+    ReplyBuffer<kDocumentIDSize> documentID;
+    // What the PluginCore answers changes nothing: a document that it cannot name has an empty identifier.
+    pluginCore.pfGetIDForDocument(path.c_str(), documentID.Data(), documentID.Size());
+    pluginCore.pfUpdateDocumentFontUsage(documentID.Data(), CurrentDocumentFontUsage().c_str());
+    const std::string& itemID = MenuItemID(message->menuItem);
+    pluginCore.pfHandleMenuSelection(documentID.Data(), MenuJsonCache().c_str(), itemID.c_str());
+    LogMessage(kLogExit, "%s() returning %d", kName, kNoErr);
+    return kNoErr;
+}

@@ -1,0 +1,15 @@
+// What the host sends about the font manager's menu items. Main thread only.
+#pragma once
+
+#include <cstdint>
+
+#include "host/Messages.h"
+
+// Refreshes the enabled and checked marks of all items from the PluginCore's present description, provided that the
+// description knows the text of the item that the message names. Always 0. Throws the host's code when the menu suite
+// is refused, and what MenuObject.h throws for an incomplete description; the marks set until then stay.
+std::int32_t updateMenuItem(AIMenuMessage* message);
+
+// Reports the chosen item to the PluginCore, with the current document's identifier and font usage and the description
+// that the last refresh read. Always 0.
+std::int32_t GoMenuItem(AIMenuMessage* message);
