@@ -1,9 +1,82 @@
 #include "frame/IdleTimer.h"
 
+#include <ctime>
+
+#include "frame/PluginGlobals.h"
+#include "frame/SuiteOperations.h"
+#include "host/TimerSuite.h"
+#include "panel/PortNumberExchange.h"
+#include "plugincore/PCILoader.h"
+#include "support/Log.h"
 #include "support/ResultCodes.h"
 
-std::int32_t AddTimers(SPInterfaceMessage* /*message*/) { return kNoErr; }
+namespace {
 
-std::int32_t RemoveTimers() { return kNoErr; }
+constexpr std::int32_t kEveryTick = 1;             // the period
+constexpr std::int64_t kSecondsBetweenChecks = 9;  // more than these have to pass
+constexpr std::uint8_t kProcess = 1;
 
-std::int32_t HandleIdleTick() { return kNoErr; }
+// Seconds since 1970; 0, so that the first tick checks.
+std::int64_t sLastEnabledCheck = 0;
+
+// Runs `use` with the timer suite. A refusal of the host is the result.
+template <class Use>
+std::int32_t WithTimerSuite(const char* operation, Use use) {
+    // The blanks at the end are wanted.
+    LogMessage(kLogEntry, "Entering %s ", operation);
+    std::int32_t result = kNoErr;
+    MomentarySuite<AITimerSuite> timers(kAITimerSuite, kAITimerSuiteVersion);
+    try {
+        timers.AcquireOrThrow();
+        use(timers);
+    } catch (std::int32_t code) {
+        result = code;
+    }
+    timers.ReleaseIfHeld();
+    LogMessage(kLogExit, "Exiting %s ", operation);
+    return result;
+}
+
+void StopTimerIfPluginCoreIsDisabled() {
+    const std::int64_t now = std::time(nullptr);
+    if (now - sLastEnabledCheck <= kSecondsBetweenChecks) {
+        return;
+    }
+    sLastEnabledCheck = now;
+    if (!PluginCoreIsEnabled()) {
+        RemoveTimers();
+    }
+}
+
+}  // namespace
+
+std::int32_t AddTimers(SPInterfaceMessage* message) {
+    return WithTimerSuite("AddTimers", [message](const MomentarySuite<AITimerSuite>& timers) {
+        ThrowIfError(timers->AddTimer(message->d.self, "Quorvel AIPlugin Timer", kEveryTick, &sGlobals->idleTimer));
+    });
+}
+
+std::int32_t RemoveTimers() {
+    return WithTimerSuite("RemoveTimers", [](const MomentarySuite<AITimerSuite>& timers) {
+        const AITimerHandle timer = sGlobals == nullptr ? nullptr : sGlobals->idleTimer;
+        if (timer == nullptr) {
+            return;
+        }
+        AIBoolean active = 0;
+        ThrowIfError(timers->GetTimerActive(timer, &active));
+        if (active != 0) {
+            ThrowIfError(timers->SetTimerActive(timer, 0));
+        }
+    });
+}
+
+std::int32_t HandleIdleTick() {
+    StopTimerIfPluginCoreIsDisabled();
+    RegisterPortNumberListener();
+    // No tick arrives without a PluginCore; one that somebody makes up must do no harm.
+    if (const PCILoader* const pluginCore = PCILoader::GetSharedInstance()) {
+        pluginCore->pfIdleEvent();
+        pluginCore->pfProcessPanelMessages(kProcess);
+    }
+    return kNoErr;
+}

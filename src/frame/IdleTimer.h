@@ -5,14 +5,14 @@
 
 #include "host/Messages.h"
 
-// Starts the idle timer; the host's code.
-// A gap so far: starts nothing.
+// Adds the idle timer, which calls on every idle tick of the host, and keeps its handle in the globals block. Returns
+// the host's code; a refusal is logged.
 std::int32_t AddTimers(SPInterfaceMessage* message);
 
-// Stops the idle timer; the host's code.
-// A gap so far: stops nothing.
+// Stops the idle timer; does nothing for one that was not added or is stopped. It is not deleted, and nothing starts it
+// again. Returns the host's code; a refusal is logged.
 std::int32_t RemoveTimers();
 
-// One tick of the timer; always 0.
-// A gap so far: does nothing.
+// One tick of the timer: asks the PluginCore every ten seconds whether it is still enabled and stops the timer if not,
+// keeps trying to reach the panel, and lets the PluginCore work. Always 0.
 std::int32_t HandleIdleTick();
