@@ -29,6 +29,15 @@ void AnswerPortNumberRequest(const PlugPlugEvent* /*event*/, void* /*context*/) 
     }
 }
 
+// The bus keeps the listener for good, and the PluginCore the state: both have to stay where they are, even when the
+// host has shut the plug-in down and unloads it.
+void StayInMemory() {
+    constexpr DWORD kForever = GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS;
+    HMODULE ignored = nullptr;
+    // Should Windows refuse, there is nothing better to do than to go on.
+    GetModuleHandleExW(kForever, reinterpret_cast<LPCWSTR>(&sPlugPlug), &ignored);
+}
+
 // Kept until the process ends: the event that was dispatched last points into it. Reserved for the longest text, so
 // that a request which arrives while a response is being delivered leaves that one readable.
 std::string& ReplyText() {
@@ -46,6 +55,7 @@ std::int32_t RegisterPortNumberListener() {
     if (sListenerIsRegistered || PlugPlugBridge::Load(sPlugPlug) != kNoErr) {
         return kNoErr;
     }
+    StayInMemory();
     const std::int32_t refusal =
         PlugPlugBridge::AddEventListener(sPlugPlug, "com.quorvel.portnumberrequest", AnswerPortNumberRequest, nullptr);
     // At once: should the PluginCore throw, the listener must not be added again.
