@@ -17,7 +17,9 @@ constexpr std::size_t kLongestReply = kBeforePort.size() + 10 + kAfterPort.size(
 // never given back.
 PlugPlugState sPlugPlug;
 
-// Set once the listener is in place, never cleared.
+// Set once the listener is in place, never cleared: the bus keeps the listener also when the host has shut the plug-in
+// down and frees its file. Nothing is called that is gone, because the plug-in holds a reference to its own module
+// (PluginInfo), which keeps it in memory.
 bool sListenerIsRegistered = false;
 
 // The bus calls this from its own code, built by another compiler: nothing may leave it. A request that cannot be
@@ -27,15 +29,6 @@ void AnswerPortNumberRequest(const PlugPlugEvent* /*event*/, void* /*context*/) 
         SendPortNumberResponse();
     } catch (...) {
     }
-}
-
-// The bus keeps the listener for good, and the PluginCore the state: both have to stay where they are, even when the
-// host has shut the plug-in down and unloads it.
-void StayInMemory() {
-    constexpr DWORD kForever = GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS;
-    HMODULE ignored = nullptr;
-    // Should Windows refuse, there is nothing better to do than to go on.
-    GetModuleHandleExW(kForever, reinterpret_cast<LPCWSTR>(&sPlugPlug), &ignored);
 }
 
 // Kept until the process ends: the event that was dispatched last points into it. Reserved for the longest text, so
@@ -55,7 +48,6 @@ std::int32_t RegisterPortNumberListener() {
     if (sListenerIsRegistered || PlugPlugBridge::Load(sPlugPlug) != kNoErr) {
         return kNoErr;
     }
-    StayInMemory();
     const std::int32_t refusal =
         PlugPlugBridge::AddEventListener(sPlugPlug, "com.quorvel.portnumberrequest", AnswerPortNumberRequest, nullptr);
     // At once: should the PluginCore throw, the listener must not be added again.

@@ -68,6 +68,8 @@ HMODULE GetPluginModuleHandle() {
     if (sState.module != nullptr) {
         return sState.module;
     }
+    // The reference is never given back: wanted. It keeps the code that the panel's bus calls in memory, whatever the
+    // host frees.
     constexpr DWORD kFlags = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS;
     HMODULE module = nullptr;
     if (GetModuleHandleExW(kFlags, reinterpret_cast<LPCWSTR>(&sAddressInThisModule), &module) == 0) {
