@@ -71,12 +71,15 @@ std::int32_t RemoveTimers() {
 }
 
 std::int32_t HandleIdleTick() {
+    // The timer is a started plug-in's. A tick that comes all the same has nobody to work for, and may find a library
+    // that lacks the entries.
+    if (sGlobals == nullptr) {
+        return kNoErr;
+    }
     StopTimerIfPluginCoreIsDisabled();
     RegisterPortNumberListener();
-    // No tick arrives without a PluginCore; one that somebody makes up must do no harm.
-    if (const PCILoader* const pluginCore = PCILoader::GetSharedInstance()) {
-        pluginCore->pfIdleEvent();
-        pluginCore->pfProcessPanelMessages(kProcess);
-    }
+    const PCILoader& pluginCore = *PCILoader::GetSharedInstance();
+    pluginCore.pfIdleEvent();
+    pluginCore.pfProcessPanelMessages(kProcess);
     return kNoErr;
 }

@@ -136,7 +136,11 @@ void DisplayFindFontDialog() {
         CacheFindFontMenuItem();
     }
     if (IsKnown()) {
-        ChooseItem();
+        try {
+            ChooseItem();
+        } catch (...) {
+            // Without the dialog everything is as it was.
+        }
     }
     LogMessage(kLogExit, "Exiting %s", kName);
 }

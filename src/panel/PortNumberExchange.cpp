@@ -42,11 +42,9 @@ std::string& ReplyText() {
     return sReplyText;
 }
 
-}  // namespace
-
-std::int32_t RegisterPortNumberListener() {
-    if (sListenerIsRegistered || PlugPlugBridge::Load(sPlugPlug) != kNoErr) {
-        return kNoErr;
+void ListenToPanel() {
+    if (PlugPlugBridge::Load(sPlugPlug) != kNoErr) {
+        return;
     }
     const std::int32_t refusal =
         PlugPlugBridge::AddEventListener(sPlugPlug, "com.quorvel.portnumberrequest", AnswerPortNumberRequest, nullptr);
@@ -58,6 +56,18 @@ std::int32_t RegisterPortNumberListener() {
     }
     if (sListenerIsRegistered) {
         SendPortNumberResponse();
+    }
+}
+
+}  // namespace
+
+std::int32_t RegisterPortNumberListener() {
+    if (!sListenerIsRegistered) {
+        try {
+            ListenToPanel();
+        } catch (...) {
+            // Silent like every failure here: the tick goes on, and the next one tries again if it has to.
+        }
     }
     return kNoErr;
 }
