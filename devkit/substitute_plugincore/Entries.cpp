@@ -1,18 +1,20 @@
 // The entry points of the PluginCore. Each records what it was called with, takes its answer from the script, and does
-// nothing else. The order is that of the names.
+// nothing else; only the one that creates menus calls back. The order is that of the names.
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <optional>
+#include <string>
 
-#include "AnswerScript.h"
-#include "CallRecord.h"
-#include "ForeignException.h"
+#include "Answer.h"
+#include "MenuCreation.h"
+#include "MessagingState.h"
+#include "substitute_support/CallRecord.h"
+#include "substitute_support/ForeignException.h"
 
 namespace {
 
 using Flag = std::uint8_t;
-using MenuCallback = std::int32_t (*)(const char* id, const char* label, const char* itemText, Flag checked,
-                                      Flag enabled, Flag hasSubMenu, const char* parentId, void* context);
 
 // Where a caller has no size to pass, the buffer of these entries is this long by contract.
 constexpr std::uint64_t kShortBuffer = 256;
@@ -86,11 +88,12 @@ Outcome RecordInvokeResolveDialog(char* text, const std::uint64_t* size) {
     return Conclude(record, answer);
 }
 
-Outcome RecordCreateMenus(const char* json, MenuCallback callback, const void* context) {
+Outcome RecordCreateMenus(const char* json, MenuCallback callback, void* context) {
     const CallRecord record = CallRecord("CreateMenusFromJSONBuffer")
                                   .Text("json", json)
                                   .Pointer("callback", reinterpret_cast<const void*>(callback))
-                                  .Pointer("context", context);
+                                  .Pointer("context", context)
+                                  .Texts("items", CreateMenuItems(json, callback, context));
     return Conclude(record, NextAnswer("CreateMenusFromJSONBuffer"));
 }
 
@@ -101,6 +104,12 @@ Outcome RecordGetSocketPort(std::uint32_t* port) {
         *port = answer.port;
     }
     return Conclude(record, answer);
+}
+
+Outcome RecordRegisterPlugPlug(const void* state) {
+    const std::optional<std::string> description = DescribeMessagingState(state);
+    return Conclude(CallRecord("RegisterPlugPlug").Text("state", description ? description->c_str() : nullptr),
+                    NextAnswer("RegisterPlugPlug"));
 }
 
 Outcome RecordPluginIsEnabled(Flag flag, Flag* enabled) {
@@ -202,9 +211,7 @@ std::int32_t ProcessPanelMessages(Flag flag) {
         Conclude(CallRecord("ProcessPanelMessages").Number("flag", flag), NextAnswer("ProcessPanelMessages")));
 }
 
-std::int32_t RegisterPlugPlug(void* state) {
-    return Return(Conclude(CallRecord("RegisterPlugPlug").Pointer("state", state), NextAnswer("RegisterPlugPlug")));
-}
+std::int32_t RegisterPlugPlug(void* state) { return Return(RecordRegisterPlugPlug(state)); }
 
 // Nobody knows its arguments, so none are read.
 std::int32_t SetPathForDocument() { return Return(RecordPlain("SetPathForDocument")); }

@@ -1,12 +1,13 @@
-#include "AnswerScript.h"
+#include "substitute_support/AnswerScript.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
 #include <map>
-#include <nlohmann/json.hpp>
 #include <stdexcept>
+
+#include "substitute_support/ThisLibrary.h"
 
 namespace {
 
@@ -25,7 +26,7 @@ ScriptState& State() {
 }
 
 std::string ReadScriptText() {
-    const wchar_t* path = _wgetenv(L"QUORVEL_PLUGINCORE_SCRIPT");
+    const wchar_t* path = _wgetenv(kThisLibrary.scriptVariable);
     if (path == nullptr) {
         return {};
     }
@@ -63,46 +64,41 @@ Throw ThrowNamed(const std::string& name) {
     throw std::runtime_error("\"throw\" must be \"foreign\" or \"cpp\", not \"" + name + "\"");
 }
 
-Answer ReadAnswer(const Json& description) {
-    Answer answer;
+BasicAnswer ReadAnswer(const Json& description, const OwnKeyReader& readOwnKey) {
+    BasicAnswer answer;
     for (const auto& [key, value] : description.items()) {
         if (key == "result") {
             answer.result = value.get<std::int32_t>();
-        } else if (key == "text") {
-            answer.text = value.get<std::string>();
-        } else if (key == "enabled") {
-            answer.enabled = value.get<std::uint8_t>();
-        } else if (key == "port") {
-            answer.port = value.get<std::uint32_t>();
         } else if (key == "throw") {
             answer.throws = ThrowNamed(value.get<std::string>());
-        } else {
+        } else if (!readOwnKey(key, value)) {
             throw std::runtime_error("unknown key \"" + key + "\"");
         }
     }
     return answer;
 }
 
-Answer ReadNextAnswer(const char* entry) {
+// An empty object when the script says nothing about the entry.
+Json NextDescription(const char* entry) {
     RefreshScript();
     ScriptState& state = State();
     const auto answers = state.answers.find(entry);
     if (answers == state.answers.end() || answers->empty()) {
-        return {};
+        return Json::object();
     }
     std::size_t& used = state.used[entry];
     const Json& description = answers->at(std::min(used, answers->size() - 1));
     ++used;
-    return ReadAnswer(description);
+    return description;
 }
 
 }  // namespace
 
-Answer NextAnswer(const char* entry) {
+BasicAnswer NextBasicAnswer(const char* entry, const OwnKeyReader& readOwnKey) {
     try {
-        return ReadNextAnswer(entry);
+        return ReadAnswer(NextDescription(entry), readOwnKey);
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "substitute PluginCore: answers of %s: %s\n", entry, error.what());
+        std::fprintf(stderr, "substitute %s: answers of %s: %s\n", kThisLibrary.name, entry, error.what());
         std::abort();
     }
 }

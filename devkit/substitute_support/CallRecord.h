@@ -1,5 +1,4 @@
-// One call as it is recorded: a line of JSON, appended to the file that the environment variable
-// QUORVEL_PLUGINCORE_RECORD names.
+// One call as it is recorded: a line of JSON, appended to the file that the library's environment variable names.
 //
 //   {"entry":"HandleSaveDocument","arguments":{"path":"C:\\a.ai","report":"{}"},"answer":0}
 //
@@ -10,12 +9,14 @@
 #include <cstdint>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <vector>
 
 class CallRecord {
   public:
     explicit CallRecord(const char* entry) : mEntry(entry) {}
 
     CallRecord& Text(const char* name, const char* text);
+    CallRecord& Texts(const char* name, const std::vector<std::string>& texts);
     CallRecord& Number(const char* name, std::int64_t number);
     // What a pointer to a number points to on entry.
     template <class Integer>

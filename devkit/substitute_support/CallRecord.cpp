@@ -1,9 +1,11 @@
-#include "CallRecord.h"
+#include "substitute_support/CallRecord.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
+
+#include "substitute_support/ThisLibrary.h"
 
 namespace {
 
@@ -45,6 +47,11 @@ CallRecord& CallRecord::Text(const char* name, const char* text) {
     return *this;
 }
 
+CallRecord& CallRecord::Texts(const char* name, const std::vector<std::string>& texts) {
+    mArguments[name] = texts;
+    return *this;
+}
+
 CallRecord& CallRecord::Number(const char* name, std::int64_t number) {
     mArguments[name] = number;
     return *this;
@@ -74,13 +81,13 @@ CallRecord& CallRecord::Pointer(const char* name, const void* pointer) {
 }
 
 void CallRecord::Write(std::int32_t answer) const {
-    const wchar_t* path = _wgetenv(L"QUORVEL_PLUGINCORE_RECORD");
+    const wchar_t* path = _wgetenv(kThisLibrary.recordVariable);
     if (path == nullptr) {
         return;
     }
     std::FILE* file = _wfopen(path, L"ab");
     if (file == nullptr) {
-        std::fprintf(stderr, "substitute PluginCore: the record file cannot be written\n");
+        std::fprintf(stderr, "substitute %s: the record file cannot be written\n", kThisLibrary.name);
         std::abort();
     }
     const Json line = {{"entry", mEntry}, {"arguments", mArguments}, {"answer", answer}};

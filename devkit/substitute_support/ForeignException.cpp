@@ -1,4 +1,4 @@
-#include "ForeignException.h"
+#include "substitute_support/ForeignException.h"
 
 #include <windows.h>
 
@@ -7,7 +7,7 @@
 namespace {
 
 // How a C++ exception of Visual C++ appears to Windows: its code, and four parameters of which the first tells the
-// version of the layout. The library that this one stands for is built with that compiler.
+// version of the layout. The libraries that the substitutes stand for are built with that compiler.
 void RaiseVisualCppException() {
     constexpr DWORD kVisualCppException = 0xE06D7363;
     constexpr ULONG_PTR kLayoutVersion = 0x19930520;
@@ -22,6 +22,6 @@ void ThrowAsAsked(Throw what) {
         RaiseVisualCppException();
     }
     if (what == Throw::kCppException) {
-        throw std::runtime_error("thrown by the substitute PluginCore");
+        throw std::runtime_error("thrown by a substitute library");
     }
 }

@@ -1,0 +1,3 @@
+#include "substitute_support/ThisLibrary.h"
+
+const SubstituteLibrary kThisLibrary = {"PluginCore", L"QUORVEL_PLUGINCORE_SCRIPT", L"QUORVEL_PLUGINCORE_RECORD"};
