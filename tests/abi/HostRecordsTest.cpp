@@ -100,8 +100,8 @@ EXPECT_RECORD(PluginGlobals, 152);
 EXPECT_FIELD(PluginGlobals, unused1, 8 * 0, 8);
 EXPECT_FIELD(PluginGlobals, text, 8 * 1, 8);
 EXPECT_FIELD(PluginGlobals, unused3, 8 * 2, 8);
-EXPECT_FIELD(PluginGlobals, unused4, 8 * 3, 8);
-EXPECT_FIELD(PluginGlobals, unused5, 8 * 4, 8);
+EXPECT_FIELD(PluginGlobals, findFontOwner, 8 * 3, 8);
+EXPECT_FIELD(PluginGlobals, findFontItem, 8 * 4, 8);
 EXPECT_FIELD(PluginGlobals, plugin, 8 * 5, 8);
 EXPECT_FIELD(PluginGlobals, documentChanged, 8 * 6, 8);
 EXPECT_FIELD(PluginGlobals, documentOpened, 8 * 7, 8);
@@ -115,7 +115,7 @@ EXPECT_FIELD(PluginGlobals, documentSaved, 8 * 14, 8);
 EXPECT_FIELD(PluginGlobals, documentSavedAs, 8 * 15, 8);
 EXPECT_FIELD(PluginGlobals, fontListChanged, 8 * 16, 8);
 EXPECT_FIELD(PluginGlobals, idleTimer, 8 * 17, 8);
-EXPECT_FIELD(PluginGlobals, unused19, 8 * 18, 8);
+EXPECT_FIELD(PluginGlobals, fileFormat, 8 * 18, 8);
 
 static_assert(std::is_same_v<decltype(&PluginMain),
                              std::int32_t (*)(const char* caller, const char* selector, SPMessageData* message)>);

@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "support/LogSink.h"
+#include "support/TestsOwnMemory.h"
 
 namespace {
 
@@ -22,6 +23,7 @@ Record& TheRecord() {
 }  // namespace
 
 void WriteLogLine(std::int32_t level, const char* text) noexcept {
+    const TestsOwnMemory own;
     Record& record = TheRecord();
     const std::lock_guard<std::mutex> lock(record.mutex);
     record.lines.push_back({level, text});

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <map>
 #include <string>
 #include <utility>
@@ -46,3 +47,11 @@ class CallLog {
 
 // 'text', or null.
 inline std::string Quoted(const char* text) { return text == nullptr ? "null" : "'" + std::string(text) + "'"; }
+
+// All bits of a handle or address, without leading zeros: "0x100005001".
+inline std::string Address(const void* address) {
+    char text[24];
+    std::snprintf(text, sizeof(text), "0x%llx",
+                  static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(address)));
+    return text;
+}

@@ -1,12 +1,9 @@
 #include "support/fakes/FakeHost.h"
 
-#include <utf8cpp/utf8.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <deque>
-#include <iterator>
 
 #include "host/ArtSuites.h"
 #include "host/DocumentSuite.h"
@@ -18,12 +15,12 @@
 #include "host/SPSuites.h"
 #include "host/StringSuites.h"
 #include "host/TextEngineSuites.h"
+#include "support/fakes/HostText.h"
+#include "support/TestsOwnMemory.h"
 
 FakeHost* sFakeHost = nullptr;
 
 namespace {
-
-using HostText = std::u16string;
 
 // A reference of the text engine: counted, and what it leads to.
 struct FakeReference {
@@ -33,12 +30,6 @@ struct FakeReference {
     bool isRun = false;
     std::string font = {};
 };
-
-HostText Utf16(const std::string& utf8) {
-    HostText text;
-    utf8::utf8to16(utf8.begin(), utf8.end(), std::back_inserter(text));
-    return text;
-}
 
 std::string Number(std::int64_t number) { return std::to_string(number); }
 
@@ -71,13 +62,6 @@ namespace {
 
 FakeHost::Storage& Store() { return *sFakeHost->storage; }
 
-void SetText(void*& impl, const std::string& utf8) {
-    if (impl == nullptr) {
-        impl = new HostText;
-    }
-    *static_cast<HostText*>(impl) = Utf16(utf8);
-}
-
 // --- basic suite and blocks -----------------------------------------------------------------------------------------
 
 const void* TableOf(const std::string& name) {
@@ -92,6 +76,11 @@ const void* TableOf(const std::string& name) {
         {"AI MdMemory Suite", &Store().memory},
         {"AI File Path Suite", &Store().paths},
         {"AI Unicode String Suite", &Store().strings},
+        {"AI Menu Suite", &FakeMenuSuite()},
+        {"AI Timer Suite", &FakeTimerSuite()},
+        {"AI File Format Suite", &FakeFileFormatSuite()},
+        {"SP Plug-ins Suite", &FakePluginsSuite()},
+        {"SP Interface Suite", &FakeInterfaceSuite()},
         {"ATE TextRange Suite", &Store().textRanges},
         {"ATE TextRunsIterator Suite", &Store().textRuns},
         {"ATE CharFeatures Suite", &Store().charFeatures},
@@ -260,11 +249,11 @@ ATEBool8 ReferenceIsNull(Ref ref) {
     return ref == nullptr ? 1 : 0;
 }
 
-template <class Suite>
+template <class Ref, class Suite>
 void FillCounting(Suite& suite) {
-    suite.AddRef = AddReference;
-    suite.Release = ReleaseReference;
-    suite.IsNull = ReferenceIsNull;
+    suite.AddRef = kWithOwnMemory<AddReference<Ref>>;
+    suite.Release = kWithOwnMemory<ReleaseReference<Ref>>;
+    suite.IsNull = kWithOwnMemory<ReferenceIsNull<Ref>>;
 }
 
 AIErr GetATETextRange(AIArtHandle art, ATE::TextRangeRef* range) {
@@ -462,43 +451,43 @@ AIErr GetFullPath(const ai::FilePathData& path, AIBool8 displayName, ai::Unicode
 }
 
 void FillSuites(FakeHost::Storage& storage) {
-    storage.basic.AcquireSuite = AcquireSuite;
-    storage.basic.ReleaseSuite = ReleaseSuite;
-    storage.basic.IsEqual = IsEqual;
-    storage.blocks.AllocateBlock = AllocateBlock;
-    storage.blocks.FreeBlock = FreeBlock;
-    storage.notifiers.AddNotifier = AddNotifier;
-    storage.documents.GetDocumentFileSpecification = GetDocumentFileSpecification;
-    storage.documents.GetDocumentModified = GetDocumentModified;
-    storage.documents.GetDocument = GetDocument;
-    storage.matchingArt.GetMatchingArt = GetMatchingArt;
-    storage.textFrames.GetATETextRange = GetATETextRange;
-    storage.placed.GetPlacedFilePathFromArt = GetPlacedFilePathFromArt;
-    storage.fonts.GetDefaultFont = GetDefaultFont;
-    storage.fonts.GetPostScriptFontName = GetPostScriptFontName;
-    storage.fonts.FontKeyFromFont = FontKeyFromFont;
-    storage.memory.MdMemoryDisposeHandle = MdMemoryDisposeHandle;
-    storage.paths.DeleteFilePath = DeleteFilePath;
-    storage.paths.Copy = CopyFilePath;
-    storage.paths.IsEmpty = FilePathIsEmpty;
-    storage.paths.GetFileName = GetFileName;
-    storage.paths.GetFullPath = GetFullPath;
-    storage.strings.Initialize = InitializeString;
-    storage.strings.Destroy = DestroyString;
-    storage.strings.Assign = AssignString;
-    storage.strings.Copy = CopyString;
-    storage.strings.Length = StringLength;
-    storage.strings.UTF_16 = StringUnits;
-    FillCounting(storage.textRanges);
-    storage.textRanges.GetTextRunsIterator = GetTextRunsIterator;
-    storage.textRanges.GetUniqueCharFeatures = GetUniqueCharFeatures;
-    FillCounting(storage.textRuns);
-    storage.textRuns.IsNotDone = IsNotDone;
-    storage.textRuns.Next = Next;
-    storage.textRuns.Item = Item;
-    FillCounting(storage.charFeatures);
-    storage.charFeatures.GetFont = GetFont;
-    FillCounting(storage.ateFonts);
+    storage.basic.AcquireSuite = kWithOwnMemory<AcquireSuite>;
+    storage.basic.ReleaseSuite = kWithOwnMemory<ReleaseSuite>;
+    storage.basic.IsEqual = kWithOwnMemory<IsEqual>;
+    storage.blocks.AllocateBlock = kWithOwnMemory<AllocateBlock>;
+    storage.blocks.FreeBlock = kWithOwnMemory<FreeBlock>;
+    storage.notifiers.AddNotifier = kWithOwnMemory<AddNotifier>;
+    storage.documents.GetDocumentFileSpecification = kWithOwnMemory<GetDocumentFileSpecification>;
+    storage.documents.GetDocumentModified = kWithOwnMemory<GetDocumentModified>;
+    storage.documents.GetDocument = kWithOwnMemory<GetDocument>;
+    storage.matchingArt.GetMatchingArt = kWithOwnMemory<GetMatchingArt>;
+    storage.textFrames.GetATETextRange = kWithOwnMemory<GetATETextRange>;
+    storage.placed.GetPlacedFilePathFromArt = kWithOwnMemory<GetPlacedFilePathFromArt>;
+    storage.fonts.GetDefaultFont = kWithOwnMemory<GetDefaultFont>;
+    storage.fonts.GetPostScriptFontName = kWithOwnMemory<GetPostScriptFontName>;
+    storage.fonts.FontKeyFromFont = kWithOwnMemory<FontKeyFromFont>;
+    storage.memory.MdMemoryDisposeHandle = kWithOwnMemory<MdMemoryDisposeHandle>;
+    storage.paths.DeleteFilePath = kWithOwnMemory<DeleteFilePath>;
+    storage.paths.Copy = kWithOwnMemory<CopyFilePath>;
+    storage.paths.IsEmpty = kWithOwnMemory<FilePathIsEmpty>;
+    storage.paths.GetFileName = kWithOwnMemory<GetFileName>;
+    storage.paths.GetFullPath = kWithOwnMemory<GetFullPath>;
+    storage.strings.Initialize = kWithOwnMemory<InitializeString>;
+    storage.strings.Destroy = kWithOwnMemory<DestroyString>;
+    storage.strings.Assign = kWithOwnMemory<AssignString>;
+    storage.strings.Copy = kWithOwnMemory<CopyString>;
+    storage.strings.Length = kWithOwnMemory<StringLength>;
+    storage.strings.UTF_16 = kWithOwnMemory<StringUnits>;
+    FillCounting<ATE::TextRangeRef>(storage.textRanges);
+    storage.textRanges.GetTextRunsIterator = kWithOwnMemory<GetTextRunsIterator>;
+    storage.textRanges.GetUniqueCharFeatures = kWithOwnMemory<GetUniqueCharFeatures>;
+    FillCounting<ATE::TextRunsIteratorRef>(storage.textRuns);
+    storage.textRuns.IsNotDone = kWithOwnMemory<IsNotDone>;
+    storage.textRuns.Next = kWithOwnMemory<Next>;
+    storage.textRuns.Item = kWithOwnMemory<Item>;
+    FillCounting<ATE::CharFeaturesRef>(storage.charFeatures);
+    storage.charFeatures.GetFont = kWithOwnMemory<GetFont>;
+    FillCounting<ATE::FontRef>(storage.ateFonts);
 }
 
 }  // namespace

@@ -11,6 +11,10 @@
 
 #include "host/Messages.h"
 #include "support/fakes/CallLog.h"
+#include "support/fakes/FakeFileFormat.h"
+#include "support/fakes/FakeMenus.h"
+#include "support/fakes/FakePlugins.h"
+#include "support/fakes/FakeTimer.h"
 
 class FakeHost {
   public:
@@ -55,6 +59,11 @@ class FakeHost {
     bool handleForNoMatches = false;
     // The host's default font of a script; a script that is absent is answered with an error and no font.
     std::map<std::int32_t, std::string> defaultFonts;
+
+    FakeMenus menus;
+    FakeTimer timer;
+    FakeFileFormat fileFormat;
+    FakePlugins plugins;
 
     // Called from inside the named operation, before it answers: for messages that arrive while another is handled.
     std::map<std::string, std::function<void()>> duringOperation;

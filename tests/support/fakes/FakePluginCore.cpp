@@ -71,7 +71,9 @@ void LoadFakePluginCore() { PCILoader::LoadSharedInstance(FakePluginCorePath());
 ENTRY ActivateChosenFonts(const char* path, char* text, std::uint64_t* size) {
     return AnswerWithText("ActivateChosenFonts", Quoted(path), text, size);
 }
-ENTRY CreateMenusFromJSONBuffer(const char* json, PluginCoreMenuCallback, void*) {
+ENTRY CreateMenusFromJSONBuffer(const char* json, PluginCoreMenuCallback callback, void* context) {
+    ThePluginCore().menuCallback = callback;
+    ThePluginCore().menuContext = context;
     return Answer("CreateMenusFromJSONBuffer", Quoted(json));
 }
 ENTRY GetAPIVersion(std::uint32_t* value, std::int32_t interfaceVersion) {
@@ -85,7 +87,11 @@ ENTRY GetMenus(const char* path, char* buffer, std::uint64_t* size) {
     return AnswerWithText("GetMenus", Quoted(path), buffer, size);
 }
 ENTRY GetSettings(char* buffer, std::uint64_t* size) { return AnswerWithText("GetSettings", "", buffer, size); }
-ENTRY GetSocketPort(std::uint32_t* port) { return Answer("GetSocketPort", std::to_string(*port)); }
+ENTRY GetSocketPort(std::uint32_t* port) {
+    const std::int32_t answer = Answer("GetSocketPort", std::to_string(*port));
+    *port = ThePluginCore().socketPort;
+    return answer;
+}
 ENTRY HandleCloseDocument(const char* path, const char* report) {
     return Answer("HandleCloseDocument", Quoted(path) + ", " + Quoted(report));
 }
@@ -123,7 +129,10 @@ ENTRY PluginIsEnabled(std::uint8_t query, std::uint8_t* isEnabled) {
     return 0;
 }
 ENTRY ProcessPanelMessages(std::uint8_t process) { return Answer("ProcessPanelMessages", std::to_string(process)); }
-ENTRY RegisterPlugPlug(PlugPlugState*) { return Answer("RegisterPlugPlug", ""); }
+ENTRY RegisterPlugPlug(PlugPlugState* state) {
+    ThePluginCore().plugPlug = state;
+    return Answer("RegisterPlugPlug", "");
+}
 ENTRY SetPathForDocument() { return Answer("SetPathForDocument", ""); }
 ENTRY TerminatePluginCoreInterface() { return Answer("TerminatePluginCoreInterface", ""); }
 ENTRY UpdateDocumentFontUsage(const char* documentID, const char* report) {

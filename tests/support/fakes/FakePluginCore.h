@@ -7,6 +7,7 @@
 #include <map>
 #include <string>
 
+#include "plugincore/PluginCoreEntries.h"
 #include "support/fakes/CallLog.h"
 
 struct FakePluginCore {
@@ -19,6 +20,13 @@ struct FakePluginCore {
     std::string throwingEntry;
     // Called from inside the named entry, before it answers.
     std::map<std::string, std::function<void()>> duringEntry;
+    // What CreateMenusFromJSONBuffer was given besides the text: to be called by a test from inside that entry.
+    PluginCoreMenuCallback menuCallback = nullptr;
+    void* menuContext = nullptr;
+    // What GetSocketPort fills in, whatever it answers.
+    std::uint32_t socketPort = 0;
+    // What RegisterPlugPlug was given last.
+    PlugPlugState* plugPlug = nullptr;
     // Where PluginIsEnabled is not recorded: most tests do not care how often it is asked.
     bool recordEnabledQueries = false;
 };

@@ -1,24 +1,27 @@
-// Lets the first block that this test program asks the C runtime for, while it lives, not be had. The next ones can be:
-// the exception that says so takes one itself. One at a time.
+// Lets one block that this test program asks the C runtime for, while it lives, not be had: the n-th one that is not
+// the tests' own. The other ones can be: the exception that says so takes one itself. One at a time.
 #pragma once
 
 #include <cstddef>
 
 #include "support/fakes/ImportPatch.h"
+#include "support/TestsOwnMemory.h"
 
 class MemoryRunningOut {
   public:
-    MemoryRunningOut() {
+    // 1 is the first block.
+    explicit MemoryRunningOut(int nth = 1) {
         sHasRunOut = false;
+        sBlocksLeft = nth;
         sRealMalloc = mPatch.Original<void* (*)(std::size_t)>();
     }
 
-    // Whether a block has been asked for.
+    // Whether that block has been asked for.
     static bool HasRunOut() { return sHasRunOut; }
 
   private:
     static void* RunOutOnce(std::size_t size) {
-        if (!sHasRunOut) {
+        if (!TestsOwnMemory::IsWanted() && sBlocksLeft > 0 && --sBlocksLeft == 0) {
             sHasRunOut = true;
             return nullptr;
         }
@@ -26,6 +29,7 @@ class MemoryRunningOut {
     }
 
     static inline bool sHasRunOut = false;
+    static inline int sBlocksLeft = 0;
     static inline void* (*sRealMalloc)(std::size_t) = nullptr;
     ImportPatch mPatch{"malloc", AsReplacement(RunOutOnce)};
 };

@@ -1,13 +1,48 @@
 #include "documents/FileFormatHook.h"
 
+#include "frame/PluginGlobals.h"
 #include "support/fakes/FakePluginCore.h"
 #include "unit/documents/HostFixture.h"
 
 namespace {
 
+using Calls = std::vector<std::string>;
+using Log = std::vector<RecordedLine>;
+
+const std::string kAcquire = "AcquireSuite('AI File Format Suite', 14)";
+const std::string kAdd =
+    "AddFileFormatEx('Quorvel', 4 types ART5 EPSF PDF  AITm, title 'Quorvel', order 0, 'ai,eps,pdf,ait', 1, 0)";
+const std::string kSetPriority = "SetFileFormatPriority(0x100007001, 10000)";
+const std::string kRelease = "ReleaseSuite('AI File Format Suite', 14)";
+
 class FileFormatHookTest : public HostTest {
   protected:
-    FileFormatHookTest() { LoadFakePluginCore(); }
+    FileFormatHookTest() {
+        LoadFakePluginCore();
+        sGlobals = &globals;
+        ClearRecordedLog();
+    }
+    ~FileFormatHookTest() override { sGlobals = nullptr; }
+
+    void TearDown() override {
+        HostTest::TearDown();
+        EXPECT_EQ(host.HeldSuites(), (std::map<std::string, int>{}));
+    }
+
+    std::int32_t Register() {
+        SPInterfaceMessage startup{host.MessageData()};
+        return AddFileFormat(&startup);
+    }
+
+    // The lines of a registration with `inner` in between.
+    static Log Framed(const Log& inner) {
+        Log lines = {{1, "Entering AddFileFormat"}};
+        lines.insert(lines.end(), inner.begin(), inner.end());
+        lines.push_back({-1, "Exiting AddFileFormat"});
+        return lines;
+    }
+
+    PluginGlobals globals{};
 
     std::int32_t Check(const std::string& path) {
         AIFileFormatMessage message{};
@@ -32,6 +67,76 @@ TEST_F(FileFormatHookTest, EmptyPathIsNotHandedOn) {
 TEST_F(FileFormatHookTest, HostsPathIsReadInPlaceAndNeverDestroyed) {
     Check("C:/a.ai");
     EXPECT_EQ(host.calls.Calls(), (std::vector<std::string>{"GetFullPath(0)", "Destroy()"}));
+}
+
+TEST_F(FileFormatHookTest, ConversionThatTheHostRefusesIsAnsweredMinus1WithoutAskingThePluginCore) {
+    host.calls.Fail("GetFullPath", 5);
+    EXPECT_EQ(Check("C:/a.ai"), -1);
+    EXPECT_TRUE(ThePluginCore().calls.Calls().empty());
+}
+
+TEST_F(FileFormatHookTest, ExceptionOfThePluginCoreIsAnsweredMinus1) {
+    ThePluginCore().throwingEntry = "HandleOpenExistingDocument";
+    EXPECT_EQ(Check("C:/a.ai"), -1);
+}
+
+// --- AddFileFormat --------------------------------------------------------------------------------------------------
+
+TEST_F(FileFormatHookTest, FormatIsRegisteredGetsItsPriorityAndIsKept) {
+    EXPECT_EQ(Register(), 0);
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kAdd, kSetPriority, kRelease}));
+    EXPECT_EQ(globals.fileFormat, host.fileFormat.handle);
+    EXPECT_EQ(RecordedLog(), Framed({}));
+}
+
+TEST_F(FileFormatHookTest, SuiteGoesBackBeforeTheExitIsLogged) {
+    Log whenReleased;
+    host.duringOperation["ReleaseSuite"] = [&] { whenReleased = RecordedLog(); };
+    Register();
+    EXPECT_EQ(whenReleased, (Log{{1, "Entering AddFileFormat"}}));
+}
+
+TEST_F(FileFormatHookTest, AnswerToTheRegistrationIsNotLookedAtWhenThereIsAHandle) {
+    host.calls.Fail("AddFileFormatEx", 12);
+    EXPECT_EQ(Register(), 0);
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kAdd, kSetPriority, kRelease}));
+    EXPECT_EQ(globals.fileFormat, host.fileFormat.handle);
+    EXPECT_EQ(RecordedLog(), Framed({}));
+}
+
+TEST_F(FileFormatHookTest, FormatWithoutAHandleHasNoPriorityAndIsNotKept) {
+    const auto before = reinterpret_cast<AIFileFormatHandle>(0x77);
+    globals.fileFormat = before;
+    host.fileFormat.handle = nullptr;
+    EXPECT_EQ(Register(), 0);
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kAdd, kRelease}));
+    EXPECT_EQ(globals.fileFormat, before);
+}
+
+TEST_F(FileFormatHookTest, RefusedPriorityDoesNotCount) {
+    host.calls.Fail("SetFileFormatPriority", 12);
+    EXPECT_EQ(Register(), 0);
+    EXPECT_EQ(globals.fileFormat, host.fileFormat.handle);
+    EXPECT_EQ(RecordedLog(), Framed({}));
+}
+
+TEST_F(FileFormatHookTest, SuiteThatIsRefusedOnceIsAcquiredByTheSecondTry) {
+    host.calls.Fail("AcquireSuite", 11);
+    EXPECT_EQ(Register(), 0);
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kAcquire, kAdd, kSetPriority, kRelease}));
+    EXPECT_EQ(globals.fileFormat, host.fileFormat.handle);
+    EXPECT_EQ(RecordedLog(), Framed({{0, "ERROR:  throwing 11."}}));
+}
+
+TEST_F(FileFormatHookTest, SuiteThatIsRefusedTwiceIsGivenUpAndAnswered0) {
+    host.calls.Fail("AcquireSuite", 11, 1);
+    host.calls.Fail("AcquireSuite", 12, 2);
+    EXPECT_EQ(Register(), 0);
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kAcquire}));
+    EXPECT_EQ(globals.fileFormat, nullptr);
+    EXPECT_EQ(
+        RecordedLog(),
+        Framed({{0, "ERROR:  throwing 11."}, {0, "ERROR:  throwing 12."}, {-1, "Error thrown in AddFileFormat()"}}));
 }
 
 }  // namespace

@@ -96,13 +96,25 @@ TEST_F(DispatchTest, MessageBasicSuiteAndGlobalsAreStored) {
 }
 
 TEST_F(DispatchTest, MissingSuiteCostsTheMessageAndNotTheHost) {
+    FakeHost::DropSuites();
+    EXPECT_EQ(NotifyOpened(), 0);
+    EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
+    EXPECT_TRUE(PluginCoreCalls().empty());
+}
+
+TEST_F(DispatchTest, SuiteThatTheHostDoesNotOfferCostsTheStartupAndNotTheHost) {
     Send("SP Interface", "Shutdown");
     host.RefuseSuite("AI Document Suite", 42);
-    Startup();
     ClearRecords();
-    EXPECT_EQ(NotifyOpened(), 0);
+    EXPECT_EQ(Startup(), 0);
     EXPECT_EQ(CountRecorded("Error 0x0000002a acquiring suite 'AI Document Suite', version 16"), 1);
     EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
+    EXPECT_EQ(host.calls.Calls().back(), "ReleaseSuite('SP Blocks Suite', 2)");
+    EXPECT_THAT(host.calls.Calls(), testing::Not(testing::Contains(testing::StartsWith("AddNotifier"))));
+
+    Send("SP Interface", "Shutdown");
+    EXPECT_EQ(host.globals, nullptr);
+    EXPECT_EQ(host.LiveBlocks(), 0);
 }
 
 using DispatchFromTheStartTest = FrameTest;
@@ -140,7 +152,8 @@ TEST_F(DispatchFromTheStartTest, TableThatIsNotHeldIsTriedOnEveryMessageWhileThe
     Startup();
     host.calls.Clear();
     Send("SP Access", "Unload");
-    EXPECT_EQ(host.calls.Count("AcquireSuite"), 2 * 98 + 2);
+    // The table twice, and the blocks suite of the start-up, which the missing suite ends.
+    EXPECT_EQ(host.calls.Count("AcquireSuite"), 2 * 98 + 1);
 }
 
 TEST_F(DispatchFromTheStartTest, EverythingIsGivenBackAfterTheHostsClosingMessages) {

@@ -47,7 +47,7 @@ TEST_F(DocumentChangedTest, EmptyOrFullPathIsNotAskedForAgain) {
     Change();
     SetFilePathForDocumentHandle(document, "/mac/style.ai");
     Change();
-    EXPECT_EQ(host.calls.Count("GetDocumentFileSpecification"), 0);
+    EXPECT_THAT(host.calls.Calls(), testing::Not(testing::Contains("GetDocumentFileSpecification()")));
 }
 
 TEST_F(DocumentChangedTest, NoCurrentDocumentMeansNothingToDo) {

@@ -6,6 +6,7 @@
 #include "frame/NotifierHandlers.h"
 #include "support/ForeignExceptionGuard.h"
 #include "support/Log.h"
+#include "unit/frame/FileWithTime.h"
 #include "unit/frame/FrameFixture.h"
 
 class DocumentTest : public StartedTest {
@@ -21,13 +22,7 @@ class DocumentTest : public StartedTest {
     }
 
     // Makes a file whose last write was `seconds` after 1970.
-    void WriteFileWithTime(std::uint32_t seconds) {
-        const HANDLE handle = CreateFileA(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-        const std::uint64_t ticks = 116444736000000000ull + std::uint64_t{seconds} * 10000000ull;
-        const FILETIME time{static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
-        SetFileTime(handle, nullptr, nullptr, &time);
-        CloseHandle(handle);
-    }
+    void WriteFileWithTime(std::uint32_t seconds) { ::WriteFileWithTime(file, seconds); }
 
     // One text frame in one font: the smallest document that has a report.
     void UseFont(const std::string& font) { host.textFrames = {{font}}; }

@@ -1,18 +1,308 @@
 #include "frame/IdleTimer.h"
 
+#include "support/fakes/FakeClock.h"
+#include "support/fakes/FakePlugPlug.h"
 #include "unit/frame/FrameFixture.h"
 
 namespace {
 
-using IdleTimerTest = StartedTest;
+using Calls = std::vector<std::string>;
+using Log = std::vector<RecordedLine>;
 
-TEST_F(IdleTimerTest, GapsAnswerSuccessAndAskNothingOfHostAndPluginCore) {
-    SPInterfaceMessage startup{host.MessageData()};
-    EXPECT_EQ(AddTimers(&startup), 0);
-    EXPECT_EQ(HandleIdleTick(), 0);
+const std::string kAcquire = "AcquireSuite('AI Timer Suite', 5)";
+const std::string kRelease = "ReleaseSuite('AI Timer Suite', 5)";
+const std::string kIsActive = "GetTimerActive(0x100006001)";
+const std::string kStop = "SetTimerActive(0x100006001, 0)";
+
+class IdleTimerTest : public StartedTest {
+  protected:
+    std::int32_t Add() {
+        SPInterfaceMessage startup{host.MessageData()};
+        return AddTimers(&startup);
+    }
+    static Log Framed(const std::string& operation, const Calls& inner) {
+        Log lines = {{1, "Entering " + operation + " "}};
+        for (const std::string& line : inner) {
+            lines.push_back({0, line});
+        }
+        lines.push_back({-1, "Exiting " + operation + " "});
+        return lines;
+    }
+};
+
+// --- AddTimers ------------------------------------------------------------------------------------------------------
+
+TEST_F(IdleTimerTest, TimerOfTheShortestPeriodIsAddedAndItsHandleKept) {
+    sGlobals->idleTimer = nullptr;
+    EXPECT_EQ(Add(), 0);
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, "AddTimer('Quorvel AIPlugin Timer', 1)", kRelease}));
+    EXPECT_EQ(sGlobals->idleTimer, host.timer.handle);
+    EXPECT_EQ(RecordedLog(), Framed("AddTimers", {}));
+}
+
+TEST_F(IdleTimerTest, RefusedTimerIsTheResultAndTheSuiteGoesBack) {
+    sGlobals->idleTimer = nullptr;
+    host.calls.Fail("AddTimer", 1296385101);
+    EXPECT_EQ(Add(), 1296385101);
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, "AddTimer('Quorvel AIPlugin Timer', 1)", kRelease}));
+    EXPECT_EQ(sGlobals->idleTimer, nullptr);
+    EXPECT_EQ(RecordedLog(), Framed("AddTimers", {"ERROR:  throwing 1296385101."}));
+}
+
+TEST_F(IdleTimerTest, RefusedSuiteIsTheResultOfAddingAndNothingIsReleased) {
+    host.RefuseSuite("AI Timer Suite", 42);
+    EXPECT_EQ(Add(), 42);
+    EXPECT_EQ(host.calls.Calls(), Calls{kAcquire});
+    EXPECT_EQ(RecordedLog(), Framed("AddTimers", {"ERROR:  throwing 42."}));
+}
+
+// --- RemoveTimers ---------------------------------------------------------------------------------------------------
+
+TEST_F(IdleTimerTest, ActiveTimerIsStoppedAndItsHandleStays) {
     EXPECT_EQ(RemoveTimers(), 0);
-    EXPECT_TRUE(host.calls.Calls().empty());
-    EXPECT_TRUE(PluginCoreCalls().empty());
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kIsActive, kStop, kRelease}));
+    EXPECT_EQ(host.timer.isActive, 0);
+    EXPECT_EQ(sGlobals->idleTimer, host.timer.handle);
+    EXPECT_EQ(RecordedLog(), Framed("RemoveTimers", {}));
+}
+
+TEST_F(IdleTimerTest, TimerIsActiveByAnyNonZeroFlag) {
+    host.timer.isActive = 0x100;
+    EXPECT_EQ(RemoveTimers(), 0);
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kIsActive, kStop, kRelease}));
+}
+
+TEST_F(IdleTimerTest, TimerThatIsStoppedAlreadyIsLeftAlone) {
+    host.timer.isActive = 0;
+    EXPECT_EQ(RemoveTimers(), 0);
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kIsActive, kRelease}));
+}
+
+TEST_F(IdleTimerTest, WithoutATimerTheSuiteIsAcquiredAndReleasedAndTheResultIs0) {
+    sGlobals->idleTimer = nullptr;
+    EXPECT_EQ(RemoveTimers(), 0);
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kRelease}));
+    EXPECT_EQ(RecordedLog(), Framed("RemoveTimers", {}));
+}
+
+TEST_F(IdleTimerTest, WithoutAGlobalsBlockThereIsNoTimer) {
+    PluginGlobals* const globals = sGlobals;
+    sGlobals = nullptr;
+    EXPECT_EQ(RemoveTimers(), 0);
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kRelease}));
+    sGlobals = globals;
+}
+
+TEST_F(IdleTimerTest, RefusedQuestionIsTheResultAndTheTimerIsNotStopped) {
+    host.calls.Fail("GetTimerActive", 7);
+    EXPECT_EQ(RemoveTimers(), 7);
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kIsActive, kRelease}));
+    EXPECT_EQ(RecordedLog(), Framed("RemoveTimers", {"ERROR:  throwing 7."}));
+}
+
+TEST_F(IdleTimerTest, RefusedStopIsTheResult) {
+    host.calls.Fail("SetTimerActive", 8);
+    EXPECT_EQ(RemoveTimers(), 8);
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kIsActive, kStop, kRelease}));
+    EXPECT_EQ(RecordedLog(), Framed("RemoveTimers", {"ERROR:  throwing 8."}));
+}
+
+TEST_F(IdleTimerTest, RefusedSuiteIsTheResultOfRemoving) {
+    host.RefuseSuite("AI Timer Suite", 42);
+    EXPECT_EQ(RemoveTimers(), 42);
+    EXPECT_EQ(host.calls.Calls(), Calls{kAcquire});
+    EXPECT_EQ(RecordedLog(), Framed("RemoveTimers", {"ERROR:  throwing 42."}));
+}
+
+TEST_F(IdleTimerTest, SuiteGoesBackBeforeTheExitIsLogged) {
+    Log whenReleased;
+    host.duringOperation["ReleaseSuite"] = [&] { whenReleased = RecordedLog(); };
+    Add();
+    EXPECT_EQ(whenReleased, (Log{{1, "Entering AddTimers "}}));
+    ClearRecordedLog();
+    RemoveTimers();
+    EXPECT_EQ(whenReleased, (Log{{1, "Entering RemoveTimers "}}));
+}
+
+// --- the tick -------------------------------------------------------------------------------------------------------
+
+const Calls kWork = {"IdleEvent()", "ProcessPanelMessages(1)"};
+const Calls kCheckedWork = {"PluginIsEnabled(1, 0)", "IdleEvent()", "ProcessPanelMessages(1)"};
+
+// Ticks arrive through PluginMain; there is no panel to talk to unless a test makes one.
+class IdleTickTest : public IdleTimerTest {
+  protected:
+    IdleTickTest() { ThePluginCore().recordEnabledQueries = true; }
+
+    std::int32_t Tick() {
+        ClearRecords();
+        AITimerMessage message{host.MessageData(), host.timer.handle};
+        return Send("AI Timer", "AI Go", &message.d);
+    }
+
+    const FakeClock clock{1700000000};
+};
+
+TEST_F(IdleTickTest, FirstTickChecksThenLetsThePluginCoreWork) {
+    EXPECT_EQ(Tick(), 0);
+    EXPECT_EQ(PluginCoreCalls(), kCheckedWork);
+    EXPECT_EQ(host.calls.Calls(), Calls{});
+    EXPECT_TRUE(RecordedLog().empty());
+}
+
+TEST_F(IdleTickTest, TickWithinNineSecondsOfTheCheckDoesNotCheck) {
+    Tick();
+    for (int second = 1; second <= 9; ++second) {
+        FakeClock::Advance(1);
+        EXPECT_EQ(Tick(), 0);
+        EXPECT_EQ(PluginCoreCalls(), kWork) << second;
+    }
+}
+
+TEST_F(IdleTickTest, TickTenSecondsAfterTheCheckChecksAgainAndTheTimeRunsFromThere) {
+    Tick();
+    FakeClock::Advance(10);
+    Tick();
+    EXPECT_EQ(PluginCoreCalls(), kCheckedWork);
+    FakeClock::Advance(9);
+    Tick();
+    EXPECT_EQ(PluginCoreCalls(), kWork);
+    FakeClock::Advance(1);
+    Tick();
+    EXPECT_EQ(PluginCoreCalls(), kCheckedWork);
+}
+
+TEST_F(IdleTickTest, TicksWithoutACheckDoNotPutTheNextCheckOff) {
+    Tick();
+    FakeClock::Advance(6);
+    Tick();
+    FakeClock::Advance(4);
+    Tick();
+    EXPECT_EQ(PluginCoreCalls(), kCheckedWork);
+}
+
+TEST_F(IdleTickTest, FirstCheckCountsFrom1970) {
+    FakeClock::Set(9);
+    Tick();
+    EXPECT_EQ(PluginCoreCalls(), kWork);
+    FakeClock::Set(10);
+    Tick();
+    EXPECT_EQ(PluginCoreCalls(), kCheckedWork);
+}
+
+TEST_F(IdleTickTest, TimeIsHeldIn64Bits) {
+    constexpr std::int64_t kAfter2038 = 3000000000;
+    FakeClock::Set(kAfter2038);
+    Tick();
+    EXPECT_EQ(PluginCoreCalls(), kCheckedWork);
+    FakeClock::Set(kAfter2038 + 9);
+    Tick();
+    EXPECT_EQ(PluginCoreCalls(), kWork);
+    FakeClock::Set(kAfter2038 + 10);
+    Tick();
+    EXPECT_EQ(PluginCoreCalls(), kCheckedWork);
+}
+
+TEST_F(IdleTickTest, DisabledPluginCoreStopsTheTimerAndStillWorksInThisTick) {
+    ThePluginCore().enabled = false;
+    Calls hostCallsWhenWorking;
+    ThePluginCore().duringEntry["IdleEvent"] = [&] { hostCallsWhenWorking = host.calls.Calls(); };
+    EXPECT_EQ(Tick(), 0);
+    EXPECT_EQ(PluginCoreCalls(), kCheckedWork);
+    const Calls stopping = {kAcquire, kIsActive, kStop, kRelease};
+    EXPECT_EQ(hostCallsWhenWorking, stopping);
+    EXPECT_EQ(host.calls.Calls(), stopping);
+    EXPECT_EQ(host.timer.isActive, 0);
+    EXPECT_EQ(RecordedLog(), Framed("RemoveTimers", {}));
+}
+
+TEST_F(IdleTickTest, DisabledPluginCoreIsNotNoticedBetweenTheChecks) {
+    Tick();
+    ThePluginCore().enabled = false;
+    FakeClock::Advance(9);
+    Tick();
+    EXPECT_EQ(host.calls.Calls(), Calls{});
+    FakeClock::Advance(1);
+    Tick();
+    EXPECT_EQ(host.timer.isActive, 0);
+}
+
+TEST_F(IdleTickTest, PluginCoreThatIsEnabledAgainDoesNotStartTheTimer) {
+    ThePluginCore().enabled = false;
+    Tick();
+    ThePluginCore().enabled = true;
+    FakeClock::Advance(10);
+    Tick();
+    EXPECT_EQ(host.calls.Calls(), Calls{});
+    EXPECT_EQ(host.timer.isActive, 0);
+}
+
+TEST_F(IdleTickTest, TimerThatCannotBeStoppedDoesNotReachTheResult) {
+    ThePluginCore().enabled = false;
+    host.RefuseSuite("AI Timer Suite", 42);
+    EXPECT_EQ(Tick(), 0);
+    EXPECT_EQ(PluginCoreCalls(), kCheckedWork);
+}
+
+TEST_F(IdleTickTest, AnswersOfThePluginCoreDoNotCount) {
+    ThePluginCore().calls.Fail("IdleEvent", 5);
+    ThePluginCore().calls.Fail("ProcessPanelMessages", 6);
+    EXPECT_EQ(Tick(), 0);
+    EXPECT_EQ(PluginCoreCalls(), kCheckedWork);
+}
+
+TEST_F(IdleTickTest, ListenerIsRegisteredBetweenTheCheckAndTheWorkAndOnlyOnce) {
+    const LoadablePlugPlug plugPlug;
+    EXPECT_EQ(Tick(), 0);
+    EXPECT_EQ(PluginCoreCalls(), (Calls{"PluginIsEnabled(1, 0)", "RegisterPlugPlug()", "GetSocketPort(0)",
+                                        "IdleEvent()", "ProcessPanelMessages(1)"}));
+    EXPECT_EQ(Tick(), 0);
+    EXPECT_EQ(PluginCoreCalls(), kWork);
+    EXPECT_EQ(ThePlugPlug().calls.Count("LoadLibraryW"), 1);
+    EXPECT_EQ(ThePlugPlug().calls.Count("PlugPlugAddEventListener"), 1);
+}
+
+TEST_F(IdleTickTest, ListenerThatCouldNotBeRegisteredIsTriedAgainByEveryTickAndDoesNotStopTheWork) {
+    const LoadablePlugPlug plugPlug;
+    ThePlugPlug().calls.Fail("LoadLibraryW", 1, 1);
+    ThePlugPlug().calls.Fail("LoadLibraryW", 1, 2);
+    Tick();
+    EXPECT_EQ(PluginCoreCalls(), kCheckedWork);
+    Tick();
+    EXPECT_EQ(PluginCoreCalls(), kWork);
+    Tick();
+    EXPECT_EQ(PluginCoreCalls(),
+              (Calls{"RegisterPlugPlug()", "GetSocketPort(0)", "IdleEvent()", "ProcessPanelMessages(1)"}));
+    EXPECT_EQ(ThePlugPlug().calls.Count("LoadLibraryW"), 3);
+}
+
+TEST_F(IdleTickTest, ExceptionOnTheWayToThePanelDoesNotKeepThePluginCoreFromItsWork) {
+    const LoadablePlugPlug plugPlug;
+    ThePluginCore().throwingEntry = "RegisterPlugPlug";
+    EXPECT_EQ(Tick(), 0);
+    EXPECT_EQ(PluginCoreCalls(),
+              (Calls{"PluginIsEnabled(1, 0)", "RegisterPlugPlug()", "IdleEvent()", "ProcessPanelMessages(1)"}));
+    EXPECT_TRUE(RecordedLog().empty());
+}
+
+TEST_F(IdleTickTest, TickToAPluginThatIsNotStartedDoesNothing) {
+    SPMessageData message = host.MessageData();
+    message.globals = nullptr;
+    ClearRecords();
+    EXPECT_EQ(PluginMain("AI Timer", "AI Go", &message), 0);
+    EXPECT_EQ(PluginCoreCalls(), Calls{});
+    EXPECT_TRUE(RecordedLog().empty());
+}
+
+TEST_F(IdleTickTest, TickInsideAnotherMessageIsRefused) {
+    int answer = 0;
+    ThePluginCore().duringEntry["IdleEvent"] = [&] {
+        SPMessageData nested = host.MessageData();
+        answer = PluginMain("AI Timer", "AI Go", &nested);
+    };
+    EXPECT_EQ(Tick(), 0);
+    EXPECT_EQ(answer, 1);
+    EXPECT_EQ(PluginCoreCalls(), kCheckedWork);
 }
 
 }  // namespace

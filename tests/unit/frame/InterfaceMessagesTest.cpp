@@ -120,10 +120,13 @@ TEST_F(InterfaceMessagesTest, ShutdownDoesNotTryAgainWhatItCouldNotRelease) {
     LoadFakePluginCore();
     Startup();
     host.calls.Clear();
-    host.calls.Fail("ReleaseSuite", 19);
+    host.RefuseRelease("ATE ApplicationPaint Suite", 19);
     EXPECT_EQ(Send("SP Interface", "Shutdown"), 0);
-    EXPECT_EQ(host.calls.Calls().front(), "ReleaseSuite('ATE ApplicationPaint Suite', 1)");
-    EXPECT_EQ(host.calls.Calls().size(), 1u + 3u);
+    EXPECT_EQ(host.calls.Calls(),
+              (std::vector<std::string>{
+                  "AcquireSuite('AI Timer Suite', 5)", "GetTimerActive(0x100006001)", "SetTimerActive(0x100006001, 0)",
+                  "ReleaseSuite('AI Timer Suite', 5)", "ReleaseSuite('ATE ApplicationPaint Suite', 1)",
+                  "AcquireSuite('SP Blocks Suite', 2)", "FreeBlock()", "ReleaseSuite('SP Blocks Suite', 2)"}));
     EXPECT_TRUE(SuitesAreHeld());
 }
 

@@ -2,6 +2,7 @@
 
 #include "dialogs/SuppressionWords.h"
 #include "frame/Suites.h"
+#include "host/HostError.h"
 #include "support/ForeignExceptionGuard.h"
 #include "unit/frame/FrameFixture.h"
 
@@ -17,6 +18,43 @@ HHOOK WINAPI CountSetHook(int, HOOKPROC, HINSTANCE, DWORD) {
 BOOL WINAPI CountUnhook(HHOOK) {
     ++sHooksRemoved;
     return TRUE;
+}
+
+using Calls = std::vector<std::string>;
+
+// What start-up asks of the host, step by step; without a document that has a path.
+const Calls kBlocks = {"AcquireSuite('SP Blocks Suite', 2)", "AllocateBlock(152, 'globals')"};
+const Calls kMenus = {"GetDocumentFileSpecification()", "GetFullPath(0)", "Destroy()", "DeleteFilePath()",
+                      "AcquireSuite('AI Menu Suite', 11)"};
+const std::string kAddItem = "AddMenuItem(null, 'Type Plugins1', '', 4)";
+const Calls kMenusDone = {"ReleaseSuite('AI Menu Suite', 11)"};
+const Calls kNotifiers = {"AcquireSuite('AI Notifier Suite', 4)",
+                          "AddNotifier('Change!', 'AI Document Changed Notifier')",
+                          "AddNotifier('Open!', 'AI Document Opened Notifier')",
+                          "AddNotifier('AboutToClose!', 'AI Document About To Close Notifier')",
+                          "AddNotifier('Close!', 'AI Document Closed Notifier')",
+                          "AddNotifier('New!', 'AI Document New Notifier')",
+                          "AddNotifier('Startup', 'AI Application Started Notifier')",
+                          "AddNotifier('Shutdown', 'AI Application Shutdown Notifier')",
+                          "AddNotifier('font-list change', 'AI Font List Changed Notifier')",
+                          "AddNotifier('Menu Changed', 'AI Menu Changed Notifier')",
+                          "AddNotifier('Save', 'AI Command Notifier: After Save')",
+                          "AddNotifier('Save As', 'AI Command Notifier: After Save As')",
+                          "ReleaseSuite('AI Notifier Suite', 4)"};
+const Calls kFileFormat = {
+    "AcquireSuite('AI File Format Suite', 14)",
+    "AddFileFormatEx('Quorvel', 4 types ART5 EPSF PDF  AITm, title 'Quorvel', order 0, 'ai,eps,pdf,ait', 1, 0)",
+    "SetFileFormatPriority(0x100007001, 10000)", "ReleaseSuite('AI File Format Suite', 14)"};
+const Calls kBlocksDone = {"ReleaseSuite('SP Blocks Suite', 2)"};
+const Calls kTimer = {"AcquireSuite('AI Timer Suite', 5)", "AddTimer('Quorvel AIPlugin Timer', 1)",
+                      "ReleaseSuite('AI Timer Suite', 5)"};
+
+Calls Joined(const std::vector<Calls>& parts) {
+    Calls all;
+    for (const Calls& part : parts) {
+        all.insert(all.end(), part.begin(), part.end());
+    }
+    return all;
 }
 
 class LifeCycleTest : public FrameTest {
@@ -56,6 +94,8 @@ TEST_F(LifeCycleTest, StartupTellsThePluginCoreWhereThePluginIsFirst) {
     EXPECT_EQ(CallStartup(), 0);
     EXPECT_EQ(PluginCoreCalls(), (std::vector<std::string>{
                                      "InitializePluginCoreInterface('" + OwnPath() + "')",
+                                     "GetMenus('', 4096 zeros, 4096)",
+                                     "CreateMenusFromJSONBuffer('')",
                                      "PluginIsEnabled(1, 0)",
                                      // The dialog suppression asks whether the library is usable, then for settings.
                                      "GetAPIVersion(0, 1)",
@@ -69,20 +109,78 @@ TEST_F(LifeCycleTest, StartupIgnoresWhatThePluginCoreAnswersToItsPath) {
     EXPECT_NE(host.globals, nullptr);
 }
 
-TEST_F(LifeCycleTest, StartupAllocatesTheGlobalsAddsTheNotifiersAndGivesTheBlocksSuiteBack) {
+TEST_F(LifeCycleTest, StartupAllocatesTheGlobals) {
     EXPECT_EQ(CallStartup(), 0);
-    ASSERT_EQ(host.calls.Calls().size(), 2u + 1u + 11u + 1u + 1u);
-    EXPECT_EQ(host.calls.Calls()[0], "AcquireSuite('SP Blocks Suite', 2)");
-    EXPECT_EQ(host.calls.Calls()[1], "AllocateBlock(152, 'globals')");
-    EXPECT_EQ(host.calls.Calls()[2], "AcquireSuite('AI Notifier Suite', 4)");
-    EXPECT_EQ(host.calls.Calls()[14], "ReleaseSuite('AI Notifier Suite', 4)");
-    EXPECT_EQ(host.calls.Calls()[15], "ReleaseSuite('SP Blocks Suite', 2)");
     ASSERT_NE(sGlobals, nullptr);
     EXPECT_EQ(sGlobals, host.globals);
     EXPECT_EQ(sGlobals->plugin, host.plugin);
     EXPECT_EQ(*sGlobals->text, "");
+    EXPECT_EQ(sGlobals->findFontOwner, nullptr);
+    EXPECT_EQ(sGlobals->findFontItem, nullptr);
+    EXPECT_EQ(sGlobals->idleTimer, host.timer.handle);
+    EXPECT_EQ(sGlobals->fileFormat, host.fileFormat.handle);
+}
+
+TEST_F(LifeCycleTest, StartupAddsMenusNotifiersAndFileFormatWithinTheBlocksSuiteAndTheTimerLast) {
+    ThePluginCore().duringEntry["CreateMenusFromJSONBuffer"] = [] {
+        ThePluginCore().menuCallback("id", "Label", nullptr, 0, 1, 0, nullptr, ThePluginCore().menuContext);
+    };
+    EXPECT_EQ(CallStartup(), 0);
+    EXPECT_EQ(host.calls.Calls(), Joined({kBlocks,
+                                          kMenus,
+                                          {"CountMenuItems()", kAddItem},
+                                          kMenusDone,
+                                          kNotifiers,
+                                          kFileFormat,
+                                          kBlocksDone,
+                                          kTimer}));
+}
+
+TEST_F(LifeCycleTest, MenusThatFailCostTheNotifiersAndNothingElse) {
+    ThePluginCore().calls.Fail("CreateMenusFromJSONBuffer", 0x9000000);
+    EXPECT_EQ(CallStartup(), 0);
+    EXPECT_EQ(host.calls.Calls(), Joined({kBlocks, kMenus, kMenusDone, kFileFormat, kBlocksDone, kTimer}));
+    EXPECT_EQ(sHooksInstalled, 1);
+}
+
+TEST_F(LifeCycleTest, RefusedMenuSuiteEndsTheStartupWithTheHostsCode) {
+    host.RefuseSuite("AI Menu Suite", 42);
+    EXPECT_EQ(CallStartup(), 42);
+    EXPECT_EQ(host.calls.Calls(), Joined({kBlocks, kMenus, kBlocksDone}));
+    EXPECT_EQ(sHooksInstalled, 0);
+    const std::vector<RecordedLine> log = RecordedLog();
+    ASSERT_GE(log.size(), 3u);
+    EXPECT_EQ(std::vector<RecordedLine>(log.end() - 3, log.end()),
+              (std::vector<RecordedLine>{{0, "ERROR:  throwing 42."},
+                                         {0, "StartupPlugin, after catching an error\n"},
+                                         {-1, "Exiting StartupPlugin "}}));
+}
+
+TEST_F(LifeCycleTest, PathThatTheHostRefusesEndsTheStartupWithTheHostsErrorAndShutdownGivesTheRestBack) {
+    host.calls.Fail("GetFullPath", 5);
+    SPInterfaceMessage message{host.MessageData()};
+    EXPECT_THROW(StartupPlugin(&message), ai::Error);
+    host.globals = message.d.globals;
+    EXPECT_EQ(host.calls.Calls(), Joined({kBlocks, {kMenus[0], kMenus[1], kMenus[3]}, kBlocksDone}));
+    EXPECT_EQ(CallShutdown(), 0);
+    EXPECT_EQ(host.LiveBlocks(), 0);
+    EXPECT_TRUE(host.HeldSuites().empty());
+}
+
+TEST_F(LifeCycleTest, RefusedFileFormatSuiteDoesNotStopTheStartup) {
+    host.RefuseSuite("AI File Format Suite", 42);
+    EXPECT_EQ(CallStartup(), 0);
+    EXPECT_EQ(host.calls.Calls(),
+              Joined({kBlocks, kMenus, kMenusDone, kNotifiers, {kFileFormat[0], kFileFormat[0]}, kBlocksDone, kTimer}));
+    EXPECT_EQ(CountRecorded("Error thrown in AddFileFormat()"), 1);
+    EXPECT_EQ(sHooksInstalled, 1);
+}
+
+TEST_F(LifeCycleTest, RefusedTimerDoesNotReachStartupsResult) {
+    host.calls.Fail("AddTimer", 42);
+    EXPECT_EQ(CallStartup(), 0);
     EXPECT_EQ(sGlobals->idleTimer, nullptr);
-    EXPECT_EQ(sGlobals->unused19, nullptr);
+    EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "Exiting StartupPlugin "}));
 }
 
 TEST_F(LifeCycleTest, StartupLogsEntryAndExitWithItsBlank) {
@@ -134,6 +232,8 @@ TEST_F(LifeCycleTest, RefusedNotifierDoesNotReachStartupsResult) {
     host.calls.Fail("AddNotifier", 7, 4);
     EXPECT_EQ(CallStartup(), 0);
     EXPECT_EQ(sHooksInstalled, 1);
+    EXPECT_EQ(sGlobals->fileFormat, host.fileFormat.handle);
+    EXPECT_EQ(sGlobals->idleTimer, host.timer.handle);
 }
 
 TEST_F(LifeCycleTest, ShutdownUndoesStartupInOrder) {
@@ -147,8 +247,12 @@ TEST_F(LifeCycleTest, ShutdownUndoesStartupInOrder) {
     EXPECT_EQ(sGlobals, nullptr);
     EXPECT_EQ(host.LiveBlocks(), 0);
     EXPECT_TRUE(host.HeldSuites().empty());
-    ASSERT_EQ(host.calls.Calls().size(), 98u + 3u);
-    EXPECT_EQ(host.calls.Calls()[0], "ReleaseSuite('ATE ApplicationPaint Suite', 1)");
+    EXPECT_EQ(host.timer.isActive, 0);
+    ASSERT_EQ(host.calls.Calls().size(), 4u + 98u + 3u);
+    EXPECT_EQ(std::vector<std::string>(host.calls.Calls().begin(), host.calls.Calls().begin() + 5),
+              (std::vector<std::string>{"AcquireSuite('AI Timer Suite', 5)", "GetTimerActive(0x100006001)",
+                                        "SetTimerActive(0x100006001, 0)", "ReleaseSuite('AI Timer Suite', 5)",
+                                        "ReleaseSuite('ATE ApplicationPaint Suite', 1)"}));
     EXPECT_EQ(std::vector<std::string>(host.calls.Calls().end() - 3, host.calls.Calls().end()),
               (std::vector<std::string>{"AcquireSuite('SP Blocks Suite', 2)", "FreeBlock()",
                                         "ReleaseSuite('SP Blocks Suite', 2)"}));
@@ -200,6 +304,15 @@ TEST_F(LifeCycleTest, RefusedFreeingOfTheBlockIsIgnored) {
     EXPECT_EQ(CallShutdown(), 0);
 }
 
+TEST_F(LifeCycleTest, TimerThatCannotBeStoppedDoesNotKeepTheRestFromBeingGivenBack) {
+    CallStartup();
+    host.RefuseSuite("AI Timer Suite", 42);
+    EXPECT_EQ(CallShutdown(), 0);
+    EXPECT_EQ(host.globals, nullptr);
+    EXPECT_EQ(host.LiveBlocks(), 0);
+    EXPECT_TRUE(host.HeldSuites().empty());
+}
+
 TEST_F(LifeCycleTest, SecondShutdownReturns0AtOnce) {
     CallStartup();
     CallShutdown();
@@ -224,12 +337,12 @@ TEST_F(LifeCycleTest, PluginCoreLearnsThePathBeforeTheHostIsAskedForAnything) {
     EXPECT_EQ(hostCalls, 0u);
 }
 
-TEST_F(LifeCycleTest, SuppressionIsSetUpAfterTheNotifiersAndWithinTheBlocksSuite) {
+TEST_F(LifeCycleTest, SuppressionIsSetUpAfterTheFileFormatAndWithinTheBlocksSuite) {
     std::vector<std::string> hostCalls;
     ThePluginCore().duringEntry["GetSettings"] = [&] { hostCalls = host.calls.Calls(); };
     CallStartup();
     ASSERT_FALSE(hostCalls.empty());
-    EXPECT_EQ(hostCalls.back(), "ReleaseSuite('AI Notifier Suite', 4)");
+    EXPECT_EQ(hostCalls, Joined({kBlocks, kMenus, kMenusDone, kNotifiers, kFileFormat}));
 }
 
 TEST_F(LifeCycleTest, SuitesAreReleasedAfterTheTimer) {
@@ -238,6 +351,7 @@ TEST_F(LifeCycleTest, SuitesAreReleasedAfterTheTimer) {
     host.duringOperation["ReleaseSuite"] = [&] {
         timerLines = std::max(timerLines, CountRecorded("Calling RemoveTimers from ShutdownPlugin.") == 1 ? 1 : -1);
         EXPECT_EQ(CountRecorded("Calling RemoveTimers from ShutdownPlugin."), 1);
+        EXPECT_EQ(host.timer.isActive, 0);
     };
     CallShutdown();
     EXPECT_EQ(timerLines, 1);

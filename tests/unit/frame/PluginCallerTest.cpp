@@ -1,5 +1,6 @@
 #include "frame/PluginCaller.h"
 
+#include "menus/MenuItemRegistry.h"
 #include "support/Log.h"
 #include "unit/frame/FrameFixture.h"
 
@@ -23,29 +24,29 @@ class PluginCallerTest : public StartedTest {
     }
 
     std::vector<RecordedLine> HandledLines(const char* caller, const char* selector, std::int32_t expected) {
-        SPMessageData message = host.MessageData();
-        last = message;
+        last.d = host.MessageData();
         ClearRecords();
-        EXPECT_EQ(HandlePluginCaller(caller, selector, &last), expected);
+        EXPECT_EQ(HandlePluginCaller(caller, selector, &last.d), expected);
         return RecordedLog();
     }
 
-    SPMessageData last{};
+    // As long as the longest message that is sent this way.
+    AIMenuMessage last{};
 };
 
 TEST_F(PluginCallerTest, UnknownSelectorOfAMenuMessageIsLogged) {
     EXPECT_EQ(HandledLines("AI Menu", "Nonsense", 0),
-              Framed("AI Menu", "Nonsense", &last, 0, {"- caller is kCallerAIMenu", "...UNHANDLED SELECTOR"}));
+              Framed("AI Menu", "Nonsense", &last.d, 0, {"- caller is kCallerAIMenu", "...UNHANDLED SELECTOR"}));
 }
 
 TEST_F(PluginCallerTest, UnknownSelectorOfANotifierMessageIsLogged) {
     EXPECT_EQ(HandledLines("AI Notifier", "Nonsense", 0),
-              Framed("AI Notifier", "Nonsense", &last, 0, {"...UNHANDLED SELECTOR"}));
+              Framed("AI Notifier", "Nonsense", &last.d, 0, {"...UNHANDLED SELECTOR"}));
 }
 
 TEST_F(PluginCallerTest, UnknownSelectorOfAFileFormatMessageIsLoggedAndAnswered0) {
     EXPECT_EQ(HandledLines("AI File Format", "Nonsense", 0),
-              Framed("AI File Format", "Nonsense", &last, 0, {"...UNHANDLED SELECTOR"}));
+              Framed("AI File Format", "Nonsense", &last.d, 0, {"...UNHANDLED SELECTOR"}));
 }
 
 TEST_F(PluginCallerTest, MenuGoLogsCallerAndSelectorFirst) {
@@ -53,12 +54,26 @@ TEST_F(PluginCallerTest, MenuGoLogsCallerAndSelectorFirst) {
     ASSERT_GE(lines.size(), 4u);
     EXPECT_EQ(lines[1], (RecordedLine{0, "- caller is kCallerAIMenu"}));
     EXPECT_EQ(lines[2], (RecordedLine{0, "- selector is kSelectorAIGoMenuItem"}));
+    EXPECT_EQ(lines[3], (RecordedLine{1, "Entering GoMenuItem()"}));
+    EXPECT_EQ(lines[lines.size() - 2], (RecordedLine{-1, "GoMenuItem() returning 0"}));
+}
+
+TEST_F(PluginCallerTest, ChosenMenuItemIsTheOneOfTheMessage) {
+    last.menuItem = reinterpret_cast<AIMenuItemHandle>(0x100005001);
+    MenuItemID(last.menuItem) = "chosen";
+    HandledLines("AI Menu", "AI Go", 0);
+    EXPECT_EQ(PluginCoreCalls(),
+              (std::vector<std::string>{"GetIDForDocument('', 256 zeros, 256)", "UpdateDocumentFontUsage('', '')",
+                                        "HandleMenuSelection('', '', 'chosen')"}));
 }
 
 TEST_F(PluginCallerTest, MenuUpdateLogsTheCallerAloneAndAnswers0) {
     const std::vector<RecordedLine> lines = HandledLines("AI Menu", "AI Update", 0);
     ASSERT_GE(lines.size(), 3u);
     EXPECT_EQ(lines[1], (RecordedLine{0, "- caller is kCallerAIMenu"}));
+    EXPECT_EQ(lines[2], (RecordedLine{1, "Entering updateMenuItem"}));
+    EXPECT_EQ(lines[lines.size() - 2], (RecordedLine{-1, "updateMenuItem returning 0"}));
+    EXPECT_EQ(PluginCoreCalls(), std::vector<std::string>{"GetMenus('', 4096 zeros, 4096)"});
     for (const RecordedLine& line : lines) {
         EXPECT_EQ(line.text.find("selector is"), std::string::npos);
     }
@@ -70,20 +85,39 @@ TEST_F(PluginCallerTest, UnknownCallerDoesNothingAndSaysSo) {
     std::snprintf(expected, sizeof(expected),
                   "HandlePluginCaller(caller='AI Nobody', selector='AI Go', message=0x%08x) doing nothing.",
                   Low32(&last));
-    EXPECT_EQ(lines, Framed("AI Nobody", "AI Go", &last, 0, {expected}));
+    EXPECT_EQ(lines, Framed("AI Nobody", "AI Go", &last.d, 0, {expected}));
+}
+
+TEST_F(PluginCallerTest, IncompleteMenuDescriptionCostsTheUpdateAndNotTheHost) {
+    last.menuItem = host.menus.Add("Fonts");
+    ThePluginCore().replies["GetMenus"] = "{}";
+    AIMenuMessage message{host.MessageData(), last.menuItem};
+    EXPECT_EQ(Send("AI Menu", "AI Update", &message.d), 0);
+    EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
+    EXPECT_EQ(host.calls.Calls().back(), "ReleaseSuite('AI Menu Suite', 11)");
+    EXPECT_EQ(host.LiveStrings(), 0);
+}
+
+TEST_F(PluginCallerTest, RefusedMenuSuiteCostsTheUpdateAndNotTheHost) {
+    host.RefuseSuite("AI Menu Suite", 42);
+    AIMenuMessage message{host.MessageData(), nullptr};
+    EXPECT_EQ(Send("AI Menu", "AI Update", &message.d), 0);
+    EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
 }
 
 TEST_F(PluginCallerTest, TimerMessagesWriteNoLines) {
     EXPECT_TRUE(HandledLines("AI Timer", "AI Go", 0).empty());
+    EXPECT_EQ(PluginCoreCalls(), (std::vector<std::string>{"IdleEvent()", "ProcessPanelMessages(1)"}));
     EXPECT_TRUE(HandledLines("AI Timer", "Nonsense", 0).empty());
+    EXPECT_TRUE(PluginCoreCalls().empty());
 }
 
 TEST_F(PluginCallerTest, UnloadIsRefusedWhileTheGlobalsBlockExists) {
-    EXPECT_EQ(HandledLines("SP Access", "Unload", 1), Framed("SP Access", "Unload", &last, 1, {}));
+    EXPECT_EQ(HandledLines("SP Access", "Unload", 1), Framed("SP Access", "Unload", &last.d, 1, {}));
 }
 
 TEST_F(PluginCallerTest, OtherAccessMessagesAreAnswered0) {
-    EXPECT_EQ(HandledLines("SP Access", "Reload", 0), Framed("SP Access", "Reload", &last, 0, {}));
+    EXPECT_EQ(HandledLines("SP Access", "Reload", 0), Framed("SP Access", "Reload", &last.d, 0, {}));
 }
 
 TEST_F(PluginCallerTest, UnloadIsAllowedAfterShutdown) {
@@ -107,6 +141,17 @@ TEST_F(PluginCallerTest, FileFormatCheckIsAnsweredMinus1EvenWhenThePluginCoreHan
     EXPECT_EQ(Send("AI File Format", "AI Check", &message.d), -1);
     EXPECT_EQ(PluginCoreCalls(),
               std::vector<std::string>{"HandleOpenExistingDocument('C:/Entw\xC3\xBCrfe/a.ai', 32767 zeros, 32767)"});
+}
+
+TEST_F(PluginCallerTest, FileThatIsOpenedReachesThePluginCoreFromTheCheckAndAgainAsADocument) {
+    AIFileFormatMessage check{};
+    check.d = host.MessageData();
+    check.file = host.MakePath("C:/a.pdf");
+    EXPECT_EQ(Send("AI File Format", "AI Check", &check.d), -1);
+    host.currentPath = "C:/a.pdf";
+    EXPECT_EQ(Notify(&PluginGlobals::documentOpened, "AI Document Opened Notifier", document), 0);
+    const std::string call = "HandleOpenExistingDocument('C:/a.pdf', 32767 zeros, 32767)";
+    EXPECT_EQ(PluginCoreCalls(), (std::vector<std::string>{call, call}));
 }
 
 TEST_F(PluginCallerTest, FileFormatCheckIsAnsweredMinus1WhateverGoesWrong) {

@@ -21,10 +21,10 @@ TEST(PluginGlobalsTest, FreshBlockGetsItsValuesWhateverItHeld) {
     EXPECT_EQ(globals.plugin, plugin);
     EXPECT_EQ(globals.unused1, garbage);
     EXPECT_EQ(globals.unused3, garbage);
-    EXPECT_EQ(globals.unused4, nullptr);
-    EXPECT_EQ(globals.unused5, nullptr);
+    EXPECT_EQ(globals.findFontOwner, nullptr);
+    EXPECT_EQ(globals.findFontItem, nullptr);
     EXPECT_EQ(globals.idleTimer, nullptr);
-    EXPECT_EQ(globals.unused19, nullptr);
+    EXPECT_EQ(globals.fileFormat, nullptr);
     for (const auto notifier :
          {globals.documentChanged, globals.documentOpened, globals.documentAboutToClose, globals.documentClosed,
           globals.documentNew, globals.applicationStarted, globals.applicationShutdown, globals.menuChanged,

@@ -16,7 +16,11 @@ TEST_F(PluginMainTest, LogsEntryAndExitAroundEveryMessage) {
 }
 
 TEST_F(PluginMainTest, TimerMessagesAreNeverLogged) {
+    LoadFakePluginCore();
+    EXPECT_EQ(Startup(), 0);
+    ClearRecordedLog();
     EXPECT_EQ(Send("AI Timer", "AI Go"), 0);
+    EXPECT_EQ(ThePluginCore().calls.Count("IdleEvent"), 1);
     EXPECT_EQ(Send("AI Timer", "Nonsense"), 0);
     EXPECT_TRUE(RecordedLog().empty());
 }

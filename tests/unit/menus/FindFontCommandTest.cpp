@@ -1,0 +1,359 @@
+#include "menus/FindFontCommand.h"
+
+#include <windows.h>
+
+#include <stdexcept>
+
+#include "frame/SuiteOperations.h"
+#include "host/HostError.h"
+#include "unit/menus/MenuFixture.h"
+
+namespace {
+
+using Calls = std::vector<std::string>;
+using Log = std::vector<RecordedLine>;
+
+const std::string kKey = "Adobe Illustrator Find Font Menu Item";
+
+class FindFontCommandTest : public MenuTest {
+  protected:
+    FindFontCommandTest() { host.plugins.named["TextFindFont"] = owner; }
+
+    void ExpectKnown(SPPluginRef knownOwner, AIMenuItemHandle knownItem) {
+        EXPECT_EQ(globals.findFontOwner, knownOwner);
+        EXPECT_EQ(globals.findFontItem, knownItem);
+    }
+
+    Log CacheLog(const Calls& inner) const {
+        Log lines = {{1, "Entering CacheFindFontMenuItem()"}};
+        for (const std::string& line : inner) {
+            lines.push_back({0, line});
+        }
+        return lines;
+    }
+    static std::string Examining(int count) {
+        return "Examining " + std::to_string(count) + " menu items in search of '" + kKey +
+               "' (menuPluginRef 0x22220000)";
+    }
+    static std::string FoundByKey(int index, const std::string& handle, const std::string& itemOwner,
+                                  const std::string& text) {
+        return "GetItemText for item " + std::to_string(index) + " (menuHandle " + handle + "; menuPluginRef " +
+               itemOwner + ") is '" + text + "'; GetMenuItemKeyboardShortcutDictionaryKey() is '" + kKey + "'";
+    }
+    Calls CallsFrom(std::ptrdiff_t first) const {
+        return {host.calls.Calls().begin() + first, host.calls.Calls().end()};
+    }
+
+    // A host with the command where it belongs.
+    AIMenuItemHandle AddCommand() { return host.menus.Add("Find Font...", kKey, owner); }
+
+    SPPluginRef owner = reinterpret_cast<SPPluginRef>(0x0000000122220000);
+    SPPluginRef stranger = reinterpret_cast<SPPluginRef>(0x0000000133330000);
+};
+
+const Calls kReleases = {"ReleaseSuite('AI Menu Suite', 11)", "ReleaseSuite('SP Plug-ins Suite', 6)"};
+
+// --- CacheFindFontMenuItem ------------------------------------------------------------------------------------------
+
+TEST_F(FindFontCommandTest, CommandOfItsOwnerIsRemembered) {
+    const AIMenuItemHandle item = AddCommand();
+    CacheFindFontMenuItem();
+    ExpectKnown(owner, item);
+    EXPECT_EQ(RecordedLog(), CacheLog({Examining(1), FoundByKey(0, "0x00005001", "0x22220000", "Find Font...")}));
+    ASSERT_EQ(host.calls.Calls().size(), 11u);
+    EXPECT_EQ(Calls(host.calls.Calls().begin(), host.calls.Calls().begin() + 8),
+              (Calls{"AcquireSuite('SP Plug-ins Suite', 6)", "AcquireSuite('AI Menu Suite', 11)",
+                     "GetNamedPlugin('TextFindFont')", "CountMenuItems()", "GetNthMenuItem(0)",
+                     "GetMenuItemPlugin(0x100005001)", "GetItemText(0x100005001)",
+                     "GetMenuItemKeyboardShortcutDictionaryKey(0x100005001)"}));
+    EXPECT_THAT(CallsFrom(9), testing::UnorderedElementsAreArray(kReleases));
+}
+
+TEST_F(FindFontCommandTest, OwnerDecidesAndNotTheKeyAndItsFirstItemEndsTheSearch) {
+    host.menus.Add("Keyed by another", kKey, stranger);
+    host.menus.Add("Of nobody", "x", stranger);
+    const AIMenuItemHandle first = host.menus.Add("Any of the owner's", "some other key", owner);
+    AddCommand();
+    CacheFindFontMenuItem();
+    ExpectKnown(owner, first);
+    EXPECT_EQ(host.calls.Count("GetNthMenuItem"), 3);
+    EXPECT_EQ(RecordedLog(), CacheLog({Examining(4), FoundByKey(0, "0x00005001", "0x33330000", "Keyed by another")}));
+}
+
+TEST_F(FindFontCommandTest, ItemWithoutAKeyCountsWhenItsOwnerIsTheRightOne) {
+    const AIMenuItemHandle item = host.menus.Add("No key", {}, owner);
+    CacheFindFontMenuItem();
+    ExpectKnown(owner, item);
+    EXPECT_EQ(RecordedLog(), CacheLog({Examining(1)}));
+}
+
+TEST_F(FindFontCommandTest, WithoutAnItemOfTheOwnersTheLastItemWithTheKeyAndItsOwnOwnerAreUsedAfterAWarning) {
+    const auto lastOwner = reinterpret_cast<SPPluginRef>(0x0000000144440000);
+    host.menus.Add("First", kKey, stranger);
+    host.menus.Add("Between", "another key", stranger);
+    const AIMenuItemHandle last = host.menus.Add("Last \xE6\x96\x87", kKey, lastOwner);
+    host.menus.Add("Behind", "another key", stranger);
+    CacheFindFontMenuItem();
+    ExpectKnown(lastOwner, last);
+    EXPECT_EQ(RecordedLog(), CacheLog({Examining(4), FoundByKey(0, "0x00005001", "0x33330000", "First"),
+                                       FoundByKey(2, "0x00005003", "0x44440000", "Last \xE6\x96\x87"),
+                                       "WARNING:  never found menuPluginRef 0x22220000"}));
+}
+
+TEST_F(FindFontCommandTest, WithoutOwnerAndKeyNothingIsRemembered) {
+    host.menus.Add("Any", "another key", stranger);
+    CacheFindFontMenuItem();
+    ExpectKnown(nullptr, nullptr);
+    EXPECT_EQ(RecordedLog(), CacheLog({Examining(1), "WARNING:  never found menuPluginRef 0x22220000"}));
+}
+
+TEST_F(FindFontCommandTest, KeyIsComparedExactly) {
+    for (const std::string& key : {kKey + " ", kKey.substr(1), std::string("adobe illustrator find font menu item")}) {
+        host.menus.Add("Almost", key, stranger);
+    }
+    CacheFindFontMenuItem();
+    ExpectKnown(nullptr, nullptr);
+    EXPECT_EQ(RecordedLog().size(), 3u);
+}
+
+TEST_F(FindFontCommandTest, HostWithoutItemsIsExaminedAndWarnedOf) {
+    CacheFindFontMenuItem();
+    ExpectKnown(nullptr, nullptr);
+    EXPECT_EQ(RecordedLog(), CacheLog({Examining(0), "WARNING:  never found menuPluginRef 0x22220000"}));
+}
+
+TEST_F(FindFontCommandTest, ItemsWithoutAHandleArePassedOver) {
+    host.menus.items.push_back({nullptr, "Nothing", kKey, owner});
+    const AIMenuItemHandle item = AddCommand();
+    CacheFindFontMenuItem();
+    ExpectKnown(owner, item);
+    EXPECT_EQ(host.calls.Count("GetMenuItemPlugin"), 1);
+    EXPECT_EQ(host.calls.Count("GetItemText"), 1);
+}
+
+TEST_F(FindFontCommandTest, ItemWhoseOwnerTheHostDoesNotTellIsNotTheOwners) {
+    AddCommand();
+    const AIMenuItemHandle second = host.menus.Add("Second", "another key", owner);
+    host.calls.Fail("GetMenuItemPlugin", 1);
+    CacheFindFontMenuItem();
+    ExpectKnown(owner, second);
+}
+
+TEST_F(FindFontCommandTest, ItemWhoseTextTheHostDoesNotTellIsNoFallbackButMayBeTheOwners) {
+    const AIMenuItemHandle keyed = host.menus.Add("Keyed", kKey, stranger);
+    const AIMenuItemHandle unread = host.menus.Add("Unread", kKey, stranger);
+    host.calls.Fail("GetItemText", 1, 2);
+    CacheFindFontMenuItem();
+    ExpectKnown(stranger, keyed);
+    EXPECT_NE(keyed, unread);
+
+    const AIMenuItemHandle owned = AddCommand();
+    host.calls.FailAlways("GetItemText", 1);
+    ClearRecordedLog();
+    CacheFindFontMenuItem();
+    ExpectKnown(owner, owned);
+    EXPECT_EQ(RecordedLog(), CacheLog({Examining(3)}));
+}
+
+class MissingOwnerTest : public FindFontCommandTest, public testing::WithParamInterface<bool> {};
+
+TEST_P(MissingOwnerTest, LeavesBothUnknownAndTheItemsUnexamined) {
+    AddCommand();
+    globals.findFontOwner = stranger;
+    globals.findFontItem = reinterpret_cast<AIMenuItemHandle>(0x99);
+    if (GetParam()) {
+        host.calls.Fail("GetNamedPlugin", 1);
+    } else {
+        host.plugins.named.clear();
+    }
+    CacheFindFontMenuItem();
+    ExpectKnown(nullptr, nullptr);
+    EXPECT_EQ(RecordedLog(), CacheLog({}));
+    EXPECT_EQ(host.calls.Count("CountMenuItems"), 0);
+    EXPECT_THAT(CallsFrom(3), testing::UnorderedElementsAreArray(kReleases));
+}
+
+INSTANTIATE_TEST_SUITE_P(ByAnErrorOrByNull, MissingOwnerTest, testing::Bool());
+
+TEST_F(FindFontCommandTest, SearchBeginsByForgetting) {
+    globals.findFontOwner = stranger;
+    globals.findFontItem = reinterpret_cast<AIMenuItemHandle>(0x99);
+    host.duringOperation["GetNamedPlugin"] = [&] { ExpectKnown(nullptr, nullptr); };
+    const AIMenuItemHandle item = AddCommand();
+    CacheFindFontMenuItem();
+    ExpectKnown(owner, item);
+}
+
+class RefusedSuiteTest : public FindFontCommandTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(RefusedSuiteTest, LeavesBothUnknownAndThrowsNothing) {
+    AddCommand();
+    globals.findFontOwner = stranger;
+    globals.findFontItem = reinterpret_cast<AIMenuItemHandle>(0x99);
+    host.RefuseSuite(GetParam(), 42);
+    EXPECT_NO_THROW(CacheFindFontMenuItem());
+    ExpectKnown(nullptr, nullptr);
+    EXPECT_EQ(RecordedLog(), CacheLog({"ERROR:  throwing 42."}));
+    EXPECT_EQ(host.calls.Count("GetNamedPlugin"), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Suites, RefusedSuiteTest, testing::Values("SP Plug-ins Suite", "AI Menu Suite"));
+
+// Every host call of the search, in turn, ends it with an exception.
+class ThrowingHostTest : public FindFontCommandTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(ThrowingHostTest, ThrowsIntoNobodyAndBothSuitesGoBack) {
+    AddCommand();
+    host.duringOperation[GetParam()] = [] { throw ai::Error(5); };
+    EXPECT_NO_THROW(CacheFindFontMenuItem());
+    EXPECT_EQ(globals.findFontItem, nullptr);
+    EXPECT_EQ(host.calls.Count("ReleaseSuite"), 2);
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, ThrowingHostTest,
+                         testing::Values("GetNamedPlugin", "CountMenuItems", "GetNthMenuItem", "GetMenuItemPlugin",
+                                         "GetItemText", "GetMenuItemKeyboardShortcutDictionaryKey"));
+
+// --- DisplayFindFontDialog ------------------------------------------------------------------------------------------
+
+const Calls kSent = {"AcquireSuite('SP Interface Suite', 2)", "SetupMessageData(0x122220000, zeroed)",
+                     "SendMessage(0x122220000, 'AI Menu', 'AI Go', item 0x100005001, set up)",
+                     "ReleaseSuite('SP Interface Suite', 2)"};
+
+class DisplayFindFontTest : public FindFontCommandTest {
+  protected:
+    // As after a search that has found the command.
+    void Know() {
+        globals.findFontItem = AddCommand();
+        globals.findFontOwner = owner;
+    }
+    static Log DisplayLog(const Calls& inner) {
+        Log lines = {{1, "Entering DisplayFindFontDialog"}};
+        for (const std::string& line : inner) {
+            lines.push_back({0, line});
+        }
+        lines.push_back({-1, "Exiting DisplayFindFontDialog"});
+        return lines;
+    }
+};
+
+TEST_F(DisplayFindFontTest, KnownCommandIsSentToItsOwnerAsIfChosen) {
+    Know();
+    DisplayFindFontDialog();
+    EXPECT_EQ(host.calls.Calls(), kSent);
+    EXPECT_EQ(RecordedLog(), DisplayLog({}));
+}
+
+TEST_F(DisplayFindFontTest, SuiteGoesBackBeforeTheExitIsLogged) {
+    Know();
+    Log whenReleased;
+    host.duringOperation["ReleaseSuite"] = [&] { whenReleased = RecordedLog(); };
+    DisplayFindFontDialog();
+    EXPECT_EQ(whenReleased, (Log{{1, "Entering DisplayFindFontDialog"}}));
+}
+
+TEST_F(DisplayFindFontTest, UnknownCommandIsSearchedFirst) {
+    AddCommand();
+    DisplayFindFontDialog();
+    EXPECT_EQ(host.calls.Calls().front(), "AcquireSuite('SP Plug-ins Suite', 6)");
+    EXPECT_EQ(CallsFrom(11), kSent);
+    EXPECT_EQ(RecordedLog(), (Log{{1, "Entering DisplayFindFontDialog"},
+                                  {1, "Entering CacheFindFontMenuItem()"},
+                                  {0, Examining(1)},
+                                  {0, FoundByKey(0, "0x00005001", "0x22220000", "Find Font...")},
+                                  {-1, "Exiting DisplayFindFontDialog"}}));
+}
+
+TEST_F(DisplayFindFontTest, SecondRequestSearchesNothing) {
+    AddCommand();
+    DisplayFindFontDialog();
+    host.calls.Clear();
+    DisplayFindFontDialog();
+    EXPECT_EQ(host.calls.Calls(), kSent);
+    EXPECT_EQ(CountRecorded("Entering CacheFindFontMenuItem()"), 1);
+}
+
+TEST_F(DisplayFindFontTest, HalfOfThePairIsNotEnough) {
+    Know();
+    globals.findFontOwner = nullptr;
+    DisplayFindFontDialog();
+    EXPECT_EQ(CountRecorded("Entering CacheFindFontMenuItem()"), 1);
+    globals.findFontItem = nullptr;
+    DisplayFindFontDialog();
+    EXPECT_EQ(CountRecorded("Entering CacheFindFontMenuItem()"), 2);
+    EXPECT_EQ(host.calls.Count("SendMessage"), 2);
+}
+
+TEST_F(DisplayFindFontTest, FallbackIsSentToItsOwnOwner) {
+    host.menus.Add("Elsewhere", kKey, stranger);
+    DisplayFindFontDialog();
+    EXPECT_THAT(host.calls.Calls(), testing::Contains("SetupMessageData(0x133330000, zeroed)"));
+    EXPECT_THAT(host.calls.Calls(),
+                testing::Contains("SendMessage(0x133330000, 'AI Menu', 'AI Go', item 0x100005001, set up)"));
+}
+
+TEST_F(DisplayFindFontTest, WithoutTheOwnerNothingIsSentAndTheNextRequestSearchesAgain) {
+    host.plugins.named.clear();
+    DisplayFindFontDialog();
+    EXPECT_EQ(RecordedLog(), (Log{{1, "Entering DisplayFindFontDialog"},
+                                  {1, "Entering CacheFindFontMenuItem()"},
+                                  {-1, "Exiting DisplayFindFontDialog"}}));
+    DisplayFindFontDialog();
+    EXPECT_EQ(CountRecorded("Entering CacheFindFontMenuItem()"), 2);
+    EXPECT_EQ(host.calls.Count("SendMessage"), 0);
+}
+
+TEST_F(DisplayFindFontTest, RefusedInterfaceSuiteIsLogged) {
+    Know();
+    host.RefuseSuite("SP Interface Suite", 42);
+    DisplayFindFontDialog();
+    EXPECT_EQ(host.calls.Calls(), Calls{kSent[0]});
+    EXPECT_EQ(RecordedLog(), DisplayLog({"ERROR:  throwing 42.", "ERROR:  could not acquire 'SP Interface Suite'"}));
+}
+
+TEST_F(DisplayFindFontTest, AnswerOfTheOwnerThatIsNot0IsLoggedAndNothingElse) {
+    Know();
+    host.plugins.messageResult = -17;
+    DisplayFindFontDialog();
+    EXPECT_EQ(host.calls.Calls(), kSent);
+    EXPECT_EQ(RecordedLog(), DisplayLog({"Error -17 on attempt to display find-font dialog"}));
+    ExpectKnown(owner, reinterpret_cast<AIMenuItemHandle>(0x100005001));
+}
+
+TEST_F(DisplayFindFontTest, MessageThatTheHostDoesNotSendIsLogged) {
+    Know();
+    host.calls.Fail("SendMessage", 23);
+    DisplayFindFontDialog();
+    EXPECT_EQ(host.calls.Calls(), kSent);
+    EXPECT_EQ(RecordedLog(), DisplayLog({"Error 23 on attempt to display find-font dialog"}));
+}
+
+TEST_F(DisplayFindFontTest, MessageThatTheHostDoesNotSetUpIsNotSentButLogged) {
+    Know();
+    host.calls.Fail("SetupMessageData", 24);
+    DisplayFindFontDialog();
+    EXPECT_EQ(host.calls.Calls(), (Calls{kSent[0], kSent[1], kSent[3]}));
+    EXPECT_EQ(RecordedLog(), DisplayLog({"Error 24 on attempt to display find-font dialog"}));
+}
+
+class ThrowingInterfaceTest : public DisplayFindFontTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(ThrowingInterfaceTest, ThrowsIntoNobodyAndTheSuiteGoesBack) {
+    Know();
+    host.duringOperation[GetParam()] = [] { throw ai::Error(5); };
+    EXPECT_NO_THROW(DisplayFindFontDialog());
+    EXPECT_EQ(host.calls.Calls().back(), "ReleaseSuite('SP Interface Suite', 2)");
+    EXPECT_EQ(RecordedLog(), DisplayLog({}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, ThrowingInterfaceTest, testing::Values("SetupMessageData", "SendMessage"));
+
+TEST_F(DisplayFindFontTest, WithoutAGlobalsBlockNothingIsFoundAndNothingBreaks) {
+    AddCommand();
+    sGlobals = nullptr;
+    DisplayFindFontDialog();
+    EXPECT_EQ(host.calls.Count("SendMessage"), 0);
+    EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "Exiting DisplayFindFontDialog"}));
+}
+
+}  // namespace

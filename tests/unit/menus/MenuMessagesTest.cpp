@@ -1,0 +1,413 @@
+#include "menus/MenuMessages.h"
+
+#include <stdexcept>
+
+#include "menus/MenuItemRegistry.h"
+#include "menus/MenuTree.h"
+#include "unit/menus/MenuFixture.h"
+
+namespace {
+
+using Calls = std::vector<std::string>;
+using Log = std::vector<RecordedLine>;
+
+std::string ItemJson(const std::string& id, const std::string& title, const char* enabled = "true",
+                     const char* checked = "false", const std::string& child = "null") {
+    return R"({"id":")" + id + R"(","title":")" + title + R"(","enabled":)" + enabled + R"(,"checked":)" + checked +
+           R"(,"child":)" + child + "}";
+}
+
+class MenuMessagesTest : public MenuTest {
+  protected:
+    MenuMessagesTest() { host.currentPath = "C:/Pl\xC3\xA4ne/a.ai"; }
+
+    // An item of the plug-in's with this text, registered under the identifier; its handle.
+    AIMenuItemHandle Register(const std::string& text, const std::string& id) {
+        const AIMenuItemHandle handle = host.menus.Add(text, {}, host.plugin);
+        MenuItemID(handle) = id;
+        return handle;
+    }
+    static void Describe(const std::string& json) { ThePluginCore().replies["GetMenus"] = json; }
+
+    std::int32_t Update(AIMenuItemHandle item) {
+        AIMenuMessage message{host.MessageData(), item};
+        return updateMenuItem(&message);
+    }
+    std::int32_t Go(AIMenuItemHandle item) {
+        AIMenuMessage message{host.MessageData(), item};
+        return GoMenuItem(&message);
+    }
+
+    // What the host was asked about menu items after the message's text was fetched.
+    Calls Marks() const {
+        Calls marks;
+        for (const std::string& call : host.calls.Calls()) {
+            if (call.starts_with("EnableItem(") || call.starts_with("DisableItem(") || call.starts_with("CheckItem(")) {
+                marks.push_back(call);
+            }
+        }
+        return marks;
+    }
+    static const std::string& Selection() { return PluginCoreCalls().back(); }
+};
+
+// --- updateMenuItem -------------------------------------------------------------------------------------------------
+
+TEST_F(MenuMessagesTest, UpdateSetsTheMarksOfAnItem) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Describe(ItemJson("a", "Fonts", "true", "true"));
+    EXPECT_EQ(Update(item), 0);
+    EXPECT_EQ(PluginCoreCalls(), Calls{"GetMenus('C:/Pl\xC3\xA4ne/a.ai', 4096 zeros, 4096)"});
+    EXPECT_EQ(host.calls.Calls(),
+              (Calls{"GetDocumentFileSpecification()", "GetFullPath(0)", "Destroy()", "DeleteFilePath()",
+                     "AcquireSuite('AI Menu Suite', 11)", "GetItemText(0x100005001)", "EnableItem(0x100005001)",
+                     "CheckItem(0x100005001, 1)", "Destroy()", "ReleaseSuite('AI Menu Suite', 11)"}));
+}
+
+TEST_F(MenuMessagesTest, UpdateLogsItsFrameAndEachSearch) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Register("Sets", "gone");
+    Describe(ItemJson("a", "Fonts"));
+    Update(item);
+    const Log log = RecordedLog();
+    ASSERT_EQ(log.size(), 10u);
+    EXPECT_EQ(log.front(), (RecordedLine{1, "Entering updateMenuItem"}));
+    // Lines 1 and 2 are those of the document's path.
+    EXPECT_EQ(Log(log.begin() + 3, log.end()), (Log{{1, "Entering GetMenuObject(..., Fonts, ...)"},
+                                                    {-1, "Exiting GetMenuObject(..., Fonts, ...) with result 0"},
+                                                    {1, "Entering GetMenuObject(..., a, ...)"},
+                                                    {-1, "Exiting GetMenuObject(..., a, ...) with result 0"},
+                                                    {1, "Entering GetMenuObject(..., gone, ...)"},
+                                                    {-1, "Exiting GetMenuObject(..., gone, ...) with result 352321536"},
+                                                    {-1, "updateMenuItem returning 0"}}));
+}
+
+TEST_F(MenuMessagesTest, SuiteGoesBackAfterTheResultIsLogged) {
+    RecordedLine whenReleased{};
+    host.duringOperation["ReleaseSuite"] = [&] { whenReleased = RecordedLog().back(); };
+    Update(Register("Fonts", "a"));
+    EXPECT_EQ(whenReleased, (RecordedLine{-1, "updateMenuItem returning 0"}));
+}
+
+TEST_F(MenuMessagesTest, UpdateDisablesAndUnchecks) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Describe(ItemJson("a", "Fonts", "false", "false"));
+    Update(item);
+    EXPECT_EQ(Marks(), (Calls{"DisableItem(0x100005001)", "CheckItem(0x100005001, 0)"}));
+}
+
+TEST_F(MenuMessagesTest, UpdateOfOneItemSetsTheMarksOfAllInTheOrderOfTheirHandles) {
+    const AIMenuItemHandle named = Register("Named", "n");
+    MenuItemID(reinterpret_cast<AIMenuItemHandle>(0x900000000)) = "high";
+    MenuItemID(reinterpret_cast<AIMenuItemHandle>(0x7)) = "low";
+    Describe("[" + ItemJson("high", "H", "false") + "," + ItemJson("n", "Named") + "," +
+             ItemJson("low", "L", "true", "true") + "]");
+    EXPECT_EQ(Update(named), 0);
+    EXPECT_EQ(Marks(), (Calls{"EnableItem(0x7)", "CheckItem(0x7, 1)", "EnableItem(0x100005001)",
+                              "CheckItem(0x100005001, 0)", "DisableItem(0x900000000)", "CheckItem(0x900000000, 0)"}));
+}
+
+TEST_F(MenuMessagesTest, ItemsAreFoundAmongTheChildren) {
+    const AIMenuItemHandle item = Register("Child", "c");
+    Describe(ItemJson("top", "Top", "true", "false", "[" + ItemJson("c", "Child", "false", "true") + "]"));
+    Update(item);
+    EXPECT_EQ(Marks(), (Calls{"DisableItem(0x100005001)", "CheckItem(0x100005001, 1)"}));
+}
+
+TEST_F(MenuMessagesTest, ItemThatTheDescriptionDoesNotKnowIsLeftAsItIsAndTheOthersAreSet) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Register("Gone", "gone");
+    Register("Sets", "b");
+    Describe("[" + ItemJson("b", "Sets") + "," + ItemJson("a", "Fonts") + "]");
+    Update(item);
+    EXPECT_EQ(Marks(), (Calls{"EnableItem(0x100005001)", "CheckItem(0x100005001, 0)", "EnableItem(0x100005003)",
+                              "CheckItem(0x100005003, 0)"}));
+}
+
+TEST_F(MenuMessagesTest, TitleThatTheDescriptionDoesNotKnowIsAGateThatStaysShut) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Describe(ItemJson("a", "Other title"));
+    EXPECT_EQ(Update(item), 0);
+    EXPECT_EQ(Marks(), Calls{});
+    EXPECT_EQ(CountRecorded("Entering GetMenuObject(..., a, ...)"), 0);
+    EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "updateMenuItem returning 0"}));
+}
+
+TEST_F(MenuMessagesTest, GateIsOpenedByTheTitleAloneWhateverItsItem) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Describe("[" + ItemJson("stranger", "Fonts") + "," + ItemJson("a", "Other", "false") + "]");
+    Update(item);
+    EXPECT_EQ(Marks(), (Calls{"DisableItem(0x100005001)", "CheckItem(0x100005001, 0)"}));
+}
+
+TEST_F(MenuMessagesTest, TitleIsComparedAsUtf8) {
+    const AIMenuItemHandle item = Register(
+        "Gr\xC3\xB6\xC3\x9F"
+        "e \xE6\x96\x87",
+        "a");
+    Describe(ItemJson("a",
+                      "Gr\xC3\xB6\xC3\x9F"
+                      "e \xE6\x96\x87"));
+    Update(item);
+    EXPECT_EQ(Marks().size(), 2u);
+}
+
+TEST_F(MenuMessagesTest, ItemOfSomebodyElseOpensTheGateToo) {
+    Register("Fonts", "a");
+    const AIMenuItemHandle foreign = host.menus.Add("Fonts");
+    Describe(ItemJson("a", "Fonts"));
+    Update(foreign);
+    EXPECT_EQ(Marks().size(), 2u);
+    EXPECT_EQ(RegisteredMenuItems().size(), 1u);
+}
+
+TEST_F(MenuMessagesTest, TextThatTheHostDoesNotTellEndsTheUpdate) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Describe(ItemJson("a", "Fonts"));
+    host.calls.Fail("GetItemText", 3);
+    EXPECT_EQ(Update(item), 0);
+    EXPECT_EQ(Marks(), Calls{});
+    EXPECT_EQ(CountRecorded("Entering GetMenuObject(..., Fonts, ...)"), 0);
+    EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "updateMenuItem returning 0"}));
+    EXPECT_EQ(host.calls.Calls().back(), "ReleaseSuite('AI Menu Suite', 11)");
+}
+
+TEST_F(MenuMessagesTest, RefusedMarksDoNotCount) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Register("Sets", "b");
+    Describe("[" + ItemJson("a", "Fonts") + "," + ItemJson("b", "Sets", "false") + "]");
+    host.calls.FailAlways("EnableItem", 1);
+    host.calls.FailAlways("DisableItem", 1);
+    host.calls.FailAlways("CheckItem", 1);
+    EXPECT_EQ(Update(item), 0);
+    EXPECT_EQ(Marks().size(), 4u);
+}
+
+TEST_F(MenuMessagesTest, ItemThatTheHostRefusedHasNothingToBeMarked) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    MenuItemID(nullptr) = "refused";
+    Describe("[" + ItemJson("refused", "Refused") + "," + ItemJson("a", "Fonts") + "]");
+    Update(item);
+    EXPECT_EQ(Marks(), (Calls{"EnableItem(0x100005001)", "CheckItem(0x100005001, 0)"}));
+}
+
+class UnusableDescriptionTest : public MenuMessagesTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(UnusableDescriptionTest, ChangesNothing) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Describe(GetParam());
+    EXPECT_EQ(Update(item), 0);
+    EXPECT_EQ(Marks(), Calls{});
+    EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "updateMenuItem returning 0"}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, UnusableDescriptionTest,
+                         testing::Values("", "{", "[]", "[1,2]", "17", "\"Fonts\"", "{\"id\":\"\xFF\"}",
+                                         "[{\"id\":\"b\",\"title\":\"Sets\",\"child\":[]}]"));
+
+TEST_F(MenuMessagesTest, RootThatIsNoObjectIsLogged) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Describe("17");
+    Update(item);
+    EXPECT_EQ(CountRecorded("The root element is not an object."), 1);
+    EXPECT_EQ(CountRecorded("Exiting GetMenuObject(..., Fonts, ...) with result 67108864"), 1);
+}
+
+// An item that the update meets and that lacks something.
+class IncompleteItemTest : public MenuMessagesTest, public testing::WithParamInterface<const char*> {
+  protected:
+    std::string Thrown(AIMenuItemHandle item) {
+        try {
+            Update(item);
+        } catch (const std::out_of_range& exception) {
+            return exception.what();
+        }
+        return "nothing";
+    }
+};
+
+TEST_P(IncompleteItemTest, AbandonsTheUpdateAndTheSuiteGoesBack) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Describe(GetParam());
+    EXPECT_EQ(Thrown(item), "invalid map<K, T> key");
+    EXPECT_EQ(host.calls.Count("CheckItem"), 0);
+    EXPECT_EQ(host.calls.Calls().back(), "ReleaseSuite('AI Menu Suite', 11)");
+    EXPECT_EQ(CountRecorded("updateMenuItem returning 0"), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Descriptions, IncompleteItemTest,
+                         testing::Values(R"({"id":"a","child":null})", R"({"id":"a","title":"Fonts"})",
+                                         R"({"title":"Fonts","child":null})",
+                                         R"({"id":"a","title":"Fonts","child":null,"checked":true})",
+                                         R"({"id":"a","title":"Fonts","child":null,"enabled":true})"));
+
+TEST_F(MenuMessagesTest, ItemWithoutACheckMarkIsEnabledBeforeTheUpdateIsAbandoned) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Describe(R"({"id":"a","title":"Fonts","child":null,"enabled":true})");
+    EXPECT_THROW(Update(item), std::out_of_range);
+    EXPECT_EQ(Marks(), Calls{"EnableItem(0x100005001)"});
+}
+
+TEST_F(MenuMessagesTest, RefusedMenuSuiteIsThrownAsTheHostsCode) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    host.RefuseSuite("AI Menu Suite", 55);
+    try {
+        Update(item);
+        FAIL();
+    } catch (std::int32_t code) {
+        EXPECT_EQ(code, 55);
+    }
+    EXPECT_EQ(host.calls.Count("GetItemText"), 0);
+    EXPECT_EQ(host.calls.Count("ReleaseSuite"), 0);
+}
+
+TEST_F(MenuMessagesTest, DescriptionIsFetchedBeforeTheMenuSuiteIsAcquired) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    int acquired = -1;
+    ThePluginCore().duringEntry["GetMenus"] = [&] { acquired = host.calls.Count("AcquireSuite"); };
+    Update(item);
+    EXPECT_EQ(acquired, 0);
+}
+
+// --- GoMenuItem -----------------------------------------------------------------------------------------------------
+
+TEST_F(MenuMessagesTest, ChoiceScansTheDocumentThenIsReported) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    host.textFrames = {{"Minion-Regular"}};
+    ThePluginCore().replies["GetIDForDocument"] = "document 7";
+    EXPECT_EQ(Go(item), 0);
+    EXPECT_EQ(PluginCoreCalls(),
+              (Calls{"GetIDForDocument('C:/Pl\xC3\xA4ne/a.ai', 256 zeros, 256)",
+                     "UpdateDocumentFontUsage('document 7', "
+                     R"('{"DocumentFonts":[{"PostScriptName":"Minion-Regular"}],"LinkedDocuments":[]}'))",
+                     "HandleMenuSelection('document 7', '', 'a')"}));
+}
+
+TEST_F(MenuMessagesTest, ChoiceLogsItsFrame) {
+    Go(Register("Fonts", "a"));
+    EXPECT_EQ(RecordedLog().front(), (RecordedLine{1, "Entering GoMenuItem()"}));
+    EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "GoMenuItem() returning 0"}));
+}
+
+TEST_F(MenuMessagesTest, DocumentIsScannedAfterItsIdentifierWasAsked) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    int scans = -1;
+    ThePluginCore().duringEntry["GetIDForDocument"] = [&] { scans = host.calls.Count("GetMatchingArt"); };
+    Go(item);
+    EXPECT_EQ(scans, 0);
+    EXPECT_GT(host.calls.Count("GetMatchingArt"), 0);
+}
+
+TEST_F(MenuMessagesTest, ChoiceOfAnItemThatWasNeverRegisteredSendsAnEmptyIdentifierAndEntersIt) {
+    Register("Fonts", "a");
+    EXPECT_EQ(Go(reinterpret_cast<AIMenuItemHandle>(0x77)), 0);
+    EXPECT_EQ(Selection(), "HandleMenuSelection('', '', '')");
+    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{0x77, ""}, {0x100005001, "a"}}));
+}
+
+TEST_F(MenuMessagesTest, ResultsOfThePluginCoreDoNotCount) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    ThePluginCore().replies["GetIDForDocument"] = "half an answer";
+    for (const char* entry : {"GetIDForDocument", "UpdateDocumentFontUsage", "HandleMenuSelection"}) {
+        ThePluginCore().calls.Fail(entry, 9);
+    }
+    EXPECT_EQ(Go(item), 0);
+    EXPECT_EQ(Selection(), "HandleMenuSelection('half an answer', '', 'a')");
+    EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "GoMenuItem() returning 0"}));
+}
+
+TEST_F(MenuMessagesTest, IdentifierThatFillsTheWholeBufferIsHandedOnWhole) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    ThePluginCore().replies["GetIDForDocument"] = std::string(256, 'd');
+    Go(item);
+    EXPECT_EQ(Selection(), "HandleMenuSelection('" + std::string(256, 'd') + "', '', 'a')");
+}
+
+TEST_F(MenuMessagesTest, ChoiceWithoutADocumentIsReportedAllTheSame) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    host.calls.FailAlways("GetDocumentFileSpecification", 1);
+    EXPECT_EQ(Go(item), 0);
+    EXPECT_EQ(PluginCoreCalls().front(), "GetIDForDocument('', 256 zeros, 256)");
+    EXPECT_EQ(PluginCoreCalls().size(), 3u);
+}
+
+// --- the description that both share --------------------------------------------------------------------------------
+
+TEST_F(MenuMessagesTest, ChoiceSendsTheDescriptionThatTheLastUpdateRead) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Describe("first");
+    Update(item);
+    Go(item);
+    EXPECT_EQ(Selection(), "HandleMenuSelection('', 'first', 'a')");
+    Describe("second and longer");
+    Update(item);
+    Describe("third");
+    Update(item);
+    Go(item);
+    EXPECT_EQ(Selection(), "HandleMenuSelection('', 'third', 'a')");
+}
+
+TEST_F(MenuMessagesTest, StartupDoesNotFillTheDescription) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Describe("[]");
+    SPInterfaceMessage startup{host.MessageData()};
+    AddAllQuorvelMenuItems(&startup);
+    Go(item);
+    EXPECT_EQ(Selection(), "HandleMenuSelection('', '', 'a')");
+}
+
+TEST_F(MenuMessagesTest, FailureToFetchKeepsTheDescriptionOfBefore) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Describe("before");
+    Update(item);
+    Describe("never");
+    ThePluginCore().calls.Fail("GetMenus", 1);
+    EXPECT_EQ(Update(item), 0);
+    Go(item);
+    EXPECT_EQ(Selection(), "HandleMenuSelection('', 'before', 'a')");
+}
+
+TEST_F(MenuMessagesTest, WhatAFailingFetchLeftInTheBufferIsSearchedAllTheSame) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Describe(ItemJson("a", "Fonts"));
+    ThePluginCore().calls.Fail("GetMenus", 1);
+    Update(item);
+    EXPECT_EQ(Marks().size(), 2u);
+}
+
+TEST_F(MenuMessagesTest, DescriptionEndsAtItsFirstZeroByte) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Describe(std::string("short\0behind", 12));
+    Update(item);
+    Go(item);
+    EXPECT_EQ(Selection(), "HandleMenuSelection('', 'short', 'a')");
+}
+
+TEST_F(MenuMessagesTest, DescriptionThatFillsTheWholeBufferIsKeptWhole) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Describe(std::string(4096, 'x'));
+    Update(item);
+    Go(item);
+    EXPECT_EQ(Selection(), "HandleMenuSelection('', '" + std::string(4096, 'x') + "', 'a')");
+}
+
+TEST_F(MenuMessagesTest, EmptyDescriptionReplacesTheOneBefore) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Describe("before");
+    Update(item);
+    ThePluginCore().replies.erase("GetMenus");
+    Update(item);
+    Go(item);
+    EXPECT_EQ(Selection(), "HandleMenuSelection('', '', 'a')");
+}
+
+TEST_F(MenuMessagesTest, DescriptionIsKeptEvenWhenTheMenuSuiteIsRefused) {
+    const AIMenuItemHandle item = Register("Fonts", "a");
+    Describe("kept");
+    host.RefuseSuite("AI Menu Suite", 55);
+    EXPECT_THROW(Update(item), std::int32_t);
+    Go(item);
+    EXPECT_EQ(Selection(), "HandleMenuSelection('', 'kept', 'a')");
+}
+
+}  // namespace
