@@ -12,16 +12,21 @@ namespace simhost {
 
 namespace {
 
-void CheckLibrary(const Expectations& expect, const RunFolder& folder) {
-    if (!expect.library) {
+void CheckFile(Rule rule, const char* what, const std::optional<std::string>& expected, const std::string& loaded,
+               const RunFolder& folder) {
+    if (!expected) {
         return;
     }
-    const std::string loaded = PluginCoreInProcess();
-    const std::string& expected = *expect.library;
-    const std::string wanted = expected.empty() ? "" : Utf8(folder.At(expected).wstring());
+    const std::string wanted = expected->empty() ? "" : Utf8(folder.At(*expected).wstring());
     if (CompareStringOrdinal(Wide(loaded).c_str(), -1, Wide(wanted).c_str(), -1, TRUE) != CSTR_EQUAL) {
-        Host().rules.Broken(Rule::kLibrary, "the PluginCore is \"" + loaded + "\", expected \"" + wanted + "\"");
+        Host().rules.Broken(rule, std::string(what) + " is \"" + loaded + "\", expected \"" + wanted + "\"");
     }
+}
+
+void CheckLibraries(const Expectations& expect, const RunFolder& folder) {
+    CheckFile(Rule::kLibrary, "the PluginCore", expect.library, PluginCoreInProcess(), folder);
+    CheckFile(Rule::kMessagingLibrary, "the plug-in's messaging library", expect.messagingLibrary,
+              Utf8(MessagingLibraryOfPlugin().wstring()), folder);
 }
 
 void CheckSuites() {
@@ -56,7 +61,7 @@ void CheckHooks() {
 }  // namespace
 
 void CheckEnd(const Expectations& expect, const RunFolder& folder) {
-    CheckLibrary(expect, folder);
+    CheckLibraries(expect, folder);
     CheckSuites();
     CheckTimers();
     Host().objects.ReportLeaks(Host().rules);

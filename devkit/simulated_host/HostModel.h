@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "simulated_host/MenuModel.h"
 #include "simulated_host/ObjectTable.h"
 
 namespace simhost {
@@ -26,6 +27,7 @@ struct Document {
     std::vector<TextFrame> frames;
     std::vector<std::string> placed;  // paths of placed files
     void* handle = nullptr;           // set while the document is open
+    void* formerHandle = nullptr;     // the one it had when it was closed last
 };
 
 // One piece of art. It belongs to a document that is named, so that art of a closed document is noticed.
@@ -57,13 +59,19 @@ struct FileFormat {
     std::int32_t priority;
 };
 
-struct MenuItem {
-    std::string key;
-    std::string group;
-    std::string text;
-    std::int32_t options;
-    bool enabled = true;
-    bool checked = false;
+// A plug-in besides the one that is tested.
+struct OtherPlugin {
+    std::string name;
+    std::int32_t result;  // what it answers a message
+};
+
+// A message that the plug-in sent to another one.
+struct SentMessage {
+    std::string to;  // the other plug-in's name
+    std::string caller;
+    std::string selector;
+    const void* menuItem;  // of a menu message
+    bool setUp;            // whether its common part is as the host fills it for the receiver
 };
 
 class HostModel {
@@ -86,7 +94,9 @@ class HostModel {
     ObjectTable<Notifier> notifiers{0x14};
     ObjectTable<Timer> timers{0x15};
     ObjectTable<FileFormat> fileFormats{0x16};
-    ObjectTable<MenuItem> menuItems{0x17};
+    MenuModel menus;
+    ObjectTable<OtherPlugin> otherPlugins{0x19};
+    std::vector<SentMessage> sentMessages;
 
     // Throws std::runtime_error when the scenario describes no such document.
     Document& Named(std::string_view name);
@@ -100,6 +110,16 @@ class HostModel {
 
     // The same key for the same name.
     void* FontKey(const std::string& postScriptName);
+
+    // Null when there is none of that name.
+    SPPluginRef PluginNamed(std::string_view name) const;
+
+    // The timers that are active, in the order of adding.
+    std::vector<void*> ActiveTimers() const;
+
+    // The format of the highest priority among those that claim the file's extension; for an empty path among all.
+    // Null when there is none.
+    void* FileFormatFor(std::string_view path) const;
 };
 
 }  // namespace simhost

@@ -10,6 +10,8 @@ namespace {
 // There is one plug-in per process.
 std::vector<std::uint32_t> sBoxStyles;
 std::int64_t sHooksInPlace = 0;
+std::vector<MessagingLoad> sMessagingLoads;
+std::filesystem::path sMessagingLibrary;
 
 int WINAPI WatchedMessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT style) {
     sBoxStyles.push_back(style);
@@ -33,6 +35,27 @@ BOOL WINAPI WatchedUnhookWindowsHookEx(HHOOK hook) {
     return done;
 }
 
+std::filesystem::path FileOf(HMODULE module) {
+    wchar_t path[MAX_PATH] = L"";
+    GetModuleFileNameW(module, path, MAX_PATH);
+    return path;
+}
+
+bool IsMessagingLibrary(const std::filesystem::path& file) {
+    return file.filename().wstring().starts_with(L"PlugPlug");
+}
+
+HMODULE WINAPI WatchedLoadLibraryW(LPCWSTR file) {
+    const HMODULE module = LoadLibraryW(file);
+    const DWORD error = GetLastError();
+    if (IsMessagingLibrary(file)) {
+        sMessagingLibrary = module != nullptr ? FileOf(module) : sMessagingLibrary;
+        sMessagingLoads.push_back({module != nullptr ? sMessagingLibrary : file, module != nullptr});
+    }
+    SetLastError(error);
+    return module;
+}
+
 template <class Function>
 void* Address(Function function) {
     return reinterpret_cast<void*>(function);
@@ -44,6 +67,7 @@ void* WatchedInPlaceOf(const char* name) {
         {"MessageBoxA", Address(&WatchedMessageBoxA)},
         {"SetWindowsHookExW", Address(&WatchedSetWindowsHookExW)},
         {"UnhookWindowsHookEx", Address(&WatchedUnhookWindowsHookEx)},
+        {"LoadLibraryW", Address(&WatchedLoadLibraryW)},
     };
     for (const auto& [watchedName, function] : watched) {
         if (std::strcmp(watchedName, name) == 0) {
@@ -92,6 +116,10 @@ void WatchImports(HMODULE module) {
 }
 
 std::vector<std::uint32_t> TakeBoxStyles() { return std::exchange(sBoxStyles, {}); }
+
+std::vector<MessagingLoad> TakeMessagingLoads() { return std::exchange(sMessagingLoads, {}); }
+
+std::filesystem::path MessagingLibraryOfPlugin() { return sMessagingLibrary; }
 
 std::int64_t HooksInPlace() { return sHooksInPlace; }
 

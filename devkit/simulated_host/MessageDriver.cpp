@@ -42,6 +42,24 @@ std::int32_t MessageDriver::SendNotification(void* notifier, const std::string& 
     return Send(kCallerAINotify, kSelectorAINotify, message.d, &message);
 }
 
+std::int32_t MessageDriver::SendMenu(const char* selector, void* item) {
+    AIMenuMessage message{CommonPart(), static_cast<AIMenuItemHandle>(item)};
+    return Send(kCallerAIMenu, selector, message.d, &message);
+}
+
+std::int32_t MessageDriver::SendTick(void* timer) {
+    AITimerMessage message{CommonPart(), static_cast<AITimerHandle>(timer)};
+    return Send(kCallerAITimer, kSelectorAIGoTimer, message.d, &message);
+}
+
+std::int32_t MessageDriver::SendFileCheck(void* format, ai::FilePathData& path) {
+    AIFileFormatMessage message{CommonPart(), static_cast<AIFileFormatHandle>(format), 0, nullptr, nullptr, path, 0,
+                                nullptr};
+    const std::int32_t answer = Send(kCallerAIFileFormat, kSelectorAICheckFileFormat, message.d, &message);
+    path = message.file;
+    return answer;
+}
+
 std::int32_t MessageDriver::SendPlain(const std::string& caller, const std::string& selector, bool withBasicSuite) {
     SPMessageData message = CommonPart();
     if (!withBasicSuite) {

@@ -29,6 +29,10 @@ class MessageDriver {
     std::int32_t SendInterface(const char* selector);
     std::int32_t SendAccess(const char* selector);
     std::int32_t SendNotification(void* notifier, const std::string& type, void* data);
+    std::int32_t SendMenu(const char* selector, void* item);
+    std::int32_t SendTick(void* timer);
+    // The path is as the plug-in left it afterwards.
+    std::int32_t SendFileCheck(void* format, ai::FilePathData& path);
     // Any caller and selector, with a block that holds nothing but the common part.
     std::int32_t SendPlain(const std::string& caller, const std::string& selector, bool withBasicSuite);
 

@@ -83,4 +83,12 @@ bool FlagOf(const ObjectReader::Json& value, const std::string& place) {
     return value.get<bool>();
 }
 
+std::vector<std::string> TextsOf(const ObjectReader::Json& array, const std::string& place) {
+    std::vector<std::string> texts;
+    for (const ObjectReader::Json& value : array) {
+        texts.push_back(TextOf(value, place));
+    }
+    return texts;
+}
+
 }  // namespace simhost

@@ -8,6 +8,7 @@
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace simhost {
 
@@ -51,5 +52,6 @@ class ObjectReader {
 std::string TextOf(const ObjectReader::Json& value, const std::string& place);
 std::int64_t NumberOf(const ObjectReader::Json& value, const std::string& place);
 bool FlagOf(const ObjectReader::Json& value, const std::string& place);
+std::vector<std::string> TextsOf(const ObjectReader::Json& array, const std::string& place);
 
 }  // namespace simhost

@@ -67,6 +67,8 @@ void RunHost(const Scenario& scenario, const RunFolder& folder, const PlayOption
              const std::filesystem::path& record) {
     SetEnvironmentVariableW(L"QUORVEL_PLUGINCORE_RECORD", folder.Calls().c_str());
     SetEnvironmentVariableW(L"QUORVEL_PLUGINCORE_SCRIPT", folder.Answers().c_str());
+    SetEnvironmentVariableW(L"QUORVEL_PLUGPLUG_RECORD", folder.BusCalls().c_str());
+    SetEnvironmentVariableW(L"QUORVEL_PLUGPLUG_SCRIPT", folder.BusAnswers().c_str());
     std::vector<std::wstring> arguments = {L"perform",       std::filesystem::absolute(options.scenario).wstring(),
                                            L"--work-folder", folder.Root().wstring(),
                                            L"--plugin-name", folder.Plugin().filename().wstring(),

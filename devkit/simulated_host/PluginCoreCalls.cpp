@@ -12,19 +12,24 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 // "PluginIsEnabled" alone means the call as it is always made; likewise entries without arguments.
+Json UsualArguments(const std::string& entry) {
+    static const Json sUsual = {
+        {"GetAPIVersion", {{"preset", 0}, {"interface_version", 1}}},
+        {"GetSettings", {{"capacity", 8192}, {"zeroed", true}}},
+        {"GetSocketPort", {{"preset", 0}}},
+        {"PlugPlugAddEventListener",
+         {{"type", "com.quorvel.portnumberrequest"}, {"listener", "set"}, {"context", "null"}}},
+        {"PluginIsEnabled", {{"flag", 1}, {"preset", 0}}},
+        {"ProcessPanelMessages", {{"flag", 1}}},
+        {"RegisterPlugPlug", {{"state", "module, load, unload, add, remove, dispatch"}}},
+    };
+    return sUsual.value(entry, Json::object());
+}
+
 PluginCoreCall ExpectedCall(const Json& expected) {
     if (expected.is_string()) {
         const std::string entry = expected.get<std::string>();
-        if (entry == "PluginIsEnabled") {
-            return {entry, {{"flag", 1}, {"preset", 0}}};
-        }
-        if (entry == "GetSettings") {
-            return {entry, {{"capacity", 8192}, {"zeroed", true}}};
-        }
-        if (entry == "GetAPIVersion") {
-            return {entry, {{"preset", 0}, {"interface_version", 1}}};
-        }
-        return {entry, Json::object()};
+        return {entry, UsualArguments(entry)};
     }
     if (!expected.is_object() || expected.size() != 1) {
         return {"an expected call that is neither a name nor an object with one member", Json::object()};
@@ -46,6 +51,10 @@ bool SameArguments(const Json& expected, const Json& actual) {
     }
     return std::all_of(expected.items().begin(), expected.items().end(),
                        [&](const auto& item) { return actual.contains(item.key()); });
+}
+
+bool IsCall(const PluginCoreCall& wanted, const PluginCoreCall& call) {
+    return wanted.entry == call.entry && SameArguments(wanted.arguments, call.arguments);
 }
 
 std::string OneLine(const PluginCoreCall& call) {
@@ -86,20 +95,48 @@ std::string DifferenceOf(const Json& expected, const std::vector<PluginCoreCall>
         if (i >= calls.size()) {
             return number + "expected " + OneLine(wanted) + ", but nothing came";
         }
-        if (wanted.entry != calls[i].entry || !SameArguments(wanted.arguments, calls[i].arguments)) {
+        if (!IsCall(wanted, calls[i])) {
             return number + "expected " + OneLine(wanted) + ", but came " + OneLine(calls[i]);
         }
     }
     return {};
 }
 
+std::string DifferenceOfTicks(const Json& each, std::int64_t ticks, const std::vector<PluginCoreCall>& calls,
+                              std::int64_t seconds) {
+    constexpr std::int64_t kSecondsBetweenQuestions = 10;
+    const PluginCoreCall question = ExpectedCall("PluginIsEnabled");
+    std::int64_t questionsLeft = seconds / kSecondsBetweenQuestions + 1;
+    auto next = calls.begin();
+    for (std::int64_t tick = 1; tick <= ticks; ++tick) {
+        if (next != calls.end() && questionsLeft > 0 && IsCall(question, *next)) {
+            --questionsLeft;
+            ++next;
+        }
+        const auto end = next + std::min<std::ptrdiff_t>(std::ssize(each), calls.end() - next);
+        const std::string difference = DifferenceOf(each, {next, end});
+        if (!difference.empty()) {
+            return "tick " + std::to_string(tick) + ": " + difference;
+        }
+        next = end;
+    }
+    return next == calls.end() ? "" : "after the last tick came " + OneLine(*next);
+}
+
+// Numbers, and whatever else is short, go into the entry's line; texts and lists of texts get lines of their own.
 std::vector<std::string> LinesOf(const PluginCoreCall& call) {
     std::string numbers;
     std::vector<std::string> texts;
     for (const auto& [name, value] : call.arguments.items()) {
-        if (value.is_string() && !EndsWith(name, "_hex")) {
-            texts.push_back("    " + name + ": " + value.get<std::string>());
-        } else if (!EndsWith(name, "_hex")) {
+        if (EndsWith(name, "_hex")) {
+            continue;
+        }
+        if (value.is_string()) {
+            texts.push_back("    " + name + ": " + (value == "" ? "(empty)" : value.get<std::string>()));
+        } else if (value.is_array()) {
+            std::transform(value.begin(), value.end(), std::back_inserter(texts),
+                           [&](const Json& text) { return "    " + name + ": " + text.get<std::string>(); });
+        } else {
             numbers += (numbers.empty() ? "" : ", ") + name + " " + value.dump();
         }
     }

@@ -1,6 +1,8 @@
-// The calls that reached the substitute PluginCore: read from its record, compared with what a scenario expects, shown.
+// The calls that reached the substitute PluginCore or the substitute messaging library: read from the library's
+// record, compared with what a scenario expects, shown.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -27,6 +29,11 @@ class CallLog {
 
 // In words what differs; empty when the calls are exactly the expected ones. `expected` is the array of a step.
 std::string DifferenceOf(const nlohmann::ordered_json& expected, const std::vector<PluginCoreCall>& calls);
+
+// The same for many ticks, of which each brings about `each`. At most once in ten seconds, and once more, a tick begins
+// with the question whether the PluginCore is enabled.
+std::string DifferenceOfTicks(const nlohmann::ordered_json& each, std::int64_t ticks,
+                              const std::vector<PluginCoreCall>& calls, std::int64_t seconds);
 
 // One line for the entry, its numbers and its answer, and one for each text.
 std::vector<std::string> LinesOf(const PluginCoreCall& call);

@@ -15,6 +15,9 @@ constexpr RuleDescription kRules[] = {
     {Rule::kBoxes, "boxes", "exactly the expected message boxes are shown"},
     {Rule::kDialog, "dialog", "a dialog of the host is treated as expected"},
     {Rule::kLibrary, "library", "the PluginCore was loaded from the expected file"},
+    {Rule::kMessagingLibrary, "messaging-library", "the plug-in loads the messaging library from the expected file"},
+    {Rule::kBusCalls, "bus-calls", "exactly the expected calls of the plug-in reach the messaging library"},
+    {Rule::kPanelEvents, "panel-events", "the panel is told exactly what is expected"},
     {Rule::kForeground, "foreground", "the host's window loses and regains the foreground as expected"},
     {Rule::kCrash, "crash", "no message ends the host's process"},
     {Rule::kNotReached, "not-reached", "scripted failures and nested messages are reached"},
@@ -32,6 +35,9 @@ constexpr RuleDescription kRules[] = {
     {Rule::kWrongThread, "wrong-thread", "the host is called on its main thread only"},
     {Rule::kTimerLeft, "timer-left", "no timer is active after shut-down"},
     {Rule::kHookLeft, "hook-left", "no dialog is touched after shut-down"},
+    {Rule::kTicks, "ticks", "as many ticks are sent as expected"},
+    {Rule::kState, "state", "what the plug-in has left in the host is as expected"},
+    {Rule::kMessagePath, "message-path", "the path in a message stays the host's"},
     {Rule::kTimeLimit, "time-limit", "the run ends in time and leaves a result"},
 };
 

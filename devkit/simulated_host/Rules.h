@@ -18,6 +18,9 @@ enum class Rule {
     kBoxes,
     kDialog,
     kLibrary,
+    kMessagingLibrary,
+    kBusCalls,
+    kPanelEvents,
     kForeground,
     kCrash,
     kNotReached,
@@ -35,6 +38,9 @@ enum class Rule {
     kWrongThread,
     kTimerLeft,
     kHookLeft,
+    kTicks,
+    kState,
+    kMessagePath,
     kTimeLimit,
 };
 

@@ -60,6 +60,7 @@ void RunFolder::LayOut(const Scenario& scenario, const std::filesystem::path& pl
         WriteFile(file);
     }
     WriteAnswers(scenario.answers);
+    std::ofstream(BusAnswers(), std::ios::binary | std::ios::trunc) << scenario.busAnswers.dump();
 }
 
 void RunFolder::WriteFile(const FileToMake& file) const {
@@ -69,6 +70,11 @@ void RunFolder::WriteFile(const FileToMake& file) const {
     if (file.modified) {
         SetModificationTime(path, *file.modified);
     }
+}
+
+void RunFolder::Move(const FileToMove& move) const {
+    std::filesystem::create_directories(At(move.to).parent_path());
+    std::filesystem::rename(At(move.from), At(move.to));
 }
 
 void RunFolder::WriteAnswers(const nlohmann::ordered_json& answers) const {

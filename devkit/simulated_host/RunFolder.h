@@ -4,6 +4,8 @@
 //   host/Plug-ins/      the plug-in
 //   calls.jsonl         what the substitute PluginCore recorded
 //   answers.json        what it answers
+//   bus-calls.jsonl     what the substitute messaging library recorded
+//   bus-answers.json    what it answers
 #pragma once
 
 #include <filesystem>
@@ -24,6 +26,8 @@ class RunFolder {
     std::filesystem::path Plugin() const { return mRoot / L"host" / L"Plug-ins" / mPluginName; }
     std::filesystem::path Calls() const { return mRoot / L"calls.jsonl"; }
     std::filesystem::path Answers() const { return mRoot / L"answers.json"; }
+    std::filesystem::path BusCalls() const { return mRoot / L"bus-calls.jsonl"; }
+    std::filesystem::path BusAnswers() const { return mRoot / L"bus-answers.json"; }
     // A path of a scenario.
     std::filesystem::path At(const std::string& path) const;
 
@@ -34,6 +38,7 @@ class RunFolder {
     void LayOut(const Scenario& scenario, const std::filesystem::path& plugin, const std::filesystem::path& kit) const;
 
     void WriteFile(const FileToMake& file) const;
+    void Move(const FileToMove& move) const;
     void WriteAnswers(const nlohmann::ordered_json& answers) const;
 
   private:

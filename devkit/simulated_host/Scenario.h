@@ -25,6 +25,11 @@ struct CopyToMake {
     std::string to;
 };
 
+struct FileToMove {
+    std::string from;
+    std::string to;
+};
+
 struct LaunchInfo {
     std::optional<std::string> local;   // contents of the file in local application data
     std::optional<std::string> common;  // the same in common application data
@@ -55,10 +60,32 @@ struct DialogToShow {
     DialogEnd end = DialogEnd::kUntouched;
 };
 
+// The item that a menu message is about.
+struct MenuTarget {
+    std::optional<std::string> text;  // without one: the null handle
+    std::int64_t nth = 1;             // of the items with that text
+};
+
+struct TicksToSend {
+    std::int64_t times = 1;
+    std::int64_t sent = 1;  // how many messages that makes
+};
+
 struct BoxToExpect {
     std::string caption;
     std::string text;
     std::uint32_t style = 0;
+};
+
+// What the panel is told.
+struct PanelEvent {
+    std::optional<std::string> type;  // nothing: a null pointer
+    std::int32_t scope = 0;
+    std::optional<std::string> application;
+    std::optional<std::string> extension;
+    std::optional<std::string> data;
+
+    bool operator==(const PanelEvent&) const = default;
 };
 
 struct DocumentChange {
@@ -81,6 +108,9 @@ struct Step {
     bool fileWritten = true;   // saving: whether the save really happened
     std::int32_t answer = 0;
     nlohmann::ordered_json calls = nlohmann::ordered_json::array();
+    nlohmann::ordered_json busCalls = nlohmann::ordered_json::array();
+    std::vector<PanelEvent> panelEvents;
+    std::optional<std::vector<std::string>> loads;  // files of the messaging library that the plug-in loads
     std::vector<BoxToExpect> boxes;
     std::vector<FailureToScript> failures;
     std::vector<NestedStep> nested;
@@ -88,12 +118,26 @@ struct Step {
     std::optional<std::int64_t> foregroundSwitches;
     DocumentChange change;
     DialogToShow dialog;
+    MenuTarget menu;
+    TicksToSend ticks;
+    std::optional<std::string> path;  // of the file that is checked; without one: an empty path object
+    std::int64_t seconds = 0;         // to wait
+    // What the plug-in must have left in the host, in the form that PresentState gives.
+    nlohmann::ordered_json state = nlohmann::ordered_json::object();
     std::vector<FileToMake> files;
+    FileToMove move;
     nlohmann::ordered_json answers = nlohmann::ordered_json::object();
+};
+
+// A menu item that is there before the plug-in.
+struct MenuItemToMake {
+    MenuItem item;
+    std::string owner;  // another plug-in's name; empty: the host itself
 };
 
 struct Expectations {
     std::optional<std::string> library;                              // the PluginCore's file; empty: none is loaded
+    std::optional<std::string> messagingLibrary;                     // the file that the plug-in loaded; empty: none
     std::map<std::string, std::int64_t> violations;                  // amounts by rule
     std::map<std::string, std::vector<std::string>> violationTexts;  // where these are known, by rule
 };
@@ -105,15 +149,15 @@ struct Scenario {
     LaunchInfo launchInfo;
     std::vector<std::string> processes;
     nlohmann::ordered_json answers = nlohmann::ordered_json::object();
+    nlohmann::ordered_json busAnswers = nlohmann::ordered_json::object();
     std::vector<Document> documents;
     std::map<std::int32_t, std::string> defaultFonts;
     bool emptyHandleForNoMatches = false;
     std::vector<std::string> refusedSuites;
+    std::vector<OtherPlugin> otherPlugins;
+    std::vector<MenuItemToMake> menuItems;
     std::vector<Step> steps;
     Expectations expect;
 };
-
-// Whether the step sends a message to the plug-in.
-bool SendsMessage(const Step& step);
 
 }  // namespace simhost

@@ -2,13 +2,14 @@
 
 #include <algorithm>
 #include <map>
-#include <system_error>
 #include <utility>
 
+#include "simulated_host/DocumentSteps.h"
 #include "simulated_host/Host.h"
 #include "simulated_host/HostDialog.h"
+#include "simulated_host/HostPreparation.h"
 #include "simulated_host/ImportWatch.h"
-#include "simulated_host/suites/AllSuites.h"
+#include "simulated_host/PresentState.h"
 
 namespace simhost {
 
@@ -40,24 +41,9 @@ const std::map<std::string, NotificationRow>& Notifications() {
     return sNotifications;
 }
 
-void PrepareHost(const Scenario& scenario) {
-    SimulatedHost& host = Host();
-    InstallAllSuites(host.suites);
-    for (const std::string& name : scenario.refusedSuites) {
-        host.suites.Withdraw(name);
-    }
-    for (const Document& document : scenario.documents) {
-        host.model.documents.emplace(document.name, document);
-    }
-    host.model.defaultFonts = scenario.defaultFonts;
-    host.model.emptyHandleForNoMatches = scenario.emptyHandleForNoMatches;
-}
-
-void ChangeDocument(Document& document, const DocumentChange& change) {
-    document.path = change.path.value_or(document.path);
-    document.modified = change.modified.value_or(document.modified);
-    document.frames = change.frames.value_or(document.frames);
-    document.placed = change.placed.value_or(document.placed);
+// A notification that comes late still tells the handle that the document had.
+void* HandleToTell(const Document& document) {
+    return document.handle == nullptr ? document.formerHandle : document.handle;
 }
 
 }  // namespace
@@ -68,7 +54,9 @@ ScenarioPlayer::ScenarioPlayer(const Scenario& scenario, const RunFolder& folder
       mTranscript(transcript),
       mPlugin((PrepareHost(scenario), folder.Plugin())),
       mDriver(mPlugin),
-      mChecks(folder, transcript) {
+      mChecks(folder, transcript),
+      mPanel(folder.Program().parent_path()),
+      mMessaging(folder, transcript, mPanel) {
     WatchImports(mPlugin.Module());
 }
 
@@ -90,8 +78,16 @@ void ScenarioPlayer::PlaySteps() {
 void ScenarioPlayer::Perform(const Step& step) {
     if (step.action == "dialog") {
         PerformDialog(step);
+    } else if (step.action == "check") {
+        PerformCheck(step);
+    } else if (step.action == "wait") {
+        Sleep(static_cast<DWORD>(step.seconds * 1000));
     } else if (step.action == "write") {
         std::for_each(step.files.begin(), step.files.end(), [&](const auto& file) { mFolder.WriteFile(file); });
+    } else if (step.action == "move") {
+        mFolder.Move(step.move);
+    } else if (step.action == "panel_open") {
+        OpenPanel(step);
     } else if (step.action == "answers") {
         mFolder.WriteAnswers(step.answers);
     } else if (step.action == "switch_to") {
@@ -105,11 +101,12 @@ void ScenarioPlayer::Perform(const Step& step) {
 
 void ScenarioPlayer::PerformMessage(const Step& step) {
     PrepareStepEvents(step);
-    ChangeModelBefore(step);
+    ChangeModelBefore(step, mFolder);
     mChecks.Begin();
     SendFor(step);
     ChangeModelAfter(step);
     mChecks.Check(step);
+    mMessaging.Check(step);
 }
 
 void ScenarioPlayer::PrepareStepEvents(const Step& step) {
@@ -123,37 +120,12 @@ void ScenarioPlayer::PrepareStepEvents(const Step& step) {
     Host().operations.BeginStep(std::move(events));
 }
 
-void ScenarioPlayer::ChangeModelBefore(const Step& step) {
-    HostModel& model = Host().model;
-    if (step.action == "open" || step.action == "new") {
-        model.Open(step.document);
-    } else if (step.action == "change") {
-        ChangeDocument(model.Named(step.document), step.change);
-    } else if (step.action == "save" || step.action == "save_as") {
-        SaveDocument(step);
-    }
-}
-
-// The host writes the file before it tells. A path under which there is no file is only told: it may hold what no file
-// system allows.
-void ScenarioPlayer::SaveDocument(const Step& step) {
-    Document& document = Host().model.Named(step.document);
-    ChangeDocument(document, step.change);
-    document.modified = !step.fileWritten;
-    std::error_code ignored;
-    if (step.fileWritten && std::filesystem::is_regular_file(mFolder.At(document.path), ignored)) {
-        mFolder.WriteFile({document.path, "saved by the simulated host\n", std::nullopt});
-    }
-}
-
-void ScenarioPlayer::ChangeModelAfter(const Step& step) {
-    HostModel& model = Host().model;
-    if (step.action == "close" && !step.documentGone) {
-        model.Close(step.document);
-    }
-}
-
 void ScenarioPlayer::SendFor(const Step& step) {
+    if (step.action == "panel_request") {
+        // No message, so the plug-in may have been unloaded: the bus calls its listener all the same.
+        RequestPort(step);
+        return;
+    }
     if (!mPlugin.IsLoaded()) {
         Host().rules.Broken(Rule::kNotReached, step.place + ": the plug-in is not loaded any more");
         return;
@@ -165,6 +137,12 @@ void ScenarioPlayer::SendFor(const Step& step) {
         SendNotifications(step, step.notifierType);
     } else if (step.action == "unload") {
         SendUnload(step);
+    } else if (step.action == "tick") {
+        SendTicksFor(step);
+    } else if (step.action == "menu_update" || step.action == "menu_go") {
+        NoteReply(step, SendMenuMessage(mDriver, step));
+    } else if (step.action == "check_file") {
+        NoteReply(step, SendFileCheck(mDriver, step));
     } else if (step.action == "message") {
         NoteAnswer(step, "\"" + step.caller + "\"/\"" + step.selector + "\"",
                    mDriver.SendPlain(step.caller, step.selector, step.withBasicSuite));
@@ -180,7 +158,7 @@ void ScenarioPlayer::SendNotifications(const Step& step, const std::string& type
     HostModel& model = Host().model;
     const auto row = Notifications().find(step.action);
     const bool aboutDocument = row == Notifications().end() ? !step.document.empty() : row->second.aboutDocument;
-    void* const data = aboutDocument ? model.Named(step.document).handle : nullptr;
+    void* const data = aboutDocument ? HandleToTell(model.Named(step.document)) : nullptr;
     if (step.action == "close" && step.documentGone) {
         model.Close(step.document);
     }
@@ -208,6 +186,32 @@ void ScenarioPlayer::SendUnload(const Step& step) {
     }
 }
 
+bool ScenarioPlayer::OpenPanel(const Step& step) {
+    const bool open = mPanel.Open();
+    if (!open) {
+        Host().rules.Broken(Rule::kNotReached, step.place + ": there is no messaging library for the panel");
+    }
+    return open;
+}
+
+void ScenarioPlayer::RequestPort(const Step& step) {
+    if (OpenPanel(step)) {
+        NoteAnswer(step, "the panel asks for the port", mPanel.RequestPort());
+    }
+}
+
+void ScenarioPlayer::SendTicksFor(const Step& step) {
+    std::int64_t sent = 0;
+    for (const auto& [answer, count] : SendTicks(mDriver, step.ticks.times)) {
+        NoteAnswer(step, "\"AI Timer\"/\"AI Go\"" + (count == 1 ? "" : " " + std::to_string(count) + " times"), answer);
+        sent += count;
+    }
+    if (sent != step.ticks.sent) {
+        Host().rules.Broken(Rule::kTicks, step.place + ": " + std::to_string(sent) + " ticks were sent, expected " +
+                                              std::to_string(step.ticks.sent));
+    }
+}
+
 void ScenarioPlayer::SendNested(const NestedStep& nested) {
     mTranscript.Line(kMessageIndent, "inside " + nested.operation + ":");
     SendFor(nested.step.front());
@@ -218,6 +222,25 @@ void ScenarioPlayer::NoteAnswer(const Step& step, const std::string& message, st
     if (answer != step.answer) {
         Host().rules.Broken(Rule::kReply, step.place + ": " + message + " was answered with " + std::to_string(answer) +
                                               ", expected " + std::to_string(step.answer));
+    }
+}
+
+void ScenarioPlayer::NoteReply(const Step& step, const std::optional<Reply>& reply) {
+    if (reply) {
+        NoteAnswer(step, reply->message, reply->answer);
+    }
+}
+
+void ScenarioPlayer::PerformCheck(const Step& step) {
+    const nlohmann::ordered_json present = PresentState();
+    if (step.state.contains("menu")) {
+        for (const std::string& line : MenuLines(present["menu"])) {
+            mTranscript.Line(kMessageIndent, line);
+        }
+    }
+    const std::string difference = DifferenceOfStates(step.state, present);
+    if (!difference.empty()) {
+        Host().rules.Broken(Rule::kState, step.place + ": " + difference);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <fstream>
 #include <functional>
 
+#include "simulated_host/HostReader.h"
 #include "simulated_host/ObjectReader.h"
 #include "simulated_host/Rules.h"
 #include "simulated_host/StepReader.h"
@@ -47,6 +48,25 @@ void FillPlaceholders(Json& value, const Placeholders& placeholders, const std::
     value = text;
 }
 
+// Adds the scenario's own texts, each a text or a JSON value that stands for its compact text.
+Placeholders WithOwnTexts(Json& value, const Placeholders& placeholders, const std::string& place) {
+    Placeholders all = placeholders;
+    if (!value.contains("texts")) {
+        return all;
+    }
+    if (!value["texts"].is_object()) {
+        throw ScenarioError(place + ".texts", "must be an object");
+    }
+    for (auto& [name, text] : value["texts"].items()) {
+        if (placeholders.contains(name)) {
+            throw ScenarioError(place + ".texts." + name, "the name has a meaning already");
+        }
+        FillPlaceholders(text, placeholders, place + ".texts." + name);
+        all[name] = text.is_string() ? text.get<std::string>() : text.dump();
+    }
+    return all;
+}
+
 // Replaces {"usual": name} among the expected calls by the list of that name in the file usual-calls.json beside the
 // scenario.
 class UsualCalls {
@@ -82,7 +102,9 @@ class UsualCalls {
             if (!mLists.contains(name)) {
                 throw ScenarioError(place, "usual-calls.json has no list \"" + name + "\"");
             }
-            filled.insert(filled.end(), mLists[name].begin(), mLists[name].end());
+            // A list may stand for others in turn.
+            const Json list = Filled(mLists[name], place);
+            filled.insert(filled.end(), list.begin(), list.end());
         }
         return filled;
     }
@@ -115,59 +137,11 @@ LaunchInfo ReadLaunchInfo(ObjectReader& reader) {
     return info;
 }
 
-std::vector<std::string> ReadTexts(const Json& array, const std::string& place) {
-    std::vector<std::string> texts;
-    for (const Json& value : array) {
-        texts.push_back(TextOf(value, place));
-    }
-    return texts;
-}
-
-std::map<std::int32_t, std::string> ReadDefaultFonts(ObjectReader& reader) {
-    std::map<std::int32_t, std::string> fonts;
-    if (const Json* const value = reader.Find("default_fonts")) {
-        for (const auto& [script, name] : value->items()) {
-            const std::string place = reader.PlaceOf("default_fonts." + script);
-            char* end = nullptr;
-            const long code = std::strtol(script.c_str(), &end, 10);
-            if (script.empty() || *end != '\0') {
-                throw ScenarioError(place, "the key must be a script code");
-            }
-            fonts[static_cast<std::int32_t>(code)] = TextOf(name, place);
-        }
-    }
-    return fonts;
-}
-
-Document ReadDocument(const Json& value, const std::string& name, const std::string& place) {
-    ObjectReader reader(value, place);
-    Document document;
-    document.name = name;
-    document.path = reader.NeedText("path");
-    document.modified = reader.Flag("modified", false);
-    document.frames = ReadFrames(reader.Array("frames"), reader.PlaceOf("frames"));
-    document.placed = ReadTexts(reader.Array("placed"), reader.PlaceOf("placed"));
-    reader.Finish();
-    return document;
-}
-
-void ReadHost(const Json& value, const std::string& place, Scenario& scenario) {
-    ObjectReader reader(value, place);
-    scenario.defaultFonts = ReadDefaultFonts(reader);
-    scenario.emptyHandleForNoMatches = reader.Flag("empty_handle_for_no_matches", false);
-    scenario.refusedSuites = ReadTexts(reader.Array("refused_suites"), reader.PlaceOf("refused_suites"));
-    if (const Json* const documents = reader.Find("documents")) {
-        for (const auto& [name, document] : documents->items()) {
-            scenario.documents.push_back(ReadDocument(document, name, reader.PlaceOf("documents." + name)));
-        }
-    }
-    reader.Finish();
-}
-
 Expectations ReadExpectations(const Json& value, const std::string& place) {
     ObjectReader reader(value, place);
     Expectations expect;
     expect.library = reader.OptionalText("library");
+    expect.messagingLibrary = reader.OptionalText("messaging_library");
     if (const Json* const violations = reader.Find("violations")) {
         for (const auto& [rule, amount] : violations->items()) {
             if (FindRule(rule) == nullptr) {
@@ -175,7 +149,7 @@ Expectations ReadExpectations(const Json& value, const std::string& place) {
             }
             const std::string member = reader.PlaceOf("violations." + rule);
             if (amount.is_array()) {
-                expect.violationTexts[rule] = ReadTexts(amount, member);
+                expect.violationTexts[rule] = TextsOf(amount, member);
             } else {
                 expect.violations[rule] = NumberOf(amount, member);
             }
@@ -191,17 +165,21 @@ Scenario ReadScenario(const std::filesystem::path& file, const Placeholders& pla
     const std::string place = Utf8(file.filename().wstring());
     Json value = ParseFile(file);
     UsualCalls(file).FillIn(value, place);
-    FillPlaceholders(value, placeholders, place);
+    FillPlaceholders(value, WithOwnTexts(value, placeholders, place), place);
 
     ObjectReader reader(value, place);
     Scenario scenario;
     scenario.title = reader.NeedText("title");
+    reader.Find("texts");
     scenario.files = ReadFiles(reader.Array("files"), reader.PlaceOf("files"));
     scenario.copies = ReadCopies(reader);
     scenario.launchInfo = ReadLaunchInfo(reader);
-    scenario.processes = ReadTexts(reader.Array("processes"), reader.PlaceOf("processes"));
+    scenario.processes = TextsOf(reader.Array("processes"), reader.PlaceOf("processes"));
     if (const Json* const answers = reader.Find("answers")) {
         scenario.answers = *answers;
+    }
+    if (const Json* const answers = reader.Find("bus_answers")) {
+        scenario.busAnswers = *answers;
     }
     if (const Json* const host = reader.Find("host")) {
         ReadHost(*host, reader.PlaceOf("host"), scenario);
@@ -212,11 +190,6 @@ Scenario ReadScenario(const std::filesystem::path& file, const Placeholders& pla
     }
     reader.Finish();
     return scenario;
-}
-
-bool SendsMessage(const Step& step) {
-    return step.action != "edit" && step.action != "switch_to" && step.action != "write" && step.action != "answers" &&
-           step.action != "dialog";
 }
 
 }  // namespace simhost

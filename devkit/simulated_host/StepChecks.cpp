@@ -17,6 +17,7 @@ constexpr int kIndent = 6;
 void StepChecks::Begin() {
     mWindow.TakeForegroundSwitches();
     mBoxes.Watch();
+    mBegan = std::chrono::steady_clock::now();
 }
 
 void StepChecks::Check(const Step& step) {
@@ -32,15 +33,28 @@ void StepChecks::Check(const Step& step) {
 
 void StepChecks::CheckCalls(const Step& step) {
     const std::vector<PluginCoreCall> calls = mCalls.TakeNew();
+    const bool manyTicks = step.ticks.times > 1;
+    if (!manyTicks) {
+        ShowCalls(calls);
+    }
+    const std::string difference = manyTicks
+                                       ? DifferenceOfTicks(step.calls, step.ticks.sent, calls, SecondsSinceBegin())
+                                       : DifferenceOf(step.calls, calls);
+    if (!difference.empty()) {
+        Host().rules.Broken(Rule::kCalls, step.place + ": " + difference);
+    }
+}
+
+void StepChecks::ShowCalls(const std::vector<PluginCoreCall>& calls) const {
     for (const PluginCoreCall& call : calls) {
         for (const std::string& line : LinesOf(call)) {
             mTranscript.Line(kIndent, line);
         }
     }
-    const std::string difference = DifferenceOf(step.calls, calls);
-    if (!difference.empty()) {
-        Host().rules.Broken(Rule::kCalls, step.place + ": " + difference);
-    }
+}
+
+std::int64_t StepChecks::SecondsSinceBegin() const {
+    return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - mBegan).count();
 }
 
 void StepChecks::CheckBoxes(const Step& step) {

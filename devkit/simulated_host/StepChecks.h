@@ -1,6 +1,10 @@
 // Checks, after each message, what it brought about, and prints it.
 #pragma once
 
+#include <chrono>
+#include <cstdint>
+#include <vector>
+
 #include "simulated_host/BoxWatcher.h"
 #include "simulated_host/MainWindow.h"
 #include "simulated_host/PluginCoreCalls.h"
@@ -23,6 +27,8 @@ class StepChecks {
 
   private:
     void CheckCalls(const Step& step);
+    void ShowCalls(const std::vector<PluginCoreCall>& calls) const;
+    std::int64_t SecondsSinceBegin() const;
     void CheckBoxes(const Step& step);
     void CheckHostCalls(const Step& step);
     void CheckForeground(const Step& step);
@@ -31,6 +37,7 @@ class StepChecks {
     MainWindow mWindow;
     BoxWatcher mBoxes;
     CallLog mCalls;
+    std::chrono::steady_clock::time_point mBegan;
 };
 
 }  // namespace simhost

@@ -1,49 +1,16 @@
 #include "simulated_host/StepReader.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <ctime>
-#include <iterator>
 
 #include "simulated_host/ObjectReader.h"
+#include "simulated_host/StepAction.h"
 
 namespace simhost {
 
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-enum class Needs { kNothing, kDocument, kOther };
-
-struct ActionRow {
-    const char* name;
-    Needs needs;
-};
-
-constexpr ActionRow kActions[] = {
-    {"startup", Needs::kNothing},
-    {"about", Needs::kNothing},
-    {"shutdown", Needs::kNothing},
-    {"unload", Needs::kNothing},
-    {"application_started", Needs::kNothing},
-    {"application_shutdown", Needs::kNothing},
-    {"font_list_changed", Needs::kNothing},
-    {"menu_changed", Needs::kNothing},
-    {"open", Needs::kDocument},
-    {"new", Needs::kDocument},
-    {"change", Needs::kDocument},
-    {"about_to_close", Needs::kDocument},
-    {"close", Needs::kDocument},
-    {"save", Needs::kDocument},
-    {"save_as", Needs::kDocument},
-    {"switch_to", Needs::kDocument},
-    {"edit", Needs::kDocument},
-    {"notify", Needs::kOther},
-    {"message", Needs::kOther},
-    {"write", Needs::kOther},
-    {"answers", Needs::kOther},
-    {"dialog", Needs::kOther},
-};
 
 std::int64_t ReadTime(const std::string& text, const std::string& place) {
     int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
@@ -60,56 +27,6 @@ std::int64_t ReadTime(const std::string& text, const std::string& place) {
     return static_cast<std::int64_t>(_mkgmtime64(&parts));
 }
 
-DialogKind ReadDialogKind(const std::string& name, const std::string& place) {
-    if (name == "standard") {
-        return DialogKind::kStandard;
-    }
-    if (name == "standard by name") {
-        return DialogKind::kStandardByName;
-    }
-    if (name == "other") {
-        return DialogKind::kOtherClass;
-    }
-    throw ScenarioError(place, "must be \"standard\", \"standard by name\" or \"other\"");
-}
-
-DialogEnd ReadDialogEnd(const std::string& name, const std::string& place) {
-    if (name == "untouched") {
-        return DialogEnd::kUntouched;
-    }
-    if (name == "clicked OK") {
-        return DialogEnd::kClickedOk;
-    }
-    if (name == "pressed Enter") {
-        return DialogEnd::kPressedEnter;
-    }
-    throw ScenarioError(place, "must be \"untouched\", \"clicked OK\" or \"pressed Enter\"");
-}
-
-void ReadDialog(ObjectReader& reader, Step& step) {
-    step.dialog.title = reader.NeedText("title");
-    step.dialog.kind = ReadDialogKind(reader.Text("class", "standard"), reader.PlaceOf("class"));
-    step.dialog.okButton = reader.Flag("ok_button", true);
-    step.dialog.createdBefore = reader.Text("created_before", "");
-    step.dialog.end = ReadDialogEnd(reader.NeedText("expect"), reader.PlaceOf("expect"));
-}
-
-void ReadChange(ObjectReader& reader, DocumentChange& change) {
-    change.path = reader.OptionalText("path");
-    if (reader.Find("modified") != nullptr) {
-        change.modified = reader.Flag("modified", false);
-    }
-    if (reader.Find("frames") != nullptr) {
-        change.frames = ReadFrames(reader.Array("frames"), reader.PlaceOf("frames"));
-    }
-    if (reader.Find("placed") != nullptr) {
-        change.placed.emplace();
-        for (const Json& path : reader.Array("placed")) {
-            change.placed->push_back(TextOf(path, reader.PlaceOf("placed")));
-        }
-    }
-}
-
 std::vector<BoxToExpect> ReadBoxes(const Json& array, const std::string& place) {
     std::vector<BoxToExpect> boxes;
     for (const Json& value : array) {
@@ -119,6 +36,34 @@ std::vector<BoxToExpect> ReadBoxes(const Json& array, const std::string& place) 
         reader.Finish();
     }
     return boxes;
+}
+
+// A text stands for the event as the plug-in always sends it, with that text for its data.
+std::vector<PanelEvent> ReadPanelEvents(const Json& array, const std::string& place) {
+    std::vector<PanelEvent> events;
+    for (const Json& value : array) {
+        if (value.is_string()) {
+            events.push_back({"com.quorvel.portnumberresponse", 1, "test", std::nullopt, value.get<std::string>()});
+            continue;
+        }
+        ObjectReader reader(value, place);
+        events.push_back({reader.OptionalText("type"), static_cast<std::int32_t>(reader.Number("scope", 0)),
+                          reader.OptionalText("application"), reader.OptionalText("extension"),
+                          reader.OptionalText("data")});
+        reader.Finish();
+    }
+    return events;
+}
+
+void ReadMessagingExpectations(ObjectReader& reader, Step& step) {
+    step.busCalls = reader.Array("bus_calls");
+    step.panelEvents = ReadPanelEvents(reader.Array("panel_events"), reader.PlaceOf("panel_events"));
+    if (reader.Find("loads") != nullptr) {
+        step.loads.emplace();
+        for (const Json& file : reader.Array("loads")) {
+            step.loads->push_back(TextOf(file, reader.PlaceOf("loads")));
+        }
+    }
 }
 
 std::vector<FailureToScript> ReadFailures(const Json& array, const std::string& place) {
@@ -156,6 +101,7 @@ void ReadMessageExpectations(ObjectReader& reader, Step& step, bool nested) {
         throw ScenarioError(reader.PlaceOf("calls"), "must be an array");
     }
     step.calls = reader.Need("calls");
+    ReadMessagingExpectations(reader, step);
     step.boxes = ReadBoxes(reader.Array("boxes"), reader.PlaceOf("boxes"));
     step.failures = ReadFailures(reader.Array("fail"), reader.PlaceOf("fail"));
     step.nested = ReadNested(reader.Array("nested"), reader.PlaceOf("nested"));
@@ -169,54 +115,15 @@ void ReadMessageExpectations(ObjectReader& reader, Step& step, bool nested) {
     }
 }
 
-const ActionRow& FindAction(const std::string& name, const std::string& place) {
-    const auto* const row =
-        std::find_if(std::begin(kActions), std::end(kActions), [&](const ActionRow& r) { return r.name == name; });
-    if (row == std::end(kActions)) {
-        throw ScenarioError(place, "nobody knows how to do \"" + name + "\"");
-    }
-    return *row;
-}
-
-void ReadOther(ObjectReader& reader, Step& step) {
-    if (step.action == "notify") {
-        step.notifierType = reader.NeedText("type");
-        step.document = reader.Text("document", "");
-    } else if (step.action == "message") {
-        step.caller = reader.NeedText("caller");
-        step.selector = reader.NeedText("selector");
-        step.withBasicSuite = reader.Flag("basic_suite", true);
-    } else if (step.action == "write") {
-        step.files = ReadFiles(reader.Array("files"), reader.PlaceOf("files"));
-    } else if (step.action == "answers") {
-        step.answers = reader.Need("set");
-    } else if (step.action == "dialog") {
-        ReadDialog(reader, step);
-    }
-}
-
 Step ReadStep(const Json& value, const std::string& place, bool nested) {
     ObjectReader reader(value, place);
     Step step;
     step.place = place;
     step.action = reader.NeedText("do");
     step.say = reader.Text("say", "");
-    const ActionRow& action = FindAction(step.action, place);
-    if (action.needs == Needs::kDocument) {
-        step.document = reader.NeedText("document");
-    } else if (action.needs == Needs::kOther) {
-        ReadOther(reader, step);
-    }
-    if (step.action == "edit" || step.action == "save_as" || step.action == "change") {
-        ReadChange(reader, step.change);
-    }
-    if (step.action == "close") {
-        step.documentGone = reader.Flag("document_gone", true);
-    }
-    if (step.action == "save" || step.action == "save_as") {
-        step.fileWritten = reader.Flag("file_written", true);
-    }
-    if (SendsMessage(step)) {
+    const StepAction& action = FindAction(step.action, place);
+    action.readDetails(reader, step);
+    if (action.sendsMessage) {
         ReadMessageExpectations(reader, step, nested);
     }
     reader.Finish();

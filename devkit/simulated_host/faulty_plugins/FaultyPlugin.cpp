@@ -1,5 +1,6 @@
 // A plug-in that does on request what no plug-in should, so that every rule of the simulated host can be seen to catch.
-// The message's caller is "Fault", its selector names the fault.
+// The message's caller is "Fault", its selector names the fault. Ticks and file checks, which it never gets unless it
+// registered for them, it misuses as well.
 #include <windows.h>
 
 #include <cstdint>
@@ -10,14 +11,17 @@
 
 #include "host/ArtSuites.h"
 #include "host/DocumentSuite.h"
+#include "host/FileFormatSuite.h"
 #include "host/MatchingArtSuite.h"
 #include "host/MdMemorySuite.h"
+#include "host/MenuSuite.h"
 #include "host/Messages.h"
 #include "host/NotifierSuite.h"
 #include "host/SPSuites.h"
 #include "host/StringSuites.h"
 #include "host/TextEngineSuites.h"
 #include "host/TimerSuite.h"
+#include "MessagingFaults.h"
 
 namespace {
 
@@ -177,6 +181,59 @@ void LeaveTimer() {
     timers->AddTimer(sMessage->self, "left behind", 1, &timer);
 }
 
+void LeaveTimers() {
+    LeaveTimer();
+    LeaveTimer();
+}
+
+void RegisterAsAnother() {
+    const auto another = reinterpret_cast<SPPluginRef>(std::uintptr_t{0x1234});
+    const Held<AITimerSuite> timers("AI Timer Suite", 5);
+    AITimerHandle timer = nullptr;
+    timers->AddTimer(another, "not mine", 1, &timer);
+    const Held<AIMenuSuite> menus("AI Menu Suite", 11);
+    AIPlatformAddMenuItemDataUS data{"Type Plugins1", {nullptr}};
+    menus->AddMenuItem(another, nullptr, &data, 0, nullptr);
+}
+
+AIMenuItemHandle AddItem(const Held<AIMenuSuite>& menus, std::int32_t options) {
+    const Strings strings("AI Unicode String Suite", 8);
+    AIPlatformAddMenuItemDataUS data{"Type Plugins1", {nullptr}};
+    strings->Initialize(data.itemText, "Item", 4, kAIUTF8CharacterEncoding);
+    AIMenuItemHandle item = nullptr;
+    menus->AddMenuItem(sMessage->self, nullptr, &data, options, &item);
+    strings->Destroy(data.itemText);
+    return item;
+}
+
+void AddDisabledItem() {
+    const Held<AIMenuSuite> menus("AI Menu Suite", 11);
+    menus->DisableItem(AddItem(menus, 0));
+}
+
+void LeakItemText() {
+    const Held<AIMenuSuite> menus("AI Menu Suite", 11);
+    ai::UnicodeStringData text{nullptr};
+    menus->GetItemText(AddItem(menus, 0), text);
+}
+
+void AddFileFormat() {
+    const Held<AIFileFormatSuite> formats("AI File Format Suite", 14);
+    constexpr std::int32_t kType = static_cast<std::int32_t>(FourCharCode("TEXT"));
+    constexpr unsigned char kTitle[] = {1, 'T'};
+    PlatformAddFileFormatExData data{1, &kType, kTitle, 0, "txt"};
+    AIFileFormatHandle format = nullptr;
+    formats->AddFileFormatEx(sMessage->self, "T", &data, kFileFormatRead, &format, 0);
+}
+
+// Gives back the path that the host has in its message.
+void TakeMessagePath() {
+    const Held<AIFilePathSuite> paths("AI File Path Suite", 5);
+    const auto* const message = reinterpret_cast<const AIFileFormatMessage*>(sMessage);
+    ai::FilePathData path = message->file;
+    paths->DeleteFilePath(path);
+}
+
 // Hides every dialog that is shown.
 LRESULT CALLBACK HideDialogs(int code, WPARAM wParam, LPARAM lParam) {
     const auto& message = *reinterpret_cast<const CWPSTRUCT*>(lParam);
@@ -190,10 +247,18 @@ void LeaveHook() { SetWindowsHookExW(WH_CALLWNDPROC, &HideDialogs, nullptr, GetC
 
 void ShowBox() { MessageBoxW(nullptr, L"Nobody asked for it.", L"Surprise", MB_OK); }
 
-void CallPluginCore() {
-    const HMODULE library = LoadLibraryW(L"PluginCoreX64.dll");
-    const auto idle = reinterpret_cast<void*>(GetProcAddress(library, "IdleEvent"));
-    reinterpret_cast<std::int32_t (*)()>(idle)();
+void* PluginCoreEntry(const char* name) {
+    return reinterpret_cast<void*>(GetProcAddress(LoadLibraryW(L"PluginCoreX64.dll"), name));
+}
+
+void CallPluginCore() { reinterpret_cast<std::int32_t (*)()>(PluginCoreEntry("IdleEvent"))(); }
+
+// With every tick, which is too often.
+void AskWhetherEnabled() {
+    std::uint8_t enabled = 0;
+    const auto entry =
+        reinterpret_cast<std::int32_t (*)(std::uint8_t, std::uint8_t*)>(PluginCoreEntry("PluginIsEnabled"));
+    entry(1, &enabled);
 }
 
 void AccessViolation() {
@@ -232,9 +297,20 @@ constexpr FaultRow kFaults[] = {
     {"call a slot of the basic suite that is not offered", &CallUnofferedBasicSlot},
     {"call on another thread", &CallOnOtherThread},
     {"leave a timer", &LeaveTimer},
+    {"leave two timers", &LeaveTimers},
+    {"register as another plug-in", &RegisterAsAnother},
+    {"add a disabled menu item", &AddDisabledItem},
+    {"leak the text of a menu item", &LeakItemText},
+    {"add a file format", &AddFileFormat},
     {"leave a hook", &LeaveHook},
     {"show a box", &ShowBox},
     {"call the PluginCore", &CallPluginCore},
+    {"load the messaging library", &LoadMessagingLibrary},
+    {"listen to the panel", &ListenToPanel},
+    {"throw at the panel", &ThrowAtPanel},
+    {"tell the panel", &TellPanel},
+    {"tell the panel on another thread", &TellPanelOnOtherThread},
+    {"dispatch an event without a type", &DispatchWithoutType},
     {"write where nothing is", &AccessViolation},
     {"throw an exception", &ThrowException},
     {"abort", &Abort},
@@ -250,6 +326,11 @@ constexpr std::int32_t kNoSuchFault = 99;
 // Answers 0, so it can be unloaded, and 99 for a fault that it does not know.
 extern "C" __declspec(dllexport) std::int32_t PluginMain(const char* caller, const char* selector, void* message) {
     sMessage = static_cast<const SPMessageData*>(message);
+    if (std::strcmp(caller, kCallerAITimer) == 0) {
+        AskWhetherEnabled();
+    } else if (std::strcmp(caller, kCallerAIFileFormat) == 0) {
+        TakeMessagePath();
+    }
     if (std::strcmp(caller, "Fault") != 0) {
         return 0;
     }

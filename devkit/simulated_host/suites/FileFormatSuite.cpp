@@ -24,6 +24,9 @@ AIErr AddFileFormatEx(SPPluginRef self, const char* name, PlatformAddFileFormatE
         data->numTypes < 1 || data->title == nullptr || data->extensions == nullptr) {
         return call.BadArgument("plug-in, name, record or target is missing");
     }
+    if (!call.IsOwnReference(self)) {
+        return kBadParameterErr;
+    }
     FileFormat added{
         name, {}, TextOfPascalString(data->title), data->titleOrder, data->extensions, options, extendedOptions, 0};
     for (std::int32_t i = 0; i < data->numTypes; ++i) {

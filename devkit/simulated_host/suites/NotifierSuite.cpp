@@ -1,7 +1,6 @@
 // "AI Notifier Suite": the plug-in's registrations.
 #include "host/NotifierSuite.h"
 
-#include "simulated_host/MessageDriver.h"
 #include "simulated_host/suites/AllSuites.h"
 #include "simulated_host/suites/SuiteCall.h"
 
@@ -19,8 +18,8 @@ AIErr AddNotifier(SPPluginRef self, const char* name, const char* type, AINotifi
     if (self == nullptr || name == nullptr || type == nullptr || notifier == nullptr) {
         return call.BadArgument("plug-in, name, type or target is missing");
     }
-    if (self != kPluginRef) {
-        return call.BadArgument("the plug-in's reference is not the one that the messages carry");
+    if (!call.IsOwnReference(self)) {
+        return kBadParameterErr;
     }
     *notifier = static_cast<AINotifierHandle>(Host().model.notifiers.Add(Notifier{name, type}));
     return 0;

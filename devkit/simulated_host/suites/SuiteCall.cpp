@@ -1,5 +1,7 @@
 #include "simulated_host/suites/SuiteCall.h"
 
+#include "simulated_host/MessageDriver.h"
+
 namespace simhost {
 
 SuiteCall::SuiteCall(const char* suite, const char* operation) : name(std::string(suite) + "/" + operation) {
@@ -13,6 +15,13 @@ SuiteCall::SuiteCall(const char* suite, const char* operation) : name(std::strin
 std::int32_t SuiteCall::BadArgument(const std::string& what) const {
     Host().rules.Broken(Rule::kBadArgument, name + ": " + what);
     return kBadParameterErr;
+}
+
+bool SuiteCall::IsOwnReference(SPPluginRef self) const {
+    if (self != kPluginRef) {
+        BadArgument("the plug-in's reference is not the one that the messages carry");
+    }
+    return self == kPluginRef;
 }
 
 std::int32_t SuiteCall::StaleHandle(bool wasGiven, const void* handle, const char* kind) const {

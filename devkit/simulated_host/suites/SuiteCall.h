@@ -15,6 +15,8 @@ struct SuiteCall {
 
     // Notes that an argument is missing or senseless; returns what the operation then answers.
     std::int32_t BadArgument(const std::string& what) const;
+    // Whether the reference is the one that the plug-in's messages carry; notes it when it is not.
+    bool IsOwnReference(SPPluginRef self) const;
     // Notes the use of a handle that was given back, or that the host never gave out.
     template <class Table>
     std::int32_t Stale(const Table& table, const void* handle, const char* kind) const {

@@ -18,6 +18,9 @@ AIErr AddTimer(SPPluginRef self, const char* name, std::int32_t periodInTicks, A
     if (self == nullptr || name == nullptr || periodInTicks < 1 || timer == nullptr) {
         return call.BadArgument("plug-in, name, period or target is missing");
     }
+    if (!call.IsOwnReference(self)) {
+        return kBadParameterErr;
+    }
     *timer = static_cast<AITimerHandle>(Host().model.timers.Add(Timer{name, periodInTicks, true}));
     return 0;
 }
