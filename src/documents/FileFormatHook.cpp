@@ -80,7 +80,7 @@ std::int32_t CheckFileFormat(const AIFileFormatMessage* message) {
     try {
         TellPluginCore(*message);
     } catch (...) {
-        // Any other answer than the refusal would make the host read the file through this plug-in.
+        // An answer of 0 would make the host read the file through this plug-in.
     }
     return kFormatRefused;
 }

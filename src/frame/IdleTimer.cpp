@@ -78,7 +78,7 @@ std::int32_t HandleIdleTick() {
     }
     StopTimerIfPluginCoreIsDisabled();
     RegisterPortNumberListener();
-    const PCILoader& pluginCore = *PCILoader::GetSharedInstance();
+    const PCILoader& pluginCore = RequirePluginCore();
     pluginCore.pfIdleEvent();
     pluginCore.pfProcessPanelMessages(kProcess);
     return kNoErr;

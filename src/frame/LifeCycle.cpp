@@ -43,7 +43,7 @@ void AllocateGlobals(const MomentaryBlocksSuite& blocks, SPInterfaceMessage* mes
     InitializeGlobals(*sGlobals, message->d.self);
 }
 
-// Each step logs and handles its own failures; none stops start-up.
+// The results do not count: each step logs its failures. Only a refused menu suite ends start-up, by its thrown code.
 void AddToHost(SPInterfaceMessage* message) {
     if (AddAllQuorvelMenuItems(message) == kNoErr) {
         AddNotifiers(message);

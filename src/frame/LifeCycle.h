@@ -6,8 +6,9 @@
 #include "host/Messages.h"
 
 // Sets the plug-in up: tells the PluginCore where the plug-in is, allocates the globals block, adds menus, notifiers,
-// file format, dialog suppression and timer. The PluginCore must be loaded. Returns 0 or the host's code; each later
-// step handles its own failures.
+// file format, dialog suppression and timer. The PluginCore must be loaded. Returns 0, or the host's code when it
+// refuses the blocks suite, the block or the menu suite, which ends start-up. Other failures are logged where they are
+// met, and what the others throw goes on to the dispatch.
 std::int32_t StartupPlugin(SPInterfaceMessage* message);
 
 // Undoes start-up and frees the globals block. Returns the PluginCore's result, or the host's code; 0 at once when

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-// Texts belong to whoever dispatches the event and need live only as long as the call.
+// Texts belong to whoever dispatches the event. How long the library reads them nobody tells: keep them.
 struct PlugPlugEvent {
     const char* type;
     std::int32_t scope;

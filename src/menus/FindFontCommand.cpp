@@ -55,8 +55,9 @@ bool HasShortcutKey(const MomentaryMenuSuite& menus, std::int32_t index, const O
 // command's key counts, whoever owns that one.
 OwnedItem FindItem(const MomentaryMenuSuite& menus, SPPluginRef owner) {
     std::int32_t count = 0;
-    // Without a count there is nothing to examine.
-    menus->CountMenuItems(&count);
+    if (menus->CountMenuItems(&count) != kNoErr) {
+        count = 0;
+    }
     LogMessage(kLogNote, "Examining %d menu items in search of '%s' (menuPluginRef 0x%08x)", count, kShortcutKey,
                Low32(owner));
     OwnedItem fallback;
@@ -66,11 +67,15 @@ OwnedItem FindItem(const MomentaryMenuSuite& menus, SPPluginRef owner) {
         if (candidate.item == nullptr) {
             continue;
         }
-        const std::int32_t ownerResult = menus->GetMenuItemPlugin(candidate.item, &candidate.owner);
+        const bool ownerIsKnown = menus->GetMenuItemPlugin(candidate.item, &candidate.owner) == kNoErr;
+        if (!ownerIsKnown) {
+            // Whatever a failing host has written there must not be sent a message.
+            candidate.owner = nullptr;
+        }
         if (HasShortcutKey(menus, i, candidate)) {
             fallback = candidate;
         }
-        if (ownerResult == kNoErr && candidate.owner == owner) {
+        if (ownerIsKnown && candidate.owner == owner) {
             return candidate;
         }
     }

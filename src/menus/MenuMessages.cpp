@@ -32,7 +32,7 @@ std::string& MenuJsonCache() {
 std::string FetchMenuJson() {
     const std::string path = CurrentDocumentPath();
     ReplyBuffer<kMenusSize> reply;
-    const std::int32_t result = PCILoader::GetSharedInstance()->pfGetMenus(path.c_str(), reply.Data(), reply.Size());
+    const std::int32_t result = RequirePluginCore().pfGetMenus(path.c_str(), reply.Data(), reply.Size());
     if (result == kNoErr) {
         MenuJsonCache() = reply.Text();
     }
@@ -95,9 +95,9 @@ std::int32_t GoMenuItem(AIMenuMessage* message) {
     constexpr const char* kName = "GoMenuItem";
     LogMessage(kLogEntry, "Entering %s()", kName);
     const std::string path = CurrentDocumentPath();
-    const PCILoader& pluginCore = *PCILoader::GetSharedInstance();
+    const PCILoader& pluginCore = RequirePluginCore();
     ReplyBuffer<kDocumentIDSize> documentID;
-    // What the PluginCore answers changes nothing: a document that it cannot name has an empty identifier.
+    // What the PluginCore answers here changes nothing: a document that it cannot name has an empty identifier.
     pluginCore.pfGetIDForDocument(path.c_str(), documentID.Data(), documentID.Size());
     pluginCore.pfUpdateDocumentFontUsage(documentID.Data(), CurrentDocumentFontUsage().c_str());
     const std::string& itemID = MenuItemID(message->menuItem);

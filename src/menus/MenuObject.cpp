@@ -1,8 +1,8 @@
 #include "menus/MenuObject.h"
 
 #include <algorithm>
-#include <iterator>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "support/Log.h"

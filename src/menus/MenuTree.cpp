@@ -93,7 +93,7 @@ std::int32_t AddAllQuorvelMenuItems(SPInterfaceMessage* /*message*/) {
     constexpr const char* kName = "AddAllQuorvelMenuItems";
     LogMessage(kLogEntry, "Entering %s()", kName);
     const std::string path = CurrentDocumentPath();
-    const PCILoader& pluginCore = *PCILoader::GetSharedInstance();
+    const PCILoader& pluginCore = RequirePluginCore();
     ReplyBuffer<kMenusSize> menuJson;
     // Without an answer the buffer stays empty, and the PluginCore makes of that what it likes.
     pluginCore.pfGetMenus(path.c_str(), menuJson.Data(), menuJson.Size());

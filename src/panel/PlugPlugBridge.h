@@ -32,11 +32,12 @@ std::int32_t Load(PlugPlugState& state);
 // it: it belongs to the bridge for whoever ends the messaging before the process does.
 std::int32_t Unload(PlugPlugState& state);
 
-// The library's result, or kNotBound. `handler` and `context` have to live as long as the library.
+// The library's result, or kNotBound. `handler` and `context` have to live as long as the library. Throws
+// ForeignException when the library throws.
 std::int32_t AddEventListener(const PlugPlugState& state, const char* eventType, PlugPlugListener handler,
                               void* context);
 
-// The library's result, or kNotBound.
+// The library's result, or kNotBound. Throws ForeignException when the library throws.
 std::int32_t DispatchEvent(const PlugPlugState& state, const PlugPlugEvent& event);
 
 }  // namespace PlugPlugBridge

@@ -24,7 +24,7 @@ bool sListenerIsRegistered = false;
 
 // The bus calls this from its own code, built by another compiler: nothing may leave it. A request that cannot be
 // answered stays without an answer, and the panel asks again.
-void AnswerPortNumberRequest(const PlugPlugEvent* /*event*/, void* /*context*/) {
+void AnswerPortNumberRequest(const PlugPlugEvent* /*event*/, void* /*context*/) noexcept {
     try {
         SendPortNumberResponse();
     } catch (...) {
@@ -48,7 +48,7 @@ void ListenToPanel() {
     }
     const std::int32_t refusal =
         PlugPlugBridge::AddEventListener(sPlugPlug, "com.quorvel.portnumberrequest", AnswerPortNumberRequest, nullptr);
-    // At once: should the PluginCore throw, the listener must not be added again.
+    // At once: should the PluginCore throw, the listener must not be added again. The panel then has to ask.
     sListenerIsRegistered = refusal == kNoErr;
     // The PluginCore gets the bus also when the listener was refused.
     if (const PCILoader* const pluginCore = PCILoader::GetSharedInstance()) {

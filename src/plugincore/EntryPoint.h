@@ -3,12 +3,19 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <exception>
 
 #include "support/ForeignExceptionGuard.h"
 
+// Thrown where an entry is called that the library lacks: the message is then given up, the host lives on.
+class MissingEntry : public std::exception {
+  public:
+    const char* what() const noexcept override { return "the PluginCore lacks an entry"; }
+};
+
 // One entry of the PluginCore library: a function pointer that is called like the function. The PluginCore is built
 // with another compiler; an exception that it throws out of an entry becomes a ForeignException here, so that the
-// frames of the caller unwind. Calling an entry that the library lacks is the caller's error.
+// frames of the caller unwind.
 template <class Signature>
 class EntryPoint;
 
@@ -21,6 +28,9 @@ class EntryPoint<std::int32_t(Arguments...)> {
     bool IsNull() const noexcept { return mFunction == nullptr; }
 
     std::int32_t operator()(Arguments... arguments) const {
+        if (mFunction == nullptr) {
+            throw MissingEntry();
+        }
         return CallForeignCode([&] { return mFunction(arguments...); });
     }
 

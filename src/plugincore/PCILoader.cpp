@@ -120,6 +120,14 @@ bool PCILoader::CheckEntryPoints(bool expectBound) const {
     return allAsExpected;
 }
 
+const PCILoader& RequirePluginCore() {
+    const PCILoader* const pluginCore = PCILoader::GetSharedInstance();
+    if (pluginCore == nullptr) {
+        throw MissingEntry();
+    }
+    return *pluginCore;
+}
+
 bool PluginCoreIsEnabled() {
     const PCILoader* const pluginCore = PCILoader::GetSharedInstance();
     if (pluginCore == nullptr) {

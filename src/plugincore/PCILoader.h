@@ -56,5 +56,9 @@ class PCILoader {
     std::uint32_t mMissingCount;  // entries not found by the last binding
 };
 
+// The shared instance, for a message that only a started plug-in gets. Throws MissingEntry while there is none:
+// somebody else has made the message up.
+const PCILoader& RequirePluginCore();
+
 // Whether the PluginCore reports itself enabled; false while it is not there to be asked.
 bool PluginCoreIsEnabled();

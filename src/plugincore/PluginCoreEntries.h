@@ -34,7 +34,7 @@ struct PlugPlugState;
     ENTRY(GetMenus, (const char* path, char* buffer, std::uint64_t* size))                                            \
     /* The settings as JSON; 8192 bytes. */                                                                          \
     ENTRY(GetSettings, (char* buffer, std::uint64_t* size))                                                           \
-    /* The port that the panel talks to. */                                                                          \
+    /* The port that the panel talks to. Its requests go on after TerminatePluginCoreInterface. */                   \
     ENTRY(GetSocketPort, (std::uint32_t* port))                                                                       \
     ENTRY(HandleCloseDocument, (const char* path, const char* report))                                                \
     /* 256 bytes; ignored. */                                                                                        \
