@@ -68,6 +68,15 @@ std::string AnswerInWords(std::int32_t answer) {
     return text;
 }
 
+// `value` is a text or a list of texts.
+void AddTextLines(std::vector<std::string>& lines, const std::string& name, const Json& value) {
+    const Json list = value.is_array() ? value : Json::array({value});
+    for (const Json& element : list) {
+        const auto text = element.get<std::string>();
+        lines.push_back("    " + name + ": " + (text.empty() ? "(empty)" : text));
+    }
+}
+
 }  // namespace
 
 std::vector<PluginCoreCall> CallLog::TakeNew() {
@@ -131,11 +140,8 @@ std::vector<std::string> LinesOf(const PluginCoreCall& call) {
         if (EndsWith(name, "_hex")) {
             continue;
         }
-        if (value.is_string()) {
-            texts.push_back("    " + name + ": " + (value == "" ? "(empty)" : value.get<std::string>()));
-        } else if (value.is_array()) {
-            std::transform(value.begin(), value.end(), std::back_inserter(texts),
-                           [&](const Json& text) { return "    " + name + ": " + text.get<std::string>(); });
+        if (value.is_string() || value.is_array()) {
+            AddTextLines(texts, name, value);
         } else {
             numbers += (numbers.empty() ? "" : ", ") + name + " " + value.dump();
         }

@@ -1,17 +1,15 @@
 // Plays a scenario's steps to the plug-in and has each checked.
 #pragma once
 
-#include <optional>
 #include <string>
 
-#include "simulated_host/MessageDriver.h"
 #include "simulated_host/MessagingChecks.h"
 #include "simulated_host/Panel.h"
 #include "simulated_host/PluginModule.h"
-#include "simulated_host/RegistrationMessages.h"
 #include "simulated_host/RunFolder.h"
 #include "simulated_host/Scenario.h"
 #include "simulated_host/StepChecks.h"
+#include "simulated_host/StepSender.h"
 #include "simulated_host/Transcript.h"
 
 namespace simhost {
@@ -31,24 +29,16 @@ class ScenarioPlayer {
     void PerformMessage(const Step& step);
     void PerformDialog(const Step& step);
     void PerformCheck(const Step& step);
-    void SendFor(const Step& step);
-    void SendNotifications(const Step& step, const std::string& type);
-    void SendUnload(const Step& step);
-    void SendTicksFor(const Step& step);
-    void RequestPort(const Step& step);
-    bool OpenPanel(const Step& step);
     void SendNested(const NestedStep& nested);
-    void NoteReply(const Step& step, const std::optional<Reply>& reply);
-    void NoteAnswer(const Step& step, const std::string& message, std::int32_t answer);
     void PrepareStepEvents(const Step& step);
 
     const Scenario& mScenario;
     const RunFolder& mFolder;
     const Transcript& mTranscript;
     PluginModule mPlugin;
-    MessageDriver mDriver;
     StepChecks mChecks;
     Panel mPanel;
+    StepSender mSender;
     MessagingChecks mMessaging;
     const Step* mStep = nullptr;
 };

@@ -1,0 +1,13 @@
+// What a plug-in can do wrong in the host's process: hooks, boxes, calls of the PluginCore, crashes.
+#pragma once
+
+void LeaveHook();
+void ShowBox();
+void CallPluginCore();
+// For every tick, which is too often.
+void AskWhetherEnabled();
+void AccessViolation();
+void ThrowException();
+void Abort();
+void Hang();
+void EndProcess();
