@@ -49,8 +49,12 @@ FUNCTION PlugPlugUnloadExtension(const char* extensionID) {
 FUNCTION PlugPlugAddEventListener(const char* type, PlugPlugListener listener, void* context) {
     ThePlugPlug().listener = listener;
     ThePlugPlug().context = context;
-    return ThePlugPlug().calls.Record("PlugPlugAddEventListener",
-                                      Quoted(type) + (context == nullptr ? ", null" : ", context"));
+    const std::int32_t answer = ThePlugPlug().calls.Record(
+        "PlugPlugAddEventListener", Quoted(type) + (context == nullptr ? ", null" : ", context"));
+    if (const auto during = ThePlugPlug().duringListening) {
+        during();
+    }
+    return answer;
 }
 FUNCTION PlugPlugRemoveEventListener(const char* type, PlugPlugListener, void*) {
     return ThePlugPlug().calls.Record("PlugPlugRemoveEventListener", Quoted(type));

@@ -20,7 +20,8 @@ struct FakePlugPlug {
     void* context = nullptr;
     // The text of the event dispatched last: the address that it came with, not a copy.
     const char* lastData = nullptr;
-    // Called from inside PlugPlugDispatchEvent, before it answers.
+    // Called from inside PlugPlugAddEventListener and PlugPlugDispatchEvent, before they answer.
+    std::function<void()> duringListening;
     std::function<void()> duringDispatch;
 
     // Sends the plug-in's listener a request, as the library does for a panel.

@@ -6,10 +6,9 @@
 #include <cstring>
 
 #include "plugincore/PCILoader.h"
+#include "support/ThrowLikeAnotherCompiler.h"
 
 namespace {
-
-constexpr DWORD kVisualCppException = 0xE06D7363;
 
 std::int32_t Answer(const std::string& entry, const std::string& arguments) {
     const std::int32_t answer = ThePluginCore().calls.Record(entry, arguments);
@@ -17,8 +16,7 @@ std::int32_t Answer(const std::string& entry, const std::string& arguments) {
         during->second();
     }
     if (ThePluginCore().throwingEntry == entry) {
-        const ULONG_PTR parameters[] = {0x19930520, 0, 0, 0};
-        RaiseException(kVisualCppException, EXCEPTION_NONCONTINUABLE, 4, parameters);
+        ThrowLikeAnotherCompiler();
     }
     return answer;
 }

@@ -5,6 +5,7 @@
 
 #include "dialogs/SuppressionWords.h"
 #include "support/fakes/ImportPatch.h"
+#include "support/fakes/MissingPluginCore.h"
 #include "support/ForeignExceptionGuard.h"
 #include "support/RecordingLogSink.h"
 #include "unit/dialogs/WordFile.h"
@@ -149,15 +150,11 @@ TEST_F(DialogSuppressionTest, ExceptionOfThePluginCoreRemovesTheHookAndClosesThe
                              }));
 }
 
-HMODULE WINAPI LoadNothing(LPCSTR) { return nullptr; }
-BOOL WINAPI ListNoProcesses(DWORD*, DWORD, DWORD*) { return FALSE; }
-
 TEST(DialogSuppressionWithoutPluginCoreTest, UsesTheBuiltInWords) {
     sInstalled = 0;
     const ImportPatch setHook("SetWindowsHookExW", AsReplacement(CountSetHook));
     const ImportPatch unhook("UnhookWindowsHookEx", AsReplacement(CountUnhook));
-    const ImportPatch library("LoadLibraryA", AsReplacement(LoadNothing));
-    const ImportPatch processes("K32EnumProcesses", AsReplacement(ListNoProcesses));
+    const MissingPluginCore missing;
     SetupIllustratorDialogSuppression(true);
     EXPECT_EQ(SuppressionWordList().size(), 8u);
     EXPECT_EQ(sInstalled, 1);

@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/fakes/FakePluginCore.h"
-#include "support/fakes/ImportPatch.h"
-
-#include <windows.h>
+#include "support/fakes/MissingPluginCore.h"
 
 namespace {
 
@@ -62,12 +60,8 @@ TEST_F(PluginCoreSettingsTest, SettingsThatArentDeliveredAre0) {
     EXPECT_EQ(Read(R"({"DialogSuppression":2})").dialogSuppression, 0);
 }
 
-HMODULE WINAPI LoadNothing(LPCSTR) { return nullptr; }
-BOOL WINAPI ListNoProcesses(DWORD*, DWORD, DWORD*) { return FALSE; }
-
 TEST(PluginCoreSettingsWithoutPluginCoreTest, Are0) {
-    const ImportPatch library("LoadLibraryA", AsReplacement(LoadNothing));
-    const ImportPatch processes("K32EnumProcesses", AsReplacement(ListNoProcesses));
+    const MissingPluginCore missing;
     EXPECT_EQ(ReadPluginCoreSettings().dialogSuppression, 0);
     EXPECT_EQ(ReadPluginCoreSettings().pickBestMatch, 0);
 }

@@ -1,6 +1,7 @@
 #include "documents/CurrentDocument.h"
 
 #include "documents/DocumentRegistry.h"
+#include "host/HostError.h"
 #include "unit/documents/HostFixture.h"
 
 namespace {
@@ -16,6 +17,43 @@ TEST_F(CurrentDocumentTest, IsNullWhenTheHostDoesNotTell) {
     host.calls.Fail("GetDocument", 1);
     EXPECT_EQ(CurrentDocument(), nullptr);
 }
+
+// --- CurrentDocumentPath --------------------------------------------------------------------------------------------
+
+TEST_F(CurrentDocumentTest, PathIsTheFullOneAsUtf8) {
+    host.currentPath = "C:/Pl\xC3\xA4ne/a.ai";
+    EXPECT_EQ(CurrentDocumentPath(), "C:/Pl\xC3\xA4ne/a.ai");
+    EXPECT_EQ(host.calls.Calls(), (std::vector<std::string>{"GetDocumentFileSpecification()", "GetFullPath(0)",
+                                                            "Destroy()", "DeleteFilePath()"}));
+}
+
+TEST_F(CurrentDocumentTest, PathOfADocumentNeverSavedIsItsBareTitle) {
+    host.currentPath = "Untitled-1";
+    EXPECT_EQ(CurrentDocumentPath(), "Untitled-1");
+}
+
+TEST_F(CurrentDocumentTest, PathIsEmptyWithoutADocument) { EXPECT_EQ(CurrentDocumentPath(), ""); }
+
+TEST_F(CurrentDocumentTest, PathThatTheHostRefusesIsEmptyWhateverItsCode) {
+    host.currentPath = "C:/a.ai";
+    for (const std::int32_t code : {1, -1, 1145393987}) {
+        host.calls.FailAlways("GetDocumentFileSpecification", code);
+        EXPECT_EQ(CurrentDocumentPath(), "") << code;
+    }
+}
+
+TEST_F(CurrentDocumentTest, FailureOfThePathsConversionIsTheHostsErrorObject) {
+    host.currentPath = "C:/a.ai";
+    host.calls.Fail("GetFullPath", 99);
+    try {
+        CurrentDocumentPath();
+        FAIL();
+    } catch (const ai::Error& error) {
+        EXPECT_EQ(error.Code(), 99);
+    }
+}
+
+// --- RefreshRecordedPath --------------------------------------------------------------------------------------------
 
 TEST_F(CurrentDocumentTest, RecordedFullPathIsTakenWithoutAskingTheHost) {
     SetFilePathForDocumentHandle(host.currentDocument, "a/b.ai");

@@ -1,7 +1,9 @@
 #include "documents/FileFormatHook.h"
 
 #include "frame/PluginGlobals.h"
+#include "plugincore/PCILoader.h"
 #include "support/fakes/FakePluginCore.h"
+#include "support/fakes/MissingPluginCore.h"
 #include "unit/documents/HostFixture.h"
 
 namespace {
@@ -78,6 +80,21 @@ TEST_F(FileFormatHookTest, ConversionThatTheHostRefusesIsAnsweredMinus1WithoutAs
 TEST_F(FileFormatHookTest, ExceptionOfThePluginCoreIsAnsweredMinus1) {
     ThePluginCore().throwingEntry = "HandleOpenExistingDocument";
     EXPECT_EQ(Check("C:/a.ai"), -1);
+}
+
+TEST_F(FileFormatHookTest, LibraryThatLacksTheEntryIsAnsweredMinus1AndNothingElseHappens) {
+    PCILoader::GetSharedInstance()->BindEntryPoints(nullptr);
+    EXPECT_EQ(Check("C:/a.ai"), -1);
+    EXPECT_EQ(host.calls.Calls(), (Calls{"GetFullPath(0)", "Destroy()"}));
+    EXPECT_TRUE(RecordedLog().empty());
+}
+
+TEST_F(FileFormatHookTest, WithoutAPluginCoreTheAnswerIsMinus1AndNothingElseHappens) {
+    const MissingPluginCore missing;
+    ThePluginCore().calls.Clear();
+    EXPECT_EQ(Check("C:/a.ai"), -1);
+    EXPECT_EQ(host.calls.Calls(), (Calls{"GetFullPath(0)", "Destroy()"}));
+    EXPECT_TRUE(ThePluginCore().calls.Calls().empty());
 }
 
 // --- AddFileFormat --------------------------------------------------------------------------------------------------

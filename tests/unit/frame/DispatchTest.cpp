@@ -1,6 +1,7 @@
 #include "frame/Dispatch.h"
 
 #include "frame/Suites.h"
+#include "support/ThrowLikeAnotherCompiler.h"
 #include "unit/frame/FrameFixture.h"
 
 namespace {
@@ -60,10 +61,7 @@ TEST_F(DispatchTest, ExceptionOfThePluginCoreIsStoppedAndOurOwnFramesUnwind) {
 }
 
 TEST_F(DispatchTest, ExceptionOfAnotherCompilerOutOfTheHostIsStoppedToo) {
-    host.duringOperation["GetDocumentFileSpecification"] = [] {
-        const ULONG_PTR parameters[] = {0x19930520, 0, 0, 0};
-        RaiseException(0xE06D7363, EXCEPTION_NONCONTINUABLE, 4, parameters);
-    };
+    host.duringOperation["GetDocumentFileSpecification"] = ThrowLikeAnotherCompiler;
     EXPECT_EQ(NotifyOpened(), 0);
     EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
     host.duringOperation.clear();

@@ -251,6 +251,17 @@ TEST_F(IdleTickTest, AnswersOfThePluginCoreDoNotCount) {
     EXPECT_EQ(PluginCoreCalls(), kCheckedWork);
 }
 
+TEST_F(IdleTickTest, CheckThatThrowsEndsTheTickAndIsNotRepeatedByTheNextOne) {
+    ThePluginCore().throwingEntry = "PluginIsEnabled";
+    EXPECT_EQ(Tick(), 0);
+    EXPECT_EQ(PluginCoreCalls(), Calls{"PluginIsEnabled(1, 0)"});
+    EXPECT_EQ(RecordedLog(), (Log{{0, "Unhandled exception in Brightbox plugin."}}));
+    FakeClock::Advance(9);
+    EXPECT_EQ(Tick(), 0);
+    EXPECT_EQ(PluginCoreCalls(), kWork);
+    EXPECT_TRUE(RecordedLog().empty());
+}
+
 TEST_F(IdleTickTest, ListenerIsRegisteredBetweenTheCheckAndTheWorkAndOnlyOnce) {
     const LoadablePlugPlug plugPlug;
     EXPECT_EQ(Tick(), 0);

@@ -1,7 +1,7 @@
 #include "frame/InterfaceMessages.h"
 
 #include "frame/Suites.h"
-#include "plugincore/PCILoader.h"
+#include "support/fakes/MissingPluginCore.h"
 #include "unit/frame/FrameFixture.h"
 
 namespace {
@@ -27,13 +27,6 @@ int WINAPI RecordMessageBoxA(HWND owner, LPCSTR text, LPCSTR caption, UINT style
     return IDOK;
 }
 
-// No PluginCore: no process can be listed and no library of that name lies on the search path of the tests.
-BOOL WINAPI ListNoProcesses(DWORD*, DWORD, DWORD*) { return FALSE; }
-HMODULE WINAPI LoadNothing(LPCSTR) {
-    SetLastError(ERROR_MOD_NOT_FOUND);
-    return nullptr;
-}
-
 class InterfaceMessagesTest : public FrameTest {
   protected:
     InterfaceMessagesTest() { sBoxes.clear(); }
@@ -50,8 +43,7 @@ class InterfaceMessagesTest : public FrameTest {
 
 class WithoutPluginCoreTest : public InterfaceMessagesTest {
   protected:
-    ImportPatch processes{"K32EnumProcesses", AsReplacement(ListNoProcesses)};
-    ImportPatch library{"LoadLibraryA", AsReplacement(LoadNothing)};
+    const MissingPluginCore missing;
 };
 
 TEST_F(WithoutPluginCoreTest, StartupShowsOneBoxWithThePluginsOwnPathAndAnswers0) {

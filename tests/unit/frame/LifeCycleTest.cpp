@@ -1,24 +1,10 @@
 #include "frame/LifeCycle.h"
 
-#include "dialogs/SuppressionWords.h"
-#include "frame/Suites.h"
 #include "host/HostError.h"
-#include "support/ForeignExceptionGuard.h"
-#include "unit/frame/FrameFixture.h"
+#include "support/fakes/MissingPluginCore.h"
+#include "unit/frame/LifeCycleFixture.h"
 
 namespace {
-
-int sHooksInstalled = 0;
-int sHooksRemoved = 0;
-
-HHOOK WINAPI CountSetHook(int, HOOKPROC, HINSTANCE, DWORD) {
-    ++sHooksInstalled;
-    return reinterpret_cast<HHOOK>(0x77);
-}
-BOOL WINAPI CountUnhook(HHOOK) {
-    ++sHooksRemoved;
-    return TRUE;
-}
 
 using Calls = std::vector<std::string>;
 
@@ -56,38 +42,6 @@ Calls Joined(const std::vector<Calls>& parts) {
     }
     return all;
 }
-
-class LifeCycleTest : public FrameTest {
-  protected:
-    LifeCycleTest() {
-        sHooksInstalled = 0;
-        sHooksRemoved = 0;
-        LoadFakePluginCore();
-        // As the dispatch leaves things before it calls an operation.
-        sBasicSuite = host.Basic();
-        AcquireSuites();
-        ClearRecords();
-    }
-
-    std::int32_t CallStartup() {
-        SPInterfaceMessage message{host.MessageData()};
-        const std::int32_t result = StartupPlugin(&message);
-        host.globals = message.d.globals;
-        return result;
-    }
-
-    std::int32_t CallShutdown() {
-        SPMessageData message = host.MessageData();
-        const std::int32_t result = ShutdownPlugin(&message);
-        host.globals = message.globals;
-        return result;
-    }
-
-    static std::string OwnPath() { return FakePluginCorePath(); }
-
-    ImportPatch setHook{"SetWindowsHookExW", AsReplacement(CountSetHook)};
-    ImportPatch unhook{"UnhookWindowsHookEx", AsReplacement(CountUnhook)};
-};
 
 TEST_F(LifeCycleTest, StartupTellsThePluginCoreWhereThePluginIsFirst) {
     ThePluginCore().recordEnabledQueries = true;
@@ -236,100 +190,6 @@ TEST_F(LifeCycleTest, RefusedNotifierDoesNotReachStartupsResult) {
     EXPECT_EQ(sGlobals->idleTimer, host.timer.handle);
 }
 
-TEST_F(LifeCycleTest, ShutdownUndoesStartupInOrder) {
-    CallStartup();
-    ClearRecords();
-    EXPECT_EQ(CallShutdown(), 0);
-
-    EXPECT_EQ(PluginCoreCalls().front(), "TerminatePluginCoreInterface()");
-    EXPECT_EQ(sHooksRemoved, 1);
-    EXPECT_EQ(host.globals, nullptr);
-    EXPECT_EQ(sGlobals, nullptr);
-    EXPECT_EQ(host.LiveBlocks(), 0);
-    EXPECT_TRUE(host.HeldSuites().empty());
-    EXPECT_EQ(host.timer.isActive, 0);
-    ASSERT_EQ(host.calls.Calls().size(), 4u + 98u + 3u);
-    EXPECT_EQ(std::vector<std::string>(host.calls.Calls().begin(), host.calls.Calls().begin() + 5),
-              (std::vector<std::string>{"AcquireSuite('AI Timer Suite', 5)", "GetTimerActive(0x100006001)",
-                                        "SetTimerActive(0x100006001, 0)", "ReleaseSuite('AI Timer Suite', 5)",
-                                        "ReleaseSuite('ATE ApplicationPaint Suite', 1)"}));
-    EXPECT_EQ(std::vector<std::string>(host.calls.Calls().end() - 3, host.calls.Calls().end()),
-              (std::vector<std::string>{"AcquireSuite('SP Blocks Suite', 2)", "FreeBlock()",
-                                        "ReleaseSuite('SP Blocks Suite', 2)"}));
-}
-
-TEST_F(LifeCycleTest, ShutdownLogsItsEntryAtLevel0AndNoExit) {
-    CallStartup();
-    ClearRecords();
-    CallShutdown();
-    EXPECT_EQ(RecordedLog().front(), (RecordedLine{0, "Entering ShutdownPlugin"}));
-    EXPECT_EQ(CountRecorded("Calling RemoveTimers from ShutdownPlugin."), 1);
-    for (const std::string& line : RecordedTexts()) {
-        EXPECT_EQ(line.find("Exiting ShutdownPlugin"), std::string::npos);
-    }
-}
-
-TEST_F(LifeCycleTest, ShutdownTurnsSuppressionOffBeforeItRemovesTheTimers) {
-    CallStartup();
-    ClearRecords();
-    CallShutdown();
-    const std::vector<std::string> lines = RecordedTexts();
-    const auto off = std::find(lines.begin(), lines.end(), "Exiting SetupIllustratorDialogSuppression(0)");
-    const auto timers = std::find(lines.begin(), lines.end(), "Calling RemoveTimers from ShutdownPlugin.");
-    ASSERT_NE(off, lines.end());
-    ASSERT_NE(timers, lines.end());
-    EXPECT_LT(off, timers);
-}
-
-TEST_F(LifeCycleTest, ShutdownReturnsThePluginCoresResult) {
-    CallStartup();
-    ThePluginCore().calls.Fail("TerminatePluginCoreInterface", -5);
-    EXPECT_EQ(CallShutdown(), -5);
-    EXPECT_EQ(host.globals, nullptr);
-}
-
-TEST_F(LifeCycleTest, ShutdownThatCannotGetTheBlocksSuiteReturnsTheHostsCodeAndForgetsTheBlock) {
-    CallStartup();
-    ThePluginCore().calls.Fail("TerminatePluginCoreInterface", -5);
-    host.RefuseSuite("SP Blocks Suite", 123);
-    EXPECT_EQ(CallShutdown(), 123);
-    EXPECT_EQ(CountRecorded("ERROR:  throwing 123."), 1);
-    EXPECT_EQ(host.globals, nullptr);
-    EXPECT_EQ(sGlobals, nullptr);
-}
-
-TEST_F(LifeCycleTest, RefusedFreeingOfTheBlockIsIgnored) {
-    CallStartup();
-    host.calls.Fail("FreeBlock", 8);
-    EXPECT_EQ(CallShutdown(), 0);
-}
-
-TEST_F(LifeCycleTest, TimerThatCannotBeStoppedDoesNotKeepTheRestFromBeingGivenBack) {
-    CallStartup();
-    host.RefuseSuite("AI Timer Suite", 42);
-    EXPECT_EQ(CallShutdown(), 0);
-    EXPECT_EQ(host.globals, nullptr);
-    EXPECT_EQ(host.LiveBlocks(), 0);
-    EXPECT_TRUE(host.HeldSuites().empty());
-}
-
-TEST_F(LifeCycleTest, SecondShutdownReturns0AtOnce) {
-    CallStartup();
-    CallShutdown();
-    ClearRecords();
-    EXPECT_EQ(CallShutdown(), 0);
-    EXPECT_EQ(RecordedTexts(), std::vector<std::string>{"Entering ShutdownPlugin"});
-    EXPECT_TRUE(host.calls.Calls().empty());
-    EXPECT_TRUE(PluginCoreCalls().empty());
-}
-
-TEST_F(LifeCycleTest, ShutdownAppendsTheSuppressionWordsAgain) {
-    CallStartup();
-    EXPECT_EQ(SuppressionWordList().size(), 8u);
-    CallShutdown();
-    EXPECT_EQ(SuppressionWordList().size(), 16u);
-}
-
 TEST_F(LifeCycleTest, PluginCoreLearnsThePathBeforeTheHostIsAskedForAnything) {
     std::size_t hostCalls = 99;
     ThePluginCore().duringEntry["InitializePluginCoreInterface"] = [&] { hostCalls = host.calls.Calls().size(); };
@@ -345,58 +205,6 @@ TEST_F(LifeCycleTest, SuppressionIsSetUpAfterTheFileFormatAndWithinTheBlocksSuit
     EXPECT_EQ(hostCalls, Joined({kBlocks, kMenus, kMenusDone, kNotifiers, kFileFormat}));
 }
 
-TEST_F(LifeCycleTest, SuitesAreReleasedAfterTheTimer) {
-    CallStartup();
-    int timerLines = 0;
-    host.duringOperation["ReleaseSuite"] = [&] {
-        timerLines = std::max(timerLines, CountRecorded("Calling RemoveTimers from ShutdownPlugin.") == 1 ? 1 : -1);
-        EXPECT_EQ(CountRecorded("Calling RemoveTimers from ShutdownPlugin."), 1);
-        EXPECT_EQ(host.timer.isActive, 0);
-    };
-    CallShutdown();
-    EXPECT_EQ(timerLines, 1);
-}
-
-// What the C runtime was given back; whoever frees a block must not allocate to say so.
-const void* sWatchedBlock = nullptr;
-bool sWatchedBlockWasFreed = false;
-void (*sRealFree)(void*) = nullptr;
-
-void WatchFree(void* block) {
-    if (block != nullptr && block == sWatchedBlock) {
-        sWatchedBlockWasFreed = true;
-    }
-    sRealFree(block);
-}
-
-TEST_F(LifeCycleTest, ShutdownDeletesTheTextOfTheGlobals) {
-    CallStartup();
-    sWatchedBlock = sGlobals->text;
-    const ImportPatch freePatch("free", AsReplacement(WatchFree));
-    sRealFree = freePatch.Original<void (*)(void*)>();
-    CallShutdown();
-    EXPECT_TRUE(sWatchedBlockWasFreed);
-}
-
-TEST_F(LifeCycleTest, PluginCoreThatThrowsAtShutdownDoesNotKeepTheRestFromBeingGivenBack) {
-    for (const char* entry : {"TerminatePluginCoreInterface", "GetSettings"}) {
-        sHooksRemoved = 0;
-        CallStartup();
-        ThePluginCore().throwingEntry = entry;
-        SPMessageData message = host.MessageData();
-        EXPECT_THROW(ShutdownPlugin(&message), ForeignException) << entry;
-        ThePluginCore().throwingEntry.clear();
-        EXPECT_EQ(message.globals, nullptr);
-        EXPECT_EQ(sGlobals, nullptr);
-        EXPECT_EQ(sHooksRemoved, 1);
-        EXPECT_EQ(host.LiveBlocks(), 0);
-        EXPECT_TRUE(host.HeldSuites().empty());
-        EXPECT_TRUE(HasShutDown());
-        host.globals = nullptr;
-        AcquireSuites();
-    }
-}
-
 TEST_F(LifeCycleTest, AboutHandsTheFullPathAndAZeroedBufferToThePluginCore) {
     host.currentPath = "C:/Arbeit/Pl\xC3\xA4ne.ai";
     ThePluginCore().calls.Fail("InvokeCommandDialog", 17);
@@ -404,6 +212,24 @@ TEST_F(LifeCycleTest, AboutHandsTheFullPathAndAZeroedBufferToThePluginCore) {
     EXPECT_EQ(AboutPlugin(&message), 17);
     EXPECT_EQ(PluginCoreCalls(),
               std::vector<std::string>{"InvokeCommandDialog('C:/Arbeit/Pl\xC3\xA4ne.ai', 256 zeros)"});
+    EXPECT_EQ(RecordedLog().front(), (RecordedLine{1, "Entering AboutPlugin"}));
+    EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "Exiting AboutPlugin"}));
+}
+
+TEST_F(LifeCycleTest, AboutWithALibraryThatLacksTheDialogAnswers0) {
+    PCILoader::GetSharedInstance()->BindEntryPoints(nullptr);
+    SPMessageData message = host.MessageData();
+    EXPECT_EQ(AboutPlugin(&message), 0);
+    EXPECT_EQ(RecordedLog().front(), (RecordedLine{1, "Entering AboutPlugin"}));
+    EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "Exiting AboutPlugin"}));
+}
+
+TEST_F(LifeCycleTest, AboutWithoutAnyLibraryAnswers0) {
+    const MissingPluginCore missing;
+    ClearRecords();
+    SPMessageData message = host.MessageData();
+    EXPECT_EQ(AboutPlugin(&message), 0);
+    EXPECT_TRUE(PluginCoreCalls().empty());
     EXPECT_EQ(RecordedLog().front(), (RecordedLine{1, "Entering AboutPlugin"}));
     EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "Exiting AboutPlugin"}));
 }

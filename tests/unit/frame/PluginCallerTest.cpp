@@ -1,6 +1,7 @@
 #include "frame/PluginCaller.h"
 
 #include "menus/MenuItemRegistry.h"
+#include "support/fakes/MissingPluginCore.h"
 #include "support/Log.h"
 #include "unit/frame/FrameFixture.h"
 
@@ -88,15 +89,52 @@ TEST_F(PluginCallerTest, UnknownCallerDoesNothingAndSaysSo) {
     EXPECT_EQ(lines, Framed("AI Nobody", "AI Go", &last.d, 0, {expected}));
 }
 
-TEST_F(PluginCallerTest, IncompleteMenuDescriptionCostsTheUpdateAndNotTheHost) {
-    last.menuItem = host.menus.Add("Fonts");
-    ThePluginCore().replies["GetMenus"] = "{}";
-    AIMenuMessage message{host.MessageData(), last.menuItem};
+class FaultyMenuDescriptionTest : public PluginCallerTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(FaultyMenuDescriptionTest, CostsTheUpdateAndNotTheHostAndTheNextUpdateIsHandled) {
+    AIMenuMessage message{host.MessageData(), host.menus.Add("Fonts")};
+    MenuItemID(message.menuItem) = "a";
+    ThePluginCore().replies["GetMenus"] = GetParam();
     EXPECT_EQ(Send("AI Menu", "AI Update", &message.d), 0);
     EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
     EXPECT_EQ(host.calls.Calls().back(), "ReleaseSuite('AI Menu Suite', 11)");
+    EXPECT_EQ(host.calls.Count("CheckItem"), 0);
     EXPECT_EQ(host.LiveStrings(), 0);
+
+    ClearRecords();
+    ThePluginCore().replies["GetMenus"] = R"({"id":"a","title":"Fonts","child":null,"enabled":true,"checked":true})";
+    EXPECT_EQ(Send("AI Menu", "AI Update", &message.d), 0);
+    EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 0);
+    EXPECT_THAT(host.calls.Calls(), testing::Contains("CheckItem(" + Address(message.menuItem) + ", 1)"));
 }
+
+INSTANTIATE_TEST_SUITE_P(Descriptions, FaultyMenuDescriptionTest,
+                         testing::Values("{}", R"({"id":"a","title":"Fonts","child":null,"enabled":1,"checked":true})",
+                                         R"({"id":"a","title":"Fonts","child":null,"enabled":true,"checked":"true"})",
+                                         R"({"id":"a","title":"Fonts","child":null,"enabled":true,"checked":null})",
+                                         R"({"id":"a","title":"\ud800","child":null})",
+                                         R"([{"id":"\ud800","title":"Fonts","child":null}])"));
+
+class MenuMessageWithoutPluginCoreTest : public PluginCallerTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(MenuMessageWithoutPluginCoreTest, CostsTheMessageAndNotTheHostAndTheNextMessageIsHandled) {
+    AIMenuMessage message{host.MessageData(), host.menus.Add("Fonts")};
+    {
+        const MissingPluginCore missing;
+        ClearRecords();
+        EXPECT_EQ(Send("AI Menu", GetParam(), &message.d), 0);
+        EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
+        EXPECT_TRUE(PluginCoreCalls().empty());
+        EXPECT_EQ(host.LiveStrings(), 0);
+    }
+    LoadFakePluginCore();
+    ClearRecords();
+    EXPECT_EQ(Send("AI Menu", GetParam(), &message.d), 0);
+    EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 0);
+    EXPECT_FALSE(PluginCoreCalls().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Selectors, MenuMessageWithoutPluginCoreTest, testing::Values("AI Go", "AI Update"));
 
 TEST_F(PluginCallerTest, RefusedMenuSuiteCostsTheUpdateAndNotTheHost) {
     host.RefuseSuite("AI Menu Suite", 42);

@@ -16,6 +16,7 @@ using Calls = std::vector<std::string>;
 
 constexpr std::uint32_t kMorning = 1700000000;
 constexpr std::size_t kDocuments = 10;
+constexpr std::size_t kOpened = 8;  // the others are new
 
 struct Document {
     AIDocumentHandle handle;
@@ -23,8 +24,13 @@ struct Document {
     std::string font;
 };
 
-std::string Report(const std::string& font, const std::string& linked) {
-    return R"({"DocumentFonts":[{"PostScriptName":")" + font + R"("}],"LinkedDocuments":[")" + linked + R"("]})";
+std::string Report(const Document& document) {
+    return R"({"DocumentFonts":[{"PostScriptName":")" + document.font + R"("}],"LinkedDocuments":["linked to )" +
+           document.font + R"("]})";
+}
+
+std::string SaveCall(const Document& document) {
+    return "HandleSaveDocument('" + document.path + "', '" + Report(document) + "')";
 }
 
 class WorkingDayTest : public FrameTest {
@@ -40,8 +46,7 @@ class WorkingDayTest : public FrameTest {
         };
         for (std::size_t n = 0; n < kDocuments; ++n) {
             documents[n] = {reinterpret_cast<AIDocumentHandle>(0x00000002D0C00010 + 16 * n),
-                            (folder.Path() / ("document" + std::to_string(n) + ".ai")).string(),
-                            "Font-" + std::to_string(n)};
+                            PathOf("document" + std::to_string(n)), "Font-" + std::to_string(n)};
         }
     }
 
@@ -80,9 +85,14 @@ class WorkingDayTest : public FrameTest {
         Notify(&PluginGlobals::documentChanged, "AI Document Changed Notifier", document);
     }
     void Save(const Document& document) {
-        WriteFileWithTime(document.path, kMorning + 60);
-        MakeCurrent(document);
+        Write(document);
         Notify(&PluginGlobals::documentSaved, "AI Command Notifier: After Save", document);
+    }
+    // From now on the document has this path.
+    void SaveAs(Document& document, const std::string& path) {
+        document.path = path;
+        Write(document);
+        Notify(&PluginGlobals::documentSavedAs, "AI Command Notifier: After Save As", document);
     }
     void Close(const Document& document) {
         MakeCurrent(document);
@@ -92,6 +102,12 @@ class WorkingDayTest : public FrameTest {
         host.placedFiles.clear();
         Notify(&PluginGlobals::documentClosed, "AI Document Closed Notifier", document);
     }
+
+    void Write(const Document& document) {
+        WriteFileWithTime(document.path, kMorning + 60);
+        MakeCurrent(document);
+    }
+    std::string PathOf(const std::string& name) const { return (folder.Path() / (name + ".ai")).string(); }
 
     // What the host sends all the time: a tick, an update of the menu, and a choice.
     void Pause() {
@@ -121,6 +137,75 @@ class WorkingDayTest : public FrameTest {
         return calls;
     }
 
+    // Eight documents are opened, two are new.
+    void OpenOrCreateAll() {
+        for (std::size_t n = 0; n < kOpened; ++n) {
+            Open(documents[n]);
+            Pause();
+        }
+        Create(documents[8], "Untitled-1");
+        Create(documents[9], "Untitled-2");
+        Pause();
+        // From the check and again from the opened document.
+        EXPECT_EQ(CallsOf("HandleOpenExistingDocument").size(), 2 * kOpened);
+        EXPECT_EQ(CallsOf("HandleCreateNewDocument").size(), kDocuments - kOpened);
+    }
+    void EditAll() {
+        for (Document& document : documents) {
+            Edit(document);
+            Pause();
+        }
+        EXPECT_EQ(DocumentRegistrySize(), kDocuments);
+    }
+    // Two of those that were opened, and both new ones.
+    static bool GetsAnotherPath(std::size_t n) { return n == 2 || n == 6 || n >= kOpened; }
+    void SaveAll() {
+        Calls reported;
+        for (std::size_t n = 0; n < kDocuments; ++n) {
+            if (GetsAnotherPath(n)) {
+                SaveAs(documents[n], PathOf("renamed" + std::to_string(n)));
+            } else {
+                Save(documents[n]);
+            }
+            Pause();
+            reported.push_back(SaveCall(documents[n]));
+        }
+        EXPECT_EQ(CallsOf("HandleSaveDocument"), reported);
+        EXPECT_EQ(CountRecorded("...afterSaveNotifier"), 6);
+        EXPECT_EQ(CountRecorded("...afterSaveAsNotifier"), 4);
+    }
+    // What the PluginCore is told when the document is closed. Nothing about a new one: no path of it was recorded.
+    void AddCallsOfClosing(std::size_t n, Calls& saved, Calls& closed) const {
+        if (n >= kOpened) {
+            return;
+        }
+        std::string report;
+        // What got another path has not been written any more where it was opened.
+        if (!GetsAnotherPath(n)) {
+            saved.push_back(SaveCall(documents[n]));
+            report = Report(documents[n]);
+        }
+        closed.push_back("HandleCloseDocument('" + PathOf("document" + std::to_string(n)) + "', '" + report + "')");
+    }
+    void CloseAll(const std::map<std::string, int>& heldAtRest) {
+        ThePluginCore().calls.Clear();
+        Calls saved;
+        Calls closed;
+        for (const std::size_t n : {3u, 7u, 8u, 0u, 4u, 9u, 1u, 6u, 2u, 5u}) {
+            Close(documents[n]);
+            Pause();
+            AddCallsOfClosing(n, saved, closed);
+            ExpectNothingOut();
+            EXPECT_EQ(host.HeldSuites(), heldAtRest);
+        }
+        EXPECT_EQ(CallsOf("HandleSaveDocument"), saved);
+        EXPECT_EQ(CallsOf("HandleCloseDocument"), closed);
+        EXPECT_EQ(CallsOf("ActivateChosenFonts"), Calls{});
+        EXPECT_EQ(CallsOf("HandleMenuSelection").size(), kDocuments);
+        EXPECT_EQ(CallsOf("IdleEvent").size(), kDocuments);
+        EXPECT_EQ(DocumentRegistrySize(), 0u);
+    }
+
     const TemporaryFolder folder;
     const FakeClock clock{kMorning};
     const LoadablePlugPlug plugPlug;
@@ -134,54 +219,10 @@ TEST_F(WorkingDayTest, EndsWithNothingLeft) {
     const std::map<std::string, int> heldAtRest = host.HeldSuites();
     EXPECT_EQ(heldAtRest.size(), 98u);
 
-    // Eight documents are opened, two are new; of those the second one is never saved.
-    for (std::size_t n = 0; n < 8; ++n) {
-        Open(documents[n]);
-        Pause();
-    }
-    const std::string savedPath = documents[8].path;
-    Create(documents[8], "Untitled-1");
-    Create(documents[9], "Untitled-2");
-    Pause();
-    for (Document& document : documents) {
-        Edit(document);
-        Pause();
-    }
-    EXPECT_EQ(DocumentRegistrySize(), kDocuments);
-    // From the check and again from the opened document.
-    EXPECT_EQ(CallsOf("HandleOpenExistingDocument").size(), 2u * 8u);
-    EXPECT_EQ(CallsOf("HandleCreateNewDocument").size(), 2u);
-    for (const std::size_t n : {1u, 3u, 5u}) {
-        Save(documents[n]);
-        Pause();
-    }
-    documents[8].path = savedPath;
-    Save(documents[8]);
-
-    ThePluginCore().calls.Clear();
-    Calls saved;
-    Calls closed;
-    for (const std::size_t n : {3u, 7u, 8u, 0u, 4u, 9u, 1u, 6u, 2u, 5u}) {
-        Close(documents[n]);
-        Pause();
-        const bool wasWritten = n == 1 || n == 3 || n == 5;
-        const std::string report = Report(documents[n].font, "linked to " + documents[n].font);
-        if (wasWritten) {
-            saved.push_back("HandleSaveDocument('" + documents[n].path + "', '" + report + "')");
-        }
-        // Of the new documents the host has told no path that was recorded.
-        if (n < 8) {
-            closed.push_back("HandleCloseDocument('" + documents[n].path + "', '" + (wasWritten ? report : "") + "')");
-        }
-        ExpectNothingOut();
-        EXPECT_EQ(host.HeldSuites(), heldAtRest);
-    }
-    EXPECT_EQ(CallsOf("HandleSaveDocument"), saved);
-    EXPECT_EQ(CallsOf("HandleCloseDocument"), closed);
-    EXPECT_EQ(CallsOf("ActivateChosenFonts"), Calls{});
-    EXPECT_EQ(CallsOf("HandleMenuSelection").size(), kDocuments);
-    EXPECT_EQ(CallsOf("IdleEvent").size(), kDocuments);
-    EXPECT_EQ(DocumentRegistrySize(), 0u);
+    OpenOrCreateAll();
+    EditAll();
+    SaveAll();
+    CloseAll(heldAtRest);
     EXPECT_EQ(RegisteredMenuItems().size(), 1u);
     EXPECT_EQ(ThePlugPlug().calls.Count("LoadLibraryW"), 1);
 

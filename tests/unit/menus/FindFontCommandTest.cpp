@@ -122,6 +122,15 @@ TEST_F(FindFontCommandTest, HostWithoutItemsIsExaminedAndWarnedOf) {
     EXPECT_EQ(RecordedLog(), CacheLog({Examining(0), "WARNING:  never found menuPluginRef 0x22220000"}));
 }
 
+TEST_F(FindFontCommandTest, CountThatFailsIs0WhateverItSays) {
+    AddCommand();
+    host.calls.Fail("CountMenuItems", 1);
+    CacheFindFontMenuItem();
+    ExpectKnown(nullptr, nullptr);
+    EXPECT_EQ(host.calls.Count("GetNthMenuItem"), 0);
+    EXPECT_EQ(RecordedLog(), CacheLog({Examining(0), "WARNING:  never found menuPluginRef 0x22220000"}));
+}
+
 TEST_F(FindFontCommandTest, ItemsWithoutAHandleArePassedOver) {
     host.menus.items.push_back({nullptr, "Nothing", kKey, owner});
     const AIMenuItemHandle item = AddCommand();
@@ -206,7 +215,8 @@ TEST_P(ThrowingHostTest, ThrowsIntoNobodyAndBothSuitesGoBack) {
     AddCommand();
     host.duringOperation[GetParam()] = [] { throw ai::Error(5); };
     EXPECT_NO_THROW(CacheFindFontMenuItem());
-    EXPECT_EQ(globals.findFontItem, nullptr);
+    // Stored before the items are searched.
+    ExpectKnown(std::string(GetParam()) == "GetNamedPlugin" ? nullptr : owner, nullptr);
     EXPECT_EQ(host.calls.Count("ReleaseSuite"), 2);
 }
 
@@ -292,6 +302,18 @@ TEST_F(DisplayFindFontTest, FallbackIsSentToItsOwnOwner) {
                 testing::Contains("SendMessage(0x133330000, 'AI Menu', 'AI Go', item 0x100005001, set up)"));
 }
 
+TEST_F(DisplayFindFontTest, FallbackWhoseOwnerTheHostDoesNotTellIsSentToNobodyAndTheNextRequestSearchesAgain) {
+    const AIMenuItemHandle item = host.menus.Add("Elsewhere", kKey, stranger);
+    host.calls.FailAlways("GetMenuItemPlugin", 1);
+    DisplayFindFontDialog();
+    ExpectKnown(nullptr, item);
+    EXPECT_EQ(CountRecorded(FoundByKey(0, "0x00005001", "0x00000000", "Elsewhere")), 1);
+    DisplayFindFontDialog();
+    EXPECT_EQ(CountRecorded("Entering CacheFindFontMenuItem()"), 2);
+    EXPECT_EQ(host.calls.Count("SetupMessageData"), 0);
+    EXPECT_EQ(host.calls.Count("SendMessage"), 0);
+}
+
 TEST_F(DisplayFindFontTest, WithoutTheOwnerNothingIsSentAndTheNextRequestSearchesAgain) {
     host.plugins.named.clear();
     DisplayFindFontDialog();
@@ -325,6 +347,14 @@ TEST_F(DisplayFindFontTest, MessageThatTheHostDoesNotSendIsLogged) {
     host.calls.Fail("SendMessage", 23);
     DisplayFindFontDialog();
     EXPECT_EQ(host.calls.Calls(), kSent);
+    EXPECT_EQ(RecordedLog(), DisplayLog({"Error 23 on attempt to display find-font dialog"}));
+}
+
+TEST_F(DisplayFindFontTest, CodeOfTheHostCountsMoreThanTheAnswerOfTheOwner) {
+    Know();
+    host.calls.Fail("SendMessage", 23);
+    host.plugins.messageResult = -17;
+    DisplayFindFontDialog();
     EXPECT_EQ(RecordedLog(), DisplayLog({"Error 23 on attempt to display find-font dialog"}));
 }
 

@@ -1,55 +1,12 @@
 #include "menus/MenuMessages.h"
 
-#include <stdexcept>
-
-#include "menus/MenuItemRegistry.h"
 #include "menus/MenuTree.h"
-#include "unit/menus/MenuFixture.h"
+#include "unit/menus/MenuMessagesFixture.h"
 
 namespace {
 
 using Calls = std::vector<std::string>;
 using Log = std::vector<RecordedLine>;
-
-std::string ItemJson(const std::string& id, const std::string& title, const char* enabled = "true",
-                     const char* checked = "false", const std::string& child = "null") {
-    return R"({"id":")" + id + R"(","title":")" + title + R"(","enabled":)" + enabled + R"(,"checked":)" + checked +
-           R"(,"child":)" + child + "}";
-}
-
-class MenuMessagesTest : public MenuTest {
-  protected:
-    MenuMessagesTest() { host.currentPath = "C:/Pl\xC3\xA4ne/a.ai"; }
-
-    // An item of the plug-in's with this text, registered under the identifier; its handle.
-    AIMenuItemHandle Register(const std::string& text, const std::string& id) {
-        const AIMenuItemHandle handle = host.menus.Add(text, {}, host.plugin);
-        MenuItemID(handle) = id;
-        return handle;
-    }
-    static void Describe(const std::string& json) { ThePluginCore().replies["GetMenus"] = json; }
-
-    std::int32_t Update(AIMenuItemHandle item) {
-        AIMenuMessage message{host.MessageData(), item};
-        return updateMenuItem(&message);
-    }
-    std::int32_t Go(AIMenuItemHandle item) {
-        AIMenuMessage message{host.MessageData(), item};
-        return GoMenuItem(&message);
-    }
-
-    // What the host was asked about menu items after the message's text was fetched.
-    Calls Marks() const {
-        Calls marks;
-        for (const std::string& call : host.calls.Calls()) {
-            if (call.starts_with("EnableItem(") || call.starts_with("DisableItem(") || call.starts_with("CheckItem(")) {
-                marks.push_back(call);
-            }
-        }
-        return marks;
-    }
-    static const std::string& Selection() { return PluginCoreCalls().back(); }
-};
 
 // --- updateMenuItem -------------------------------------------------------------------------------------------------
 
@@ -189,63 +146,6 @@ TEST_F(MenuMessagesTest, ItemThatTheHostRefusedHasNothingToBeMarked) {
     Describe("[" + ItemJson("refused", "Refused") + "," + ItemJson("a", "Fonts") + "]");
     Update(item);
     EXPECT_EQ(Marks(), (Calls{"EnableItem(0x100005001)", "CheckItem(0x100005001, 0)"}));
-}
-
-class UnusableDescriptionTest : public MenuMessagesTest, public testing::WithParamInterface<const char*> {};
-
-TEST_P(UnusableDescriptionTest, ChangesNothing) {
-    const AIMenuItemHandle item = Register("Fonts", "a");
-    Describe(GetParam());
-    EXPECT_EQ(Update(item), 0);
-    EXPECT_EQ(Marks(), Calls{});
-    EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "updateMenuItem returning 0"}));
-}
-
-INSTANTIATE_TEST_SUITE_P(Texts, UnusableDescriptionTest,
-                         testing::Values("", "{", "[]", "[1,2]", "17", "\"Fonts\"", "{\"id\":\"\xFF\"}",
-                                         "[{\"id\":\"b\",\"title\":\"Sets\",\"child\":[]}]"));
-
-TEST_F(MenuMessagesTest, RootThatIsNoObjectIsLogged) {
-    const AIMenuItemHandle item = Register("Fonts", "a");
-    Describe("17");
-    Update(item);
-    EXPECT_EQ(CountRecorded("The root element is not an object."), 1);
-    EXPECT_EQ(CountRecorded("Exiting GetMenuObject(..., Fonts, ...) with result 67108864"), 1);
-}
-
-// An item that the update meets and that lacks something.
-class IncompleteItemTest : public MenuMessagesTest, public testing::WithParamInterface<const char*> {
-  protected:
-    std::string Thrown(AIMenuItemHandle item) {
-        try {
-            Update(item);
-        } catch (const std::out_of_range& exception) {
-            return exception.what();
-        }
-        return "nothing";
-    }
-};
-
-TEST_P(IncompleteItemTest, AbandonsTheUpdateAndTheSuiteGoesBack) {
-    const AIMenuItemHandle item = Register("Fonts", "a");
-    Describe(GetParam());
-    EXPECT_EQ(Thrown(item), "invalid map<K, T> key");
-    EXPECT_EQ(host.calls.Count("CheckItem"), 0);
-    EXPECT_EQ(host.calls.Calls().back(), "ReleaseSuite('AI Menu Suite', 11)");
-    EXPECT_EQ(CountRecorded("updateMenuItem returning 0"), 0);
-}
-
-INSTANTIATE_TEST_SUITE_P(Descriptions, IncompleteItemTest,
-                         testing::Values(R"({"id":"a","child":null})", R"({"id":"a","title":"Fonts"})",
-                                         R"({"title":"Fonts","child":null})",
-                                         R"({"id":"a","title":"Fonts","child":null,"checked":true})",
-                                         R"({"id":"a","title":"Fonts","child":null,"enabled":true})"));
-
-TEST_F(MenuMessagesTest, ItemWithoutACheckMarkIsEnabledBeforeTheUpdateIsAbandoned) {
-    const AIMenuItemHandle item = Register("Fonts", "a");
-    Describe(R"({"id":"a","title":"Fonts","child":null,"enabled":true})");
-    EXPECT_THROW(Update(item), std::out_of_range);
-    EXPECT_EQ(Marks(), Calls{"EnableItem(0x100005001)"});
 }
 
 TEST_F(MenuMessagesTest, RefusedMenuSuiteIsThrownAsTheHostsCode) {

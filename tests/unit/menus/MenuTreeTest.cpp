@@ -1,86 +1,10 @@
 #include "menus/MenuTree.h"
 
-#include "frame/SuiteOperations.h"
-#include "host/HostError.h"
-#include "host/MenuSuite.h"
-#include "menus/MenuItemRegistry.h"
-#include "support/fakes/MemoryRunningOut.h"
-#include "unit/menus/MenuFixture.h"
+#include "unit/menus/MenuTreeFixture.h"
 
 namespace {
 
 using Calls = std::vector<std::string>;
-using Log = std::vector<RecordedLine>;
-
-constexpr std::uint64_t kFirstHandle = 0x100005001;
-
-// What the PluginCore passes for one item.
-struct Item {
-    const char* id = "id";
-    const char* label = "Label";
-    const char* itemText = "Text";
-    std::uint8_t checked = 0;
-    std::uint8_t enabled = 1;
-    std::uint8_t hasSubMenu = 0;
-    const char* parentID = nullptr;
-};
-
-// What one call of the callback did.
-struct Outcome {
-    std::int32_t result = -1;
-    Log log;
-    Calls calls;
-};
-
-class MenuTreeTest : public MenuTest {
-  protected:
-    std::int32_t AddAll() {
-        SPInterfaceMessage startup{host.MessageData()};
-        return AddAllQuorvelMenuItems(&startup);
-    }
-
-    // Has the PluginCore add an item, and tells what that did; what surrounds it is left out.
-    Outcome Add(const Item& item) {
-        Outcome outcome;
-        ThePluginCore().duringEntry["CreateMenusFromJSONBuffer"] = [&] {
-            host.calls.Clear();
-            ClearRecordedLog();
-            outcome.result = CallBack(item);
-            outcome.log = RecordedLog();
-            outcome.calls = host.calls.Calls();
-            context = Shown(ThePluginCore().menuContext);
-        };
-        AddAll();
-        return outcome;
-    }
-
-    static std::int32_t CallBack(const Item& item) {
-        return ThePluginCore().menuCallback(item.id, item.label, item.itemText, item.checked, item.enabled,
-                                            item.hasSubMenu, item.parentID, ThePluginCore().menuContext);
-    }
-
-    // The lines of one call with `inner` in between.
-    Log Framed(const std::string& arguments, const Calls& inner) const {
-        Log lines = {{1, "Entering AddIllustratorMenu(" + arguments + ", " + context + ")"}};
-        for (const std::string& line : inner) {
-            lines.push_back({0, line});
-        }
-        lines.push_back({-1, "Exiting AddIllustratorMenu()"});
-        return lines;
-    }
-    Log Framed(const Calls& inner) const {
-        return Framed("id='id', label='Label', checked=0, enabled=1, parentID=(null)", inner);
-    }
-
-    static std::string CallingLine(const std::string& label, const std::string& group, const std::string& text,
-                                   const std::string& options, const std::string& handle) {
-        return "Calling AddMenuItem(SPPluginRef=0x11110000, itemKeyWithIllegalCharsRemoved='" + label +
-               "', menuData.groupName='" + group + "', menuData.itemText='" + text + "', options=" + options +
-               ", pMenuItem=" + handle;
-    }
-
-    std::string context;
-};
 
 // --- AddAllQuorvelMenuItems -----------------------------------------------------------------------------------------
 
@@ -125,6 +49,13 @@ TEST_F(MenuTreeTest, FailureToFetchTheDescriptionHandsAnEmptyOneOn) {
     ThePluginCore().calls.Fail("GetMenus", 9);
     EXPECT_EQ(AddAll(), 0);
     EXPECT_EQ(PluginCoreCalls(), (Calls{"GetMenus('', 4096 zeros, 4096)", "CreateMenusFromJSONBuffer('')"}));
+}
+
+TEST_F(MenuTreeTest, WhatAFailingFetchLeftInTheBufferIsHandedOnAllTheSame) {
+    ThePluginCore().replies["GetMenus"] = "left behind";
+    ThePluginCore().calls.Fail("GetMenus", 9);
+    EXPECT_EQ(AddAll(), 0);
+    EXPECT_EQ(PluginCoreCalls(), (Calls{"GetMenus('', 4096 zeros, 4096)", "CreateMenusFromJSONBuffer('left behind')"}));
 }
 
 TEST_F(MenuTreeTest, DescriptionThatFillsTheWholeBufferIsHandedBackWhole) {
@@ -236,71 +167,6 @@ TEST_F(MenuTreeTest, ItemsOfOneDescriptionAreAllRegistered) {
               (MenuItemMap{{kFirstHandle, "top"}, {kFirstHandle + 1, "child"}, {kFirstHandle + 2, "line"}}));
 }
 
-// --- AddIllustratorMenu: duplicates ---------------------------------------------------------------------------------
-
-TEST_F(MenuTreeTest, TopLevelLabelThatIsAKeyAlreadyIsRefusedAfterOneLinePerEqualItem) {
-    host.menus.Add("Fonts", "Label");
-    host.menus.Add("Other", "Another");
-    host.menus.Add("Fonts again", "Label");
-    const Outcome outcome = Add({});
-    EXPECT_EQ(outcome.result, 0x9000000);
-    EXPECT_EQ(outcome.calls,
-              (Calls{"CountMenuItems()", "GetNthMenuItem(0)", "GetMenuItemKeyboardShortcutDictionaryKey(0x100005001)",
-                     "GetNthMenuItem(1)", "GetMenuItemKeyboardShortcutDictionaryKey(0x100005002)", "GetNthMenuItem(2)",
-                     "GetMenuItemKeyboardShortcutDictionaryKey(0x100005003)"}));
-    const std::string line = "Error: 'Label' menu item already present.";
-    EXPECT_EQ(outcome.log, Framed({line, line}));
-    EXPECT_TRUE(RegisteredMenuItems().empty());
-}
-
-TEST_F(MenuTreeTest, DuplicateIsRefusedWhereverItStands) {
-    host.menus.Add("Other", "Another");
-    host.menus.Add("Fonts", "Label");
-    EXPECT_EQ(Add({}).result, 0x9000000);
-    EXPECT_EQ(host.calls.Count("AddMenuItem"), 0);
-}
-
-TEST_F(MenuTreeTest, KeysAreComparedByteForByte) {
-    for (const char* key : {"label", "Labe", "Label ", "LABEL", ""}) {
-        host.menus.Add("Item", key);
-    }
-    EXPECT_EQ(Add({}).result, 0);
-    EXPECT_EQ(host.calls.Count("AddMenuItem"), 1);
-}
-
-TEST_F(MenuTreeTest, TextOfAnItemIsNoKey) {
-    host.menus.Add("Label", "Another");
-    EXPECT_EQ(Add({}).result, 0);
-}
-
-TEST_F(MenuTreeTest, ItemWithoutAKeyIsNoDuplicate) {
-    host.menus.Add("Item");
-    EXPECT_EQ(Add({}).result, 0);
-    EXPECT_EQ(Add({.label = ""}).result, 0);
-}
-
-TEST_F(MenuTreeTest, IndicesWhereTheHostFailsArePassedOver) {
-    host.menus.Add("A", "Label");
-    host.menus.Add("B", "Label");
-    host.menus.Add("C", "Another");
-    host.calls.Fail("GetNthMenuItem", 1, 1);
-    host.calls.Fail("GetMenuItemKeyboardShortcutDictionaryKey", 1, 1);
-    const Outcome outcome = Add({});
-    EXPECT_EQ(outcome.result, 0);
-    EXPECT_EQ(Calls(outcome.calls.begin(), outcome.calls.begin() + 6),
-              (Calls{"CountMenuItems()", "GetNthMenuItem(0)", "GetNthMenuItem(1)",
-                     "GetMenuItemKeyboardShortcutDictionaryKey(0x100005002)", "GetNthMenuItem(2)",
-                     "GetMenuItemKeyboardShortcutDictionaryKey(0x100005003)"}));
-}
-
-TEST_F(MenuTreeTest, ItemsThatCannotBeCountedAreNotLookedAt) {
-    host.menus.Add("A", "Label");
-    host.calls.Fail("CountMenuItems", 1);
-    const Outcome outcome = Add({});
-    EXPECT_EQ(outcome.result, 0);
-    EXPECT_EQ(outcome.calls[1], "Initialize('Text', 1)");
-}
-
 // --- AddIllustratorMenu: slashes ------------------------------------------------------------------------------------
 
 TEST_F(MenuTreeTest, SlashesOfTheLabelAreReplacedInTheLogAloneAndTheKeyStaysNull) {
@@ -330,82 +196,6 @@ TEST_F(MenuTreeTest, DuplicateIsFoundByTheLabelAsItIsAndReplacesNothing) {
     EXPECT_EQ(outcome.result, 0x9000000);
     EXPECT_EQ(outcome.log, Framed("id='id', label='a/b', checked=0, enabled=1, parentID=(null)",
                                   {"Error: 'a/b' menu item already present."}));
-}
-
-// --- AddIllustratorMenu: refusals -----------------------------------------------------------------------------------
-
-TEST_F(MenuTreeTest, RefusedItemIsRegisteredUnderTheNullHandle) {
-    host.calls.Fail("AddMenuItem", 77);
-    const Outcome outcome = Add({.hasSubMenu = 1});
-    EXPECT_EQ(outcome.result, 77);
-    EXPECT_EQ(outcome.calls, (Calls{"CountMenuItems()", "Initialize('Text', 1)",
-                                    "AddMenuItem(null, 'Type Plugins1', 'Text', 1)", "Destroy()"}));
-    EXPECT_EQ(outcome.log, Framed({CallingLine("Label", "Type Plugins1", "Text", "0x00000001", "0x00000000")}));
-    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{0, "id"}}));
-}
-
-TEST_F(MenuTreeTest, LastRefusedItemIsTheOneUnderTheNullHandle) {
-    host.calls.FailAlways("AddMenuItem", 77);
-    Add({.id = "first"});
-    Add({.id = "second"});
-    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{0, "second"}}));
-}
-
-TEST_F(MenuTreeTest, RefusedItemThatHasAHandleAllTheSameIsRegisteredUnderItAndGetsItsSubMenu) {
-    host.menus.nextHandles = {reinterpret_cast<AIMenuItemHandle>(0x42)};
-    host.calls.Fail("AddMenuItem", 77);
-    const Outcome outcome = Add({.hasSubMenu = 1, .parentID = "P"});
-    EXPECT_EQ(outcome.result, 77);
-    EXPECT_EQ(outcome.calls[2], "AddMenuGroupAsSubMenu('Label', 0, 0x42)");
-    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{0x42, "id"}}));
-}
-
-TEST_F(MenuTreeTest, HandleThatTheHostGivesTwiceKeepsTheLaterIdentifier) {
-    const auto handle = reinterpret_cast<AIMenuItemHandle>(0x42);
-    host.menus.nextHandles = {handle, handle};
-    Add({.id = "first"});
-    Add({.id = "second"});
-    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{0x42, "second"}}));
-}
-
-TEST_F(MenuTreeTest, TextThatTheHostRefusesIsAnsweredWithTheHostsCodeAndThrownToNobody) {
-    host.calls.Fail("Initialize", 1431193940);
-    const Outcome outcome = Add({});
-    EXPECT_EQ(outcome.result, 1431193940);
-    EXPECT_EQ(outcome.calls, (Calls{"CountMenuItems()", "Initialize('Text', 1)"}));
-    EXPECT_EQ(outcome.log, Framed({}));
-    EXPECT_TRUE(RegisteredMenuItems().empty());
-}
-
-TEST_F(MenuTreeTest, NullIdentifierLabelOrContextIsABadParameter) {
-    EXPECT_EQ(Add({.id = nullptr}).result, kBadParameterErr);
-    EXPECT_EQ(Add({.label = nullptr}).result, kBadParameterErr);
-    EXPECT_EQ(AddIllustratorMenu("id", "Label", "Text", 0, 0, 0, nullptr, nullptr), kBadParameterErr);
-    EXPECT_EQ(host.calls.Count("AddMenuItem"), 0);
-    EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "Exiting AddIllustratorMenu()"}));
-}
-
-TEST_F(MenuTreeTest, MemoryThatRunsOutAnywhereThrowsNothingIntoThePluginCoreAndGivesTheTextBack) {
-    host.menus.Add("Item", "a key that is long enough to need memory");
-    int attempts = 0;
-    ThePluginCore().duringEntry["CreateMenusFromJSONBuffer"] = [&] {
-        bool hasRunOut = true;
-        for (int nth = 1; hasRunOut; ++nth) {
-            std::int32_t result = -1;
-            {
-                const MemoryRunningOut memory(nth);
-                result = CallBack({.id = "an identifier that is long enough to need memory",
-                                   .label = "a label that is long enough to need memory / and a slash",
-                                   .hasSubMenu = 1});
-                hasRunOut = MemoryRunningOut::HasRunOut();
-            }
-            EXPECT_EQ(result, hasRunOut ? kBadParameterErr : 0) << nth;
-            EXPECT_EQ(host.LiveStrings(), 0) << nth;
-            ++attempts;
-        }
-    };
-    EXPECT_EQ(AddAll(), 0);
-    EXPECT_GT(attempts, 2);
 }
 
 }  // namespace

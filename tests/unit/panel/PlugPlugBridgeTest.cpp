@@ -10,6 +10,7 @@
 #include "support/fakes/ImportPatch.h"
 #include "support/ForeignExceptionGuard.h"
 #include "support/TemporaryFolder.h"
+#include "support/ThrowLikeAnotherCompiler.h"
 #include "unit/panel/libraries/SeenCalls.h"
 
 namespace {
@@ -167,6 +168,23 @@ TEST_F(PlugPlugBridgeTest, EveryCallLoadsTheLibraryOnceMore) {
     EXPECT_EQ(Loaded("PlugPlug.dll"), nullptr);
 }
 
+TEST_F(PlugPlugBridgeTest, FailureAfterASuccessClearsTheModuleAndLeavesTheFunctionsAsTheyWere) {
+    Install("WholePlugPlug.dll", "PlugPlug.dll");
+    ASSERT_EQ(PlugPlugBridge::Load(state), 0);
+    const PlugPlugState before = state;
+    {
+        const ImportPatch load("LoadLibraryW", AsReplacement(LoadNothing));
+        EXPECT_EQ(PlugPlugBridge::Load(state), 31);
+    }
+    EXPECT_EQ(state.module, nullptr);
+    ASSERT_NE(before.dispatch, nullptr);
+    EXPECT_EQ(state.loadExtension, before.loadExtension);
+    EXPECT_EQ(state.unloadExtension, before.unloadExtension);
+    EXPECT_EQ(state.addListener, before.addListener);
+    EXPECT_EQ(state.removeListener, before.removeListener);
+    EXPECT_EQ(state.dispatch, before.dispatch);
+}
+
 // --- Load: the functions --------------------------------------------------------------------------------------------
 
 TEST_F(PlugPlugBridgeTest, EachFunctionIsBoundToItsField) {
@@ -306,11 +324,14 @@ TEST_F(PlugPlugBridgeTest, EventIsGuardedByTheFunctionThatRemovesListeners) {
     EXPECT_EQ(Exported<SeenCallsFunction>(state.module, "WhatWasSeen")()->event, nullptr);
 }
 
-TEST_F(PlugPlugBridgeTest, ExceptionOfTheLibraryIsOneThatOurFramesSee) {
-    ThePlugPlug().duringDispatch = [] {
-        const ULONG_PTR parameters[] = {0x19930520, 0, 0, 0};
-        RaiseException(0xE06D7363, EXCEPTION_NONCONTINUABLE, 4, parameters);
-    };
+TEST_F(PlugPlugBridgeTest, ExceptionOfTheLibraryThatListensIsOneThatOurFramesSee) {
+    ThePlugPlug().duringListening = ThrowLikeAnotherCompiler;
+    state.addListener = Exported<PlugPlugAddEventListener>(GetModuleHandleW(nullptr), "PlugPlugAddEventListener");
+    EXPECT_THROW(PlugPlugBridge::AddEventListener(state, "type", Listen, nullptr), ForeignException);
+}
+
+TEST_F(PlugPlugBridgeTest, ExceptionOfTheLibraryThatDispatchesIsOneThatOurFramesSee) {
+    ThePlugPlug().duringDispatch = ThrowLikeAnotherCompiler;
     const HMODULE program = GetModuleHandleW(nullptr);
     state.removeListener = Exported<PlugPlugRemoveEventListener>(program, "PlugPlugRemoveEventListener");
     state.dispatch = Exported<PlugPlugDispatchEvent>(program, "PlugPlugDispatchEvent");

@@ -12,6 +12,7 @@
 #include "support/fakes/MemoryRunningOut.h"
 #include "support/ForeignExceptionGuard.h"
 #include "support/RecordingLogSink.h"
+#include "support/ThrowLikeAnotherCompiler.h"
 
 namespace {
 
@@ -27,11 +28,6 @@ std::string Response(const std::string& port) {
 
 const Calls& BusCalls() { return ThePlugPlug().calls.Calls(); }
 const Calls& PluginCoreCalls() { return ThePluginCore().calls.Calls(); }
-
-void ThrowLikeAnotherCompiler() {
-    const ULONG_PTR parameters[] = {0x19930520, 0, 0, 0};
-    RaiseException(0xE06D7363, EXCEPTION_NONCONTINUABLE, 4, parameters);
-}
 
 // A PluginCore that listens on port 49152.
 class PortNumberExchangeTest : public testing::Test {

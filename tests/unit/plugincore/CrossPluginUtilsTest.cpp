@@ -4,11 +4,12 @@
 #include <windows.h>
 
 #include "plugincore/PCILoader.h"
+#include "ShownBoxes.h"
 #include "support/fakes/FakePluginCore.h"
 #include "support/fakes/ImportPatch.h"
 #include "support/PluginInfo.h"
 #include "support/RecordingLogSink.h"
-#include "support/TemporaryFolder.h"
+#include "TestLibraries.h"
 
 namespace {
 
@@ -111,12 +112,22 @@ TEST_F(CrossPluginUtilsTest, EnabledStateIsTheFlagAndNotTheResult) {
 }
 
 TEST(CrossPluginUtilsVersion, IsTheLibrarysAndIsReturnedInTheCallersString) {
-    ASSERT_NE(PCILoader::LoadSharedInstance((TestProgramFolder() / "libraries" / "AllEntries.dll").string()), nullptr);
+    ASSERT_NE(PCILoader::LoadSharedInstance(Library("AllEntries.dll")), nullptr);
     ClearRecordedLog();
     std::string version = "before";
     EXPECT_EQ(&CrossPluginUtils::GetPluginCoreVersion(version), &version);
-    EXPECT_EQ(version, "build \xE2\x82\xAC 7");
+    EXPECT_EQ(version, kVersion);
     EXPECT_TRUE(RecordedLog().empty());
+}
+
+TEST(CrossPluginUtilsVersion, OfAnIncompatibleLibraryIsToldAllTheSameAndTheLibraryIsShownOnce) {
+    const ShownBoxes boxes;
+    const std::string path = Library("FourEntries.dll");
+    ASSERT_NE(PCILoader::LoadSharedInstance(path), nullptr);
+    std::string version = "before";
+    EXPECT_EQ(&CrossPluginUtils::GetPluginCoreVersion(version), &version);
+    EXPECT_EQ(version, kVersion);
+    EXPECT_EQ(sBoxes, std::vector{Incompatible(path, kVersion)});
 }
 
 // --- the foreground -------------------------------------------------------------------------------------------------

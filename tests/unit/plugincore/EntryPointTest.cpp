@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "support/ThrowLikeAnotherCompiler.h"
+
 namespace {
 
 std::vector<std::string> sCalls;
@@ -19,7 +21,7 @@ std::int32_t Answer(const char* text, char* buffer, std::uint64_t* size) {
 std::int32_t AnswerNegative() { return -2; }
 
 std::int32_t ThrowForeign() {
-    RaiseException(0xE06D7363, EXCEPTION_NONCONTINUABLE, 0, nullptr);
+    ThrowLikeAnotherCompiler();
     return 0;
 }
 
@@ -37,6 +39,14 @@ TEST(EntryPoint, IsNullUntilItIsBound) {
     EXPECT_FALSE(entry.IsNull());
     entry.Bind(nullptr);
     EXPECT_TRUE(entry.IsNull());
+}
+
+TEST(EntryPoint, ThrowsWhenItIsCalledWithoutBeingBound) {
+    EntryPoint<std::int32_t()> entry;
+    EXPECT_THROW(entry(), MissingEntry);
+    entry.Bind(Address(AnswerNegative));
+    entry.Bind(nullptr);
+    EXPECT_THROW(entry(), MissingEntry);
 }
 
 TEST(EntryPoint, HandsArgumentsOnAndReturnsTheResult) {

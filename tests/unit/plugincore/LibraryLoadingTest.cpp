@@ -4,26 +4,15 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
-#include <filesystem>
 
 #include "support/fakes/ImportPatch.h"
-#include "support/Log.h"
 #include "support/RecordingLogSink.h"
-#include "support/TemporaryFolder.h"
+#include "TestLibraries.h"
 
 namespace {
 
 constexpr wchar_t kPrivateBuild[] = L"\\StringFileInfo\\040904b0\\PrivateBuild";
 constexpr char kUntouched = '\xA5';
-
-std::string Library(const std::string& name) { return (TestProgramFolder() / "libraries" / name).string(); }
-
-std::string Hex(const void* address) {
-    char text[16];
-    std::snprintf(text, sizeof(text), "0x%08x", static_cast<unsigned>(Low32(address)));
-    return text;
-}
 
 RecordedLine Loaded(const std::string& path, HMODULE module) {
     return {0, "SUCCESS: LoadLibraryA('" + path + "') returned " + Hex(module)};
@@ -59,7 +48,7 @@ TEST_F(LibraryLoadingTest, LibraryIsLoadedAndItsPrivateBuildIsUtf8) {
     const HMODULE module = LoadLibraryWithVersion(path, version.data(), version.size());
     ASSERT_NE(module, nullptr);
     EXPECT_EQ(module, GetModuleHandleA(path.c_str()));
-    EXPECT_EQ(Version(), Written(std::string("build \xE2\x82\xAC 7") + '\0'));
+    EXPECT_EQ(Version(), Written(kVersion + '\0'));
     EXPECT_EQ(RecordedLog(), std::vector{Loaded(path, module)});
 }
 
@@ -70,7 +59,7 @@ TEST_F(LibraryLoadingTest, PrivateBuildIsCutToTheGivenSizeAndTerminated) {
 
 TEST_F(LibraryLoadingTest, PrivateBuildFitsWithItsTerminatorExactly) {
     LoadLibraryWithVersion(Library("AllEntries.dll"), version.data(), 12);
-    EXPECT_EQ(Version(), Written(std::string("build \xE2\x82\xAC 7") + '\0'));
+    EXPECT_EQ(Version(), Written(kVersion + '\0'));
 }
 
 TEST_F(LibraryLoadingTest, LongPrivateBuildIsCutBeforeASurrogatePair) {
@@ -113,7 +102,7 @@ TEST_F(LibraryLoadingTest, VersionIsReadOfALibraryThatCannotBeLoaded) {
     const ImportPatch patch("LoadLibraryA", AsReplacement(LoadNothing));
     const std::string path = Library("AllEntries.dll");
     EXPECT_EQ(LoadLibraryWithVersion(path, version.data(), version.size()), nullptr);
-    EXPECT_EQ(Version(), Written(std::string("build \xE2\x82\xAC 7") + '\0'));
+    EXPECT_EQ(Version(), Written(kVersion + '\0'));
     EXPECT_EQ(
         RecordedLog(),
         (std::vector<RecordedLine>{{0, "LoadLibraryA('" + path + "') returned error code 0xc000007b (-1073741701)"}}));

@@ -6,15 +6,12 @@
 #include <stdexcept>
 #include <string>
 
+#include "support/ThrowLikeAnotherCompiler.h"
+
 namespace {
 
 constexpr DWORD kVisualCppException = 0xE06D7363;
 constexpr DWORD kOtherException = 0xE0000001;
-
-void RaiseForeign() {
-    const ULONG_PTR parameters[] = {0x19930520, 0, 0, 0};
-    RaiseException(kVisualCppException, EXCEPTION_NONCONTINUABLE, 4, parameters);
-}
 
 TEST(ForeignExceptionGuard, CallsTheFunctionOnceWithItsContextAndReturns0) {
     int calls = 0;
@@ -23,14 +20,14 @@ TEST(ForeignExceptionGuard, CallsTheFunctionOnceWithItsContextAndReturns0) {
 }
 
 TEST(ForeignExceptionGuard, StopsAVisualCppExceptionAndReturns1) {
-    EXPECT_EQ(RunStoppingForeignExceptions([](void*) { RaiseForeign(); }, nullptr), 1);
+    EXPECT_EQ(RunStoppingForeignExceptions([](void*) { ThrowLikeAnotherCompiler(); }, nullptr), 1);
 }
 
 // Answers its depth; the deepest call of 50 throws when it is told to.
 int Descend(int depth, bool throws) {
     if (depth == 50) {
         if (throws) {
-            RaiseForeign();
+            ThrowLikeAnotherCompiler();
         }
         return depth;
     }
@@ -48,7 +45,7 @@ TEST(ForeignExceptionGuard, StopsOneThatComesFromDeepBelow) {
 
 TEST(ForeignExceptionGuard, WorksAgainAfterItHasStoppedOne) {
     for (int i = 0; i < 1000; ++i) {
-        ASSERT_EQ(RunStoppingForeignExceptions([](void*) { RaiseForeign(); }, nullptr), 1);
+        ASSERT_EQ(RunStoppingForeignExceptions([](void*) { ThrowLikeAnotherCompiler(); }, nullptr), 1);
     }
     EXPECT_EQ(RunStoppingForeignExceptions([](void*) {}, nullptr), 0);
 }
@@ -56,7 +53,7 @@ TEST(ForeignExceptionGuard, WorksAgainAfterItHasStoppedOne) {
 TEST(ForeignExceptionGuard, InnerGuardStopsTheExceptionBeforeTheOuterOne) {
     int inner = -1;
     const auto nested = [](void* context) {
-        *static_cast<int*>(context) = RunStoppingForeignExceptions([](void*) { RaiseForeign(); }, nullptr);
+        *static_cast<int*>(context) = RunStoppingForeignExceptions([](void*) { ThrowLikeAnotherCompiler(); }, nullptr);
     };
     EXPECT_EQ(RunStoppingForeignExceptions(nested, &inner), 0);
     EXPECT_EQ(inner, 1);
@@ -113,7 +110,7 @@ TEST(CallForeignCodeTest, ForeignExceptionBecomesOneThatUnwindsOurFrames) {
     try {
         const Frame frame{unwound};
         CallForeignCode([] {
-            RaiseForeign();
+            ThrowLikeAnotherCompiler();
             return 0;
         });
         FAIL() << "nothing was thrown";

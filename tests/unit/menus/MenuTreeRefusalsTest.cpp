@@ -1,0 +1,149 @@
+// The items that AddIllustratorMenu refuses, and those that the host refuses.
+#include "host/MenuSuite.h"
+#include "support/fakes/MemoryRunningOut.h"
+#include "unit/menus/MenuTreeFixture.h"
+
+namespace {
+
+// --- duplicates -----------------------------------------------------------------------------------------------------
+
+TEST_F(MenuTreeTest, TopLevelLabelThatIsAKeyAlreadyIsRefusedAfterOneLinePerEqualItem) {
+    host.menus.Add("Fonts", "Label");
+    host.menus.Add("Other", "Another");
+    host.menus.Add("Fonts again", "Label");
+    const Outcome outcome = Add({});
+    EXPECT_EQ(outcome.result, 0x9000000);
+    EXPECT_EQ(outcome.calls,
+              (Calls{"CountMenuItems()", "GetNthMenuItem(0)", "GetMenuItemKeyboardShortcutDictionaryKey(0x100005001)",
+                     "GetNthMenuItem(1)", "GetMenuItemKeyboardShortcutDictionaryKey(0x100005002)", "GetNthMenuItem(2)",
+                     "GetMenuItemKeyboardShortcutDictionaryKey(0x100005003)"}));
+    const std::string line = "Error: 'Label' menu item already present.";
+    EXPECT_EQ(outcome.log, Framed({line, line}));
+    EXPECT_TRUE(RegisteredMenuItems().empty());
+}
+
+TEST_F(MenuTreeTest, DuplicateIsRefusedWhereverItStands) {
+    host.menus.Add("Other", "Another");
+    host.menus.Add("Fonts", "Label");
+    EXPECT_EQ(Add({}).result, 0x9000000);
+    EXPECT_EQ(host.calls.Count("AddMenuItem"), 0);
+}
+
+TEST_F(MenuTreeTest, KeysAreComparedByteForByte) {
+    for (const char* key : {"label", "Labe", "Label ", "LABEL", ""}) {
+        host.menus.Add("Item", key);
+    }
+    EXPECT_EQ(Add({}).result, 0);
+    EXPECT_EQ(host.calls.Count("AddMenuItem"), 1);
+}
+
+TEST_F(MenuTreeTest, TextOfAnItemIsNoKey) {
+    host.menus.Add("Label", "Another");
+    EXPECT_EQ(Add({}).result, 0);
+}
+
+TEST_F(MenuTreeTest, ItemWithoutAKeyIsNoDuplicate) {
+    host.menus.Add("Item");
+    EXPECT_EQ(Add({}).result, 0);
+    EXPECT_EQ(Add({.label = ""}).result, 0);
+}
+
+TEST_F(MenuTreeTest, IndicesWhereTheHostFailsArePassedOver) {
+    host.menus.Add("A", "Label");
+    host.menus.Add("B", "Label");
+    host.menus.Add("C", "Another");
+    host.calls.Fail("GetNthMenuItem", 1, 1);
+    host.calls.Fail("GetMenuItemKeyboardShortcutDictionaryKey", 1, 1);
+    const Outcome outcome = Add({});
+    EXPECT_EQ(outcome.result, 0);
+    EXPECT_EQ(Calls(outcome.calls.begin(), outcome.calls.begin() + 6),
+              (Calls{"CountMenuItems()", "GetNthMenuItem(0)", "GetNthMenuItem(1)",
+                     "GetMenuItemKeyboardShortcutDictionaryKey(0x100005002)", "GetNthMenuItem(2)",
+                     "GetMenuItemKeyboardShortcutDictionaryKey(0x100005003)"}));
+}
+
+TEST_F(MenuTreeTest, ItemsThatCannotBeCountedAreNotLookedAt) {
+    host.menus.Add("A", "Label");
+    host.calls.Fail("CountMenuItems", 1);
+    const Outcome outcome = Add({});
+    EXPECT_EQ(outcome.result, 0);
+    EXPECT_EQ(outcome.calls[1], "Initialize('Text', 1)");
+}
+
+// --- refusals -------------------------------------------------------------------------------------------------------
+
+TEST_F(MenuTreeTest, RefusedItemIsRegisteredUnderTheNullHandle) {
+    host.calls.Fail("AddMenuItem", 77);
+    const Outcome outcome = Add({.hasSubMenu = 1});
+    EXPECT_EQ(outcome.result, 77);
+    EXPECT_EQ(outcome.calls, (Calls{"CountMenuItems()", "Initialize('Text', 1)",
+                                    "AddMenuItem(null, 'Type Plugins1', 'Text', 1)", "Destroy()"}));
+    EXPECT_EQ(outcome.log, Framed({CallingLine("Label", "Type Plugins1", "Text", "0x00000001", "0x00000000")}));
+    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{0, "id"}}));
+}
+
+TEST_F(MenuTreeTest, LastRefusedItemIsTheOneUnderTheNullHandle) {
+    host.calls.FailAlways("AddMenuItem", 77);
+    Add({.id = "first"});
+    Add({.id = "second"});
+    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{0, "second"}}));
+}
+
+TEST_F(MenuTreeTest, RefusedItemThatHasAHandleAllTheSameIsRegisteredUnderItAndGetsItsSubMenu) {
+    host.menus.nextHandles = {reinterpret_cast<AIMenuItemHandle>(0x42)};
+    host.calls.Fail("AddMenuItem", 77);
+    const Outcome outcome = Add({.hasSubMenu = 1, .parentID = "P"});
+    EXPECT_EQ(outcome.result, 77);
+    EXPECT_EQ(outcome.calls[2], "AddMenuGroupAsSubMenu('Label', 0, 0x42)");
+    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{0x42, "id"}}));
+}
+
+TEST_F(MenuTreeTest, HandleThatTheHostGivesTwiceKeepsTheLaterIdentifier) {
+    const auto handle = reinterpret_cast<AIMenuItemHandle>(0x42);
+    host.menus.nextHandles = {handle, handle};
+    Add({.id = "first"});
+    Add({.id = "second"});
+    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{0x42, "second"}}));
+}
+
+TEST_F(MenuTreeTest, TextThatTheHostRefusesIsAnsweredWithTheHostsCodeAndThrownToNobody) {
+    host.calls.Fail("Initialize", 1431193940);
+    const Outcome outcome = Add({});
+    EXPECT_EQ(outcome.result, 1431193940);
+    EXPECT_EQ(outcome.calls, (Calls{"CountMenuItems()", "Initialize('Text', 1)"}));
+    EXPECT_EQ(outcome.log, Framed({}));
+    EXPECT_TRUE(RegisteredMenuItems().empty());
+}
+
+TEST_F(MenuTreeTest, NullIdentifierLabelOrContextIsABadParameter) {
+    EXPECT_EQ(Add({.id = nullptr}).result, kBadParameterErr);
+    EXPECT_EQ(Add({.label = nullptr}).result, kBadParameterErr);
+    EXPECT_EQ(AddIllustratorMenu("id", "Label", "Text", 0, 0, 0, nullptr, nullptr), kBadParameterErr);
+    EXPECT_EQ(host.calls.Count("AddMenuItem"), 0);
+    EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "Exiting AddIllustratorMenu()"}));
+}
+
+TEST_F(MenuTreeTest, MemoryThatRunsOutAnywhereThrowsNothingIntoThePluginCoreAndGivesTheTextBack) {
+    host.menus.Add("Item", "a key that is long enough to need memory");
+    int attempts = 0;
+    ThePluginCore().duringEntry["CreateMenusFromJSONBuffer"] = [&] {
+        bool hasRunOut = true;
+        for (int nth = 1; hasRunOut; ++nth) {
+            std::int32_t result = -1;
+            {
+                const MemoryRunningOut memory(nth);
+                result = CallBack({.id = "an identifier that is long enough to need memory",
+                                   .label = "a label that is long enough to need memory / and a slash",
+                                   .hasSubMenu = 1});
+                hasRunOut = MemoryRunningOut::HasRunOut();
+            }
+            EXPECT_EQ(result, hasRunOut ? kBadParameterErr : 0) << nth;
+            EXPECT_EQ(host.LiveStrings(), 0) << nth;
+            ++attempts;
+        }
+    };
+    EXPECT_EQ(AddAll(), 0);
+    EXPECT_GT(attempts, 2);
+}
+
+}  // namespace
