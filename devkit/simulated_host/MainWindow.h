@@ -20,7 +20,6 @@ class MainWindow {
     // How often the window lost the foreground and got it back since the last call.
     std::int64_t TakeForegroundSwitches();
     // Whether the window is in the foreground.
-    bool IsInForeground() const { return GetForegroundWindow() == mWindow; }
     HWND Handle() const { return mWindow; }
 
   private:

@@ -38,7 +38,6 @@ class MessageDriver {
 
     // "" while no message is being handled.
     const std::string& Current() const { return mCurrent; }
-    const void* Globals() const { return mGlobals; }
 
   private:
     SPMessageData CommonPart() const;

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,16 +43,14 @@ enum class Rule {
     kTimeLimit,
 };
 
-struct RuleDescription {
+struct RuleName {
     Rule rule;
     const char* name;
-    const char* meaning;
 };
 
-std::span<const RuleDescription> AllRules();
 const char* NameOf(Rule rule);
 // Null when there is no rule of that name.
-const RuleDescription* FindRule(std::string_view name);
+const RuleName* FindRule(std::string_view name);
 
 struct Violation {
     Rule rule;

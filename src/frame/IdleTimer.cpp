@@ -12,8 +12,8 @@
 
 namespace {
 
-constexpr std::int32_t kEveryTick = 1;             // the period
-constexpr std::int64_t kSecondsBetweenChecks = 9;  // more than these have to pass
+constexpr std::int32_t kEveryTick = 1;            // the period
+constexpr std::int64_t kSecondsWithoutCheck = 9;  // more than these have to pass
 constexpr std::uint8_t kProcess = 1;
 
 // Seconds since 1970; 0, so that the first tick checks.
@@ -39,7 +39,7 @@ std::int32_t WithTimerSuite(const char* operation, Use use) {
 
 void StopTimerIfPluginCoreIsDisabled() {
     const std::int64_t now = std::time(nullptr);
-    if (now - sLastEnabledCheck <= kSecondsBetweenChecks) {
+    if (now - sLastEnabledCheck <= kSecondsWithoutCheck) {
         return;
     }
     sLastEnabledCheck = now;

@@ -43,9 +43,10 @@ void AllocateGlobals(const MomentaryBlocksSuite& blocks, SPInterfaceMessage* mes
     InitializeGlobals(*sGlobals, message->d.self);
 }
 
-// The results do not count: each step logs its failures. Only a refused menu suite ends start-up, by its thrown code.
+// The results do not count: each step logs its failures. Of the host's refusals only that of the menu suite ends
+// start-up, by its thrown code.
 void AddToHost(SPInterfaceMessage* message) {
-    if (AddAllQuorvelMenuItems(message) == kNoErr) {
+    if (AddAllQuorvelMenuItems() == kNoErr) {
         AddNotifiers(message);
     }
     AddFileFormat(message);

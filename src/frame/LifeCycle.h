@@ -12,7 +12,7 @@
 std::int32_t StartupPlugin(SPInterfaceMessage* message);
 
 // Undoes start-up and frees the globals block. Returns the PluginCore's result, or the host's code; 0 at once when
-// there is no globals block.
+// there is no globals block. What the PluginCore throws goes on when everything has been given back.
 std::int32_t ShutdownPlugin(SPMessageData* message);
 
 // Whether shut-down has run since the last start-up: the suites have then been given back, and what the host still
@@ -20,5 +20,5 @@ std::int32_t ShutdownPlugin(SPMessageData* message);
 bool HasShutDown();
 
 // Lets the PluginCore show its about dialog for the current document. Returns the PluginCore's result, 0 without a
-// PluginCore.
+// PluginCore that has the entry. Throws what its calls throw: ai::Error, SuiteNotHeld, ForeignException.
 std::int32_t AboutPlugin(SPMessageData* message);

@@ -1,4 +1,4 @@
-// PlugPlug, the host's panel-messaging library: plain C functions that it exports by the names of the types below.
+// PlugPlug, the host's panel-messaging library: plain C functions, exported by the names of their types below.
 // Results are 32-bit, 0 for success. Main thread only.
 #pragma once
 
@@ -9,7 +9,7 @@ struct PlugPlugEvent {
     const char* type;
     std::int32_t scope;
     const char* applicationID;
-    const char* extensionID;  // null: for every extension
+    const char* extensionID;  // may be null
     const char* data;
 };
 

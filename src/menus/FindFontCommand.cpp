@@ -6,6 +6,7 @@
 #include "frame/SuiteOperations.h"
 #include "host/MenuSuite.h"
 #include "host/SPSuites.h"
+#include "support/ForeignExceptionGuard.h"
 #include "support/Log.h"
 #include "support/ResultCodes.h"
 
@@ -105,7 +106,9 @@ std::int32_t SendMenuMessage(const MomentarySuite<SPInterfaceSuite>& interfaces)
         return result;
     }
     SPErr answer = kNoErr;
-    const std::int32_t result = interfaces->SendMessage(owner, kCallerAIMenu, kSelectorAIGoMenuItem, &message, &answer);
+    // The receiver is code of another compiler.
+    const std::int32_t result = CallForeignCode(
+        [&] { return interfaces->SendMessage(owner, kCallerAIMenu, kSelectorAIGoMenuItem, &message, &answer); });
     return result != kNoErr ? result : answer;
 }
 

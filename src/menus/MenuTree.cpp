@@ -89,7 +89,7 @@ std::int32_t AddItemUnlessDuplicate(const MomentaryMenuSuite& menus, const ItemD
 
 }  // namespace
 
-std::int32_t AddAllQuorvelMenuItems(SPInterfaceMessage* /*message*/) {
+std::int32_t AddAllQuorvelMenuItems() {
     constexpr const char* kName = "AddAllQuorvelMenuItems";
     LogMessage(kLogEntry, "Entering %s()", kName);
     const std::string path = CurrentDocumentPath();

@@ -3,14 +3,12 @@
 
 #include <cstdint>
 
-#include "host/Messages.h"
-
 // Fetches the PluginCore's menu description and has the PluginCore add its items with AddIllustratorMenu. Returns the
 // PluginCore's result. Throws the host's code when the menu suite is refused, and what its calls throw: ai::Error (the
 // document's path), SuiteNotHeld, MissingEntry, ForeignException. Needs a globals block.
-std::int32_t AddAllQuorvelMenuItems(SPInterfaceMessage* message);
+std::int32_t AddAllQuorvelMenuItems();
 
-// The callback that the PluginCore calls once per item, parents first. `context` is the acquired menu suite that
+// The callback that the PluginCore calls once per item, parents first. `context` is what
 // AddAllQuorvelMenuItems passed; `label` names the group of the item's sub-menu, and `parentID` is the label of the
 // item above, null at the top. Returns 0, kDuplicateMenuItem for a top-level label that is the shortcut key of an item
 // that is there already, the host's code, or kBadParameterErr when `id`, `label` or `context` is null or anything else

@@ -24,8 +24,9 @@ constexpr std::int32_t kNotBound = 1;
 constexpr std::int32_t kLibraryFailed = 31;
 
 // Loads "PlugPlugOwl.dll", or else "PlugPlug.dll", from the folder of the host's program and binds its functions.
-// Returns 0, or kLibraryFailed when the library cannot be loaded or lacks a function: then it stays loaded, and the
-// fields behind the missing function are left as they were. Every call loads the library once more.
+// Returns 0, or kLibraryFailed when the library cannot be loaded (the module becomes null) or lacks a function: then it
+// stays loaded, the function becomes null, and the fields behind it are left as they were. Every call loads the library
+// once more.
 std::int32_t Load(PlugPlugState& state);
 
 // Frees the library and clears its field; 0 also when there is none, kLibraryFailed when Windows refuses. Nothing calls

@@ -13,8 +13,8 @@ constexpr std::string_view kBeforePort = "<payload><number>";
 constexpr std::string_view kAfterPort = "</number></payload>";
 constexpr std::size_t kLongestReply = kBeforePort.size() + 10 + kAfterPort.size();  // 4294967295 has ten digits
 
-// The one messaging state of the process; the PluginCore keeps its address. Filled by the first successful load and
-// never given back.
+// The one messaging state of the process; the PluginCore keeps its address. Written by every attempt to load, and never
+// given back.
 PlugPlugState sPlugPlug;
 
 // Set once the listener is in place, never cleared: the bus keeps the listener also when the host has shut the plug-in

@@ -7,10 +7,11 @@
 
 #include "support/ForeignExceptionGuard.h"
 
-// Thrown where an entry is called that the library lacks: the message is then given up, the host lives on.
+// Thrown where an entry is called that is not there, for want of the entry or of the whole library: the message is then
+// given up, the host lives on.
 class MissingEntry : public std::exception {
   public:
-    const char* what() const noexcept override { return "the PluginCore lacks an entry"; }
+    const char* what() const noexcept override { return "the PluginCore or one of its entries is missing"; }
 };
 
 // One entry of the PluginCore library: a function pointer that is called like the function. The PluginCore is built

@@ -56,9 +56,9 @@ class PCILoader {
     std::uint32_t mMissingCount;  // entries not found by the last binding
 };
 
-// The shared instance, for a message that only a started plug-in gets. Throws MissingEntry while there is none:
-// somebody else has made the message up.
+// The shared instance, for whoever needs a started plug-in. Throws MissingEntry while there is none.
 const PCILoader& RequirePluginCore();
 
-// Whether the PluginCore reports itself enabled; false while it is not there to be asked.
+// Whether the PluginCore reports itself enabled; false while it is not there to be asked. Throws ForeignException when
+// it throws, MissingEntry when it lacks the entry.
 bool PluginCoreIsEnabled();

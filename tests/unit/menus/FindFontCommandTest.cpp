@@ -6,6 +6,7 @@
 
 #include "frame/SuiteOperations.h"
 #include "host/HostError.h"
+#include "support/ThrowLikeAnotherCompiler.h"
 #include "unit/menus/MenuFixture.h"
 
 namespace {
@@ -377,6 +378,14 @@ TEST_P(ThrowingInterfaceTest, ThrowsIntoNobodyAndTheSuiteGoesBack) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, ThrowingInterfaceTest, testing::Values("SetupMessageData", "SendMessage"));
+
+TEST_F(DisplayFindFontTest, OwnerThatThrowsLikeAnotherCompilerThrowsIntoNobodyAndTheSuiteGoesBack) {
+    Know();
+    host.duringOperation["SendMessage"] = ThrowLikeAnotherCompiler;
+    EXPECT_NO_THROW(DisplayFindFontDialog());
+    EXPECT_EQ(host.calls.Calls().back(), "ReleaseSuite('SP Interface Suite', 2)");
+    EXPECT_EQ(RecordedLog(), DisplayLog({}));
+}
 
 TEST_F(DisplayFindFontTest, WithoutAGlobalsBlockNothingIsFoundAndNothingBreaks) {
     AddCommand();

@@ -250,8 +250,7 @@ TEST_F(MenuMessagesTest, ChoiceSendsTheDescriptionThatTheLastUpdateRead) {
 TEST_F(MenuMessagesTest, StartupDoesNotFillTheDescription) {
     const AIMenuItemHandle item = Register("Fonts", "a");
     Describe("[]");
-    SPInterfaceMessage startup{host.MessageData()};
-    AddAllQuorvelMenuItems(&startup);
+    AddAllQuorvelMenuItems();
     Go(item);
     EXPECT_EQ(Selection(), "HandleMenuSelection('', '', 'a')");
 }

@@ -30,10 +30,7 @@ class MenuTreeTest : public MenuTest {
     using Calls = std::vector<std::string>;
     using Log = std::vector<RecordedLine>;
 
-    std::int32_t AddAll() {
-        SPInterfaceMessage startup{host.MessageData()};
-        return AddAllQuorvelMenuItems(&startup);
-    }
+    std::int32_t AddAll() { return AddAllQuorvelMenuItems(); }
 
     // Has the PluginCore add an item, and tells what that did; what surrounds it is left out.
     Outcome Add(const Item& item) {

@@ -10,6 +10,7 @@
 #include "support/fakes/FakePluginCore.h"
 #include "support/fakes/FakePlugPlug.h"
 #include "support/fakes/MemoryRunningOut.h"
+#include "support/fakes/MissingPluginCore.h"
 #include "support/ForeignExceptionGuard.h"
 #include "support/RecordingLogSink.h"
 #include "support/ThrowLikeAnotherCompiler.h"
@@ -276,10 +277,8 @@ TEST_F(PortNumberExchangeTest, ResponseWithoutABoundLibraryGoesNowhere) {
     EXPECT_EQ(BusCalls(), Calls{});
 }
 
-HMODULE WINAPI FindNoPluginCore(LPCSTR) { return nullptr; }
-
 TEST(PortNumberExchangeWithoutPluginCoreTest, ListenerIsRegisteredOnceAndNothingIsSent) {
-    const ImportPatch noPluginCore("LoadLibraryA", AsReplacement(FindNoPluginCore));
+    const MissingPluginCore noPluginCore;
     const LoadablePlugPlug loadable;
     EXPECT_EQ(RegisterPortNumberListener(), 0);
     EXPECT_EQ(RegisterPortNumberListener(), 0);
