@@ -1,6 +1,6 @@
 #include "menus/FindFontCommand.h"
 
-#include <string>
+#include <string_view>
 
 #include "frame/PluginGlobals.h"
 #include "frame/SuiteOperations.h"
@@ -42,7 +42,7 @@ bool HasShortcutKey(const MomentaryMenuSuite& menus, std::int32_t index, const O
     const char* key = nullptr;
     // An item that has no key leaves it null.
     menus->GetMenuItemKeyboardShortcutDictionaryKey(candidate.item, &key);
-    if (textResult != kNoErr || key == nullptr || std::string(key) != kShortcutKey) {
+    if (textResult != kNoErr || key == nullptr || std::string_view(key) != kShortcutKey) {
         return false;
     }
     LogMessage(kLogNote,

@@ -28,9 +28,9 @@ struct PlugPlugState;
     ENTRY(GetAPIVersion, (std::uint32_t* value, std::int32_t interfaceVersion))                                       \
     /* Bound, never called. */                                                                                       \
     ENTRY(GetDocumentFontUsage, ())                                                                                   \
-    /* The document's identifier; 256 bytes. */                                                                      \
+    /* The document's identifier; 256 bytes; ignored. */                                                             \
     ENTRY(GetIDForDocument, (const char* path, char* buffer, std::uint64_t* size))                                    \
-    /* The menu description as JSON; 4096 bytes. */                                                                  \
+    /* The menu description as JSON; 4096 bytes; ignored at start-up. */                                             \
     ENTRY(GetMenus, (const char* path, char* buffer, std::uint64_t* size))                                            \
     /* The settings as JSON; 8192 bytes. */                                                                          \
     ENTRY(GetSettings, (char* buffer, std::uint64_t* size))                                                           \

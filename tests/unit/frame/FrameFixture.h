@@ -17,6 +17,21 @@
 #include "support/fakes/ImportPatch.h"
 #include "support/RecordingLogSink.h"
 
+// What start-up adds, in its order.
+inline const std::vector<std::string> kElevenNotifiers = {
+    "AddNotifier('Change!', 'AI Document Changed Notifier')",
+    "AddNotifier('Open!', 'AI Document Opened Notifier')",
+    "AddNotifier('AboutToClose!', 'AI Document About To Close Notifier')",
+    "AddNotifier('Close!', 'AI Document Closed Notifier')",
+    "AddNotifier('New!', 'AI Document New Notifier')",
+    "AddNotifier('Startup', 'AI Application Started Notifier')",
+    "AddNotifier('Shutdown', 'AI Application Shutdown Notifier')",
+    "AddNotifier('font-list change', 'AI Font List Changed Notifier')",
+    "AddNotifier('Menu Changed', 'AI Menu Changed Notifier')",
+    "AddNotifier('Save', 'AI Command Notifier: After Save')",
+    "AddNotifier('Save As', 'AI Command Notifier: After Save As')",
+};
+
 // Nothing is loaded and no message has arrived.
 class FrameTest : public testing::Test {
   protected:

@@ -14,19 +14,6 @@ const Calls kMenus = {"GetDocumentFileSpecification()", "GetFullPath(0)", "Destr
                       "AcquireSuite('AI Menu Suite', 11)"};
 const std::string kAddItem = "AddMenuItem(null, 'Type Plugins1', '', 4)";
 const Calls kMenusDone = {"ReleaseSuite('AI Menu Suite', 11)"};
-const Calls kNotifiers = {"AcquireSuite('AI Notifier Suite', 4)",
-                          "AddNotifier('Change!', 'AI Document Changed Notifier')",
-                          "AddNotifier('Open!', 'AI Document Opened Notifier')",
-                          "AddNotifier('AboutToClose!', 'AI Document About To Close Notifier')",
-                          "AddNotifier('Close!', 'AI Document Closed Notifier')",
-                          "AddNotifier('New!', 'AI Document New Notifier')",
-                          "AddNotifier('Startup', 'AI Application Started Notifier')",
-                          "AddNotifier('Shutdown', 'AI Application Shutdown Notifier')",
-                          "AddNotifier('font-list change', 'AI Font List Changed Notifier')",
-                          "AddNotifier('Menu Changed', 'AI Menu Changed Notifier')",
-                          "AddNotifier('Save', 'AI Command Notifier: After Save')",
-                          "AddNotifier('Save As', 'AI Command Notifier: After Save As')",
-                          "ReleaseSuite('AI Notifier Suite', 4)"};
 const Calls kFileFormat = {
     "AcquireSuite('AI File Format Suite', 14)",
     "AddFileFormatEx('Quorvel', 4 types ART5 EPSF PDF  AITm, title 'Quorvel', order 0, 'ai,eps,pdf,ait', 1, 0)",
@@ -42,6 +29,9 @@ Calls Joined(const std::vector<Calls>& parts) {
     }
     return all;
 }
+
+const Calls kNotifiers =
+    Joined({{"AcquireSuite('AI Notifier Suite', 4)"}, kElevenNotifiers, {"ReleaseSuite('AI Notifier Suite', 4)"}});
 
 TEST_F(LifeCycleTest, StartupTellsThePluginCoreWhereThePluginIsFirst) {
     ThePluginCore().recordEnabledQueries = true;

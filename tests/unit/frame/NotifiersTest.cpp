@@ -39,19 +39,7 @@ class NotifiersTest : public StartedTest {
 
 TEST_F(NotifiersTest, ElevenNotifiersAreAddedInTheirOrderUnderTheirNames) {
     EXPECT_EQ(AddNotifiers(&startupMessage), 0);
-    EXPECT_EQ(AddNotifierCalls(), (std::vector<std::string>{
-                                      "AddNotifier('Change!', 'AI Document Changed Notifier')",
-                                      "AddNotifier('Open!', 'AI Document Opened Notifier')",
-                                      "AddNotifier('AboutToClose!', 'AI Document About To Close Notifier')",
-                                      "AddNotifier('Close!', 'AI Document Closed Notifier')",
-                                      "AddNotifier('New!', 'AI Document New Notifier')",
-                                      "AddNotifier('Startup', 'AI Application Started Notifier')",
-                                      "AddNotifier('Shutdown', 'AI Application Shutdown Notifier')",
-                                      "AddNotifier('font-list change', 'AI Font List Changed Notifier')",
-                                      "AddNotifier('Menu Changed', 'AI Menu Changed Notifier')",
-                                      "AddNotifier('Save', 'AI Command Notifier: After Save')",
-                                      "AddNotifier('Save As', 'AI Command Notifier: After Save As')",
-                                  }));
+    EXPECT_EQ(AddNotifierCalls(), kElevenNotifiers);
 }
 
 TEST_F(NotifiersTest, HandlesAreStoredInTheirSlots) {

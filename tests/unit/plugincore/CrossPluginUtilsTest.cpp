@@ -4,9 +4,9 @@
 #include <windows.h>
 
 #include "plugincore/PCILoader.h"
-#include "ShownBoxes.h"
 #include "support/fakes/FakePluginCore.h"
 #include "support/fakes/ImportPatch.h"
+#include "support/fakes/ShownBoxes.h"
 #include "support/PluginInfo.h"
 #include "support/RecordingLogSink.h"
 #include "TestLibraries.h"

@@ -7,9 +7,9 @@
 #include <ostream>
 
 #include "plugincore/PCILoader.h"
-#include "ShownBoxes.h"
 #include "support/fakes/EntryNames.h"
 #include "support/fakes/FakePluginCore.h"
+#include "support/fakes/ShownBoxes.h"
 #include "support/RecordingLogSink.h"
 #include "TestLibraries.h"
 

@@ -5,31 +5,17 @@
 #include <windows.h>
 
 #include "support/fakes/ImportPatch.h"
+#include "support/fakes/ShownBoxes.h"
 #include "support/RecordingLogSink.h"
 
 namespace {
 
-struct Box {
-    HWND owner = nullptr;
-    std::string text;
-    std::string caption;
-    UINT style = 0;
-
-    bool operator==(const Box&) const = default;
-};
-
 // What the replaced functions were asked, and what they answer.
-std::vector<Box> sBoxes;
 int sRuntimeResult = _HEAPOK;
 BOOL sHeapIsValid = TRUE;
 std::vector<HANDLE> sValidatedHeaps;
 DWORD sValidationFlags = 77;
 const void* sValidatedBlock = "none";
-
-int WINAPI RecordBox(HWND owner, LPCSTR text, LPCSTR caption, UINT style) {
-    sBoxes.push_back({owner, text, caption, style});
-    return IDOK;
-}
 
 int __cdecl AnswerHeapCheck() { return sRuntimeResult; }
 
@@ -44,7 +30,6 @@ class HeapCheckTest : public testing::Test {
   protected:
     HeapCheckTest() {
         ClearRecordedLog();
-        sBoxes.clear();
         sValidatedHeaps.clear();
     }
 
@@ -56,7 +41,7 @@ class HeapCheckTest : public testing::Test {
         CheckHeap(sourceName, line);
     }
 
-    ImportPatch boxes{"MessageBoxA", AsReplacement(RecordBox)};
+    ShownBoxes boxes;
 };
 
 TEST_F(HeapCheckTest, HealthyHeapIsLoggedAndShowsNoWindow) {
