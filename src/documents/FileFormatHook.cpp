@@ -4,8 +4,8 @@
 #include <string>
 
 #include "documents/DocumentFile.h"
-#include "frame/PluginGlobals.h"
-#include "frame/SuiteOperations.h"
+#include "frame/base/PluginGlobals.h"
+#include "frame/base/SuiteOperations.h"
 #include "host/FileFormatSuite.h"
 #include "plugincore/PCILoader.h"
 #include "plugincore/ReplyBuffer.h"

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "documents/MatchingArt.h"
-#include "frame/SuiteOperations.h"
+#include "frame/base/SuiteOperations.h"
 #include "host/ArtSuites.h"
 #include "host/FontSuite.h"
 #include "host/HeldSuites.h"

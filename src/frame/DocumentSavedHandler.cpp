@@ -2,8 +2,8 @@
 
 #include "documents/DocumentFile.h"
 #include "documents/FontUsageScan.h"
+#include "frame/base/PluginGlobals.h"
 #include "frame/NotifierHandlers.h"
-#include "frame/PluginGlobals.h"
 #include "host/DocumentSuite.h"
 #include "host/HeldSuites.h"
 #include "plugincore/PCILoader.h"

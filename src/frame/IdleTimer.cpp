@@ -2,8 +2,8 @@
 
 #include <ctime>
 
-#include "frame/PluginGlobals.h"
-#include "frame/SuiteOperations.h"
+#include "frame/base/PluginGlobals.h"
+#include "frame/base/SuiteOperations.h"
 #include "host/TimerSuite.h"
 #include "panel/PortNumberExchange.h"
 #include "plugincore/PCILoader.h"

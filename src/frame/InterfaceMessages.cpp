@@ -4,9 +4,9 @@
 
 #include <string>
 
+#include "frame/base/SuiteOperations.h"
+#include "frame/base/Suites.h"
 #include "frame/LifeCycle.h"
-#include "frame/SuiteOperations.h"
-#include "frame/Suites.h"
 #include "plugincore/PCILoader.h"
 #include "support/Log.h"
 #include "support/PluginInfo.h"

@@ -2,9 +2,9 @@
 
 #include <array>
 
+#include "frame/base/PluginGlobals.h"
+#include "frame/base/SuiteOperations.h"
 #include "frame/NotifierHandlers.h"
-#include "frame/PluginGlobals.h"
-#include "frame/SuiteOperations.h"
 #include "host/NotifierSuite.h"
 #include "support/Log.h"
 #include "support/ResultCodes.h"

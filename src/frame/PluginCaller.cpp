@@ -1,10 +1,10 @@
 #include "frame/PluginCaller.h"
 
 #include "documents/FileFormatHook.h"
+#include "frame/base/PluginGlobals.h"
+#include "frame/base/SuiteOperations.h"
 #include "frame/IdleTimer.h"
 #include "frame/Notifiers.h"
-#include "frame/PluginGlobals.h"
-#include "frame/SuiteOperations.h"
 #include "menus/MenuMessages.h"
 #include "support/Log.h"
 #include "support/ResultCodes.h"

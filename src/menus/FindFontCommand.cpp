@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "frame/PluginGlobals.h"
-#include "frame/SuiteOperations.h"
+#include "frame/base/PluginGlobals.h"
+#include "frame/base/SuiteOperations.h"
 #include "host/MenuSuite.h"
 #include "host/SPSuites.h"
 #include "support/ForeignExceptionGuard.h"

@@ -7,7 +7,7 @@
 
 #include "documents/CurrentDocument.h"
 #include "documents/FontUsageScan.h"
-#include "frame/SuiteOperations.h"
+#include "frame/base/SuiteOperations.h"
 #include "host/MenuSuite.h"
 #include "json/JsonParser.h"
 #include "menus/MenuItemRegistry.h"

@@ -3,8 +3,8 @@
 #include <string>
 
 #include "documents/CurrentDocument.h"
-#include "frame/PluginGlobals.h"
-#include "frame/SuiteOperations.h"
+#include "frame/base/PluginGlobals.h"
+#include "frame/base/SuiteOperations.h"
 #include "host/HostError.h"
 #include "host/MenuSuite.h"
 #include "menus/MenuItemRegistry.h"

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <type_traits>
 
-#include "frame/PluginGlobals.h"
+#include "frame/base/PluginGlobals.h"
 #include "frame/PluginMain.h"
 #include "host/FileFormatSuite.h"
 #include "host/MatchingArtSuite.h"

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "simulated_host/PluginCoreCalls.h"
+#include "simhost/checks/PluginCoreCalls.h"
 
 namespace {
 

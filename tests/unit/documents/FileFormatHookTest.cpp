@@ -1,6 +1,6 @@
 #include "documents/FileFormatHook.h"
 
-#include "frame/PluginGlobals.h"
+#include "frame/base/PluginGlobals.h"
 #include "plugincore/PCILoader.h"
 #include "support/fakes/FakePluginCore.h"
 #include "support/fakes/MissingPluginCore.h"

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "frame/SuiteOperations.h"
+#include "frame/base/SuiteOperations.h"
 #include "support/fakes/FakeHost.h"
 #include "support/RecordingLogSink.h"
 

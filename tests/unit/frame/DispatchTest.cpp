@@ -1,6 +1,6 @@
 #include "frame/Dispatch.h"
 
-#include "frame/Suites.h"
+#include "frame/base/Suites.h"
 #include "support/ThrowLikeAnotherCompiler.h"
 #include "unit/frame/FrameFixture.h"
 

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "dialogs/SuppressionHook.h"
-#include "frame/PluginGlobals.h"
+#include "frame/base/PluginGlobals.h"
+#include "frame/base/SuiteOperations.h"
 #include "frame/PluginMain.h"
-#include "frame/SuiteOperations.h"
 #include "host/NotifierSuite.h"
 #include "support/fakes/FakeHost.h"
 #include "support/fakes/FakePluginCore.h"

@@ -1,6 +1,6 @@
 #include "frame/InterfaceMessages.h"
 
-#include "frame/Suites.h"
+#include "frame/base/Suites.h"
 #include "support/fakes/MissingPluginCore.h"
 #include "unit/frame/FrameFixture.h"
 

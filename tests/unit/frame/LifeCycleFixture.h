@@ -1,8 +1,8 @@
 // A plug-in of which start-up and shut-down are called without the dispatch, with Windows' hooks counted and not set.
 #pragma once
 
+#include "frame/base/Suites.h"
 #include "frame/LifeCycle.h"
-#include "frame/Suites.h"
 #include "unit/frame/FrameFixture.h"
 
 inline int sHooksInstalled = 0;

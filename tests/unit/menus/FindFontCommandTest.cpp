@@ -4,7 +4,7 @@
 
 #include <stdexcept>
 
-#include "frame/SuiteOperations.h"
+#include "frame/base/SuiteOperations.h"
 #include "host/HostError.h"
 #include "support/ThrowLikeAnotherCompiler.h"
 #include "unit/menus/MenuFixture.h"

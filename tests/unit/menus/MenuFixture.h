@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-#include "frame/PluginGlobals.h"
+#include "frame/base/PluginGlobals.h"
 #include "support/fakes/FakePluginCore.h"
 #include "support/Log.h"
 #include "unit/documents/HostFixture.h"

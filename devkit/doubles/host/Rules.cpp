@@ -1,0 +1,59 @@
+#include "doubles/host/Rules.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace simhost {
+
+namespace {
+
+constexpr RuleName kRules[] = {
+    {Rule::kPropertyList, "property-list"},
+    {Rule::kReply, "reply"},
+    {Rule::kCalls, "calls"},
+    {Rule::kHostCalls, "host-calls"},
+    {Rule::kBoxes, "boxes"},
+    {Rule::kDialog, "dialog"},
+    {Rule::kLibrary, "library"},
+    {Rule::kMessagingLibrary, "messaging-library"},
+    {Rule::kBusCalls, "bus-calls"},
+    {Rule::kPanelEvents, "panel-events"},
+    {Rule::kForeground, "foreground"},
+    {Rule::kCrash, "crash"},
+    {Rule::kNotReached, "not-reached"},
+    {Rule::kTrapSlot, "trap-slot"},
+    {Rule::kSuiteNotHeld, "suite-not-held"},
+    {Rule::kSuiteLeak, "suite-leak"},
+    {Rule::kReferenceLeak, "reference-leak"},
+    {Rule::kStringLeak, "string-leak"},
+    {Rule::kPathLeak, "path-leak"},
+    {Rule::kBlockLeak, "block-leak"},
+    {Rule::kBlockOverrun, "block-overrun"},
+    {Rule::kHandleLeak, "handle-leak"},
+    {Rule::kStaleReference, "stale-reference"},
+    {Rule::kBadArgument, "bad-argument"},
+    {Rule::kWrongThread, "wrong-thread"},
+    {Rule::kTimerLeft, "timer-left"},
+    {Rule::kHookLeft, "hook-left"},
+    {Rule::kTicks, "ticks"},
+    {Rule::kState, "state"},
+    {Rule::kMessagePath, "message-path"},
+    {Rule::kTimeLimit, "time-limit"},
+};
+
+}  // namespace
+
+const char* NameOf(Rule rule) {
+    return std::find_if(std::begin(kRules), std::end(kRules), [&](const auto& row) { return row.rule == rule; })->name;
+}
+
+const RuleName* FindRule(std::string_view name) {
+    const auto* row = std::find_if(std::begin(kRules), std::end(kRules), [&](const auto& r) { return r.name == name; });
+    return row == std::end(kRules) ? nullptr : row;
+}
+
+void RuleBook::Broken(Rule rule, std::string text, std::int64_t amount) {
+    mViolations.push_back({rule, amount, std::move(text)});
+}
+
+}  // namespace simhost

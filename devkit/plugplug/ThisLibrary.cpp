@@ -1,3 +1,0 @@
-#include "substitute_support/ThisLibrary.h"
-
-const SubstituteLibrary kThisLibrary = {"PlugPlug", L"QUORVEL_PLUGPLUG_SCRIPT", L"QUORVEL_PLUGPLUG_RECORD"};

@@ -1,0 +1,91 @@
+#include "simhost/checks/BoxWatcher.h"
+
+#include <utility>
+
+#include "doubles/common/Text.h"
+
+namespace simhost {
+
+namespace {
+
+constexpr DWORD kPauseMilliseconds = 20;
+constexpr UINT kPatienceMilliseconds = 2000;
+
+std::string TextOfWindow(HWND window) {
+    wchar_t text[2048] = L"";
+    DWORD_PTR length = 0;
+    // The window's thread may be busy for a while, or for good.
+    SendMessageTimeoutW(window, WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG,
+                        kPatienceMilliseconds, &length);
+    return Utf8(std::wstring_view(text));
+}
+
+std::wstring ClassOfWindow(HWND window) {
+    wchar_t name[64] = L"";
+    GetClassNameW(window, name, static_cast<int>(std::size(name)));
+    return name;
+}
+
+// Adds what one control of the box shows.
+BOOL CALLBACK ReadControl(HWND control, LPARAM shownBox) {
+    ShownBox& box = *reinterpret_cast<ShownBox*>(shownBox);
+    const std::wstring name = ClassOfWindow(control);
+    const bool isIcon = (GetWindowLongW(control, GWL_STYLE) & SS_TYPEMASK) == SS_ICON;
+    if (name == L"Button") {
+        box.buttons += IsWindowVisible(control) != 0 ? 1 : 0;
+    } else if (name == L"Static" && isIcon) {
+        DWORD_PTR icon = 0;
+        SendMessageTimeoutW(control, STM_GETICON, 0, 0, SMTO_ABORTIFHUNG, kPatienceMilliseconds, &icon);
+        box.icon = box.icon || icon != 0;
+    } else if (name == L"Static") {
+        box.text += TextOfWindow(control);
+    }
+    return TRUE;
+}
+
+}  // namespace
+
+BoxWatcher::BoxWatcher() : mMainThread(GetCurrentThreadId()), mThread(&BoxWatcher::Run, this) {}
+
+BoxWatcher::~BoxWatcher() {
+    mEnding = true;
+    mThread.join();
+}
+
+std::vector<ShownBox> BoxWatcher::StopAndTake() {
+    mWatching = false;
+    const std::lock_guard lock(mMutex);
+    return std::exchange(mBoxes, {});
+}
+
+void BoxWatcher::Run() {
+    while (!mEnding) {
+        if (mWatching) {
+            EnumThreadWindows(mMainThread, &OnWindow, reinterpret_cast<LPARAM>(this));
+        }
+        Sleep(kPauseMilliseconds);
+    }
+}
+
+BOOL CALLBACK BoxWatcher::OnWindow(HWND window, LPARAM self) {
+    auto& watcher = *reinterpret_cast<BoxWatcher*>(self);
+    if (watcher.mWatching && window != watcher.mAnswered && IsWindowVisible(window) != 0 &&
+        ClassOfWindow(window) == L"#32770") {
+        watcher.Answer(window);
+    }
+    return TRUE;
+}
+
+void BoxWatcher::Answer(HWND window) {
+    ShownBox box{TextOfWindow(window), "", (GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0, 0, false};
+    EnumChildWindows(window, &ReadControl, reinterpret_cast<LPARAM>(&box));
+    {
+        const std::lock_guard lock(mMutex);
+        mBoxes.push_back(std::move(box));
+    }
+    mAnswered = window;
+    // A box whose only button is OK answers with it whatever the button's identifier is.
+    PostMessageW(window, WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED), 0);
+}
+
+}  // namespace simhost

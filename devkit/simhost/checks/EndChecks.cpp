@@ -1,0 +1,71 @@
+#include "simhost/checks/EndChecks.h"
+
+#include <windows.h>
+
+#include "doubles/common/Text.h"
+#include "doubles/host/Host.h"
+#include "simhost/checks/ImportWatch.h"
+#include "simhost/checks/LoadedLibraries.h"
+#include "simhost/run/HostDialog.h"
+
+namespace simhost {
+
+namespace {
+
+void CheckFile(Rule rule, const char* what, const std::optional<std::string>& expected, const std::string& loaded,
+               const RunFolder& folder) {
+    if (!expected) {
+        return;
+    }
+    const std::string wanted = expected->empty() ? "" : Utf8(folder.At(*expected).wstring());
+    if (CompareStringOrdinal(Wide(loaded).c_str(), -1, Wide(wanted).c_str(), -1, TRUE) != CSTR_EQUAL) {
+        Host().rules.Broken(rule, std::string(what) + " is \"" + loaded + "\", expected \"" + wanted + "\"");
+    }
+}
+
+void CheckLibraries(const Expectations& expect, const RunFolder& folder) {
+    CheckFile(Rule::kLibrary, "the PluginCore", expect.library, PluginCoreInProcess(), folder);
+    CheckFile(Rule::kMessagingLibrary, "the plug-in's messaging library", expect.messagingLibrary,
+              Utf8(MessagingLibraryOfPlugin().wstring()), folder);
+}
+
+void CheckSuites() {
+    for (const auto& suite : Host().suites.All()) {
+        if (suite->held != 0) {
+            Host().rules.Broken(Rule::kSuiteLeak,
+                                "\"" + suite->name + "\" is still held " + std::to_string(suite->held) + " times",
+                                suite->held);
+        }
+    }
+}
+
+void CheckTimers() {
+    for (const auto& [handle, timer] : Host().model.timers.Objects()) {
+        if (timer.active) {
+            Host().rules.Broken(Rule::kTimerLeft, "the timer \"" + timer.name + "\" is still active");
+        }
+    }
+}
+
+void CheckHooks() {
+    if (HooksInPlace() != 0) {
+        Host().rules.Broken(Rule::kHookLeft, "message hooks left: " + std::to_string(HooksInPlace()), HooksInPlace());
+    }
+    // What a person would meet: a dialog of their own, treated as if the plug-in were still there.
+    const DialogRecord record = ShowHostDialog({"Font", DialogKind::kStandard, true, "", DialogEnd::kUntouched});
+    if (!record.received.empty() || record.endedWithOk) {
+        Host().rules.Broken(Rule::kHookLeft, "a dialog after the end was " + Describe(record));
+    }
+}
+
+}  // namespace
+
+void CheckEnd(const Expectations& expect, const RunFolder& folder) {
+    CheckLibraries(expect, folder);
+    CheckSuites();
+    CheckTimers();
+    Host().objects.ReportLeaks(Host().rules);
+    CheckHooks();
+}
+
+}  // namespace simhost

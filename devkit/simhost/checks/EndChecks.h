@@ -1,0 +1,12 @@
+#pragma once
+
+#include "simhost/run/RunFolder.h"
+#include "simhost/scenario/Scenario.h"
+
+namespace simhost {
+
+// What must hold once all steps are done: the right library was loaded and nothing is left over anywhere.
+// Broken rules go into the host's book.
+void CheckEnd(const Expectations& expect, const RunFolder& folder);
+
+}  // namespace simhost

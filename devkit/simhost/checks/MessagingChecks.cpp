@@ -1,0 +1,82 @@
+#include "simhost/checks/MessagingChecks.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "doubles/common/Text.h"
+#include "doubles/host/Host.h"
+#include "simhost/checks/ImportWatch.h"
+
+namespace simhost {
+
+namespace {
+
+constexpr int kIndent = 6;
+
+// As a scenario names them: relative to the folder of the run.
+std::vector<std::string> TakeLoads(const RunFolder& folder) {
+    std::vector<std::string> loads;
+    for (const MessagingLoad& load : TakeMessagingLoads()) {
+        const std::filesystem::path file = std::filesystem::path(load.file).lexically_relative(folder.Root());
+        loads.push_back(Utf8(file.generic_wstring()) + (load.succeeded ? "" : " failed"));
+    }
+    return loads;
+}
+
+std::string Listed(const std::vector<std::string>& loads) {
+    std::string list;
+    for (const std::string& load : loads) {
+        list += (list.empty() ? "" : ", ") + load;
+    }
+    return list.empty() ? "nothing" : list;
+}
+
+}  // namespace
+
+void MessagingChecks::Check(const Step& step) {
+    CheckLoads(step);
+    CheckCalls(step);
+    CheckPanelEvents(step);
+}
+
+void MessagingChecks::CheckLoads(const Step& step) {
+    const std::vector<std::string> loads = TakeLoads(mFolder);
+    if (step.loads && *step.loads != loads) {
+        Host().rules.Broken(Rule::kMessagingLibrary,
+                            step.place + ": the plug-in loaded " + Listed(loads) + ", expected " + Listed(*step.loads));
+    }
+}
+
+void MessagingChecks::CheckCalls(const Step& step) {
+    const std::vector<PluginCoreCall> calls = mCalls.TakeNew();
+    for (const PluginCoreCall& call : calls) {
+        for (const std::string& line : LinesOf(call)) {
+            mTranscript.Line(kIndent, line);
+        }
+    }
+    const std::string difference = DifferenceOf(step.busCalls, calls);
+    if (!difference.empty()) {
+        Host().rules.Broken(Rule::kBusCalls, step.place + ": " + difference);
+    }
+}
+
+void MessagingChecks::CheckPanelEvents(const Step& step) {
+    const std::vector<PanelEvent> events = mPanel.TakeEvents();
+    for (std::size_t i = 0; i < std::max(events.size(), step.panelEvents.size()); ++i) {
+        const std::string number = step.place + ": event " + std::to_string(i + 1) + ": ";
+        if (i >= events.size()) {
+            Host().rules.Broken(Rule::kPanelEvents,
+                                number + "expected " + Describe(step.panelEvents[i]) + ", but nothing came");
+            continue;
+        }
+        mTranscript.Line(kIndent, "the panel is told: " + events[i].data.value_or("nothing"));
+        if (i >= step.panelEvents.size()) {
+            Host().rules.Broken(Rule::kPanelEvents, number + "nothing was expected, but came " + Describe(events[i]));
+        } else if (events[i] != step.panelEvents[i]) {
+            Host().rules.Broken(Rule::kPanelEvents, number + "expected " + Describe(step.panelEvents[i]) +
+                                                        ", but came " + Describe(events[i]));
+        }
+    }
+}
+
+}  // namespace simhost

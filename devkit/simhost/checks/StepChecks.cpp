@@ -1,0 +1,103 @@
+#include "simhost/checks/StepChecks.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "doubles/host/Host.h"
+#include "simhost/checks/ImportWatch.h"
+
+namespace simhost {
+
+namespace {
+
+constexpr int kIndent = 6;
+
+}  // namespace
+
+void StepChecks::Begin() {
+    mWindow.TakeForegroundSwitches();
+    mBoxes.Watch();
+    mBegan = std::chrono::steady_clock::now();
+}
+
+void StepChecks::Check(const Step& step) {
+    CheckCalls(step);
+    CheckBoxes(step);
+    CheckHostCalls(step);
+    CheckForeground(step);
+    for (const ScriptedEvent& event : Host().operations.UnreachedEvents()) {
+        Host().rules.Broken(Rule::kNotReached, step.place + ": call " + std::to_string(event.nth) + " of " +
+                                                   event.operation + " never came");
+    }
+}
+
+void StepChecks::CheckCalls(const Step& step) {
+    const std::vector<PluginCoreCall> calls = mCalls.TakeNew();
+    const bool manyTicks = step.ticks.times > 1;
+    if (!manyTicks) {
+        ShowCalls(calls);
+    }
+    const std::string difference = manyTicks
+                                       ? DifferenceOfTicks(step.calls, step.ticks.sent, calls, SecondsSinceBegin())
+                                       : DifferenceOf(step.calls, calls);
+    if (!difference.empty()) {
+        Host().rules.Broken(Rule::kCalls, step.place + ": " + difference);
+    }
+}
+
+void StepChecks::ShowCalls(const std::vector<PluginCoreCall>& calls) const {
+    for (const PluginCoreCall& call : calls) {
+        for (const std::string& line : LinesOf(call)) {
+            mTranscript.Line(kIndent, line);
+        }
+    }
+}
+
+std::int64_t StepChecks::SecondsSinceBegin() const {
+    return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - mBegan).count();
+}
+
+void StepChecks::CheckBoxes(const Step& step) {
+    const std::vector<ShownBox> shown = mBoxes.StopAndTake();
+    const std::vector<std::uint32_t> styles = TakeBoxStyles();
+    for (std::size_t i = 0; i < std::max(shown.size(), step.boxes.size()); ++i) {
+        if (i >= shown.size()) {
+            Host().rules.Broken(Rule::kBoxes, step.place + ": no box \"" + step.boxes[i].caption + "\" was shown");
+            continue;
+        }
+        const ShownBox& box = shown[i];
+        mTranscript.Line(kIndent, "message box \"" + box.caption + "\": " + box.text);
+        const bool expected = i < step.boxes.size() && box.caption == step.boxes[i].caption &&
+                              box.text == step.boxes[i].text && i < styles.size() && styles[i] == step.boxes[i].style;
+        if (!expected) {
+            Host().rules.Broken(Rule::kBoxes, step.place + ": unexpected box \"" + box.caption + "\", \"" + box.text +
+                                                  "\", style " + (i < styles.size() ? std::to_string(styles[i]) : "?"));
+        }
+    }
+}
+
+void StepChecks::CheckHostCalls(const Step& step) {
+    for (const auto& [operation, expected] : step.hostCalls) {
+        const std::int64_t count = Host().operations.CountInStep(operation);
+        if (count != expected) {
+            Host().rules.Broken(Rule::kHostCalls, step.place + ": " + operation + " was called " +
+                                                      std::to_string(count) + " times, expected " +
+                                                      std::to_string(expected));
+        }
+    }
+}
+
+void StepChecks::CheckForeground(const Step& step) {
+    mWindow.HandleWaitingMessages();
+    const std::int64_t switches = mWindow.TakeForegroundSwitches();
+    if (switches != 0) {
+        mTranscript.Line(kIndent, "the host's window lost the foreground and got it back");
+    }
+    if (step.foregroundSwitches && *step.foregroundSwitches != switches) {
+        Host().rules.Broken(Rule::kForeground, step.place + ": the foreground was lost and regained " +
+                                                   std::to_string(switches) + " times, expected " +
+                                                   std::to_string(*step.foregroundSwitches));
+    }
+}
+
+}  // namespace simhost

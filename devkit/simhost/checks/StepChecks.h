@@ -1,0 +1,43 @@
+// Checks, after each message, what it brought about, and prints it.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <vector>
+
+#include "simhost/checks/BoxWatcher.h"
+#include "simhost/checks/PluginCoreCalls.h"
+#include "simhost/report/Transcript.h"
+#include "simhost/run/MainWindow.h"
+#include "simhost/run/RunFolder.h"
+#include "simhost/scenario/Scenario.h"
+
+namespace simhost {
+
+class StepChecks {
+  public:
+    // Shows the host's window: what is checked includes its being in the foreground.
+    StepChecks(const RunFolder& folder, const Transcript& transcript)
+        : mTranscript(transcript), mCalls(folder.Calls()) {}
+
+    // Just before the step's message is sent.
+    void Begin();
+    // Afterwards. Broken rules go into the host's book.
+    void Check(const Step& step);
+
+  private:
+    void CheckCalls(const Step& step);
+    void ShowCalls(const std::vector<PluginCoreCall>& calls) const;
+    std::int64_t SecondsSinceBegin() const;
+    void CheckBoxes(const Step& step);
+    void CheckHostCalls(const Step& step);
+    void CheckForeground(const Step& step);
+
+    const Transcript& mTranscript;
+    MainWindow mWindow;
+    BoxWatcher mBoxes;
+    CallLog mCalls;
+    std::chrono::steady_clock::time_point mBegan;
+};
+
+}  // namespace simhost

@@ -1,0 +1,116 @@
+#include "simhost/report/ResultRecord.h"
+
+#include <fstream>
+#include <stdexcept>
+
+#include "doubles/host/Host.h"
+
+namespace simhost {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// Ninety leaked suites are one mistake.
+constexpr std::size_t kComplaintsPerRule = 5;
+
+void Write(const std::filesystem::path& file, const Json& result) {
+    std::ofstream(file, std::ios::binary | std::ios::trunc)
+        << result.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
+}
+
+struct Noted {
+    std::int64_t amount = 0;
+    std::vector<std::string> texts;
+};
+
+std::map<std::string, Noted> NotedByRule(const RuleBook& book) {
+    std::map<std::string, Noted> noted;
+    for (const Violation& violation : book.Violations()) {
+        Noted& ofRule = noted[NameOf(violation.rule)];
+        ofRule.amount += violation.amount;
+        ofRule.texts.push_back(violation.text);
+    }
+    return noted;
+}
+
+void Complain(const std::string& rule, const std::vector<std::string>& texts, std::vector<std::string>& complaints) {
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        if (i == kComplaintsPerRule) {
+            complaints.push_back(rule + ": more of the same, see the violations in the record");
+            return;
+        }
+        complaints.push_back(rule + ": " + texts[i]);
+    }
+}
+
+Json ViolationsAsJson(const RuleBook& book) {
+    Json violations = Json::array();
+    for (const Violation& violation : book.Violations()) {
+        violations.push_back(
+            {{"rule", NameOf(violation.rule)}, {"amount", violation.amount}, {"text", violation.text}});
+    }
+    return violations;
+}
+
+}  // namespace
+
+Verdict Judge(const RuleBook& book, const Expectations& expect) {
+    Verdict verdict{true, {}};
+    std::map<std::string, Noted> noted = NotedByRule(book);
+    for (const auto& [rule, amount] : expect.violations) {
+        if (noted[rule].amount != amount) {
+            verdict.complaints.push_back(rule + ": broken " + std::to_string(noted[rule].amount) + " times, expected " +
+                                         std::to_string(amount));
+        } else {
+            noted.erase(rule);
+        }
+    }
+    for (const auto& [rule, texts] : expect.violationTexts) {
+        if (noted[rule].texts != texts) {
+            verdict.complaints.push_back(rule + ": other violations than expected");
+        } else {
+            noted.erase(rule);
+        }
+    }
+    for (const auto& [rule, violations] : noted) {
+        Complain(rule, violations.texts, verdict.complaints);
+    }
+    verdict.passed = verdict.complaints.empty();
+    return verdict;
+}
+
+void WriteResult(const std::filesystem::path& file, const std::string& title, const Verdict& verdict) {
+    Json hostCalls = Json::object();
+    for (const auto& [operation, count] : Host().operations.Totals()) {
+        hostCalls[operation] = count;
+    }
+    Write(file, {{"scenario", title},
+                 {"passed", verdict.passed},
+                 {"complaints", verdict.complaints},
+                 {"violations", ViolationsAsJson(Host().rules)},
+                 {"notes", Host().notes},
+                 {"host_calls", hostCalls}});
+}
+
+void WriteResultForLostRun(const std::filesystem::path& file, const Scenario& scenario, Rule rule,
+                           const std::string& text) {
+    RuleBook book;
+    book.Broken(rule, text);
+    const Verdict verdict = Judge(book, scenario.expect);
+    Write(file, {{"scenario", scenario.title},
+                 {"passed", verdict.passed},
+                 {"complaints", verdict.complaints},
+                 {"violations", ViolationsAsJson(book)}});
+}
+
+Verdict ReadResult(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) {
+        throw std::runtime_error("there is no result");
+    }
+    const Json result = Json::parse(stream);
+    return {result.at("passed").get<bool>(), result.at("complaints").get<std::vector<std::string>>()};
+}
+
+}  // namespace simhost
