@@ -37,7 +37,7 @@ PluginCoreSettings ReadPluginCoreSettings() {
     if (pluginCore == nullptr || pluginCore->pfGetSettings(reply.Data(), reply.Size()) != kNoErr) {
         return {};
     }
-    const std::unique_ptr<JsonValue> settings = ParseJson(std::string(reply.Text()));
+    const std::unique_ptr<JsonValue> settings = ParseNarrowJson(std::string(reply.Text()));
     if (settings == nullptr || !settings->IsObject()) {
         return {};
     }

@@ -8,7 +8,8 @@
 
 namespace {
 
-// The atom of the standard dialog class. A dialog that is created by the class's name instead is not examined: wanted.
+// The atom of the standard dialog class. A dialog created by the class's name is not examined: intentional,
+// the host's own dialogs come by the atom.
 constexpr ULONG_PTR kDialogClassAtom = 0x8002;
 
 // All of it lives as long as the process and is touched by the host's main thread only.

@@ -3,11 +3,12 @@
 #include <exception>
 #include <string>
 
+#include "support/Foreground.h"
 #include "support/Log.h"
 
 namespace {
 
-// A search through windows: the text wanted and the first window that holds it. An exception stops the search and waits
+// A search through windows: the text to find and the first window that holds it. An exception stops the search and waits
 // here until Windows has returned.
 struct WindowSearch {
     const char* text;
@@ -58,12 +59,7 @@ HWND FindChildWindow(HWND parent, const char* text) {
 
 void CrossPluginUtils::BackgroundForegroundApp() {
     LogMessage(kLogEntry, "Entering CrossPluginUtils::BackgroundForegroundApp");
-    const HWND first = GetForegroundWindow();
-    const HWND second = GetForegroundWindow();
-    if (first == second && first != nullptr) {
-        // A switch that Windows refuses costs nothing but the refresh.
-        SetForegroundWindow(GetDesktopWindow());
-        SetForegroundWindow(first);
+    if (SwitchForegroundAwayAndBack(ForegroundMatch::kSameWindow)) {
         LogMessage(kLogNote, "Switched out of foreground window, and back into it.");
     }
     LogMessage(kLogExit, "Exiting CrossPluginUtils::BackgroundForegroundApp");

@@ -27,7 +27,7 @@ constexpr std::int32_t kPriority = 10000;
 
 using MomentaryFileFormatSuite = MomentarySuite<AIFileFormatSuite>;
 
-// A refusal is met with one more try at once: wanted.
+// One retry at once is intentional: the format matters more to the PluginCore than a second call costs.
 void AcquireFileFormatSuite(MomentaryFileFormatSuite& formats) {
     try {
         formats.AcquireOrThrow();
@@ -50,9 +50,10 @@ void RegisterFormat(const MomentaryFileFormatSuite& formats, SPPluginRef plugin)
 
 void TellPluginCore(const AIFileFormatMessage& message) {
     std::string path;
-    ConvertFilePathToString(message.file, path, false);
-    const PCILoader* const pluginCore = path.empty() ? nullptr : PCILoader::GetSharedInstance();
-    if (pluginCore != nullptr) {
+    if (ConvertFilePathToString(message.file, path, false) != kNoErr) {
+        return;
+    }
+    if (const PCILoader* const pluginCore = PCILoader::GetSharedInstance()) {
         ReplyBuffer<kOpenReplySize> reply;
         pluginCore->pfHandleOpenExistingDocument(path.c_str(), reply.Data(), reply.Size());
     }
@@ -68,7 +69,7 @@ std::int32_t AddFileFormat(SPInterfaceMessage* message) {
         AcquireFileFormatSuite(formats);
         RegisterFormat(formats, message->d.self);
     } catch (std::int32_t) {
-        // At the level of an exit: wanted.
+        // The level of an exit is intentional: readers of the trace know the line so.
         LogMessage(kLogExit, "Error thrown in %s()", kName);
     }
     formats.ReleaseIfHeld();

@@ -92,7 +92,7 @@ std::int32_t ExamineTextFramesInCurrentDocForFontUsage(FontList& fonts) {
     std::int32_t status = kFontScanFailed;
     {
         const MatchingArt textFrames(kTextFrameArt);
-        // The line shows the scan's status so far, not the host's answer: wanted as it is.
+        // The line shows the scan's status so far, not the host's answer: intentional, readers of the trace know it so.
         LogMessage(kLogNote,
                    "sMatchingArt->GetMatchingArt(spec.type=kTextFrameArt, numSpecs=1, numMatches=%d) returned %d",
                    textFrames.Count(), status);

@@ -5,8 +5,8 @@
 #include "host/MdMemorySuite.h"
 
 MatchingArt::MatchingArt(std::int16_t artType) {
-    AIMatchingArtSpec wanted{artType, 0, 0};
-    mStatus = sMatchingArt->GetMatchingArt(&wanted, 1, &mMatches, &mCount);
+    AIMatchingArtSpec spec{artType, 0, 0};
+    mStatus = sMatchingArt->GetMatchingArt(&spec, 1, &mMatches, &mCount);
     if (mStatus != 0) {
         // Whatever a failing host has written there is no handle to give back.
         mMatches = nullptr;

@@ -2,10 +2,9 @@
 
 #include "frame/base/PluginGlobals.h"
 #include "frame/base/SuiteOperations.h"
-#include "frame/base/Suites.h"
 #include "frame/InterfaceMessages.h"
-#include "frame/LifeCycle.h"
 #include "frame/PluginCaller.h"
+#include "frame/SuiteLease.h"
 #include "support/ForeignExceptionGuard.h"
 #include "support/Log.h"
 #include "support/ResultCodes.h"
@@ -18,20 +17,6 @@ constexpr std::int32_t kMessageRefused = 1;
 // of ours, not against other threads.
 std::uint32_t sDispatchBusy = 0;
 
-bool Is(const char* caller, const char* selector, const char* wantedCaller, const char* wantedSelector) {
-    return TokensAreEqual(caller, wantedCaller) && TokensAreEqual(selector, wantedSelector);
-}
-
-// Suites are acquired lazily on every message while somebody is left to release them: not after shut-down, and not for
-// the message that only ends a run without a start-up.
-bool MayAcquireSuites(const char* caller, const char* selector) {
-    if (HasShutDown()) {
-        return Is(caller, selector, kSPInterfaceCaller, kSPInterfaceStartupSelector);
-    }
-    return sGlobals != nullptr || !(Is(caller, selector, kSPInterfaceCaller, kSPInterfaceShutdownSelector) ||
-                                    Is(caller, selector, kSPAccessCaller, kSPAccessUnloadSelector));
-}
-
 std::int32_t Dispatch(const char* caller, const char* selector, SPMessageData* message) {
     if (message == nullptr) {
         return kBadParameterErr;
@@ -43,12 +28,12 @@ std::int32_t Dispatch(const char* caller, const char* selector, SPMessageData* m
         LogMessage(kLogNote, "- no basic suite available in message");
         return kNoErr;
     }
-    // A refusal is not examined: whoever needs a missing suite finds out.
-    if (MayAcquireSuites(caller, selector)) {
-        AcquireSuites();
+    const bool isForInterface = TokensAreEqual(caller, kSPInterfaceCaller);
+    if (isForInterface && TokensAreEqual(selector, kSPInterfaceStartupSelector)) {
+        sSuiteLease.Open();
     }
-    return TokensAreEqual(caller, kSPInterfaceCaller) ? HandleInterfaceMessage(selector, message)
-                                                      : HandlePluginCaller(caller, selector, message);
+    sSuiteLease.AcquireIfOpen();
+    return isForInterface ? HandleInterfaceMessage(selector, message) : HandlePluginCaller(caller, selector, message);
 }
 
 struct DispatchCall {

@@ -32,6 +32,10 @@ std::int32_t ActivateFonts(const PCILoader& pluginCore, const std::string& path)
         pluginCore.pfInvokeRestrictedFontsDialog(path.c_str(), reply.Data());
         return kNoErr;
     }
+    if (pluginCore.pfHandleOpenExistingDocument.IsNull()) {
+        // Nobody has activated anything: the host's dialogs are right.
+        return kNoErr;
+    }
     if (reply.Text().empty()) {
         SetSuppressionActive(true);
         return kNoErr;

@@ -22,7 +22,7 @@ std::int64_t sLastEnabledCheck = 0;
 // Runs `use` with the timer suite. A refusal of the host is the result.
 template <class Use>
 std::int32_t WithTimerSuite(const char* operation, Use use) {
-    // The blanks at the end are wanted.
+    // The blanks at the end are intentional: tools that read the trace match the whole line.
     LogMessage(kLogEntry, "Entering %s ", operation);
     std::int32_t result = kNoErr;
     MomentarySuite<AITimerSuite> timers(kAITimerSuite, kAITimerSuiteVersion);
@@ -71,8 +71,7 @@ std::int32_t RemoveTimers() {
 }
 
 std::int32_t HandleIdleTick() {
-    // The timer is a started plug-in's. A tick that comes all the same has nobody to work for, and may find a library
-    // that lacks the entries.
+    // The timer belongs to a started plug-in. A tick that comes all the same has nobody to work for.
     if (sGlobals == nullptr) {
         return kNoErr;
     }

@@ -15,5 +15,5 @@ std::int32_t RemoveTimers();
 
 // One tick of the timer: asks the PluginCore every ten seconds whether it is still enabled and stops the timer if not,
 // keeps trying to reach the panel, and lets the PluginCore work. Does nothing without a globals block. Always 0; throws
-// ForeignException when the PluginCore throws, MissingEntry when it lacks an entry.
+// ForeignException when the PluginCore throws.
 std::int32_t HandleIdleTick();

@@ -4,9 +4,10 @@
 
 #include <string>
 
+#include "frame/base/PluginGlobals.h"
 #include "frame/base/SuiteOperations.h"
-#include "frame/base/Suites.h"
 #include "frame/LifeCycle.h"
+#include "frame/SuiteLease.h"
 #include "plugincore/PCILoader.h"
 #include "support/Log.h"
 #include "support/PluginInfo.h"
@@ -25,7 +26,12 @@ void ShowMissingPluginCore() {
 // Succeeds from the host's point of view whatever happens; without a usable PluginCore nothing is registered, so that
 // the host never sends anything but its closing messages.
 std::int32_t HandleStartup(SPInterfaceMessage* message) {
+    if (sGlobals != nullptr) {
+        // Started already: a second set of menus and notifiers would have no globals block to be kept in.
+        return kNoErr;
+    }
     const PCILoader* const pluginCore = PCILoader::GetSharedInstance();
+    sPluginCoreIsUsable = false;
     if (pluginCore == nullptr) {
         ShowMissingPluginCore();
         return kNoErr;
@@ -33,16 +39,13 @@ std::int32_t HandleStartup(SPInterfaceMessage* message) {
     std::string path;
     std::string version;
     std::uint32_t missingCount = 0;
-    return pluginCore->IsLoaded(&path, &version, &missingCount) ? StartupPlugin(message) : kNoErr;
+    sPluginCoreIsUsable = pluginCore->IsLoaded(&path, &version, &missingCount);
+    return sPluginCoreIsUsable ? StartupPlugin(message) : kNoErr;
 }
 
 std::int32_t HandleShutdown(SPMessageData* message) {
     const std::int32_t result = ShutdownPlugin(message);
-    // Without a PluginCore there was nothing to shut down, but the suites are held since the first message. What
-    // shut-down could not release is not tried again.
-    if (!HasShutDown() && SuitesAreHeld()) {
-        ReleaseSuites();
-    }
+    sSuiteLease.EndWithoutRun();
     return result;
 }
 

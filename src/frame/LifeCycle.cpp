@@ -8,9 +8,9 @@
 #include "documents/FileFormatHook.h"
 #include "frame/base/PluginGlobals.h"
 #include "frame/base/SuiteOperations.h"
-#include "frame/base/Suites.h"
 #include "frame/IdleTimer.h"
 #include "frame/Notifiers.h"
+#include "frame/SuiteLease.h"
 #include "host/SPSuites.h"
 #include "menus/MenuTree.h"
 #include "plugincore/PCILoader.h"
@@ -19,10 +19,9 @@
 #include "support/PluginInfo.h"
 #include "support/ResultCodes.h"
 
-namespace {
+bool sPluginCoreIsUsable = false;
 
-// Set by shut-down, cleared by start-up.
-bool sHasShutDown = false;
+namespace {
 
 using MomentaryBlocksSuite = MomentarySuite<SPBlocksSuite>;
 
@@ -57,7 +56,6 @@ void AddToHost(SPInterfaceMessage* message) {
 std::int32_t StartupPlugin(SPInterfaceMessage* message) {
     constexpr const char* kName = "StartupPlugin";
     LogMessage(kLogEntry, "Entering %s", kName);
-    sHasShutDown = false;
     const std::string pluginPath = PluginInfo::GetPluginPath(sPluginIdentifier);
     PCILoader::GetSharedInstance()->pfInitializePluginCoreInterface(pluginPath.c_str());
 
@@ -76,14 +74,15 @@ std::int32_t StartupPlugin(SPInterfaceMessage* message) {
     if (result == kNoErr) {
         AddTimers(message);
     }
-    // The blank at the end is wanted.
+    // The blank at the end is intentional: tools that read the trace match the whole line.
     LogMessage(kLogExit, "Exiting %s ", kName);
     return result;
 }
 
 std::int32_t ShutdownPlugin(SPMessageData* message) {
-    // At level 0 and without an exit line: wanted.
+    // Level 0 and no exit line are intentional: readers of the trace know shut-down by them.
     LogMessage(kLogNote, "Entering %s", "ShutdownPlugin");
+    sPluginCoreIsUsable = false;
     if (sGlobals == nullptr) {
         return kNoErr;
     }
@@ -97,14 +96,18 @@ std::int32_t ShutdownPlugin(SPMessageData* message) {
         }
     };
     std::int32_t result = kNoErr;
-    attempt([&] { result = PCILoader::GetSharedInstance()->pfTerminatePluginCoreInterface(); });
+    attempt([&] {
+        if (const auto& terminate = PCILoader::GetSharedInstance()->pfTerminatePluginCoreInterface;
+            !terminate.IsNull()) {
+            result = terminate();
+        }
+    });
     delete sGlobals->text;
     sGlobals->text = nullptr;
     attempt([] { SetupIllustratorDialogSuppression(false); });
     LogMessage(kLogNote, "Calling RemoveTimers from ShutdownPlugin.");
     RemoveTimers();
-    ReleaseSuites();
-    sHasShutDown = true;
+    sSuiteLease.EndRun();
 
     MomentaryBlocksSuite blocks(kSPBlocksSuite, kSPBlocksSuiteVersion);
     try {
@@ -123,18 +126,16 @@ std::int32_t ShutdownPlugin(SPMessageData* message) {
     return result;
 }
 
-bool HasShutDown() { return sHasShutDown; }
-
 std::int32_t AboutPlugin(SPMessageData* /*message*/) {
     constexpr const char* kName = "AboutPlugin";
     LogMessage(kLogEntry, "Entering %s", kName);
     const std::string path = CurrentDocumentPath();
     std::int32_t result = kNoErr;
-    // The host offers the about box also while the PluginCore is missing or incompatible.
-    const PCILoader* const pluginCore = PCILoader::GetSharedInstance();
-    if (pluginCore != nullptr && !pluginCore->pfInvokeCommandDialog.IsNull()) {
+    // The host offers the about box also while the PluginCore is missing or incompatible, and after shut-down.
+    if (sPluginCoreIsUsable) {
+        const auto& showDialog = PCILoader::GetSharedInstance()->pfInvokeCommandDialog;
         ReplyBuffer<kCommandDialogReplySize> reply;
-        result = pluginCore->pfInvokeCommandDialog(path.c_str(), reply.Data());
+        result = showDialog.IsNull() ? kNoErr : showDialog(path.c_str(), reply.Data());
     }
     LogMessage(kLogExit, "Exiting %s", kName);
     return result;

@@ -15,10 +15,11 @@ std::int32_t StartupPlugin(SPInterfaceMessage* message);
 // there is no globals block. What the PluginCore throws goes on when everything has been given back.
 std::int32_t ShutdownPlugin(SPMessageData* message);
 
-// Whether shut-down has run since the last start-up: the suites have then been given back, and what the host still
-// sends must not acquire them again, because nobody would release them.
-bool HasShutDown();
+// Whether "Startup" has found the library usable, and shut-down has not come since: the about box may then ask it. Set
+// by the handler of "Startup", cleared by ShutdownPlugin.
+extern bool sPluginCoreIsUsable;
 
-// Lets the PluginCore show its about dialog for the current document. Returns the PluginCore's result, 0 without a
-// PluginCore that has the entry. Throws what its calls throw: ai::Error, SuiteNotHeld, ForeignException.
+// Lets the PluginCore show its about dialog for the current document. Returns the PluginCore's result, 0
+// without asking while it is not usable or lacks the entry. Throws what its calls throw: ai::Error, SuiteNotHeld,
+// ForeignException.
 std::int32_t AboutPlugin(SPMessageData* message);

@@ -45,7 +45,7 @@ struct Route {
     std::int32_t (*handler)(AINotifierMessage* message);
 };
 
-// In the order in which they are compared. "Menu Changed" has no handler: wanted.
+// In the order in which they are compared. "Menu Changed" has no handler on purpose: its arrival is only logged.
 constexpr std::array kRoutes = {
     Route{&PluginGlobals::applicationStarted, HandleStartupNotifier},
     Route{&PluginGlobals::applicationShutdown, HandleShutdownNotifier},

@@ -1,8 +1,8 @@
 #include "host/FilePath.h"
 
 #include "host/HeldSuites.h"
-#include "host/HostError.h"
 #include "host/StringSuites.h"
+#include "support/Errors.h"
 
 namespace ai {
 
@@ -14,12 +14,18 @@ constexpr AIBool8 kNotDisplayName = 0;
 }  // namespace
 
 std::string FileNameOf(const FilePathData& path) {
+    if (path.impl == nullptr) {
+        return {};
+    }
     UnicodeString name;
     ThrowIfRefused(sFilePathSuite->GetFileName(path, kNotDisplayName, name.Data()));
     return name.ToUtf8();
 }
 
 std::string FullPathOf(const FilePathData& path) {
+    if (path.impl == nullptr) {
+        return {};
+    }
     UnicodeString text;
     ThrowIfRefused(sFilePathSuite->GetFullPath(path, kNotDisplayName, text.Data()));
     return text.ToUtf8();

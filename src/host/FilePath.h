@@ -14,9 +14,10 @@ struct FilePathData {
     void* impl;
 };
 
-// The path's name alone, as UTF-8; empty for an empty path. Throws ai::Error when the host refuses.
+// The path's name alone, as UTF-8; empty for an empty path, and without asking the host for an object without content.
+// Throws ai::Error when the host refuses.
 std::string FileNameOf(const FilePathData& path);
-// The whole path, as UTF-8; empty for an empty path. Throws ai::Error when the host refuses.
+// The whole path, the same way.
 std::string FullPathOf(const FilePathData& path);
 
 // Owns what the host stores behind `impl`.

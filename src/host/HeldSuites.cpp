@@ -1,5 +1,7 @@
 #include "host/HeldSuites.h"
 
+#include "support/Errors.h"
+
 void ThrowSuiteNotHeld() { throw SuiteNotHeld(); }
 
 namespace ATE {
@@ -8,14 +10,6 @@ QUORVEL_TEXT_ENGINE_SUITES(QUORVEL_DEFINE_SUITE)
 #undef QUORVEL_DEFINE_SUITE
 }  // namespace ATE
 
-HeldSuite<AIFilePathSuite> sFilePathSuite;
-HeldSuite<OpaqueSuite> sUserSuite;
-HeldSuite<AIFontSuite> sFontSuite;
-HeldSuite<AINotifierSuite> sNotifierSuite;
-HeldSuite<AIMatchingArtSuite> sMatchingArt;
-HeldSuite<AIPlacedSuite> sPlacedSuite;
-HeldSuite<AITextFrameSuite> sTextFrameSuite;
-HeldSuite<SPBlocksSuite> sBlocksSuite;
-HeldSuite<AIMdMemorySuite> sMdMemorySuite;
-HeldSuite<AIUnicodeStringSuite> sUnicodeStringSuite;
-HeldSuite<AIDocumentSuite> sDocumentSuite;
+#define QUORVEL_DEFINE_SUITE(name, version, type, variable) HeldSuite<type> variable;
+QUORVEL_HOST_SUITES(QUORVEL_DEFINE_SUITE)
+#undef QUORVEL_DEFINE_SUITE

@@ -2,8 +2,6 @@
 // table of the frame fills and clears them; whoever uses a suite reads its variable directly. Main thread only.
 #pragma once
 
-#include <exception>
-
 #include "host/HostTypes.h"
 
 struct AIDocumentSuite;
@@ -25,12 +23,6 @@ struct TextRunsIteratorSuite;
 
 // A suite that is held but never called.
 struct OpaqueSuite;
-
-// Thrown where a suite is used that the host does not offer: the message is then given up, the host lives on.
-class SuiteNotHeld : public std::exception {
-  public:
-    const char* what() const noexcept override { return "a host suite is not held"; }
-};
 
 // Throws SuiteNotHeld. Out of line, so that the use of a suite stays one comparison and one call.
 [[noreturn]] void ThrowSuiteNotHeld();
@@ -153,6 +145,22 @@ class HeldSuite {
     SUITE(ArrayComposerEngine, 1, OpaqueSuite)
 // clang-format on
 
+// The host's own suites that are held, behind the text engine's: name, version, type, variable.
+// clang-format off
+#define QUORVEL_HOST_SUITES(SUITE)                                                          \
+    SUITE("AI File Path Suite", 5, AIFilePathSuite, sFilePathSuite)                         \
+    SUITE("AI User Suite", 12, OpaqueSuite, sUserSuite)                                     \
+    SUITE("AI Font Suite", 6, AIFontSuite, sFontSuite)                                      \
+    SUITE("AI Notifier Suite", 4, AINotifierSuite, sNotifierSuite)                          \
+    SUITE("AI Matching Art Suite", 7, AIMatchingArtSuite, sMatchingArt)                     \
+    SUITE("AI Placed Suite", 9, AIPlacedSuite, sPlacedSuite)                                \
+    SUITE("AI Text Frame Suite", 4, AITextFrameSuite, sTextFrameSuite)                      \
+    SUITE("SP Blocks Suite", 2, SPBlocksSuite, sBlocksSuite)                                \
+    SUITE("AI MdMemory Suite", 3, AIMdMemorySuite, sMdMemorySuite)                          \
+    SUITE("AI Unicode String Suite", 8, AIUnicodeStringSuite, sUnicodeStringSuite)          \
+    SUITE("AI Document Suite", 16, AIDocumentSuite, sDocumentSuite)
+// clang-format on
+
 // In a namespace of their own: "sFontSuite" names the host's suite, ATE::sFontSuite the text engine's.
 namespace ATE {
 #define QUORVEL_DECLARE_SUITE(word, version, type) extern HeldSuite<type> s##word##Suite;
@@ -160,14 +168,6 @@ QUORVEL_TEXT_ENGINE_SUITES(QUORVEL_DECLARE_SUITE)
 #undef QUORVEL_DECLARE_SUITE
 }  // namespace ATE
 
-extern HeldSuite<AIFilePathSuite> sFilePathSuite;
-extern HeldSuite<OpaqueSuite> sUserSuite;
-extern HeldSuite<AIFontSuite> sFontSuite;
-extern HeldSuite<AINotifierSuite> sNotifierSuite;
-extern HeldSuite<AIMatchingArtSuite> sMatchingArt;
-extern HeldSuite<AIPlacedSuite> sPlacedSuite;
-extern HeldSuite<AITextFrameSuite> sTextFrameSuite;
-extern HeldSuite<SPBlocksSuite> sBlocksSuite;
-extern HeldSuite<AIMdMemorySuite> sMdMemorySuite;
-extern HeldSuite<AIUnicodeStringSuite> sUnicodeStringSuite;
-extern HeldSuite<AIDocumentSuite> sDocumentSuite;
+#define QUORVEL_DECLARE_SUITE(name, version, type, variable) extern HeldSuite<type> variable;
+QUORVEL_HOST_SUITES(QUORVEL_DECLARE_SUITE)
+#undef QUORVEL_DECLARE_SUITE

@@ -2,22 +2,12 @@
 // A non-zero result of the text engine becomes ATE::Exception. Main thread only.
 #pragma once
 
-#include <exception>
 #include <utility>
 
 #include "host/HostTypes.h"
+#include "support/Errors.h"
 
 namespace ATE {
-
-class Exception : public std::exception {
-  public:
-    explicit Exception(ATEErr code) noexcept : mCode(code) {}
-    ATEErr Code() const noexcept { return mCode; }
-    const char* what() const noexcept override { return "the text engine refused an operation"; }
-
-  private:
-    ATEErr mCode;
-};
 
 // One counted reference; `Counting` names the suite operations of its kind.
 template <class Ref, class Counting>

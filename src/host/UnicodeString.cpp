@@ -5,10 +5,16 @@
 #include <iterator>
 
 #include "host/HeldSuites.h"
-#include "host/HostError.h"
 #include "host/StringSuites.h"
+#include "support/Errors.h"
 
 namespace ai {
+
+void ThrowIfRefused(AIErr code) {
+    if (code != 0) {
+        throw Error(code);
+    }
+}
 
 UnicodeString::UnicodeString(std::string_view utf8) {
     ThrowIfRefused(sUnicodeStringSuite->Initialize(mData, utf8.data(), static_cast<std::int64_t>(utf8.size()),

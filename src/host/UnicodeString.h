@@ -14,6 +14,9 @@ struct UnicodeStringData {
     void* impl;
 };
 
+// Throws ai::Error for a result that is not 0.
+void ThrowIfRefused(AIErr code);
+
 // Owns what the host stores behind `impl`.
 class UnicodeString {
   public:

@@ -4,7 +4,7 @@
 
 #include "json/JsonParser.h"
 
-std::unique_ptr<JsonValue> ParseJson(const std::string& text) {
+std::unique_ptr<JsonValue> ParseNarrowJson(const std::string& text) {
     // No locale makes more than one unit of a byte.
     std::vector<wchar_t> units(text.size() + 1);
     if (mbstowcs_s(nullptr, units.data(), units.size(), text.c_str(), text.size()) != 0) {

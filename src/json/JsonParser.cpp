@@ -15,6 +15,12 @@ class OpenContainer {
   public:
     explicit OpenContainer(JsonValue::Array elements) : mContent(std::move(elements)) {}
     explicit OpenContainer(JsonValue::Object members) : mContent(std::move(members)) {}
+    // Move-only, and said so: a vector would otherwise try to copy what it holds where a map's move may throw.
+    OpenContainer(const OpenContainer&) = delete;
+    OpenContainer& operator=(const OpenContainer&) = delete;
+    OpenContainer(OpenContainer&&) = default;
+    OpenContainer& operator=(OpenContainer&&) = default;
+    ~OpenContainer() = default;
 
     bool IsObject() const noexcept { return std::holds_alternative<JsonValue::Object>(mContent); }
     wchar_t ClosingBracket() const noexcept { return IsObject() ? L'}' : L']'; }

@@ -27,7 +27,7 @@ void AppendNumber(std::wstring& text, double number) {
 wchar_t ShortEscape(wchar_t unit) noexcept {
     switch (unit) {
         case L'"':
-        case L'/':  // wanted, though JSON does not ask for it
+        case L'/':  // optional in JSON; intentional, the bytes of a report are fixed
         case L'\\':
             return unit;
         case L'\b':

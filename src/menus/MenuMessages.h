@@ -1,6 +1,6 @@
 // What the host sends about the font manager's menu items. Main thread only.
 //
-// Both operations also throw what their calls throw: ai::Error (the host's texts), SuiteNotHeld, MissingEntry,
+// Both operations also throw what their calls throw: ai::Error (the host's texts), SuiteNotHeld, NoPluginCore,
 // ForeignException.
 #pragma once
 

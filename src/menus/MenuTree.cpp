@@ -5,11 +5,11 @@
 #include "documents/CurrentDocument.h"
 #include "frame/base/PluginGlobals.h"
 #include "frame/base/SuiteOperations.h"
-#include "host/HostError.h"
 #include "host/MenuSuite.h"
 #include "menus/MenuItemRegistry.h"
 #include "plugincore/PCILoader.h"
 #include "plugincore/ReplyBuffer.h"
+#include "support/Errors.h"
 #include "support/Log.h"
 #include "support/ResultCodes.h"
 
@@ -47,7 +47,8 @@ bool IsDuplicate(const MomentaryMenuSuite& menus, const std::string& label) {
     return duplicate;
 }
 
-// Shows in the log what the label would be as a key. The host gets no key: wanted.
+// Shows in the log what the label would be as a key. The host gets no key, on purpose: items are
+// known by their handles.
 void LogLabelAsKey(std::string label) {
     for (std::size_t at = label.find('/'); at != std::string::npos; at = label.find('/')) {
         label[at] = '-';
@@ -65,7 +66,7 @@ std::int32_t AddItem(const MomentaryMenuSuite& menus, const ItemDescription& des
     AIMenuItemHandle item = nullptr;
     const std::int32_t result = menus->AddMenuItem(sGlobals->plugin, nullptr, &data, options, &item);
     MenuItemID(item) = description.id;
-    // Without a closing parenthesis, and after the call: wanted.
+    // No closing parenthesis, and after the call: intentional, readers of the trace know the line so.
     LogMessage(kLogNote,
                "Calling AddMenuItem(SPPluginRef=0x%08x, itemKeyWithIllegalCharsRemoved='%s', menuData.groupName='%s', "
                "menuData.itemText='%s', options=0x%08x, pMenuItem=0x%08x",

@@ -5,7 +5,7 @@
 
 // Fetches the PluginCore's menu description and has the PluginCore add its items with AddIllustratorMenu. Returns the
 // PluginCore's result. Throws the host's code when the menu suite is refused, and what its calls throw: ai::Error (the
-// document's path), SuiteNotHeld, MissingEntry, ForeignException. Needs a globals block.
+// document's path), SuiteNotHeld, NoPluginCore, ForeignException. Needs a globals block.
 std::int32_t AddAllQuorvelMenuItems();
 
 // The callback that the PluginCore calls once per item, parents first. `context` is what

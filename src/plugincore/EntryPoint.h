@@ -3,20 +3,17 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <exception>
 
 #include "support/ForeignExceptionGuard.h"
-
-// Thrown where an entry is called that is not there, for want of the entry or of the whole library: the message is then
-// given up, the host lives on.
-class MissingEntry : public std::exception {
-  public:
-    const char* what() const noexcept override { return "the PluginCore or one of its entries is missing"; }
-};
+#include "support/ResultCodes.h"
 
 // One entry of the PluginCore library: a function pointer that is called like the function. The PluginCore is built
 // with another compiler; an exception that it throws out of an entry becomes a ForeignException here, so that the
 // frames of the caller unwind.
+//
+// A library that accepts the plug-in's version may still lack entries. Calling one that is missing answers
+// kLookupNotFound and writes nothing: the caller goes on as if the PluginCore had nothing to say. The binding has
+// logged the missing name once.
 template <class Signature>
 class EntryPoint;
 
@@ -30,7 +27,7 @@ class EntryPoint<std::int32_t(Arguments...)> {
 
     std::int32_t operator()(Arguments... arguments) const {
         if (mFunction == nullptr) {
-            throw MissingEntry();
+            return kLookupNotFound;
         }
         return CallForeignCode([&] { return mFunction(arguments...); });
     }

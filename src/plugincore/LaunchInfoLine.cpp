@@ -3,7 +3,7 @@
 #include <algorithm>
 
 std::optional<std::string> LaunchInfoLineValue(std::string_view line, std::string_view key) {
-    // Anywhere, not only at the start of the line: wanted as it is.
+    // Anywhere in the line is intentional: launch-info files in the field are read so.
     if (line.find(key) == std::string_view::npos) {
         return std::nullopt;
     }

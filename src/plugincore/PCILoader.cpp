@@ -123,7 +123,7 @@ bool PCILoader::CheckEntryPoints(bool expectBound) const {
 const PCILoader& RequirePluginCore() {
     const PCILoader* const pluginCore = PCILoader::GetSharedInstance();
     if (pluginCore == nullptr) {
-        throw MissingEntry();
+        throw NoPluginCore();
     }
     return *pluginCore;
 }

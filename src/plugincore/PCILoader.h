@@ -56,9 +56,9 @@ class PCILoader {
     std::uint32_t mMissingCount;  // entries not found by the last binding
 };
 
-// The shared instance, for whoever needs a started plug-in. Throws MissingEntry while there is none.
+// The shared instance, for whoever needs a started plug-in. Throws NoPluginCore while there is none.
 const PCILoader& RequirePluginCore();
 
-// Whether the PluginCore reports itself enabled; false while it is not there to be asked. Throws ForeignException when
-// it throws, MissingEntry when it lacks the entry.
+// Whether the PluginCore reports itself enabled; false while it, or its entry, is not there to be asked. Throws
+// ForeignException when it throws.
 bool PluginCoreIsEnabled();

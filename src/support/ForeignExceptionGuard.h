@@ -2,19 +2,14 @@
 // `catch (...)` does not see them: without this guard the process dies.
 #pragma once
 
-#include <exception>
 #include <type_traits>
+
+#include "support/Errors.h"
 
 // Calls function(context) and returns 0. When a C++ exception of Visual C++ (Windows exception code 0xE06D7363) leaves
 // the call, returns 1 instead; frames of our own between the thrower and the guard are cut without running their
 // destructors, so keep the guard close to the foreign call. Every other exception passes through. Any thread.
 extern "C" int RunStoppingForeignExceptions(void (*function)(void* context), void* context);
-
-// What a stopped foreign exception is turned into.
-class ForeignException : public std::exception {
-  public:
-    const char* what() const noexcept override { return "code of another compiler threw an exception"; }
-};
 
 // Runs call() and returns its result; a foreign exception that leaves it becomes a ForeignException, thrown here, so
 // that our own frames unwind as usual.

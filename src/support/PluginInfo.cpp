@@ -68,7 +68,7 @@ HMODULE GetPluginModuleHandle() {
     if (sState.module != nullptr) {
         return sState.module;
     }
-    // The reference is never given back: wanted. It keeps the code that the panel's bus calls in memory, whatever the
+    // The reference is never released, on purpose: it keeps the code that the panel's bus calls in memory, whatever the
     // host frees.
     constexpr DWORD kFlags = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS;
     HMODULE module = nullptr;

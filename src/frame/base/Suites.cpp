@@ -13,22 +13,14 @@ const std::array kSuiteTable = {
 #define QUORVEL_SUITE_ROW(word, version, type) SuiteRow{"ATE " #word " Suite", version, ATE::s##word##Suite.Target()},
     QUORVEL_TEXT_ENGINE_SUITES(QUORVEL_SUITE_ROW)
 #undef QUORVEL_SUITE_ROW
-        SuiteRow{"AI File Path Suite", 5, sFilePathSuite.Target()},
-    SuiteRow{"AI User Suite", 12, sUserSuite.Target()},
-    SuiteRow{"AI Font Suite", 6, sFontSuite.Target()},
-    SuiteRow{"AI Notifier Suite", 4, sNotifierSuite.Target()},
-    SuiteRow{"AI Matching Art Suite", 7, sMatchingArt.Target()},
-    SuiteRow{"AI Placed Suite", 9, sPlacedSuite.Target()},
-    SuiteRow{"AI Text Frame Suite", 4, sTextFrameSuite.Target()},
-    SuiteRow{"SP Blocks Suite", 2, sBlocksSuite.Target()},
-    SuiteRow{"AI MdMemory Suite", 3, sMdMemorySuite.Target()},
-    SuiteRow{"AI Unicode String Suite", 8, sUnicodeStringSuite.Target()},
-    SuiteRow{"AI Document Suite", 16, sDocumentSuite.Target()},
+#define QUORVEL_SUITE_ROW(name, version, type, variable) SuiteRow{name, version, variable.Target()},
+        QUORVEL_HOST_SUITES(QUORVEL_SUITE_ROW)
+#undef QUORVEL_SUITE_ROW
 };
 static_assert(kSuiteTable.size() == 98);
 
 // 0 while the table is not held, 1 while it is. Releasing a table that was never acquired takes it below 0, to
-// 4294967295, which stops every later acquisition: wanted as it is.
+// 4294967295, which stops every later acquisition: intentional, and part of what ReleaseSuites promises.
 std::uint32_t sUseCount = 0;
 
 }  // namespace

@@ -18,7 +18,8 @@ std::span<const SuiteRow> SuiteTable();
 // code: the suites acquired so far stay held and are acquired once more by the next call.
 std::int32_t AcquireSuites();
 
-// Releases every row that is held, when the use count is 1; otherwise only counts down. At the first refusal returns
+// Releases every row that is held, when the use count is 1; otherwise only counts down, from 0 to 4294967295: a table
+// that was released without being held is never acquired again. At the first refusal returns
 // the host's code, with the rest of the rows held and the count at 1.
 std::int32_t ReleaseSuites();
 

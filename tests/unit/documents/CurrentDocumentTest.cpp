@@ -1,7 +1,7 @@
 #include "documents/CurrentDocument.h"
 
 #include "documents/DocumentRegistry.h"
-#include "host/HostError.h"
+#include "support/Errors.h"
 #include "unit/documents/HostFixture.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include "documents/DocumentFile.h"
 
-#include "host/HostError.h"
+#include "support/Errors.h"
 #include "support/Log.h"
 #include "unit/documents/HostFixture.h"
 

@@ -1,6 +1,6 @@
 #include "frame/LifeCycle.h"
 
-#include "host/HostError.h"
+#include "support/Errors.h"
 #include "support/fakes/MissingPluginCore.h"
 #include "unit/frame/LifeCycleFixture.h"
 

@@ -5,7 +5,7 @@
 #include <type_traits>
 
 #include "host/HeldSuites.h"
-#include "host/HostError.h"
+#include "support/Errors.h"
 #include "support/fakes/FakeHost.h"
 
 namespace {

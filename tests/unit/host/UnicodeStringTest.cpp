@@ -4,7 +4,7 @@
 #include <utf8cpp/utf8.h>
 
 #include "host/HeldSuites.h"
-#include "host/HostError.h"
+#include "support/Errors.h"
 #include "support/fakes/FakeHost.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "frame/base/SuiteOperations.h"
-#include "host/HostError.h"
+#include "support/Errors.h"
 #include "support/ThrowLikeAnotherCompiler.h"
 #include "unit/menus/MenuFixture.h"
 
