@@ -1,4 +1,5 @@
-// Keeps the host's missing-font dialogs away while the PluginCore activates a document's fonts. Main thread only.
+// Keeps the host's missing-font dialogs away while the PluginCore activates a document's fonts.
+// Thread: main.
 #pragma once
 
 // Decides which dialogs are suppressed, from the word file beside the PluginCore library or else from the PluginCore's

@@ -8,5 +8,6 @@ struct PluginCoreSettings {
     std::int32_t pickBestMatch = 0;      // 0: a person resolves the fonts of an opened document
 };
 
-// Asks the PluginCore; all settings are 0 when it does not deliver a JSON object. Main thread only.
+// Asks the PluginCore; all settings are 0 when it does not deliver a JSON object.
+// Thread: main.
 PluginCoreSettings ReadPluginCoreSettings();

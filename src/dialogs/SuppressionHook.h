@@ -1,6 +1,7 @@
 // The Windows hook that dismisses the host's missing-font dialogs. It watches the messages of the thread that installed
 // it and acts only while it is active: a dialog box whose title holds one of the words is remembered when it is
-// created, and its OK button (or Enter) is pressed when it is first shown. Main thread only.
+// created, and its OK button (or Enter) is pressed when it is first shown.
+// Thread: main.
 #pragma once
 
 #include <windows.h>

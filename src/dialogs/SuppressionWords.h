@@ -1,10 +1,12 @@
-// The words that mark a dialog's title as one to dismiss. Process-wide; words are only ever added. Main thread only.
+// The words that mark a dialog's title as one to dismiss. Process-wide; words are only ever added.
+// Thread: main.
 #pragma once
 
 #include <string>
 #include <vector>
 
 // In the order in which they were added; repeats do no harm.
+// Lifetime: until the process ends; iterators until the next word is added.
 const std::vector<std::wstring>& SuppressionWordList();
 
 // Appends a word. Throws utfcpp's exceptions when it is not UTF-8.

@@ -8,8 +8,8 @@
 
 namespace {
 
-// A search through windows: the text to find and the first window that holds it. An exception stops the search and waits
-// here until Windows has returned.
+// A search through windows: the text to find and the first window that holds it. An exception stops the search and
+// waits here until Windows has returned.
 struct WindowSearch {
     const char* text;
     HWND found = nullptr;

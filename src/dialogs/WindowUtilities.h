@@ -1,4 +1,5 @@
-// The host's top-level windows. Main thread only. Texts are in the ANSI code page, as Windows' narrow calls give them.
+// The host's top-level windows. Texts are in the ANSI code page, as Windows' narrow calls give them.
+// Thread: main.
 #pragma once
 
 #include <windows.h>

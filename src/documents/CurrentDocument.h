@@ -1,4 +1,5 @@
-// The document that the host works on. Main thread only.
+// The document that the host works on.
+// Thread: main.
 #pragma once
 
 #include <string>

@@ -1,4 +1,5 @@
-// The file of a document, as the host tells it. Main thread only.
+// The file of a document, as the host tells it.
+// Thread: main.
 #pragma once
 
 #include <cstdint>

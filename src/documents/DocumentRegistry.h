@@ -1,6 +1,7 @@
 // What the plug-in learned about each open document: its path, its file's time and its last font-usage report, by
 // document handle. Process-wide, empty at load. A Set or Get operation that misses makes a record with default values.
-// Records are copied out; handles are compared, never followed. Main thread only.
+// Records are copied out; handles are compared, never followed.
+// Thread: main.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,5 @@
-// The file format that the plug-in registers only to be told which file the host is about to open. Main thread only.
+// The file format that the plug-in registers only to be told which file the host is about to open.
+// Thread: main.
 #pragma once
 
 #include <cstdint>

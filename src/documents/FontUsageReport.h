@@ -1,5 +1,6 @@
 // The one message that tells the PluginCore what a document needs: {"DocumentFonts": [{"PostScriptName": name}, ...],
-// "LinkedDocuments": [path, ...]} as compact JSON. All texts are UTF-8. Any thread.
+// "LinkedDocuments": [path, ...]} as compact JSON. All texts are UTF-8.
+// Thread: any.
 #pragma once
 
 #include <map>

@@ -1,6 +1,6 @@
-// Which fonts the text of the host's current document uses, and which files it links. Nothing survives a call. Main
-// thread only. Status values: 0, kFontScanFailed when nothing usable was found, else a code of the host or the text
-// engine.
+// Which fonts the text of the host's current document uses, and which files it links. Nothing survives a call. Status
+// values: 0, kFontScanFailed when nothing usable was found, else a code of the host or the text engine.
+// Thread: main.
 #pragma once
 
 #include <cstdint>

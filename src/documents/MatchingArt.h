@@ -5,7 +5,7 @@
 #include "host/HostTypes.h"
 
 // All art of one type in the current document: a handle of the host to an array, given back at the end of its life.
-// Main thread only.
+// Thread: main.
 class MatchingArt {
   public:
     // Asks the host; Status() is its answer.
@@ -19,6 +19,7 @@ class MatchingArt {
     bool HasHandle() const noexcept { return mMatches != nullptr; }
     std::int32_t Count() const noexcept { return mCount; }
     // The array; only with a handle.
+    // Lifetime: of this object.
     AIArtHandle* Art() const noexcept { return *mMatches; }
 
   private:

@@ -17,6 +17,24 @@ constexpr std::int32_t kMessageRefused = 1;
 // of ours, not against other threads.
 std::uint32_t sDispatchBusy = 0;
 
+bool Is(const char* caller, const char* selector, const char* expectedCaller, const char* expectedSelector) {
+    return TokensAreEqual(caller, expectedCaller) && TokensAreEqual(selector, expectedSelector);
+}
+
+// A started plug-in holds the table already and gives it back in its shut-down: no need to compare names for it.
+MessageKind KindOf(const char* caller, const char* selector) {
+    if (sGlobals != nullptr) {
+        return MessageKind::kOrdinary;
+    }
+    if (Is(caller, selector, kSPInterfaceCaller, kSPInterfaceStartupSelector)) {
+        return MessageKind::kStartup;
+    }
+    return Is(caller, selector, kSPInterfaceCaller, kSPInterfaceShutdownSelector) ||
+                   Is(caller, selector, kSPAccessCaller, kSPAccessUnloadSelector)
+               ? MessageKind::kClosingWithoutRun
+               : MessageKind::kOrdinary;
+}
+
 std::int32_t Dispatch(const char* caller, const char* selector, SPMessageData* message) {
     if (message == nullptr) {
         return kBadParameterErr;
@@ -28,12 +46,9 @@ std::int32_t Dispatch(const char* caller, const char* selector, SPMessageData* m
         LogMessage(kLogNote, "- no basic suite available in message");
         return kNoErr;
     }
-    const bool isForInterface = TokensAreEqual(caller, kSPInterfaceCaller);
-    if (isForInterface && TokensAreEqual(selector, kSPInterfaceStartupSelector)) {
-        sSuiteLease.Open();
-    }
-    sSuiteLease.AcquireIfOpen();
-    return isForInterface ? HandleInterfaceMessage(selector, message) : HandlePluginCaller(caller, selector, message);
+    sSuiteLease.BeginMessage(KindOf(caller, selector));
+    return TokensAreEqual(caller, kSPInterfaceCaller) ? HandleInterfaceMessage(selector, message)
+                                                      : HandlePluginCaller(caller, selector, message);
 }
 
 struct DispatchCall {

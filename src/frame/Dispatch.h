@@ -1,4 +1,5 @@
-// From a message of the host to the operation that handles it. Main thread only.
+// From a message of the host to the operation that handles it.
+// Thread: main.
 #pragma once
 
 #include <cstdint>

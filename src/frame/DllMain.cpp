@@ -13,8 +13,11 @@ void LogLoaderCall(const void* module, const char* reason, const void* reserved)
 
 }  // namespace
 
-// Windows calls it with the loader's lock held. It logs, and when the library alone is unloaded it frees the C++ runtime's
-// own memory: neither loads a library, waits, or calls into another module than the C runtime.
+// No header of ours declares it: Windows finds it by its name.
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
+
+// Windows calls it with the loader's lock held. It logs, and when the library alone is unloaded it frees the C++
+// runtime's own memory: neither loads a library, waits, or calls into another module than the C runtime.
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved) {
     switch (reason) {
         case DLL_PROCESS_ATTACH:

@@ -1,4 +1,5 @@
-// Regular slices of the host's main thread for the PluginCore. Main thread only.
+// Regular slices of the host's main thread for the PluginCore.
+// Thread: main.
 #pragma once
 
 #include <cstdint>

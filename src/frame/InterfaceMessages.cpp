@@ -7,7 +7,6 @@
 #include "frame/base/PluginGlobals.h"
 #include "frame/base/SuiteOperations.h"
 #include "frame/LifeCycle.h"
-#include "frame/SuiteLease.h"
 #include "plugincore/PCILoader.h"
 #include "support/Log.h"
 #include "support/PluginInfo.h"
@@ -43,12 +42,6 @@ std::int32_t HandleStartup(SPInterfaceMessage* message) {
     return sPluginCoreIsUsable ? StartupPlugin(message) : kNoErr;
 }
 
-std::int32_t HandleShutdown(SPMessageData* message) {
-    const std::int32_t result = ShutdownPlugin(message);
-    sSuiteLease.EndWithoutRun();
-    return result;
-}
-
 }  // namespace
 
 std::int32_t HandleInterfaceMessage(const char* selector, SPMessageData* message) {
@@ -59,7 +52,7 @@ std::int32_t HandleInterfaceMessage(const char* selector, SPMessageData* message
         return AboutPlugin(message);
     }
     if (TokensAreEqual(selector, kSPInterfaceShutdownSelector)) {
-        return HandleShutdown(message);
+        return ShutdownPlugin(message);
     }
     LogMessage(kLogNote, "- unknown message from kSPInterfaceCaller");
     return kNoErr;

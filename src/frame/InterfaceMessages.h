@@ -5,5 +5,5 @@
 #include "host/Messages.h"
 
 // Handles a message of the caller "SP Interface": start-up, about and shut-down; its result, 0 for an unknown selector.
-// Main thread only.
+// Thread: main.
 std::int32_t HandleInterfaceMessage(const char* selector, SPMessageData* message);

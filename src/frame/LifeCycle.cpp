@@ -132,10 +132,10 @@ std::int32_t AboutPlugin(SPMessageData* /*message*/) {
     const std::string path = CurrentDocumentPath();
     std::int32_t result = kNoErr;
     // The host offers the about box also while the PluginCore is missing or incompatible, and after shut-down.
-    if (sPluginCoreIsUsable) {
-        const auto& showDialog = PCILoader::GetSharedInstance()->pfInvokeCommandDialog;
+    const PCILoader* const pluginCore = sPluginCoreIsUsable ? PCILoader::GetSharedInstance() : nullptr;
+    if (pluginCore != nullptr && !pluginCore->pfInvokeCommandDialog.IsNull()) {
         ReplyBuffer<kCommandDialogReplySize> reply;
-        result = showDialog.IsNull() ? kNoErr : showDialog(path.c_str(), reply.Data());
+        result = pluginCore->pfInvokeCommandDialog(path.c_str(), reply.Data());
     }
     LogMessage(kLogExit, "Exiting %s", kName);
     return result;

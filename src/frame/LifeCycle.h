@@ -1,4 +1,5 @@
-// The plug-in's start-up, shut-down and about box. Main thread only; the basic suite must be known.
+// The plug-in's start-up, shut-down and about box. The basic suite must be known.
+// Thread: main.
 #pragma once
 
 #include <cstdint>

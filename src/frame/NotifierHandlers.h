@@ -1,5 +1,6 @@
 // What the plug-in does when the host reports an event. Each handler returns a 32-bit code, kBadParameterErr for a null
-// message. Main thread only.
+// message.
+// Thread: main.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,5 @@
-// The notifications that the plug-in asks the host for, and their way to the handlers. Main thread only.
+// The notifications that the plug-in asks the host for, and their way to the handlers.
+// Thread: main.
 #pragma once
 
 #include <cstdint>

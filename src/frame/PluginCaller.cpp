@@ -5,7 +5,6 @@
 #include "frame/base/SuiteOperations.h"
 #include "frame/IdleTimer.h"
 #include "frame/Notifiers.h"
-#include "frame/SuiteLease.h"
 #include "menus/MenuMessages.h"
 #include "support/Log.h"
 #include "support/ResultCodes.h"
@@ -42,14 +41,7 @@ std::int32_t HandleTimerMessage(const char* selector) {
 
 // The plug-in stays in memory while it is registered for anything.
 std::int32_t HandleAccessMessage(const char* selector) {
-    if (!TokensAreEqual(selector, kSPAccessUnloadSelector)) {
-        return kNoErr;
-    }
-    if (sGlobals != nullptr) {
-        return kUnloadRefused;
-    }
-    sSuiteLease.EndWithoutRun();
-    return kNoErr;
+    return sGlobals != nullptr && TokensAreEqual(selector, kSPAccessUnloadSelector) ? kUnloadRefused : kNoErr;
 }
 
 std::int32_t Route(const char* caller, const char* selector, SPMessageData* message) {

@@ -6,7 +6,16 @@
 
 SuiteLease sSuiteLease;
 
-void SuiteLease::AcquireIfOpen() {
+void SuiteLease::BeginMessage(MessageKind kind) {
+    if (kind == MessageKind::kClosingWithoutRun) {
+        if (std::exchange(mIsOpen, false) && SuitesAreHeld()) {
+            ReleaseSuites();
+        }
+        return;
+    }
+    if (kind == MessageKind::kStartup) {
+        mIsOpen = true;
+    }
     if (mIsOpen) {
         AcquireSuites();
     }
@@ -15,10 +24,4 @@ void SuiteLease::AcquireIfOpen() {
 void SuiteLease::EndRun() {
     mIsOpen = false;
     ReleaseSuites();
-}
-
-void SuiteLease::EndWithoutRun() {
-    if (std::exchange(mIsOpen, false) && SuitesAreHeld()) {
-        ReleaseSuites();
-    }
 }

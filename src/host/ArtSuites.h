@@ -1,4 +1,5 @@
-// What the document scan asks about single art objects. Main thread only.
+// What the document scan asks about single art objects.
+// Thread: main.
 #pragma once
 
 #include "host/HostTypes.h"

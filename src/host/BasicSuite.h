@@ -1,4 +1,5 @@
-// The suite that comes with every message and gives access to all the others. Main thread only.
+// The suite that comes with every message and gives access to all the others.
+// Thread: main.
 #pragma once
 
 #include "host/HostTypes.h"

@@ -3,7 +3,8 @@
 #include "host/FilePath.h"
 #include "host/HostTypes.h"
 
-// Main thread only. All operations act on the host's current document.
+// All operations act on the host's current document.
+// Thread: main.
 struct AIDocumentSuite {
     AIErr (*GetDocumentFileSpecification)(ai::FilePathData& path);  // 0
     void* unused1[11];                                              // 1 to 11

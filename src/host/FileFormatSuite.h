@@ -16,7 +16,8 @@ struct PlatformAddFileFormatExData {
     const char* extensions;  // separated by commas
 };
 
-// Main thread only. Handles stay the host's.
+// Handles stay the host's.
+// Thread: main.
 struct AIFileFormatSuite {
     void* unused0[8];  // 0 to 7; slot 0 adds a format of a single type and reads another record
     AIErr (*AddFileFormatEx)(SPPluginRef self, const char* name, PlatformAddFileFormatExData* data,

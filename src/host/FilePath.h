@@ -1,5 +1,6 @@
-// ai::FilePath, the host's file path object: one pointer to the host's implementation, null for the empty path.
-// All operations go to the host's file path suite; main thread only.
+// ai::FilePath, the host's file path object: one pointer to the host's implementation, null for the empty path. All
+// operations go to the host's file path suite.
+// Thread: main.
 #pragma once
 
 #include <string>

@@ -2,7 +2,8 @@
 
 #include "host/HostTypes.h"
 
-// Main thread only. Font keys stay the host's.
+// Font keys stay the host's.
+// Thread: main.
 struct AIFontSuite {
     void* unused0[17];                                                                         // 0 to 16
     AIErr (*GetDefaultFont)(std::int32_t script, AIFontKey* font);                             // 17

@@ -1,5 +1,6 @@
 // The host suites that the plug-in holds from the first message to shut-down: one module-wide variable each. The suite
-// table of the frame fills and clears them; whoever uses a suite reads its variable directly. Main thread only.
+// table of the frame fills and clears them; whoever uses a suite reads its variable directly.
+// Thread: main.
 #pragma once
 
 #include "host/HostTypes.h"

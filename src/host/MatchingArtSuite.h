@@ -11,7 +11,7 @@ struct AIMatchingArtSpec {
     std::int32_t attr;
 };
 
-// Main thread only.
+// Thread: main.
 struct AIMatchingArtSuite {
     void* unused0[1];  // 0
     // The art of the current document that matches one of `specs`. *matches is a handle (a pointer to the pointer to

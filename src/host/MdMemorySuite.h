@@ -2,7 +2,7 @@
 
 #include "host/HostTypes.h"
 
-// Main thread only.
+// Thread: main.
 struct AIMdMemorySuite {
     void* unused0[1];                                         // 0
     AIErr (*MdMemoryDisposeHandle)(AIMdMemoryHandle handle);  // 1

@@ -15,7 +15,8 @@ struct AIPlatformAddMenuItemDataUS {
     ai::UnicodeStringData itemText;
 };
 
-// Main thread only. Handles stay the host's.
+// Handles stay the host's.
+// Thread: main.
 struct AIMenuSuite {
     AIErr (*AddMenuItem)(SPPluginRef self, const char* key, AIPlatformAddMenuItemDataUS* data, std::int32_t options,
                          AIMenuItemHandle* item);                                                // 0

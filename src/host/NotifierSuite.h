@@ -5,7 +5,7 @@
 constexpr const char* kAINotifierSuite = "AI Notifier Suite";
 constexpr std::int32_t kAINotifierSuiteVersion = 4;
 
-// Main thread only.
+// Thread: main.
 struct AINotifierSuite {
     // `name` is the plug-in's own name for the registration; the handle stays the host's.
     AIErr (*AddNotifier)(SPPluginRef self, const char* name, const char* type, AINotifierHandle* notifier);  // 0

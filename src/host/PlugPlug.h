@@ -1,5 +1,6 @@
-// PlugPlug, the host's panel-messaging library: plain C functions, exported by the names of their types below.
-// Results are 32-bit, 0 for success. Main thread only.
+// PlugPlug, the host's panel-messaging library: plain C functions, exported by the names of their types below. Results
+// are 32-bit, 0 for success.
+// Thread: main.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,5 @@
-// The plug-in manager's suites that one operation acquires for a moment. Main thread only.
+// The plug-in manager's suites that one operation acquires for a moment.
+// Thread: main.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,5 @@
-// The suites behind ai::UnicodeString and ai::FilePath. Main thread only.
+// The suites behind ai::UnicodeString and ai::FilePath.
+// Thread: main.
 #pragma once
 
 #include <cstddef>

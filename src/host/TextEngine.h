@@ -1,5 +1,6 @@
-// Owners of the text engine's references. Each releases its reference once; a copy adds a reference, a move does not.
-// A non-zero result of the text engine becomes ATE::Exception. Main thread only.
+// Owners of the text engine's references. Each releases its reference once; a copy adds a reference, a move does not. A
+// non-zero result of the text engine becomes ATE::Exception.
+// Thread: main.
 #pragma once
 
 #include <utility>

@@ -1,5 +1,6 @@
 // The text engine's suites whose operations the font scan uses. References are counted: what a call returns is already
-// counted for the caller, who releases it once. Main thread only.
+// counted for the caller, who releases it once.
+// Thread: main.
 #pragma once
 
 #include "host/HostTypes.h"

@@ -5,7 +5,7 @@
 constexpr const char* kAITimerSuite = "AI Timer Suite";
 constexpr std::int32_t kAITimerSuiteVersion = 5;
 
-// Main thread only.
+// Thread: main.
 struct AITimerSuite {
     AIErr (*AddTimer)(SPPluginRef self, const char* name, std::int32_t periodInTicks,
                       AITimerHandle* timer);  // 0; 60 ticks a second; the handle stays the host's

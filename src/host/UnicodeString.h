@@ -1,5 +1,6 @@
-// ai::UnicodeString, the host's string object: one pointer to the host's implementation, null for the empty string.
-// All operations go to the host's string suite; main thread only.
+// ai::UnicodeString, the host's string object: one pointer to the host's implementation, null for the empty string. All
+// operations go to the host's string suite.
+// Thread: main.
 #pragma once
 
 #include <string>

@@ -19,7 +19,7 @@ class OpenContainer {
     OpenContainer(const OpenContainer&) = delete;
     OpenContainer& operator=(const OpenContainer&) = delete;
     OpenContainer(OpenContainer&&) = default;
-    OpenContainer& operator=(OpenContainer&&) = default;
+    OpenContainer& operator=(OpenContainer&&) = delete;
     ~OpenContainer() = default;
 
     bool IsObject() const noexcept { return std::holds_alternative<JsonValue::Object>(mContent); }

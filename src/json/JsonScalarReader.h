@@ -1,4 +1,5 @@
-// The values of a JSON text that hold no other values. Internal to json/; any thread.
+// The values of a JSON text that hold no other values. Internal to json/.
+// Thread: any.
 #pragma once
 
 #include <memory>

@@ -1,4 +1,5 @@
-// One node of a JSON tree. Not shared between threads without a lock; otherwise any thread.
+// One node of a JSON tree.
+// Thread: any, one at a time.
 #pragma once
 
 #include <concepts>
@@ -41,8 +42,9 @@ class JsonValue {
     bool IsArray() const noexcept { return GetKind() == Kind::Array; }
     bool IsObject() const noexcept { return GetKind() == Kind::Object; }
 
-    // The payload; a reference lives as long as this value. To ask for another kind than the value's own is the
-    // caller's error and throws std::bad_variant_access.
+    // The payload. To ask for another kind than the value's own is the caller's error and throws
+    // std::bad_variant_access.
+    // Lifetime: of this value.
     const std::wstring& AsString() const { return std::get<std::wstring>(mPayload); }
     bool AsBool() const { return std::get<bool>(mPayload); }
     double AsNumber() const { return std::get<double>(mPayload); }

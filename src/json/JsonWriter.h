@@ -1,4 +1,5 @@
-// JSON values to JSON text. Any thread.
+// JSON values to JSON text.
+// Thread: any.
 #pragma once
 
 #include <string>

@@ -1,8 +1,8 @@
 // The host's own Find Font command. The host offers no call for it, so the plug-in that owns its menu item is asked to
-// act as if the item had been chosen. Both operations throw nothing; without a globals block they find no command. Main
-// thread only.
+// act as if the item had been chosen. Both operations throw nothing; without a globals block they find no command.
 //
 // Nothing in the plug-in calls them: they are there for a font manager that wants the dialog.
+// Thread: main.
 #pragma once
 
 // Finds the menu item of the command and its owner and remembers both in the globals block; both become null when the

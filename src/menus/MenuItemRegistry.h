@@ -1,5 +1,5 @@
-// Which menu item of the host stands for which item of the PluginCore. Process-wide, empty at load; it only grows. Main
-// thread only.
+// Which menu item of the host stands for which item of the PluginCore. Process-wide, empty at load; it only grows.
+// Thread: main.
 #pragma once
 
 #include <cstdint>
@@ -11,11 +11,13 @@
 // Item identifiers by the host's handle, taken as a number.
 using MenuItemMap = std::map<std::uint64_t, std::string>;
 
-// The identifier of the item; an unknown handle is entered with an empty one. The reference stays good.
+// The identifier of the item; an unknown handle is entered with an empty one.
+// Lifetime: until the process ends.
 std::string& MenuItemID(AIMenuItemHandle item);
 
 // All entries, in the order of the handles. There may be one under the null handle: an item that the host refused,
 // or a choice that named none.
+// Lifetime: until the process ends.
 const MenuItemMap& RegisteredMenuItems();
 
 // The handle that an entry stands for.

@@ -1,7 +1,8 @@
-// What the host sends about the font manager's menu items. Main thread only.
+// What the host sends about the font manager's menu items.
 //
 // Both operations also throw what their calls throw: ai::Error (the host's texts), SuiteNotHeld, NoPluginCore,
 // ForeignException.
+// Thread: main.
 #pragma once
 
 #include <cstdint>

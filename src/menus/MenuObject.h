@@ -1,7 +1,8 @@
-// Searching the PluginCore's menu description. Needs neither host nor PluginCore; any thread.
+// Searching the PluginCore's menu description. Needs neither host nor PluginCore.
 //
 // The root is one item or an array of items. An item is an object with the members "id" and "title" (strings),
 // "enabled" and "checked" (booleans) and "child" (an array of items; anything else stands for none).
+// Thread: any.
 #pragma once
 
 #include <cstdint>

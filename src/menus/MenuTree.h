@@ -1,4 +1,5 @@
-// Adds the font manager's commands to the host's menus, as the PluginCore describes them. Main thread only.
+// Adds the font manager's commands to the host's menus, as the PluginCore describes them.
+// Thread: main.
 #pragma once
 
 #include <cstdint>

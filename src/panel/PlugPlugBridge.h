@@ -1,5 +1,6 @@
 // The host's panel-messaging library, loaded from the host's own folder and bound by name. Failures are silent: whoever
-// asked tries again later. Main thread only.
+// asked tries again later.
+// Thread: main.
 #pragma once
 
 #include <windows.h>

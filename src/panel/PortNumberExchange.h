@@ -1,5 +1,6 @@
 // Tells the font manager's panel on which local port the PluginCore listens. The panel asks over the host's event bus;
-// it is also told once unasked, when the plug-in begins to listen. Failures are silent. Main thread only.
+// it is also told once unasked, when the plug-in begins to listen. Failures are silent.
+// Thread: main.
 #pragma once
 
 #include <cstdint>

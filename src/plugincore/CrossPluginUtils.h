@@ -1,6 +1,7 @@
 // Document and life-cycle events in a form that knows no host: plain texts and numbers, passed on to the PluginCore and
 // logged. For front ends of other hosts; this plug-in's own front end calls the entries directly. The PluginCore must
-// have been found and accepted. Results are the PluginCore's, unchanged. Texts are UTF-8. Main thread only.
+// have been found and accepted. Results are the PluginCore's, unchanged. Texts are UTF-8.
+// Thread: main.
 #pragma once
 
 #include <cstdint>

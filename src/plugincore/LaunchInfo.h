@@ -1,4 +1,5 @@
-// The launch-info file that the core application leaves in an application-data folder. Main thread only.
+// The launch-info file that the core application leaves in an application-data folder.
+// Thread: main.
 #pragma once
 
 #include <cstdint>

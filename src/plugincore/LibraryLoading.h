@@ -1,5 +1,6 @@
-// Loading a library and reading what it says about itself. Main thread only. Paths are in the ANSI code page, as
-// Windows' narrow calls take them.
+// Loading a library and reading what it says about itself. Paths are in the ANSI code page, as Windows' narrow calls
+// take them.
+// Thread: main.
 #pragma once
 
 #include <windows.h>

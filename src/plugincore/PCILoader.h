@@ -1,4 +1,5 @@
-// The plug-in's whole view of the PluginCore library: its 24 entries, its path and its version. Main thread only.
+// The plug-in's whole view of the PluginCore library: its 24 entries, its path and its version.
+// Thread: main.
 #pragma once
 
 #include <windows.h>
@@ -16,6 +17,7 @@ class PCILoader {
   public:
     // The one instance. The first call finds and loads the library; until a load has succeeded every call searches
     // again, so that a font manager started after the host is picked up. Null while the library cannot be loaded.
+    // Lifetime: until the process ends.
     static PCILoader* GetSharedInstance();
 
     // Loads the library at `path` (ANSI) and binds its entries, unless there is an instance already. A library that

@@ -1,5 +1,6 @@
 // Finding the PluginCore library: beside the running core application, through the launch-info file that the core
-// application leaves behind, or by leaving the choice to Windows. Main thread only.
+// application leaves behind, or by leaving the choice to Windows.
+// Thread: main.
 #pragma once
 
 #include <string>

@@ -15,6 +15,7 @@ class ReplyBuffer {
     std::uint64_t* Size() noexcept { return &mSize; }
 
     // The text up to its first zero byte. Always ends: one byte more than the PluginCore is told of stays zero.
+    // Lifetime: of the buffer.
     std::string_view Text() const noexcept { return {mBytes.data(), std::strlen(mBytes.data())}; }
 
     // Fills a fresh buffer with as much of the text as fits.

@@ -6,5 +6,6 @@
 // Finds the running process with the lowest identifier whose executable has the base name `name` (".exe" may be left
 // out, case does not count) and stores the executable's folder, ending in a backslash, in `outDirectory` (ANSI).
 // Returns 0, or kLookupNotFound when there is none, the process list cannot be read or the path of the first match
-// cannot be; `outDirectory` is then left alone. Main thread only.
+// cannot be; `outDirectory` is then left alone.
+// Thread: main.
 std::int32_t GetPathToRunningProcessExe(const std::string& name, std::string& outDirectory);

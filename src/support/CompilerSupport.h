@@ -15,9 +15,17 @@
 // Frees the memory that the C++ runtime of this module keeps for exceptions; without it every load and unload of the
 // module leaks one block. Only for the moment when the module is unloaded.
 #if defined(__GLIBCXX__)
+// The name is the C++ runtime's own.
+#if defined(__clang__)
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wreserved-identifier"
+#endif
 namespace __gnu_cxx {
 void __freeres();
 }
+#if defined(__clang__)
+#pragma clang diagnostic pop
+#endif
 inline void ReleaseRuntimeMemory() { __gnu_cxx::__freeres(); }
 #else
 inline void ReleaseRuntimeMemory() {}

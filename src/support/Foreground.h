@@ -9,6 +9,6 @@ enum class ForegroundMatch {
     kSameWindowOrParent,  // or the parent of the second one first
 };
 
-// Gives the foreground to the desktop and back to the window that had it. Does nothing, and returns false, when no window
-// has it or when it changes hands meanwhile.
+// Gives the foreground to the desktop and back to the window that had it. Does nothing, and returns false, when no
+// window has it or when it changes hands meanwhile.
 bool SwitchForegroundAwayAndBack(ForegroundMatch match);

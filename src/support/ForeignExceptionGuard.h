@@ -8,7 +8,8 @@
 
 // Calls function(context) and returns 0. When a C++ exception of Visual C++ (Windows exception code 0xE06D7363) leaves
 // the call, returns 1 instead; frames of our own between the thrower and the guard are cut without running their
-// destructors, so keep the guard close to the foreign call. Every other exception passes through. Any thread.
+// destructors, so keep the guard close to the foreign call. Every other exception passes through.
+// Thread: any.
 extern "C" int RunStoppingForeignExceptions(void (*function)(void* context), void* context);
 
 // Runs call() and returns its result; a foreign exception that leaves it becomes a ForeignException, thrown here, so

@@ -1,6 +1,7 @@
 // The one logging call of the plug-in. Every operation of note logs its entry, its exit and what it finds; the shipped
 // plug-in formats each line and drops it, a diagnostic build routes it (LogSink.h). Never fails, never throws,
-// allocates nothing; no state, so any thread may call it.
+// allocates nothing.
+// Thread: any.
 #pragma once
 
 #include <cstddef>

@@ -5,6 +5,6 @@
 #include <cstdint>
 
 // `level` is 1 on entry to an operation, -1 on exit, 0 otherwise. `text` is terminated and has no line feed of its own,
-// unless the message itself ends in one; it belongs to the caller. Must not throw. The
-// diagnostic sink counts the nesting and is for the main thread only.
+// unless the message itself ends in one; it belongs to the caller. Must not throw.
+// Thread: any; main for the diagnostic sink, which counts the nesting.
 void WriteLogLine(std::int32_t level, const char* text) noexcept;

@@ -1,5 +1,6 @@
 // What the plug-in knows about itself: its module, its file, its identity text and fields of its version resource.
-// Process-wide, zero at load. Main thread only.
+// Process-wide, zero at load.
+// Thread: main.
 #pragma once
 
 #include <windows.h>

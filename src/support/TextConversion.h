@@ -1,6 +1,7 @@
-// Between UTF-8, which every narrow string of the plug-in is, and the UTF-16 of Windows and the JSON values.
-// The strict ones throw utfcpp's exceptions for ill-formed text: utf8::invalid_utf8, utf8::not_enough_room,
-// utf8::invalid_code_point, utf8::invalid_utf16. Any thread.
+// Between UTF-8, which every narrow string of the plug-in is, and the UTF-16 of Windows and the JSON values. The strict
+// ones throw utfcpp's exceptions for ill-formed text: utf8::invalid_utf8, utf8::not_enough_room,
+// utf8::invalid_code_point, utf8::invalid_utf16.
+// Thread: any.
 #pragma once
 
 #include <string>

@@ -1,4 +1,5 @@
-// Reading text fields of the U.S. English, Unicode table ("040904b0") of a file's version resource. Main thread only.
+// Reading text fields of the U.S. English, Unicode table ("040904b0") of a file's version resource.
+// Thread: main.
 #pragma once
 
 #include <cstddef>

@@ -11,6 +11,42 @@ options = None
 
 WINDOWS_LIBRARIES = {"kernel32.dll", "msvcrt.dll", "shell32.dll", "user32.dll", "version.dll"}
 
+# The plug-in starts no thread, handles no exception of others and leaves the process's settings alone.
+CHANGES_THE_PROCESS = {
+    "AddVectoredContinueHandler",
+    "AddVectoredExceptionHandler",
+    "CreateThread",
+    "ExitProcess",
+    "SetConsoleCtrlHandler",
+    "SetCurrentDirectoryA",
+    "SetCurrentDirectoryW",
+    "SetDllDirectoryA",
+    "SetDllDirectoryW",
+    "SetEnvironmentVariableA",
+    "SetEnvironmentVariableW",
+    "SetErrorMode",
+    "SetProcessAffinityMask",
+    "SetThreadPriority",
+    "SetUnhandledExceptionFilter",
+    "SuspendThread",
+    "TerminateProcess",
+    "_beginthread",
+    "_beginthreadex",
+    "_set_invalid_parameter_handler",
+    "signal",
+}
+
+# A text that only the operation's own code holds; the symbols of a shipped file are elsewhere.
+PARTS_THAT_NOTHING_CALLS = {
+    "CacheFindFontMenuItem": "CacheFindFontMenuItem",
+    "DisplayFindFontDialog": "DisplayFindFontDialog",
+    "CrossPluginUtils::HandleOpenExistingDocument": "CrossPluginUtils::HandleOpenExistingDocument",
+    "CrossPluginUtils::Startup": "CrossPluginUtils::Startup",
+    "CrossPluginUtils::RefreshActiveFontList": "CrossPluginUtils::RefreshActiveFontList",
+    "CheckHeap": "Heap corruption %d detected in '%s' line %d",
+    "ForciblyCloseWindow": "Forcibly closing HWND 0x%08x (title='%s', text='%s')",
+}
+
 ENGLISH_US = 1033
 PROPERTY_LIST_ID = 16000
 STRING_ID = 105
@@ -90,6 +126,24 @@ class PluginFile(unittest.TestCase):
         self.assertIn("kernel32.dll", imported)
         self.assertEqual(imported - WINDOWS_LIBRARIES, set())
         self.assertFalse(hasattr(self.pe, "DIRECTORY_ENTRY_DELAY_IMPORT"))
+
+    def test_imports_nothing_that_would_change_the_hosts_process(self):
+        imported = {
+            symbol.name.decode()
+            for library in self.pe.DIRECTORY_ENTRY_IMPORT
+            for symbol in library.imports
+            if symbol.name
+        }
+        self.assertIn("LoadLibraryA", imported)
+        self.assertEqual(imported & CHANGES_THE_PROCESS, set())
+
+    def test_holds_the_parts_that_nothing_calls_yet(self):
+        constants = b"".join(
+            section.get_data() for section in self.pe.sections if section.Name.rstrip(b"\0") == b".rdata"
+        )
+        for operation, text in PARTS_THAT_NOTHING_CALLS.items():
+            with self.subTest(operation):
+                self.assertTrue(text.encode() + b"\0" in constants, f"{text} is not in the file")
 
     def test_is_placed_at_random_in_the_whole_address_space(self):
         flags = self.pe.OPTIONAL_HEADER

@@ -1,5 +1,5 @@
 // The block that the host keeps for the plug-in between messages, and the state of the message being handled.
-// Main thread only.
+// Thread: main.
 #pragma once
 
 #include <string>

@@ -1,6 +1,7 @@
 // Acquiring, using and releasing a host suite, and turning host results into exceptions. Host error codes travel as
 // plain 32-bit integers: as results, and inside an operation as thrown integers that the operation's own handler turns
-// back into its result. Main thread only.
+// back into its result.
+// Thread: main.
 #pragma once
 
 #include "host/BasicSuite.h"

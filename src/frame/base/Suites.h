@@ -1,5 +1,6 @@
 // The suites that the plug-in holds as long as it runs: acquired together, counted, released together. Their variables
-// are those of host/HeldSuites.h. Main thread only; the basic suite must be known.
+// are those of host/HeldSuites.h. The basic suite must be known.
+// Thread: main.
 #pragma once
 
 #include <cstdint>
@@ -12,6 +13,7 @@ struct SuiteRow {
 };
 
 // The 98 rows in the order in which they are acquired and released.
+// Lifetime: as long as the plug-in is loaded.
 std::span<const SuiteRow> SuiteTable();
 
 // Acquires every row unless the table is held already. At the first refusal stops, logs the row and returns the host's

@@ -23,9 +23,10 @@ class LifeCycleTest : public FrameTest {
         sHooksInstalled = 0;
         sHooksRemoved = 0;
         LoadFakePluginCore();
-        // As the dispatch leaves things before it calls an operation.
+        // As the dispatch and the handler of "Startup" leave things before they call an operation.
         sBasicSuite = host.Basic();
         AcquireSuites();
+        sPluginCoreIsUsable = true;
         ClearRecords();
     }
 

@@ -109,9 +109,16 @@ TEST_F(FilePathTest, RefusedTextsThrowTheHostsCode) {
     EXPECT_EQ(host.LiveStrings(), 0);
 }
 
-TEST_F(FilePathTest, EmptyPathHasEmptyTexts) {
+TEST_F(FilePathTest, ObjectWithoutContentHasEmptyTextsAndIsNotHandedToTheHost) {
     EXPECT_EQ(ai::FileNameOf(ai::FilePathData{nullptr}), "");
     EXPECT_EQ(ai::FullPathOf(ai::FilePathData{nullptr}), "");
+    EXPECT_EQ(host.calls.Calls(), Calls());
+}
+
+TEST_F(FilePathTest, EmptyPathHasEmptyTextsOfTheHost) {
+    EXPECT_EQ(ai::FileNameOf(host.MakePath("")), "");
+    EXPECT_EQ(ai::FullPathOf(host.MakePath("")), "");
+    EXPECT_EQ(host.calls.Calls(), (Calls{"GetFileName(0)", "Destroy()", "GetFullPath(0)", "Destroy()"}));
 }
 
 TEST_F(FilePathTest, WithoutTheSuiteNothingIsDeletedAndUseThrows) {

@@ -5,6 +5,7 @@
 #include <type_traits>
 
 #include "host/BasicSuite.h"
+#include "support/Errors.h"
 
 namespace {
 

@@ -41,12 +41,16 @@ TEST(EntryPoint, IsNullUntilItIsBound) {
     EXPECT_TRUE(entry.IsNull());
 }
 
-TEST(EntryPoint, ThrowsWhenItIsCalledWithoutBeingBound) {
-    EntryPoint<std::int32_t()> entry;
-    EXPECT_THROW(entry(), MissingEntry);
-    entry.Bind(Address(AnswerNegative));
+TEST(EntryPoint, AnswersNotFoundAndWritesNothingWhenItIsCalledWithoutBeingBound) {
+    EntryPoint<std::int32_t(const char*, char*, std::uint64_t*)> entry;
+    char buffer = 'b';
+    std::uint64_t size = 1;
+    EXPECT_EQ(entry("text", &buffer, &size), kLookupNotFound);
+    entry.Bind(Address(Answer));
     entry.Bind(nullptr);
-    EXPECT_THROW(entry(), MissingEntry);
+    EXPECT_EQ(entry("text", &buffer, &size), kLookupNotFound);
+    EXPECT_EQ(buffer, 'b');
+    EXPECT_EQ(size, 1u);
 }
 
 TEST(EntryPoint, HandsArgumentsOnAndReturnsTheResult) {

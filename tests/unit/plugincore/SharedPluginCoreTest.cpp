@@ -132,7 +132,7 @@ TEST_F(PCILoaderTest, RequiredPluginCoreIsTheSharedInstance) {
 TEST_F(SharedInstanceTest, RequiredPluginCoreThatIsNotThereIsSearchedThenThrown) {
     const ImportPatch library("LoadLibraryA", AsReplacement(LoadNothing));
     const ImportPatch version("GetFileVersionInfoSizeA", AsReplacement(RefuseVersionSize));
-    EXPECT_THROW(RequirePluginCore(), MissingEntry);
+    EXPECT_THROW(RequirePluginCore(), NoPluginCore);
     EXPECT_EQ(RecordedLog(), FailedSearchLines());
 }
 

@@ -1,0 +1,198 @@
+// A library that accepts the plug-in's version and lacks one entry: what that does to each message of a day.
+#include <map>
+
+#include "dialogs/SuppressionHook.h"
+#include "support/fakes/EntryNames.h"
+#include "support/fakes/FakePlugPlug.h"
+#include "support/ResultCodes.h"
+#include "unit/frame/LifeCycleFixture.h"
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+const Names kMessages = {"start-up", "new",  "open restricted", "open",  "menu update", "menu choice",
+                         "save",     "tick", "close",           "about", "shut-down"};
+
+// The entries that each message calls in a complete library.
+const std::map<std::string, Names> kCallsOfADay = {
+    {"start-up",
+     {"GetAPIVersion", "InitializePluginCoreInterface", "GetMenus", "CreateMenusFromJSONBuffer", "PluginIsEnabled",
+      "GetAPIVersion", "GetSettings"}},
+    {"new", {"PluginIsEnabled", "HandleCreateNewDocument"}},
+    {"open restricted", {"PluginIsEnabled", "HandleOpenExistingDocument", "InvokeRestrictedFontsDialog"}},
+    {"open",
+     {"PluginIsEnabled", "HandleOpenExistingDocument", "GetSettings", "InvokeResolveDialog", "ActivateChosenFonts"}},
+    {"menu update", {"GetMenus"}},
+    {"menu choice", {"GetIDForDocument", "UpdateDocumentFontUsage", "HandleMenuSelection"}},
+    {"save", {"PluginIsEnabled", "HandleSaveDocument"}},
+    {"tick", {"PluginIsEnabled", "RegisterPlugPlug", "GetSocketPort", "IdleEvent", "ProcessPanelMessages"}},
+    {"close", {"PluginIsEnabled", "HandleCloseDocument"}},
+    {"about", {"InvokeCommandDialog"}},
+    {"shut-down", {"TerminatePluginCoreInterface", "GetAPIVersion", "GetSettings"}},
+};
+
+// What a missing entry does beyond not being called.
+struct Consequence {
+    std::map<std::string, Names> calls = {};           // of the messages that call something else
+    std::map<std::string, std::int32_t> results = {};  // that are not 0
+    bool registersNothing = false;                     // no menus, notifiers, format, timer
+    bool suppressionIsArmed = true;                    // after "open"
+};
+
+const Names kNone = {};
+
+std::map<std::string, Consequence> MakeConsequences() {
+    std::map<std::string, Consequence> all;
+    for (const std::string& name : kEntryNames) {
+        all[name] = {};
+    }
+    // The library is refused, and shown to the user.
+    Consequence& version = all["GetAPIVersion"];
+    for (const std::string& message : kMessages) {
+        version.calls[message] = kNone;
+    }
+    version.registersNothing = true;
+    version.suppressionIsArmed = false;
+    // No menus: the host is then not asked for notifications either.
+    Consequence& menus = all["CreateMenusFromJSONBuffer"];
+    for (const char* message : {"new", "open restricted", "open", "save", "close"}) {
+        menus.calls[message] = kNone;
+    }
+    menus.suppressionIsArmed = false;
+    // Nobody says that the font manager is enabled.
+    Consequence& enabled = all["PluginIsEnabled"];
+    for (const char* message : {"new", "open restricted", "open", "save", "close"}) {
+        enabled.calls[message] = kNone;
+    }
+    enabled.suppressionIsArmed = false;
+    // Nobody has activated anything.
+    Consequence& open = all["HandleOpenExistingDocument"];
+    open.calls["open restricted"] = {"PluginIsEnabled"};
+    open.calls["open"] = {"PluginIsEnabled"};
+    open.suppressionIsArmed = false;
+    // As if the user had declined.
+    Consequence& resolve = all["InvokeResolveDialog"];
+    resolve.results["open"] = kLookupNotFound;
+    resolve.suppressionIsArmed = false;
+    return all;
+}
+
+std::string sMissing;
+FARPROC(WINAPI* sRealGetProcAddress)(HMODULE, LPCSTR) = nullptr;
+
+FARPROC WINAPI FindAllButOne(HMODULE module, LPCSTR name) {
+    return sMissing == name ? nullptr : sRealGetProcAddress(module, name);
+}
+int WINAPI PressOk(HWND, LPCSTR, LPCSTR, UINT) { return IDOK; }
+
+class MissingEntryTest : public FrameTest, public testing::WithParamInterface<std::string> {
+  protected:
+    MissingEntryTest() {
+        sMissing = GetParam();
+        const ImportPatch find("GetProcAddress", AsReplacement(FindAllButOne));
+        sRealGetProcAddress = find.Original<decltype(sRealGetProcAddress)>();
+        LoadFakePluginCore();
+        ThePluginCore().recordEnabledQueries = true;
+        ThePluginCore().replies["HandleOpenExistingDocument"] = "fonts";
+        host.currentPath = "C:/a.ai";
+        sHooksInstalled = 0;
+    }
+
+    static Names NamesOf(const std::vector<std::string>& calls) {
+        Names names;
+        for (const std::string& call : calls) {
+            names.push_back(call.substr(0, call.find('(')));
+        }
+        return names;
+    }
+
+    // Notifies about the document; nothing when the plug-in is not registered, as no host would send that.
+    std::int32_t Tell(AINotifierHandle PluginGlobals::*notifier) {
+        const auto* const globals = static_cast<PluginGlobals*>(host.globals);
+        if (globals == nullptr || globals->*notifier == nullptr) {
+            return 0;
+        }
+        AINotifierMessage message{host.MessageData(), globals->*notifier, "type", host.currentDocument};
+        return Send("AI Notifier", "AI Notify", &message.d);
+    }
+
+    std::int32_t SendMenu(const char* selector) {
+        if (host.globals == nullptr) {
+            return 0;
+        }
+        AIMenuMessage message{host.MessageData(), nullptr};
+        return Send("AI Menu", selector, &message.d);
+    }
+
+    std::int32_t Perform(const std::string& message) {
+        const std::map<std::string, std::function<std::int32_t()>> performers = {
+            {"start-up", [&] { return Startup(); }},
+            {"new", [&] { return Tell(&PluginGlobals::documentNew); }},
+            {"open restricted",
+             [&] {
+                 ThePluginCore().calls.Fail("HandleOpenExistingDocument", kRestrictedFonts);
+                 return Tell(&PluginGlobals::documentOpened);
+             }},
+            {"open", [&] { return Tell(&PluginGlobals::documentOpened); }},
+            {"menu update", [&] { return SendMenu("AI Update"); }},
+            {"menu choice", [&] { return SendMenu("AI Go"); }},
+            {"save", [&] { return Tell(&PluginGlobals::documentSaved); }},
+            {"tick", [&] { return Send("AI Timer", "AI Go"); }},
+            {"close", [&] { return Tell(&PluginGlobals::documentClosed); }},
+            {"about", [&] { return Send("SP Interface", "About"); }},
+            {"shut-down", [&] { return Send("SP Interface", "Shutdown"); }},
+        };
+        return performers.at(message)();
+    }
+
+    Names ExpectedCalls(const Consequence& consequence, const std::string& message) {
+        const auto other = consequence.calls.find(message);
+        Names names = other != consequence.calls.end() ? other->second : kCallsOfADay.at(message);
+        std::erase(names, GetParam());
+        return names;
+    }
+
+    LoadablePlugPlug plugPlug;
+    ImportPatch box{"MessageBoxA", AsReplacement(PressOk)};
+    ImportPatch setHook{"SetWindowsHookExW", AsReplacement(CountSetHook)};
+    ImportPatch unhook{"UnhookWindowsHookEx", AsReplacement(CountUnhook)};
+};
+
+TEST_P(MissingEntryTest, CostsNoMoreThanWhatItWouldHaveDone) {
+    const Consequence consequence = MakeConsequences().at(GetParam());
+    for (const std::string& message : kMessages) {
+        SCOPED_TRACE(message);
+        ThePluginCore().calls.Clear();
+        const auto result = consequence.results.find(message);
+        EXPECT_EQ(Perform(message), result == consequence.results.end() ? 0 : result->second);
+        EXPECT_EQ(NamesOf(PluginCoreCalls()), ExpectedCalls(consequence, message));
+        if (message == "start-up") {
+            EXPECT_EQ(host.globals == nullptr, consequence.registersNothing);
+            EXPECT_EQ(host.calls.Count("AddTimer"), consequence.registersNothing ? 0 : 1);
+            const bool hooked = !consequence.registersNothing && GetParam() != "PluginIsEnabled";
+            EXPECT_EQ(sHooksInstalled, hooked ? 1 : 0);
+        }
+        if (message == "open") {
+            EXPECT_EQ(IsSuppressionActive(), consequence.suppressionIsArmed);
+        }
+    }
+    EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 0);
+    EXPECT_TRUE(host.HeldSuites().empty());
+    EXPECT_EQ(host.LiveBlocks(), 0);
+}
+
+TEST_P(MissingEntryTest, DoesNotFillTheLogWhileTheHostIsIdle) {
+    Startup();
+    Send("AI Timer", "AI Go");
+    ClearRecordedLog();
+    for (int i = 0; i < 100; ++i) {
+        Send("AI Timer", "AI Go");
+    }
+    EXPECT_TRUE(RecordedLog().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Entries, MissingEntryTest, testing::ValuesIn(kEntryNames),
+                         [](const auto& info) { return info.param; });
+
+}  // namespace
