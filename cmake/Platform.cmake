@@ -19,7 +19,11 @@ add_compile_definitions(WINVER=0x0A00 _WIN32_WINNT=0x0A00 WIN32_LEAN_AND_MEAN NO
 if(MSVC)
   add_compile_definitions(_CRT_SECURE_NO_WARNINGS)
   add_compile_options(/utf-8 /EHsc /permissive-)
-  set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
+  # The plug-in needs no runtime library beside it. The tests patch their own imports of the C runtime, so they need it
+  # as a DLL: the preset msvc-tests says so.
+  if(NOT DEFINED CMAKE_MSVC_RUNTIME_LIBRARY)
+    set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
+  endif()
 else()
   # One frame has to be written out in assembler; Visual C++ has a word for it.
   enable_language(ASM)

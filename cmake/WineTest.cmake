@@ -37,6 +37,7 @@ function(quorvel_add_test_program name)
   set_target_properties(${name} PROPERTIES
     RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests"
     CROSSCOMPILING_EMULATOR "${QUORVEL_RUN_TESTS}")
+  target_precompile_headers(${name} REUSE_FROM quorvel_test_headers)
   quorvel_warnings(${name})
 endfunction()
 
