@@ -193,6 +193,6 @@ TEST_P(MissingEntryTest, DoesNotFillTheLogWhileTheHostIsIdle) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Entries, MissingEntryTest, testing::ValuesIn(kEntryNames),
-                         [](const auto& info) { return info.param; });
+                         [](const auto& entry) { return entry.param; });
 
 }  // namespace
