@@ -39,7 +39,7 @@ void SetupIllustratorDialogSuppression(bool enable) {
     try {
         suppress = ChooseSuppressedDialogs();
     } catch (...) {
-        // A hook that nobody can decide about must not stay.
+        // Without a decision the hook must not stay installed.
         RemoveSuppressionHook();
         LogMessage(kLogExit, "Exiting %s(%d)", kName, 0);
         throw;

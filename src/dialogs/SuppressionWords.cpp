@@ -15,7 +15,7 @@ constexpr const char* kSuppressionFileName = "DialogSuppression.tmp";
 
 // Live as long as the process.
 std::vector<std::wstring> sSuppressionWordList;
-// Where the file was found, with its separator. Kept for whoever looks at a process; nothing reads it.
+// Where the file was found, with its separator. Nothing reads it; kept for debugging.
 std::string sSuppressionFolder;
 
 // The folder of the PluginCore library with its separator; empty when there is none.

@@ -13,7 +13,7 @@
 std::int32_t GetDocumentFileSpec(std::string& outPath, bool bFileNameOnly);
 
 // Stores the path, or its file name alone, in `outText` as UTF-8. Returns 0, or -1 when the text is empty. Throws
-// ai::Error when the host fails. Nobody asks for the name alone yet.
+// ai::Error when the host fails. No caller asks for the name alone yet.
 std::int32_t ConvertFilePathToString(const ai::FilePathData& path, std::string& outText, bool bFileNameOnly);
 
 // Whether a recorded path names a file: it holds a separator. A bare name is the title of a document never saved.

@@ -34,7 +34,7 @@ void ExamineRunsOfFrame(const ATE::ITextRange& frame, std::int32_t frameIndex, F
 
 // The PostScript name of the run's font. Throws ATE::Exception or a host code.
 std::string PostScriptNameOf(const ATE::ITextRange& run) {
-    bool isAssigned = false;  // of no interest: a run always has a font
+    bool isAssigned = false;  // unused: a run always has a font
     const ATE::IFont font = run.GetUniqueCharFeatures().GetFont(&isAssigned);
     AIFontKey key = nullptr;
     ThrowIfError(sFontSuite->FontKeyFromFont(font.GetRef(), &key));

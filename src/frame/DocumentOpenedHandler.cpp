@@ -33,7 +33,7 @@ std::int32_t ActivateFonts(const PCILoader& pluginCore, const std::string& path)
         return kNoErr;
     }
     if (pluginCore.pfHandleOpenExistingDocument.IsNull()) {
-        // Nobody has activated anything: the host's dialogs are right.
+        // The entry is missing, so no font was activated: the host's dialogs must appear.
         return kNoErr;
     }
     if (reply.Text().empty()) {

@@ -11,8 +11,8 @@
 
 namespace {
 
-// The notification also comes for a save that the user gave up: only an unmodified document has really been saved. A
-// host that does not answer has not said so.
+// The notification also comes for a save that the user cancelled: only an unmodified document has really been saved. A
+// refused query counts as modified.
 bool SaveHasHappened() {
     AIBoolean modified = 1;
     return sDocumentSuite->GetDocumentModified(&modified) == kNoErr && modified == 0;

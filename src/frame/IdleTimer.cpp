@@ -71,7 +71,7 @@ std::int32_t RemoveTimers() {
 }
 
 std::int32_t HandleIdleTick() {
-    // The timer belongs to a started plug-in. A tick that comes all the same has nobody to work for.
+    // Only a started plug-in has a timer. A tick without one comes from elsewhere; ignore it.
     if (sGlobals == nullptr) {
         return kNoErr;
     }

@@ -1,8 +1,9 @@
 // Whether the suite table may be acquired, and who gives it back.
 //
-// The table is acquired lazily, by every message until it is held. That is only sound while somebody is left who will
-// release it. A started plug-in does so at shut-down. One that never started, or not with a usable PluginCore, does so
-// with the host's closing message, "Shutdown" or "Unload". After either nothing is acquired until the next "Startup".
+// The table is acquired lazily, by every message until it is held. That is only sound while a later message is
+// bound to release it. A started plug-in does so at shut-down. One that never started, or not with a usable PluginCore,
+// does so with the host's closing message, "Shutdown" or "Unload". After either nothing is acquired until the next
+// "Startup".
 //
 // Thread: main.
 #pragma once
@@ -16,7 +17,7 @@ enum class MessageKind {
 class SuiteLease {
   public:
     // Before a message is routed: acquires the table, or gives it back. A suite that the host refuses is not examined:
-    // whoever needs it finds out.
+    // its user finds its variable null.
     void BeginMessage(MessageKind kind);
 
     // Shut-down of a started plug-in: releases the table as ReleaseSuites counts. What cannot be released is not tried
@@ -24,7 +25,7 @@ class SuiteLease {
     void EndRun();
 
   private:
-    bool mIsOpen = true;  // whether somebody is left who will release the table
+    bool mIsOpen = true;  // whether the table may be acquired
 };
 
 // The one of the process.

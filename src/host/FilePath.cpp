@@ -38,7 +38,7 @@ FilePath::FilePath(const FilePath& other) {
 }
 
 FilePath::~FilePath() {
-    // Without the suite there is nobody left to give the path back to.
+    // Without the suite the path cannot be returned; the host frees it with itself.
     if (mData.impl != nullptr && sFilePathSuite) {
         sFilePathSuite->DeleteFilePath(mData);
     }

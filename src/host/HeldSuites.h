@@ -1,5 +1,5 @@
 // The host suites that the plug-in holds from the first message to shut-down: one module-wide variable each. The suite
-// table of the frame fills and clears them; whoever uses a suite reads its variable directly.
+// table of the frame fills and clears them; code that uses a suite reads its variable directly.
 // Thread: main.
 #pragma once
 

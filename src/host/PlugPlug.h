@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-// Texts belong to whoever dispatches the event. How long the library reads them nobody tells: keep them.
+// Texts belong to the caller that dispatches the event. How long the library reads them is not documented: keep them.
 struct PlugPlugEvent {
     const char* type;
     std::int32_t scope;

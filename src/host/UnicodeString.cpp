@@ -35,7 +35,7 @@ UnicodeString& UnicodeString::operator=(const UnicodeString& other) {
 }
 
 UnicodeString::~UnicodeString() {
-    // Without the suite there is nobody left to give the text back to.
+    // Without the suite the text cannot be returned; the host frees it with itself.
     if (mData.impl != nullptr && sUnicodeStringSuite) {
         sUnicodeStringSuite->Destroy(mData);
     }

@@ -53,7 +53,7 @@ bool HasShortcutKey(const MomentaryMenuSuite& menus, std::int32_t index, const O
 }
 
 // The owner decides, not the key: the owner's first item counts. Only when it has none, the last item with the
-// command's key counts, whoever owns that one.
+// command's key counts, regardless of its owner.
 OwnedItem FindItem(const MomentaryMenuSuite& menus, SPPluginRef owner) {
     std::int32_t count = 0;
     if (menus->CountMenuItems(&count) != kNoErr) {

@@ -1,7 +1,7 @@
 // The host's own Find Font command. The host offers no call for it, so the plug-in that owns its menu item is asked to
 // act as if the item had been chosen. Both operations throw nothing; without a globals block they find no command.
 //
-// Nothing in the plug-in calls them: they are there for a font manager that wants the dialog.
+// Nothing in the plug-in calls them yet; they are part of the system for font managers that open the dialog.
 // Thread: main.
 #pragma once
 

@@ -1,5 +1,5 @@
-// The host's panel-messaging library, loaded from the host's own folder and bound by name. Failures are silent: whoever
-// asked tries again later.
+// The host's panel-messaging library, loaded from the host's own folder and bound by name. Failures are silent: the
+// caller tries again later.
 // Thread: main.
 #pragma once
 
@@ -31,7 +31,7 @@ constexpr std::int32_t kLibraryFailed = 31;
 std::int32_t Load(PlugPlugState& state);
 
 // Frees the library and clears its field; 0 also when there is none, kLibraryFailed when Windows refuses. Nothing calls
-// it: it belongs to the bridge for whoever ends the messaging before the process does.
+// it: it completes the bridge for a front end that ends the messaging before the process does.
 std::int32_t Unload(PlugPlugState& state);
 
 // The library's result, or kNotBound. `handler` and `context` have to live as long as the library. Throws

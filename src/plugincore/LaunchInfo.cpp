@@ -36,8 +36,8 @@ std::int32_t ReadLaunchInfoValue(const std::string& folderName, const std::strin
     path += file;
     std::ifstream stream = OpenForReading(path);
     if (!stream) {
-        // The path is not cleared, so the second attempt names the local path followed by the common one. Wanted as it
-        // is: in practice only the local copy is read.
+        // The path is not cleared, so the second attempt names the local path followed by the common one: intentional,
+        // in practice only the local copy is read.
         GetCommonAppDataFolder(path);
         path += file;
         stream = OpenForReading(path);

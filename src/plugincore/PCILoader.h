@@ -21,7 +21,7 @@ class PCILoader {
     static PCILoader* GetSharedInstance();
 
     // Loads the library at `path` (ANSI) and binds its entries, unless there is an instance already. A library that
-    // lacks entries yields an instance all the same: ask IsLoaded. Null when Windows cannot load the file.
+    // lacks entries still yields an instance: ask IsLoaded. Null when Windows cannot load the file.
     static PCILoader* LoadSharedInstance(const std::string& path);
 
     PCILoader(const PCILoader&) = delete;
@@ -42,7 +42,7 @@ class PCILoader {
     void BindEntryPoints(HMODULE module);
 
     // Diagnostic: logs every entry whose state differs from the expected one; true when there was none. Nothing calls
-    // it; it belongs to the class for whoever debugs a library.
+    // it; it is part of the class for debugging a library.
     bool CheckEntryPoints(bool expectBound) const;
 
     // In the alphabetical order of the contract; null when the library lacks the entry.
@@ -58,7 +58,7 @@ class PCILoader {
     std::uint32_t mMissingCount;  // entries not found by the last binding
 };
 
-// The shared instance, for whoever needs a started plug-in. Throws NoPluginCore while there is none.
+// The shared instance, for callers that need a started plug-in. Throws NoPluginCore while there is none.
 const PCILoader& RequirePluginCore();
 
 // Whether the PluginCore reports itself enabled; false while it, or its entry, is not there to be asked. Throws

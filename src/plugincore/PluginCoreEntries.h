@@ -5,7 +5,7 @@
 // bytes; the PluginCore never hands out memory. A flag is one byte holding 0 or 1. Every entry returns a 32-bit result,
 // 0 for success; for entries marked "ignored" the caller does not look at it.
 //
-// A library must export all 24. One that accepts the plug-in's version and lacks some is used all the same: a missing
+// A library must export all 24. One that accepts the plug-in's version and lacks some is used anyway: a missing
 // entry answers "not found" and writes nothing, so that its message goes on. What that comes to stands behind
 // "Missing:" where it is more than that nothing is told or shown. Thread: main.
 #pragma once

@@ -16,7 +16,7 @@ constexpr std::int32_t kLogEntry = 1;
 constexpr std::int32_t kLogExit = -1;
 constexpr std::int32_t kLogNote = 0;
 
-// Formats like printf, narrow strings, and hands the line to the log sink. `level` is a nesting step for whoever shows
+// Formats like printf, narrow strings, and hands the line to the log sink. `level` is a nesting step for the reader of
 // the lines: kLogEntry, kLogExit or kLogNote.
 void LogMessage(std::int32_t level, const char* format, ...) QUORVEL_PRINTF_FORMAT(2, 3);
 

@@ -37,8 +37,8 @@ namespace PluginInfo {
 void Initialize();
 void Initialize(const char* identityText);
 
-// Stores a module handle instead of looking it up. No reference is taken: whoever also uses the panel has to keep the
-// module in memory.
+// Stores a module handle instead of looking it up. No reference is taken: a front end that also uses the panel must
+// keep the module in memory.
 void SetPluginModuleHandle(HMODULE module);
 
 void SetPluginIsFunctional(bool isFunctional);

@@ -33,8 +33,8 @@ struct PluginGlobals {
 // is the plug-in's; the host only keeps the pointer between messages.
 extern PluginGlobals* sGlobals;
 
-// The block of the message being handled; the host's, stale between messages. Kept beside the other two for whoever
-// looks at a stopped process: the plug-in itself hands the message on as an argument.
+// The block of the message being handled; the host's, stale between messages. Kept for debugging: the plug-in
+// itself passes the message as an argument.
 extern SPMessageData* sCurrentMessage;
 
 // Gives a freshly allocated block its values: the plug-in's reference, a new empty text, and null handles. The host

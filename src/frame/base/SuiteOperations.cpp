@@ -21,7 +21,7 @@ void AcquireSuiteOrThrow(const char* name, std::int32_t version, const void** su
 
 void ReleaseSuiteIfHeld(const char* name, std::int32_t version, const void** suitePointer) {
     if (*suitePointer != nullptr) {
-        // A suite that cannot be given back is the host's affair: there is nothing left to undo here.
+        // A refused release is ignored: there is nothing left to undo here.
         sBasicSuite->ReleaseSuite(name, version);
         *suitePointer = nullptr;
     }
