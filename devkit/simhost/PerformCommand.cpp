@@ -41,6 +41,8 @@ void Play(const Scenario& scenario, const RunFolder& folder, const Transcript& t
 }  // namespace
 
 int Perform(const PerformOptions& options) {
+    // Never destroyed: the plug-in may call the host until the process ends.
+    [[maybe_unused]] const auto* const host = new SimulatedHost;
     const RunFolder folder(options.workFolder, options.pluginName);
     const auto* const scenario = new Scenario(ReadScenario(options.scenario, folder.PlaceholdersForScenarios()));
     const auto* const transcript = new Transcript(folder.PlaceholdersForScenarios().at("work"), options.quiet);

@@ -1,24 +1,14 @@
-// While it lives, the memory that is asked for is wanted by the tests themselves, and not by what they test: recorders
-// and fakes say so, and whoever makes memory run out spares them.
+// Marks the allocations of recorders and fakes, which fault injection of allocations passes over.
 #pragma once
 
-#include <atomic>
+#include "doubles/common/OwnMemory.h"
 
-class TestsOwnMemory {
+class TestsOwnMemory : public OwnMemory {
   public:
-    TestsOwnMemory() { ++sDepth; }
-    TestsOwnMemory(const TestsOwnMemory&) = delete;
-    TestsOwnMemory& operator=(const TestsOwnMemory&) = delete;
-    ~TestsOwnMemory() { --sDepth; }
-
-    static bool IsWanted() { return sDepth > 0; }
-
-  private:
-    // Of all threads together: what a thread has of its own takes memory when it is first used.
-    static inline std::atomic<int> sDepth = 0;
+    static bool IsWanted() { return IsMarked(); }
 };
 
-// The same function, whose memory is the tests' own: for the tables of the fakes.
+// The same function with its allocations marked: for the tables of the fakes.
 template <auto Function>
 struct WithOwnMemory;
 template <class Result, class... Arguments, Result (*Function)(Arguments...)>

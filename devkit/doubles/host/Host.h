@@ -1,5 +1,9 @@
-// The simulated host: all its parts. Suite operations are plain functions that find it through Host().
+// The double of the host: its suites, the model behind them, what it hands out, and the rules that it checks. Suite
+// operations are plain functions without a context, so they find their host through Host(). Main thread only.
 #pragma once
+
+#include <string>
+#include <vector>
 
 #include "doubles/host/HostOperations.h"
 #include "doubles/host/model/HostModel.h"
@@ -9,17 +13,28 @@
 
 namespace simhost {
 
-struct SimulatedHost {
+// One at a time: simhost makes one for the process, a unit test makes one for itself.
+class SimulatedHost {
+  public:
+    // Becomes the current host, with all suites installed.
+    SimulatedHost();
+    SimulatedHost(const SimulatedHost&) = delete;
+    SimulatedHost& operator=(const SimulatedHost&) = delete;
+    ~SimulatedHost();
+
+    // Reports as broken rules what the plug-in has not given back: suites, timers, objects.
+    void ReportLeftovers();
+
     RuleBook rules;
     HostOperations operations;
     SuiteStore suites;
     HostModel model;
     HostObjects objects;
-    // A wrong name or version was asked for, and the like: worth telling, but allowed.
+    // What is allowed but worth telling, for example that a suite of a wrong version was asked for.
     std::vector<std::string> notes;
 };
 
-// The one host of the process; made on first use, on the main thread, and never destroyed.
+// The current host. Throws std::logic_error when there is none.
 SimulatedHost& Host();
 
 }  // namespace simhost

@@ -1,5 +1,5 @@
-// The rules that a run checks, each by name, and the book that notes who broke one. A run passes when exactly the
-// violations occurred that its scenario announces: usually none.
+// The rules that a run checks, each by name, and the record of broken ones. A run passes when exactly the violations
+// occurred that its scenario or test expects: usually none.
 #pragma once
 
 #include <cstdint>

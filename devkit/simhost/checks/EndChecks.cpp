@@ -29,24 +29,6 @@ void CheckLibraries(const Expectations& expect, const RunFolder& folder) {
               Utf8(MessagingLibraryOfPlugin().wstring()), folder);
 }
 
-void CheckSuites() {
-    for (const auto& suite : Host().suites.All()) {
-        if (suite->held != 0) {
-            Host().rules.Broken(Rule::kSuiteLeak,
-                                "\"" + suite->name + "\" is still held " + std::to_string(suite->held) + " times",
-                                suite->held);
-        }
-    }
-}
-
-void CheckTimers() {
-    for (const auto& [handle, timer] : Host().model.timers.Objects()) {
-        if (timer.active) {
-            Host().rules.Broken(Rule::kTimerLeft, "the timer \"" + timer.name + "\" is still active");
-        }
-    }
-}
-
 void CheckHooks() {
     if (HooksInPlace() != 0) {
         Host().rules.Broken(Rule::kHookLeft, "message hooks left: " + std::to_string(HooksInPlace()), HooksInPlace());
@@ -62,9 +44,7 @@ void CheckHooks() {
 
 void CheckEnd(const Expectations& expect, const RunFolder& folder) {
     CheckLibraries(expect, folder);
-    CheckSuites();
-    CheckTimers();
-    Host().objects.ReportLeaks(Host().rules);
+    Host().ReportLeftovers();
     CheckHooks();
 }
 

@@ -21,8 +21,12 @@ Json GroupsOn(const void* item);
 
 Json DescribeItem(const void* handle) {
     const MenuItem& item = *Host().model.menus.items.Find(handle);
-    return {{"text", item.text},         {"options", item.options}, {"enabled", item.enabled},
-            {"checked", item.checked},   {"key", item.shortcutKey}, {"owner", OwnerName(item.owner)},
+    return {{"text", item.text},
+            {"options", item.options},
+            {"enabled", item.enabled},
+            {"checked", item.checked},
+            {"key", item.shortcutKey.value_or("")},
+            {"owner", OwnerName(item.owner)},
             {"groups", GroupsOn(handle)}};
 }
 
@@ -41,7 +45,7 @@ Json GroupsOn(const void* item) {
 Json PresentTimers() {
     Json timers = Json::array();
     for (const auto& [handle, timer] : Host().model.timers.Objects()) {
-        timers.push_back({{"name", timer.name}, {"period", timer.period}, {"active", timer.active}});
+        timers.push_back({{"name", timer.name}, {"period", timer.period}, {"active", timer.active != 0}});
     }
     return timers;
 }

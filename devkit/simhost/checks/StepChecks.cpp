@@ -78,7 +78,7 @@ void StepChecks::CheckBoxes(const Step& step) {
 
 void StepChecks::CheckHostCalls(const Step& step) {
     for (const auto& [operation, expected] : step.hostCalls) {
-        const std::int64_t count = Host().operations.CountInStep(operation);
+        const std::int64_t count = Host().operations.Count(operation);
         if (count != expected) {
             Host().rules.Broken(Rule::kHostCalls, step.place + ": " + operation + " was called " +
                                                       std::to_string(count) + " times, expected " +

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "doubles/host/Host.h"
-#include "doubles/host/suites/AllSuites.h"
 
 namespace simhost {
 
@@ -25,7 +24,6 @@ void PrepareMenu(const Scenario& scenario, HostModel& model) {
 
 void PrepareHost(const Scenario& scenario) {
     SimulatedHost& host = Host();
-    InstallAllSuites(host.suites);
     for (const std::string& name : scenario.refusedSuites) {
         host.suites.Withdraw(name);
     }

@@ -2,7 +2,7 @@
 
 #include "documents/DocumentRegistry.h"
 #include "support/Errors.h"
-#include "unit/documents/HostFixture.h"
+#include "support/HostFixture.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "documents/DocumentFile.h"
 
 #include "support/Errors.h"
+#include "support/HostFixture.h"
 #include "support/Log.h"
-#include "unit/documents/HostFixture.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include "plugincore/PCILoader.h"
 #include "support/fakes/FakePluginCore.h"
 #include "support/fakes/MissingPluginCore.h"
-#include "unit/documents/HostFixture.h"
+#include "support/HostFixture.h"
 
 namespace {
 
@@ -14,7 +14,6 @@ using Log = std::vector<RecordedLine>;
 const std::string kAcquire = "AcquireSuite('AI File Format Suite', 14)";
 const std::string kAdd =
     "AddFileFormatEx('Quorvel', 4 types ART5 EPSF PDF  AITm, title 'Quorvel', order 0, 'ai,eps,pdf,ait', 1, 0)";
-const std::string kSetPriority = "SetFileFormatPriority(0x100007001, 10000)";
 const std::string kRelease = "ReleaseSuite('AI File Format Suite', 14)";
 
 class FileFormatHookTest : public HostTest {
@@ -26,15 +25,12 @@ class FileFormatHookTest : public HostTest {
     }
     ~FileFormatHookTest() override { sGlobals = nullptr; }
 
-    void TearDown() override {
-        HostTest::TearDown();
-        EXPECT_EQ(host.HeldSuites(), (std::map<std::string, int>{}));
-    }
-
     std::int32_t Register() {
         SPInterfaceMessage startup{host.MessageData()};
         return AddFileFormat(&startup);
     }
+
+    std::string SetPriority() const { return "SetFileFormatPriority(" + HandleText(host.FileFormat()) + ", 10000)"; }
 
     // The lines of a registration with `inner` in between.
     static Log Framed(const Log& inner) {
@@ -101,30 +97,32 @@ TEST_F(FileFormatHookTest, WithoutAPluginCoreTheAnswerIsMinus1AndNothingElseHapp
 
 TEST_F(FileFormatHookTest, FormatIsRegisteredGetsItsPriorityAndIsKept) {
     EXPECT_EQ(Register(), 0);
-    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kAdd, kSetPriority, kRelease}));
-    EXPECT_EQ(globals.fileFormat, host.fileFormat.handle);
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kAdd, SetPriority(), kRelease}));
+    EXPECT_NE(globals.fileFormat, nullptr);
+    EXPECT_EQ(globals.fileFormat, host.FileFormat());
+    EXPECT_EQ(host.model.fileFormats.Find(host.FileFormat())->priority, 10000);
     EXPECT_EQ(RecordedLog(), Framed({}));
 }
 
 TEST_F(FileFormatHookTest, SuiteGoesBackBeforeTheExitIsLogged) {
     Log whenReleased;
-    host.duringOperation["ReleaseSuite"] = [&] { whenReleased = RecordedLog(); };
+    host.calls.During("ReleaseSuite", [&] { whenReleased = RecordedLog(); });
     Register();
     EXPECT_EQ(whenReleased, (Log{{1, "Entering AddFileFormat"}}));
 }
 
 TEST_F(FileFormatHookTest, AnswerToTheRegistrationIsNotLookedAtWhenThereIsAHandle) {
-    host.calls.Fail("AddFileFormatEx", 12);
+    host.calls.FailAfterWork("AddFileFormatEx", 12);
     EXPECT_EQ(Register(), 0);
-    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kAdd, kSetPriority, kRelease}));
-    EXPECT_EQ(globals.fileFormat, host.fileFormat.handle);
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kAdd, SetPriority(), kRelease}));
+    EXPECT_EQ(globals.fileFormat, host.FileFormat());
     EXPECT_EQ(RecordedLog(), Framed({}));
 }
 
 TEST_F(FileFormatHookTest, FormatWithoutAHandleHasNoPriorityAndIsNotKept) {
     const auto before = reinterpret_cast<AIFileFormatHandle>(0x77);
     globals.fileFormat = before;
-    host.fileFormat.handle = nullptr;
+    host.calls.SkipWork("AddFileFormatEx");
     EXPECT_EQ(Register(), 0);
     EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kAdd, kRelease}));
     EXPECT_EQ(globals.fileFormat, before);
@@ -133,15 +131,15 @@ TEST_F(FileFormatHookTest, FormatWithoutAHandleHasNoPriorityAndIsNotKept) {
 TEST_F(FileFormatHookTest, RefusedPriorityDoesNotCount) {
     host.calls.Fail("SetFileFormatPriority", 12);
     EXPECT_EQ(Register(), 0);
-    EXPECT_EQ(globals.fileFormat, host.fileFormat.handle);
+    EXPECT_EQ(globals.fileFormat, host.FileFormat());
     EXPECT_EQ(RecordedLog(), Framed({}));
 }
 
 TEST_F(FileFormatHookTest, SuiteThatIsRefusedOnceIsAcquiredByTheSecondTry) {
     host.calls.Fail("AcquireSuite", 11);
     EXPECT_EQ(Register(), 0);
-    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kAcquire, kAdd, kSetPriority, kRelease}));
-    EXPECT_EQ(globals.fileFormat, host.fileFormat.handle);
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kAcquire, kAdd, SetPriority(), kRelease}));
+    EXPECT_EQ(globals.fileFormat, host.FileFormat());
     EXPECT_EQ(RecordedLog(), Framed({{0, "ERROR:  throwing 11."}}));
 }
 

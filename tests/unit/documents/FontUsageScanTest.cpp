@@ -4,7 +4,7 @@
 
 #include "host/ArtSuites.h"
 #include "host/HeldSuites.h"
-#include "unit/documents/HostFixture.h"
+#include "support/HostFixture.h"
 
 namespace {
 
@@ -27,7 +27,7 @@ class FontUsageScanTest : public HostTest {
     ATE::ITextRange Run(const std::string& font) {
         host.textFrames = {{font}};
         ATE::TextRangeRef frame = nullptr;
-        EXPECT_EQ(sTextFrameSuite->GetATETextRange(reinterpret_cast<AIArtHandle>(1), &frame), 0);
+        EXPECT_EQ(sTextFrameSuite->GetATETextRange(host.TextFrame(0), &frame), 0);
         return ATE::ITextRange(frame).GetTextRunsIterator().Item();
     }
     FontList fonts;
@@ -107,6 +107,31 @@ TEST_F(FontUsageScanTest, HostsFailureToMatchIsAFailedScan) {
     EXPECT_EQ(RecordedTexts().back(), "ExamineTextFramesInCurrentDocForFontUsage() returning 352321536");
 }
 
+TEST_F(FontUsageScanTest, HandleOfAFailingHostIsNotScanned) {
+    host.textFrames = {{"A"}};
+    host.placedFiles = {"a"};
+    host.calls.FailAlwaysAfterWork("GetMatchingArt", 17);
+    EXPECT_EQ(ExamineTextFramesInCurrentDocForFontUsage(fonts), kFailed);
+    EXPECT_EQ(ExamineCurrentDocForPlacedArt(placed), kFailed);
+    EXPECT_TRUE(fonts.empty());
+    EXPECT_TRUE(placed.empty());
+    EXPECT_EQ(host.calls.Calls(), (std::vector<std::string>{"GetMatchingArt(12 0 0, 1)", "GetMatchingArt(7 0 0, 1)"}));
+}
+
+TEST_F(FontUsageScanTest, HandlesGoBackBeforeTheScansExitIsLogged) {
+    host.textFrames = {{"A"}};
+    host.placedFiles = {"a"};
+    std::string lastLine;
+    host.calls.During("MdMemoryDisposeHandle", [&] { lastLine = RecordedTexts().back(); });
+    ExamineTextFramesInCurrentDocForFontUsage(fonts);
+    EXPECT_EQ(lastLine, "ExamineTextRangesInThisFrameForFontUsage returning 0");
+    EXPECT_EQ(RecordedTexts().back(), "ExamineTextFramesInCurrentDocForFontUsage() returning 0");
+    ExamineCurrentDocForPlacedArt(placed);
+    EXPECT_EQ(lastLine, "Placed object found: 'a'");
+    EXPECT_EQ(RecordedTexts().back(), "ExamineCurrentDocForPlacedArt() returning 0");
+    EXPECT_EQ(host.calls.Count("MdMemoryDisposeHandle"), 2);
+}
+
 TEST_F(FontUsageScanTest, NoHandleIsAFailedScanAndAnEmptyHandleToo) {
     EXPECT_EQ(ExamineTextFramesInCurrentDocForFontUsage(fonts), kFailed);
     host.handleForNoMatches = true;
@@ -164,7 +189,7 @@ TEST_F(FontUsageScanTest, ExceptionBetweenRunsEndsTheFrame) {
 
 TEST_F(FontUsageScanTest, OtherExceptionsPassToTheCallerAndNothingStaysOut) {
     host.textFrames = {{"A"}};
-    host.duringOperation["GetUniqueCharFeatures"] = [] { throw std::runtime_error("elsewhere"); };
+    host.calls.During("GetUniqueCharFeatures", [] { throw std::runtime_error("elsewhere"); });
     EXPECT_THROW(ExamineTextFramesInCurrentDocForFontUsage(fonts), std::runtime_error);
 }
 
@@ -326,6 +351,18 @@ TEST_F(FontUsageScanTest, DefaultFontIsComparedCaseSensitively) {
     EXPECT_FALSE(IsIllustratorDefaultFont("default"));
     EXPECT_FALSE(IsIllustratorDefaultFont("Default-Bold"));
 }
+
+class LongDefaultFontTest : public FontUsageScanTest, public testing::WithParamInterface<std::size_t> {};
+
+// A name that does not fit fills the buffer of 128 bytes without a terminator.
+TEST_P(LongDefaultFontTest, IsReadUpTo127Characters) {
+    host.defaultFonts[0] = std::string(GetParam(), 'd');
+    EXPECT_EQ(IsIllustratorDefaultFont(std::string(GetParam(), 'd')), GetParam() <= 127);
+    EXPECT_EQ(IsIllustratorDefaultFont(std::string(127, 'd')), GetParam() >= 127);
+    EXPECT_FALSE(IsIllustratorDefaultFont(std::string(125, 'd')));
+}
+
+INSTANTIATE_TEST_SUITE_P(Lengths, LongDefaultFontTest, testing::Values(126, 127, 128, 129, 300));
 
 TEST_F(FontUsageScanTest, FailedDefaultFontQueryReusesTheKeyOfTheScriptBefore) {
     host.defaultFonts[-2] = "Default";

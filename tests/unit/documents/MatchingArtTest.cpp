@@ -1,6 +1,6 @@
 #include "documents/MatchingArt.h"
 
-#include "unit/documents/HostFixture.h"
+#include "support/HostFixture.h"
 
 namespace {
 
@@ -26,6 +26,17 @@ TEST_F(MatchingArtTest, WithoutAHandleNothingIsGivenBack) {
         EXPECT_EQ(art.Count(), 0);
     }
     EXPECT_EQ(host.calls.Calls(), std::vector<std::string>{"GetMatchingArt(7 0 0, 1)"});
+}
+
+TEST_F(MatchingArtTest, HandleOfAFailingHostIsNeitherUsedNorGivenBack) {
+    host.textFrames = {{}, {}};
+    host.calls.FailAfterWork("GetMatchingArt", 5);
+    {
+        const MatchingArt art(12);
+        EXPECT_EQ(art.Status(), 5);
+        EXPECT_FALSE(art.HasHandle());
+    }
+    EXPECT_EQ(host.calls.Calls(), std::vector<std::string>{"GetMatchingArt(12 0 0, 1)"});
 }
 
 TEST_F(MatchingArtTest, HostsFailureIsTheStatus) {

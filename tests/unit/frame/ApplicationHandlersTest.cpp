@@ -31,6 +31,7 @@ TEST_F(ApplicationHandlersTest, ShutdownShutsDownAndReturns0WhateverShutdownSays
     ThePluginCore().calls.Fail("TerminatePluginCoreInterface", 44);
     EXPECT_EQ(HandleShutdownNotifier(&message), 0);
     EXPECT_EQ(message.d.globals, nullptr);
+    host.globals = message.d.globals;
     EXPECT_EQ(host.LiveBlocks(), 0);
     EXPECT_EQ(PluginCoreCalls().front(), "TerminatePluginCoreInterface()");
     EXPECT_EQ(RecordedLog().front(),

@@ -16,24 +16,24 @@ class DispatchTest : public StartedTest {
 TEST_F(DispatchTest, MessageThatArrivesInsideAnotherIsRefusedWith1AndChangesNothing) {
     int answer = 0;
     SPMessageData nested{};
-    host.duringOperation["GetDocumentFileSpecification"] = [&] {
+    host.calls.During("GetDocumentFileSpecification", [&] {
         const SPBasicSuite* const basic = sBasicSuite;
         answer = DispatchGuarded("AI Menu", "AI Go", &nested);
         EXPECT_EQ(sBasicSuite, basic);
         EXPECT_NE(sCurrentMessage, &nested);
-    };
+    });
     EXPECT_EQ(NotifyOpened(), 0);
     EXPECT_EQ(answer, 1);
 }
 
 TEST_F(DispatchTest, ExceptionOfAHandlerIsLoggedAndAnswered0AndTheNextMessageIsHandled) {
-    host.duringOperation["GetDocumentFileSpecification"] = [] { throw std::runtime_error("from a handler"); };
+    host.calls.During("GetDocumentFileSpecification", [] { throw std::runtime_error("from a handler"); });
     EXPECT_EQ(NotifyOpened(), 0);
     const std::vector<RecordedLine> log = RecordedLog();
     EXPECT_EQ(std::count(log.begin(), log.end(), RecordedLine{0, "Unhandled exception in Brightbox plugin."}), 1);
     EXPECT_TRUE(PluginCoreCalls().empty());
 
-    host.duringOperation.clear();
+    host.calls.ForgetEvents();
     ClearRecords();
     EXPECT_EQ(NotifyOpened(), 0);
     EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 0);
@@ -41,7 +41,7 @@ TEST_F(DispatchTest, ExceptionOfAHandlerIsLoggedAndAnswered0AndTheNextMessageIsH
 }
 
 TEST_F(DispatchTest, ThrownIntegerThatNobodyCaughtIsAnswered0) {
-    host.duringOperation["GetDocumentFileSpecification"] = [] { throw 1234; };
+    host.calls.During("GetDocumentFileSpecification", [] { throw 1234; });
     EXPECT_EQ(NotifyOpened(), 0);
     EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
 }
@@ -61,10 +61,10 @@ TEST_F(DispatchTest, ExceptionOfThePluginCoreIsStoppedAndOurOwnFramesUnwind) {
 }
 
 TEST_F(DispatchTest, ExceptionOfAnotherCompilerOutOfTheHostIsStoppedToo) {
-    host.duringOperation["GetDocumentFileSpecification"] = ThrowLikeAnotherCompiler;
+    host.calls.During("GetDocumentFileSpecification", ThrowLikeAnotherCompiler);
     EXPECT_EQ(NotifyOpened(), 0);
     EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
-    host.duringOperation.clear();
+    host.calls.ForgetEvents();
     EXPECT_EQ(NotifyOpened(), 0);
     EXPECT_EQ(PluginCoreCalls().size(), 1u);
 }
@@ -89,12 +89,13 @@ TEST_F(DispatchTest, MessageBasicSuiteAndGlobalsAreStored) {
     SPMessageData message = host.MessageData();
     DispatchGuarded("AI Menu", "Nonsense", &message);
     EXPECT_EQ(sCurrentMessage, &message);
-    EXPECT_EQ(sBasicSuite, host.Basic());
+    EXPECT_EQ(sBasicSuite, TestHost::Basic());
     EXPECT_EQ(sGlobals, host.globals);
 }
 
 TEST_F(DispatchTest, MissingSuiteCostsTheMessageAndNotTheHost) {
-    FakeHost::DropSuites();
+    host.DropSuites();
+    host.ExpectBroken(Rule::kSuiteLeak);
     EXPECT_EQ(NotifyOpened(), 0);
     EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
     EXPECT_TRUE(PluginCoreCalls().empty());
@@ -103,6 +104,8 @@ TEST_F(DispatchTest, MissingSuiteCostsTheMessageAndNotTheHost) {
 TEST_F(DispatchTest, SuiteThatTheHostDoesNotOfferCostsTheStartupAndNotTheHost) {
     Send("SP Interface", "Shutdown");
     host.RefuseSuite("AI Document Suite", 42);
+    // The rows before the refused one are acquired anew by each message.
+    host.ExpectBroken(Rule::kSuiteLeak);
     ClearRecords();
     EXPECT_EQ(Startup(), 0);
     EXPECT_EQ(CountRecorded("Error 0x0000002a acquiring suite 'AI Document Suite', version 16"), 1);
@@ -147,6 +150,7 @@ TEST_F(DispatchFromTheStartTest, MessageAfterShutdownAcquiresNothingUntilTheNext
 TEST_F(DispatchFromTheStartTest, TableThatIsNotHeldIsTriedOnEveryMessageWhileThePluginRuns) {
     LoadFakePluginCore();
     host.RefuseSuite("AI Document Suite", 9);
+    host.ExpectBroken(Rule::kSuiteLeak);
     Startup();
     host.calls.Clear();
     Send("SP Access", "Unload");

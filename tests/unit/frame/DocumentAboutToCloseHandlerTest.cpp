@@ -19,7 +19,7 @@ TEST_F(DocumentAboutToCloseTest, AnotherDocumentThanTheCurrentOneRecordsNothing)
 }
 
 TEST_F(DocumentAboutToCloseTest, NoDocumentIsNotTheCurrentOne) {
-    host.currentDocument = nullptr;
+    host.AnswerNullDocument();
     EXPECT_EQ(Handle(HandleDocumentAboutToCloseNotifier, nullptr), 0);
     EXPECT_EQ(DocumentRegistrySize(), 0u);
 }
@@ -40,7 +40,8 @@ TEST_F(DocumentAboutToCloseTest, DisabledPluginCoreRecordsNothing) {
 TEST_F(DocumentAboutToCloseTest, LogsEntryWithTheDataAndExit) {
     Handle(HandleDocumentAboutToCloseNotifier);
     EXPECT_EQ(RecordedLog().front(),
-              (RecordedLine{1, "Entering HandleDocumentAboutToCloseNotifier(message->notifyData = 0xd0c00001)"}));
+              (RecordedLine{
+                  1, "Entering HandleDocumentAboutToCloseNotifier(message->notifyData = " + LowText(document) + ")"}));
     EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "HandleDocumentAboutToCloseNotifier returning 0"}));
 }
 

@@ -145,8 +145,9 @@ TEST_F(DocumentClosedTest, PluginCoresResultsAreIgnored) {
 
 TEST_F(DocumentClosedTest, LogsEntryWithTheDataAndExit) {
     Close();
-    EXPECT_EQ(RecordedLog().front(),
-              (RecordedLine{1, "Entering HandleDocumentClosedNotifier(message->notifyData = 0xd0c00001)"}));
+    EXPECT_EQ(
+        RecordedLog().front(),
+        (RecordedLine{1, "Entering HandleDocumentClosedNotifier(message->notifyData = " + LowText(document) + ")"}));
     EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "HandleDocumentClosedNotifier returning 0"}));
 }
 

@@ -29,7 +29,7 @@ TEST_F(DocumentNewTest, NothingIsRecorded) {
     Handle(HandleDocumentNewNotifier);
     EXPECT_EQ(DocumentRegistrySize(), 0u);
     EXPECT_EQ(RecordedLog().front(),
-              (RecordedLine{1, "Entering HandleDocumentNewNotifier(message->notifyData = 0xd0c00001)"}));
+              (RecordedLine{1, "Entering HandleDocumentNewNotifier(message->notifyData = " + LowText(document) + ")"}));
     EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "HandleDocumentNewNotifier returning 0"}));
 }
 

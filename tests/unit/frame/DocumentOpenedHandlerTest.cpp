@@ -33,6 +33,14 @@ TEST_F(DocumentOpenedTest, PathIsRecordedBeforeTheTimeAndBothBeforeThePluginCore
     EXPECT_LT(path, time);
 }
 
+TEST_F(DocumentOpenedTest, SuppressionIsOffBeforeThePluginCoreIsAskedWhetherItIsEnabled) {
+    ThePluginCore().recordEnabledQueries = true;
+    bool wasActive = true;
+    ThePluginCore().duringEntry["PluginIsEnabled"] = [&] { wasActive = IsSuppressionActive(); };
+    Open();
+    EXPECT_FALSE(wasActive);
+}
+
 TEST_F(DocumentOpenedTest, HostThatFailsToConvertThePathCostsTheMessage) {
     host.calls.Fail("GetFullPath", 5);
     EXPECT_EQ(Notify(&PluginGlobals::documentOpened, "AI Document Opened Notifier", document), 0);
@@ -155,8 +163,9 @@ TEST_F(DocumentOpenedTest, EnabledQueryPassesTrueAndAFlagThatIsFalse) {
 
 TEST_F(DocumentOpenedTest, EntryShowsTheDocument) {
     Open();
-    EXPECT_EQ(RecordedLog().front(),
-              (RecordedLine{1, "Entering HandleDocumentOpenedNotifier(message->notifyData = 0xd0c00001)"}));
+    EXPECT_EQ(
+        RecordedLog().front(),
+        (RecordedLine{1, "Entering HandleDocumentOpenedNotifier(message->notifyData = " + LowText(document) + ")"}));
 }
 
 }  // namespace

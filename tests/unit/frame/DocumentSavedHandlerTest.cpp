@@ -31,7 +31,7 @@ TEST_F(DocumentSavedTest, SaveAsIsReportedAlikeAndLoggedApart) {
 }
 
 TEST_F(DocumentSavedTest, SaveThatDidNotHappenIsNotReported) {
-    host.currentModified = 1;
+    host.currentModified = true;
     EXPECT_EQ(Save(), 0);
     EXPECT_TRUE(PluginCoreCalls().empty());
     EXPECT_EQ(CountRecorded("...afterSaveNotifier"), 1);
@@ -46,9 +46,22 @@ TEST_F(DocumentSavedTest, HostThatDoesNotTellWhetherTheSaveHappenedIsNotBelieved
 
 TEST_F(DocumentSavedTest, ScanComesBeforeTheQuestionWhetherTheSaveHappened) {
     int scans = 0;
-    host.duringOperation["GetDocumentModified"] = [&] { scans = host.calls.Count("GetMatchingArt"); };
+    host.calls.During("GetDocumentModified", [&] { scans = host.calls.Count("GetMatchingArt"); });
     Save();
     EXPECT_EQ(scans, 2);
+}
+
+TEST_F(DocumentSavedTest, ScanComesBeforeTheLineThatTellsTheKindOfSave) {
+    Save();
+    SaveAs();
+    std::vector<std::string> order;
+    for (const std::string& line : RecordedTexts()) {
+        if (line == "Exiting CurrentDocumentFontUsage" || line.starts_with("...afterSave")) {
+            order.push_back(line);
+        }
+    }
+    EXPECT_EQ(order, (std::vector<std::string>{"Exiting CurrentDocumentFontUsage", "...afterSaveNotifier",
+                                               "Exiting CurrentDocumentFontUsage", "...afterSaveAsNotifier"}));
 }
 
 TEST_F(DocumentSavedTest, PathQuerysFailureBecomesTheResult) {
@@ -83,8 +96,9 @@ TEST_F(DocumentSavedTest, DisabledPluginCoreIsNotToldAndNothingIsScanned) {
 
 TEST_F(DocumentSavedTest, LogsEntryWithTheDataAndExit) {
     Handle(HandleDocumentSavedNotifier);
-    EXPECT_EQ(RecordedLog().front(),
-              (RecordedLine{1, "Entering HandleDocumentSavedNotifier(message->notifyData = 0xd0c00001)"}));
+    EXPECT_EQ(
+        RecordedLog().front(),
+        (RecordedLine{1, "Entering HandleDocumentSavedNotifier(message->notifyData = " + LowText(document) + ")"}));
     EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "HandleDocumentSavedNotifier returning 0"}));
 }
 

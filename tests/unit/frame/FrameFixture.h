@@ -1,21 +1,24 @@
-// A started plug-in in a fake host with a fake PluginCore, for tests of the frame.
+// A started plug-in in the double of the host with a fake PluginCore, for tests of the frame.
 #pragma once
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
 #include "dialogs/SuppressionHook.h"
 #include "frame/base/PluginGlobals.h"
 #include "frame/base/SuiteOperations.h"
+#include "frame/base/Suites.h"
 #include "frame/PluginMain.h"
 #include "host/NotifierSuite.h"
-#include "support/fakes/FakeHost.h"
 #include "support/fakes/FakePluginCore.h"
 #include "support/fakes/ImportPatch.h"
+#include "support/Log.h"
 #include "support/RecordingLogSink.h"
+#include "support/TestHost.h"
 
 // What start-up adds, in its order.
 inline const std::vector<std::string> kElevenNotifiers = {
@@ -32,10 +35,27 @@ inline const std::vector<std::string> kElevenNotifiers = {
     "AddNotifier('Save As', 'AI Command Notifier: After Save As')",
 };
 
+// A handle or address as the log shows it.
+inline std::string LowText(const void* address) {
+    char text[16];
+    std::snprintf(text, sizeof(text), "0x%08x", Low32(address));
+    return text;
+}
+
 // Nothing is loaded and no message has arrived.
 class FrameTest : public testing::Test {
   protected:
     FrameTest() { sGetForegroundCalls = 0; }
+
+    // The host ends: from here on nothing fails, and the plug-in has to give everything back.
+    void TearDown() override {
+        host.EndFaults();
+        ThePluginCore().throwingEntry.clear();
+        ThePluginCore().duringEntry.clear();
+        if (host.globals != nullptr || SuitesAreHeld()) {
+            Send("SP Interface", "Shutdown");
+        }
+    }
 
     // Sends a message as the host does, keeping the globals pointer between messages.
     std::int32_t Send(const char* caller, const char* selector) {
@@ -51,7 +71,7 @@ class FrameTest : public testing::Test {
 
     std::int32_t Startup() { return Send("SP Interface", "Startup"); }
 
-    // Forgets what start-up did, so that a test sees its own subject alone.
+    // Clears what start-up recorded, so that a test sees its own subject alone.
     void ClearRecords() {
         host.calls.Clear();
         ThePluginCore().calls.Clear();
@@ -60,9 +80,9 @@ class FrameTest : public testing::Test {
 
     static const std::vector<std::string>& PluginCoreCalls() { return ThePluginCore().calls.Calls(); }
 
-    FakeHost host;
+    TestHost host;
 
-    // No window of the machine may decide what a test sees: the foreground belongs to nobody, and asking is counted.
+    // The foreground belongs to nobody, so that no window of the machine has a say; the questions are counted.
     static inline int sGetForegroundCalls = 0;
     static HWND WINAPI CountGetForegroundWindow() {
         ++sGetForegroundCalls;
@@ -92,5 +112,5 @@ class StartedTest : public FrameTest {
         return Send("AI Notifier", "AI Notify", &message.d);
     }
 
-    AIDocumentHandle document = host.currentDocument;
+    const AIDocumentHandle document = host.currentDocument;
 };

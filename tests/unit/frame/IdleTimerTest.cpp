@@ -11,11 +11,17 @@ using Log = std::vector<RecordedLine>;
 
 const std::string kAcquire = "AcquireSuite('AI Timer Suite', 5)";
 const std::string kRelease = "ReleaseSuite('AI Timer Suite', 5)";
-const std::string kIsActive = "GetTimerActive(0x100006001)";
-const std::string kStop = "SetTimerActive(0x100006001, 0)";
 
 class IdleTimerTest : public StartedTest {
   protected:
+    // As before the start-up.
+    void ForgetTimer() {
+        sGlobals->idleTimer = nullptr;
+        host.model.timers.Remove(host.Timer());
+    }
+    std::string IsActive() const { return "GetTimerActive(" + HandleText(host.Timer()) + ")"; }
+    std::string Stop() const { return "SetTimerActive(" + HandleText(host.Timer()) + ", 0)"; }
+
     std::int32_t Add() {
         SPInterfaceMessage startup{host.MessageData()};
         return AddTimers(&startup);
@@ -33,15 +39,16 @@ class IdleTimerTest : public StartedTest {
 // --- AddTimers ------------------------------------------------------------------------------------------------------
 
 TEST_F(IdleTimerTest, TimerOfTheShortestPeriodIsAddedAndItsHandleKept) {
-    sGlobals->idleTimer = nullptr;
+    ForgetTimer();
     EXPECT_EQ(Add(), 0);
     EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, "AddTimer('Quorvel AIPlugin Timer', 1)", kRelease}));
-    EXPECT_EQ(sGlobals->idleTimer, host.timer.handle);
+    EXPECT_NE(sGlobals->idleTimer, nullptr);
+    EXPECT_EQ(sGlobals->idleTimer, host.Timer());
     EXPECT_EQ(RecordedLog(), Framed("AddTimers", {}));
 }
 
 TEST_F(IdleTimerTest, RefusedTimerIsTheResultAndTheSuiteGoesBack) {
-    sGlobals->idleTimer = nullptr;
+    ForgetTimer();
     host.calls.Fail("AddTimer", 1296385101);
     EXPECT_EQ(Add(), 1296385101);
     EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, "AddTimer('Quorvel AIPlugin Timer', 1)", kRelease}));
@@ -60,26 +67,26 @@ TEST_F(IdleTimerTest, RefusedSuiteIsTheResultOfAddingAndNothingIsReleased) {
 
 TEST_F(IdleTimerTest, ActiveTimerIsStoppedAndItsHandleStays) {
     EXPECT_EQ(RemoveTimers(), 0);
-    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kIsActive, kStop, kRelease}));
-    EXPECT_EQ(host.timer.isActive, 0);
-    EXPECT_EQ(sGlobals->idleTimer, host.timer.handle);
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, IsActive(), Stop(), kRelease}));
+    EXPECT_EQ(host.TimerIsActive(), 0);
+    EXPECT_EQ(sGlobals->idleTimer, host.Timer());
     EXPECT_EQ(RecordedLog(), Framed("RemoveTimers", {}));
 }
 
 TEST_F(IdleTimerTest, TimerIsActiveByAnyNonZeroFlag) {
-    host.timer.isActive = 0x100;
+    host.model.timers.Find(host.Timer())->active = 0x100;
     EXPECT_EQ(RemoveTimers(), 0);
-    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kIsActive, kStop, kRelease}));
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, IsActive(), Stop(), kRelease}));
 }
 
 TEST_F(IdleTimerTest, TimerThatIsStoppedAlreadyIsLeftAlone) {
-    host.timer.isActive = 0;
+    host.model.timers.Find(host.Timer())->active = 0;
     EXPECT_EQ(RemoveTimers(), 0);
-    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kIsActive, kRelease}));
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, IsActive(), kRelease}));
 }
 
 TEST_F(IdleTimerTest, WithoutATimerTheSuiteIsAcquiredAndReleasedAndTheResultIs0) {
-    sGlobals->idleTimer = nullptr;
+    ForgetTimer();
     EXPECT_EQ(RemoveTimers(), 0);
     EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kRelease}));
     EXPECT_EQ(RecordedLog(), Framed("RemoveTimers", {}));
@@ -94,16 +101,16 @@ TEST_F(IdleTimerTest, WithoutAGlobalsBlockThereIsNoTimer) {
 }
 
 TEST_F(IdleTimerTest, RefusedQuestionIsTheResultAndTheTimerIsNotStopped) {
-    host.calls.Fail("GetTimerActive", 7);
+    host.calls.FailAfterWork("GetTimerActive", 7);
     EXPECT_EQ(RemoveTimers(), 7);
-    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kIsActive, kRelease}));
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, IsActive(), kRelease}));
     EXPECT_EQ(RecordedLog(), Framed("RemoveTimers", {"ERROR:  throwing 7."}));
 }
 
 TEST_F(IdleTimerTest, RefusedStopIsTheResult) {
     host.calls.Fail("SetTimerActive", 8);
     EXPECT_EQ(RemoveTimers(), 8);
-    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, kIsActive, kStop, kRelease}));
+    EXPECT_EQ(host.calls.Calls(), (Calls{kAcquire, IsActive(), Stop(), kRelease}));
     EXPECT_EQ(RecordedLog(), Framed("RemoveTimers", {"ERROR:  throwing 8."}));
 }
 
@@ -115,8 +122,9 @@ TEST_F(IdleTimerTest, RefusedSuiteIsTheResultOfRemoving) {
 }
 
 TEST_F(IdleTimerTest, SuiteGoesBackBeforeTheExitIsLogged) {
+    ForgetTimer();
     Log whenReleased;
-    host.duringOperation["ReleaseSuite"] = [&] { whenReleased = RecordedLog(); };
+    host.calls.During("ReleaseSuite", [&] { whenReleased = RecordedLog(); });
     Add();
     EXPECT_EQ(whenReleased, (Log{{1, "Entering AddTimers "}}));
     ClearRecordedLog();
@@ -136,7 +144,7 @@ class IdleTickTest : public IdleTimerTest {
 
     std::int32_t Tick() {
         ClearRecords();
-        AITimerMessage message{host.MessageData(), host.timer.handle};
+        AITimerMessage message{host.MessageData(), host.Timer()};
         return Send("AI Timer", "AI Go", &message.d);
     }
 
@@ -209,10 +217,10 @@ TEST_F(IdleTickTest, DisabledPluginCoreStopsTheTimerAndStillWorksInThisTick) {
     ThePluginCore().duringEntry["IdleEvent"] = [&] { hostCallsWhenWorking = host.calls.Calls(); };
     EXPECT_EQ(Tick(), 0);
     EXPECT_EQ(PluginCoreCalls(), kCheckedWork);
-    const Calls stopping = {kAcquire, kIsActive, kStop, kRelease};
+    const Calls stopping = {kAcquire, IsActive(), Stop(), kRelease};
     EXPECT_EQ(hostCallsWhenWorking, stopping);
     EXPECT_EQ(host.calls.Calls(), stopping);
-    EXPECT_EQ(host.timer.isActive, 0);
+    EXPECT_EQ(host.TimerIsActive(), 0);
     EXPECT_EQ(RecordedLog(), Framed("RemoveTimers", {}));
 }
 
@@ -224,7 +232,7 @@ TEST_F(IdleTickTest, DisabledPluginCoreIsNotNoticedBetweenTheChecks) {
     EXPECT_EQ(host.calls.Calls(), Calls{});
     FakeClock::Advance(1);
     Tick();
-    EXPECT_EQ(host.timer.isActive, 0);
+    EXPECT_EQ(host.TimerIsActive(), 0);
 }
 
 TEST_F(IdleTickTest, PluginCoreThatIsEnabledAgainDoesNotStartTheTimer) {
@@ -234,7 +242,7 @@ TEST_F(IdleTickTest, PluginCoreThatIsEnabledAgainDoesNotStartTheTimer) {
     FakeClock::Advance(10);
     Tick();
     EXPECT_EQ(host.calls.Calls(), Calls{});
-    EXPECT_EQ(host.timer.isActive, 0);
+    EXPECT_EQ(host.TimerIsActive(), 0);
 }
 
 TEST_F(IdleTickTest, TimerThatCannotBeStoppedDoesNotReachTheResult) {

@@ -113,12 +113,14 @@ TEST_F(InterfaceMessagesTest, ShutdownDoesNotTryAgainWhatItCouldNotRelease) {
     Startup();
     host.calls.Clear();
     host.RefuseRelease("ATE ApplicationPaint Suite", 19);
+    host.ExpectBroken(Rule::kSuiteLeak);
     EXPECT_EQ(Send("SP Interface", "Shutdown"), 0);
     EXPECT_EQ(host.calls.Calls(),
               (std::vector<std::string>{
-                  "AcquireSuite('AI Timer Suite', 5)", "GetTimerActive(0x100006001)", "SetTimerActive(0x100006001, 0)",
-                  "ReleaseSuite('AI Timer Suite', 5)", "ReleaseSuite('ATE ApplicationPaint Suite', 1)",
-                  "AcquireSuite('SP Blocks Suite', 2)", "FreeBlock()", "ReleaseSuite('SP Blocks Suite', 2)"}));
+                  "AcquireSuite('AI Timer Suite', 5)", "GetTimerActive(" + HandleText(host.Timer()) + ")",
+                  "SetTimerActive(" + HandleText(host.Timer()) + ", 0)", "ReleaseSuite('AI Timer Suite', 5)",
+                  "ReleaseSuite('ATE ApplicationPaint Suite', 1)", "AcquireSuite('SP Blocks Suite', 2)", "FreeBlock()",
+                  "ReleaseSuite('SP Blocks Suite', 2)"}));
     EXPECT_TRUE(SuitesAreHeld());
 }
 

@@ -24,7 +24,7 @@ class LifeCycleTest : public FrameTest {
         sHooksRemoved = 0;
         LoadFakePluginCore();
         // As the dispatch and the handler of "Startup" leave things before they call an operation.
-        sBasicSuite = host.Basic();
+        sBasicSuite = TestHost::Basic();
         AcquireSuites();
         sPluginCoreIsUsable = true;
         ClearRecords();

@@ -14,10 +14,13 @@ const Calls kMenus = {"GetDocumentFileSpecification()", "GetFullPath(0)", "Destr
                       "AcquireSuite('AI Menu Suite', 11)"};
 const std::string kAddItem = "AddMenuItem(null, 'Type Plugins1', '', 4)";
 const Calls kMenusDone = {"ReleaseSuite('AI Menu Suite', 11)"};
-const Calls kFileFormat = {
-    "AcquireSuite('AI File Format Suite', 14)",
-    "AddFileFormatEx('Quorvel', 4 types ART5 EPSF PDF  AITm, title 'Quorvel', order 0, 'ai,eps,pdf,ait', 1, 0)",
-    "SetFileFormatPriority(0x100007001, 10000)", "ReleaseSuite('AI File Format Suite', 14)"};
+const std::string kAcquireFileFormat = "AcquireSuite('AI File Format Suite', 14)";
+Calls FileFormat(const TestHost& host) {
+    return {kAcquireFileFormat,
+            "AddFileFormatEx('Quorvel', 4 types ART5 EPSF PDF  AITm, title 'Quorvel', order 0, 'ai,eps,pdf,ait', 1, 0)",
+            "SetFileFormatPriority(" + HandleText(host.FileFormat()) + ", 10000)",
+            "ReleaseSuite('AI File Format Suite', 14)"};
+}
 const Calls kBlocksDone = {"ReleaseSuite('SP Blocks Suite', 2)"};
 const Calls kTimer = {"AcquireSuite('AI Timer Suite', 5)", "AddTimer('Quorvel AIPlugin Timer', 1)",
                       "ReleaseSuite('AI Timer Suite', 5)"};
@@ -61,8 +64,8 @@ TEST_F(LifeCycleTest, StartupAllocatesTheGlobals) {
     EXPECT_EQ(*sGlobals->text, "");
     EXPECT_EQ(sGlobals->findFontOwner, nullptr);
     EXPECT_EQ(sGlobals->findFontItem, nullptr);
-    EXPECT_EQ(sGlobals->idleTimer, host.timer.handle);
-    EXPECT_EQ(sGlobals->fileFormat, host.fileFormat.handle);
+    EXPECT_EQ(sGlobals->idleTimer, host.Timer());
+    EXPECT_EQ(sGlobals->fileFormat, host.FileFormat());
 }
 
 TEST_F(LifeCycleTest, StartupAddsMenusNotifiersAndFileFormatWithinTheBlocksSuiteAndTheTimerLast) {
@@ -75,7 +78,7 @@ TEST_F(LifeCycleTest, StartupAddsMenusNotifiersAndFileFormatWithinTheBlocksSuite
                                           {"CountMenuItems()", kAddItem},
                                           kMenusDone,
                                           kNotifiers,
-                                          kFileFormat,
+                                          FileFormat(host),
                                           kBlocksDone,
                                           kTimer}));
 }
@@ -83,7 +86,7 @@ TEST_F(LifeCycleTest, StartupAddsMenusNotifiersAndFileFormatWithinTheBlocksSuite
 TEST_F(LifeCycleTest, MenusThatFailCostTheNotifiersAndNothingElse) {
     ThePluginCore().calls.Fail("CreateMenusFromJSONBuffer", 0x9000000);
     EXPECT_EQ(CallStartup(), 0);
-    EXPECT_EQ(host.calls.Calls(), Joined({kBlocks, kMenus, kMenusDone, kFileFormat, kBlocksDone, kTimer}));
+    EXPECT_EQ(host.calls.Calls(), Joined({kBlocks, kMenus, kMenusDone, FileFormat(host), kBlocksDone, kTimer}));
     EXPECT_EQ(sHooksInstalled, 1);
 }
 
@@ -114,8 +117,10 @@ TEST_F(LifeCycleTest, PathThatTheHostRefusesEndsTheStartupWithTheHostsErrorAndSh
 TEST_F(LifeCycleTest, RefusedFileFormatSuiteDoesNotStopTheStartup) {
     host.RefuseSuite("AI File Format Suite", 42);
     EXPECT_EQ(CallStartup(), 0);
-    EXPECT_EQ(host.calls.Calls(),
-              Joined({kBlocks, kMenus, kMenusDone, kNotifiers, {kFileFormat[0], kFileFormat[0]}, kBlocksDone, kTimer}));
+    EXPECT_EQ(
+        host.calls.Calls(),
+        Joined(
+            {kBlocks, kMenus, kMenusDone, kNotifiers, {kAcquireFileFormat, kAcquireFileFormat}, kBlocksDone, kTimer}));
     EXPECT_EQ(CountRecorded("Error thrown in AddFileFormat()"), 1);
     EXPECT_EQ(sHooksInstalled, 1);
 }
@@ -176,8 +181,8 @@ TEST_F(LifeCycleTest, RefusedNotifierDoesNotReachStartupsResult) {
     host.calls.Fail("AddNotifier", 7, 4);
     EXPECT_EQ(CallStartup(), 0);
     EXPECT_EQ(sHooksInstalled, 1);
-    EXPECT_EQ(sGlobals->fileFormat, host.fileFormat.handle);
-    EXPECT_EQ(sGlobals->idleTimer, host.timer.handle);
+    EXPECT_EQ(sGlobals->fileFormat, host.FileFormat());
+    EXPECT_EQ(sGlobals->idleTimer, host.Timer());
 }
 
 TEST_F(LifeCycleTest, PluginCoreLearnsThePathBeforeTheHostIsAskedForAnything) {
@@ -192,7 +197,7 @@ TEST_F(LifeCycleTest, SuppressionIsSetUpAfterTheFileFormatAndWithinTheBlocksSuit
     ThePluginCore().duringEntry["GetSettings"] = [&] { hostCalls = host.calls.Calls(); };
     CallStartup();
     ASSERT_FALSE(hostCalls.empty());
-    EXPECT_EQ(hostCalls, Joined({kBlocks, kMenus, kMenusDone, kNotifiers, kFileFormat}));
+    EXPECT_EQ(hostCalls, Joined({kBlocks, kMenus, kMenusDone, kNotifiers, FileFormat(host)}));
 }
 
 TEST_F(LifeCycleTest, AboutHandsTheFullPathAndAZeroedBufferToThePluginCore) {

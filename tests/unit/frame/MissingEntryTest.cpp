@@ -121,7 +121,7 @@ class MissingEntryTest : public FrameTest, public testing::WithParamInterface<st
         if (host.globals == nullptr) {
             return 0;
         }
-        AIMenuMessage message{host.MessageData(), nullptr};
+        AIMenuMessage message{host.MessageData(), host.AddItem("Fonts")};
         return Send("AI Menu", selector, &message.d);
     }
 

@@ -17,12 +17,6 @@ class NotifiersTest : public StartedTest {
         return calls;
     }
 
-    static std::string Address(const void* address) {
-        char text[16];
-        std::snprintf(text, sizeof(text), "0x%08x", Low32(address));
-        return text;
-    }
-
     // Which of the handlers a notification ended up in, by its entry line; GoNotifier's own is left out.
     std::vector<std::string> HandlersEntered() {
         std::vector<std::string> handlers;
@@ -43,11 +37,14 @@ TEST_F(NotifiersTest, ElevenNotifiersAreAddedInTheirOrderUnderTheirNames) {
 }
 
 TEST_F(NotifiersTest, HandlesAreStoredInTheirSlots) {
-    host.notifierCount = 0;
+    host.model.notifiers.Objects().clear();
     AddNotifiers(&startupMessage);
-    const auto handle = [](int order) {
-        return reinterpret_cast<AINotifierHandle>(static_cast<std::uintptr_t>(0x4000 + order));
-    };
+    std::vector<AINotifierHandle> handles;
+    for (const auto& [handle, notifier] : host.model.notifiers.Objects()) {
+        handles.push_back(reinterpret_cast<AINotifierHandle>(handle));
+    }
+    ASSERT_EQ(handles.size(), 11u);
+    const auto handle = [&](std::size_t order) { return handles[order - 1]; };
     EXPECT_EQ(sGlobals->documentChanged, handle(1));
     EXPECT_EQ(sGlobals->documentOpened, handle(2));
     EXPECT_EQ(sGlobals->documentAboutToClose, handle(3));
@@ -141,7 +138,7 @@ TEST_F(NotifiersTest, EachNotifierReachesItsHandler) {
 TEST_F(NotifiersTest, MenuChangedIsUnhandledAndSaysSo) {
     auto message = Notification(sGlobals->menuChanged, "AI Menu Changed Notifier", nullptr);
     EXPECT_EQ(GoNotifier(&message), 0);
-    const std::string handle = Address(message.notifier);
+    const std::string handle = LowText(message.notifier);
     EXPECT_EQ(RecordedLog(), (std::vector<RecordedLine>{
                                  {1, "Entering GoNotifier(message->notifier = " + handle + ")"},
                                  {0, "UNHANDLED NOTIFIER MESSAGE TYPE:  AI Menu Changed Notifier"},

@@ -60,7 +60,7 @@ TEST_F(PluginCallerTest, MenuGoLogsCallerAndSelectorFirst) {
 }
 
 TEST_F(PluginCallerTest, ChosenMenuItemIsTheOneOfTheMessage) {
-    last.menuItem = reinterpret_cast<AIMenuItemHandle>(0x100005001);
+    last.menuItem = host.AddItem("Fonts");
     MenuItemID(last.menuItem) = "chosen";
     HandledLines("AI Menu", "AI Go", 0);
     EXPECT_EQ(PluginCoreCalls(),
@@ -69,6 +69,7 @@ TEST_F(PluginCallerTest, ChosenMenuItemIsTheOneOfTheMessage) {
 }
 
 TEST_F(PluginCallerTest, MenuUpdateLogsTheCallerAloneAndAnswers0) {
+    last.menuItem = host.AddItem("Fonts");
     const std::vector<RecordedLine> lines = HandledLines("AI Menu", "AI Update", 0);
     ASSERT_GE(lines.size(), 3u);
     EXPECT_EQ(lines[1], (RecordedLine{0, "- caller is kCallerAIMenu"}));
@@ -92,7 +93,7 @@ TEST_F(PluginCallerTest, UnknownCallerDoesNothingAndSaysSo) {
 class FaultyMenuDescriptionTest : public PluginCallerTest, public testing::WithParamInterface<const char*> {};
 
 TEST_P(FaultyMenuDescriptionTest, CostsTheUpdateAndNotTheHostAndTheNextUpdateIsHandled) {
-    AIMenuMessage message{host.MessageData(), host.menus.Add("Fonts")};
+    AIMenuMessage message{host.MessageData(), host.AddItem("Fonts")};
     MenuItemID(message.menuItem) = "a";
     ThePluginCore().replies["GetMenus"] = GetParam();
     EXPECT_EQ(Send("AI Menu", "AI Update", &message.d), 0);
@@ -105,7 +106,7 @@ TEST_P(FaultyMenuDescriptionTest, CostsTheUpdateAndNotTheHostAndTheNextUpdateIsH
     ThePluginCore().replies["GetMenus"] = R"({"id":"a","title":"Fonts","child":null,"enabled":true,"checked":true})";
     EXPECT_EQ(Send("AI Menu", "AI Update", &message.d), 0);
     EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 0);
-    EXPECT_THAT(host.calls.Calls(), testing::Contains("CheckItem(" + Address(message.menuItem) + ", 1)"));
+    EXPECT_THAT(host.calls.Calls(), testing::Contains("CheckItem(" + HandleText(message.menuItem) + ", 1)"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Descriptions, FaultyMenuDescriptionTest,
@@ -118,7 +119,7 @@ INSTANTIATE_TEST_SUITE_P(Descriptions, FaultyMenuDescriptionTest,
 class MenuMessageWithoutPluginCoreTest : public PluginCallerTest, public testing::WithParamInterface<const char*> {};
 
 TEST_P(MenuMessageWithoutPluginCoreTest, CostsTheMessageAndNotTheHostAndTheNextMessageIsHandled) {
-    AIMenuMessage message{host.MessageData(), host.menus.Add("Fonts")};
+    AIMenuMessage message{host.MessageData(), host.AddItem("Fonts")};
     {
         const MissingPluginCore missing;
         ClearRecords();

@@ -18,12 +18,13 @@ TEST_F(LifeCycleTest, ShutdownUndoesStartupInOrder) {
     EXPECT_EQ(sGlobals, nullptr);
     EXPECT_EQ(host.LiveBlocks(), 0);
     EXPECT_TRUE(host.HeldSuites().empty());
-    EXPECT_EQ(host.timer.isActive, 0);
+    EXPECT_EQ(host.TimerIsActive(), 0);
     ASSERT_EQ(host.calls.Calls().size(), 4u + 98u + 3u);
     EXPECT_EQ(std::vector<std::string>(host.calls.Calls().begin(), host.calls.Calls().begin() + 5),
-              (std::vector<std::string>{"AcquireSuite('AI Timer Suite', 5)", "GetTimerActive(0x100006001)",
-                                        "SetTimerActive(0x100006001, 0)", "ReleaseSuite('AI Timer Suite', 5)",
-                                        "ReleaseSuite('ATE ApplicationPaint Suite', 1)"}));
+              (std::vector<std::string>{
+                  "AcquireSuite('AI Timer Suite', 5)", "GetTimerActive(" + HandleText(host.Timer()) + ")",
+                  "SetTimerActive(" + HandleText(host.Timer()) + ", 0)", "ReleaseSuite('AI Timer Suite', 5)",
+                  "ReleaseSuite('ATE ApplicationPaint Suite', 1)"}));
     EXPECT_EQ(std::vector<std::string>(host.calls.Calls().end() - 3, host.calls.Calls().end()),
               (std::vector<std::string>{"AcquireSuite('SP Blocks Suite', 2)", "FreeBlock()",
                                         "ReleaseSuite('SP Blocks Suite', 2)"}));
@@ -63,6 +64,7 @@ TEST_F(LifeCycleTest, ShutdownThatCannotGetTheBlocksSuiteReturnsTheHostsCodeAndF
     CallStartup();
     ThePluginCore().calls.Fail("TerminatePluginCoreInterface", -5);
     host.RefuseSuite("SP Blocks Suite", 123);
+    host.ExpectBroken(Rule::kBlockLeak);
     EXPECT_EQ(CallShutdown(), 123);
     EXPECT_EQ(CountRecorded("ERROR:  throwing 123."), 1);
     EXPECT_EQ(host.globals, nullptr);
@@ -72,12 +74,14 @@ TEST_F(LifeCycleTest, ShutdownThatCannotGetTheBlocksSuiteReturnsTheHostsCodeAndF
 TEST_F(LifeCycleTest, RefusedFreeingOfTheBlockIsIgnored) {
     CallStartup();
     host.calls.Fail("FreeBlock", 8);
+    host.ExpectBroken(Rule::kBlockLeak);
     EXPECT_EQ(CallShutdown(), 0);
 }
 
 TEST_F(LifeCycleTest, TimerThatCannotBeStoppedDoesNotKeepTheRestFromBeingGivenBack) {
     CallStartup();
     host.RefuseSuite("AI Timer Suite", 42);
+    host.ExpectBroken(Rule::kTimerLeft);
     EXPECT_EQ(CallShutdown(), 0);
     EXPECT_EQ(host.globals, nullptr);
     EXPECT_EQ(host.LiveBlocks(), 0);
@@ -104,11 +108,11 @@ TEST_F(LifeCycleTest, ShutdownAppendsTheSuppressionWordsAgain) {
 TEST_F(LifeCycleTest, SuitesAreReleasedAfterTheTimer) {
     CallStartup();
     int timerLines = 0;
-    host.duringOperation["ReleaseSuite"] = [&] {
+    host.calls.During("ReleaseSuite", [&] {
         timerLines = std::max(timerLines, CountRecorded("Calling RemoveTimers from ShutdownPlugin.") == 1 ? 1 : -1);
         EXPECT_EQ(CountRecorded("Calling RemoveTimers from ShutdownPlugin."), 1);
-        EXPECT_EQ(host.timer.isActive, 0);
-    };
+        EXPECT_EQ(host.TimerIsActive(), 0);
+    });
     CallShutdown();
     EXPECT_EQ(timerLines, 1);
 }
@@ -143,6 +147,7 @@ TEST_F(LifeCycleTest, ShutdownDeletesTheTextOfTheGlobalsBeforeItTurnsSuppression
 TEST_F(LifeCycleTest, PluginCoreThatThrowsAtShutdownDoesNotKeepTheRestFromBeingGivenBack) {
     for (const char* entry : {"TerminatePluginCoreInterface", "GetSettings"}) {
         sHooksRemoved = 0;
+        AcquireSuites();
         CallStartup();
         ThePluginCore().throwingEntry = entry;
         SPMessageData message = host.MessageData();
@@ -154,7 +159,6 @@ TEST_F(LifeCycleTest, PluginCoreThatThrowsAtShutdownDoesNotKeepTheRestFromBeingG
         EXPECT_EQ(host.LiveBlocks(), 0);
         EXPECT_TRUE(host.HeldSuites().empty());
         host.globals = nullptr;
-        AcquireSuites();
     }
 }
 

@@ -10,7 +10,7 @@ namespace {
 
 class SuiteLeaseTest : public FrameTest {
   protected:
-    SuiteLeaseTest() { sBasicSuite = host.Basic(); }
+    SuiteLeaseTest() { sBasicSuite = TestHost::Basic(); }
 
     int Acquired() { return host.calls.Count("AcquireSuite"); }
 
@@ -55,7 +55,7 @@ TEST_F(SuiteLeaseTest, EndOfARunCountsDownATableThatWasNeverHeld) {
     EXPECT_EQ(Acquired(), 1);
     lease.EndRun();
     // Below 0: nothing is ever acquired again.
-    host.refusedSuites.clear();
+    host.calls.ForgetEvents();
     lease.BeginMessage(MessageKind::kStartup);
     EXPECT_EQ(Acquired(), 1);
 }
@@ -64,7 +64,7 @@ TEST_F(SuiteLeaseTest, ClosingMessageLeavesTheCountOfATableThatIsNotHeldAlone) {
     host.RefuseSuite("ATE ApplicationPaint Suite", 3);
     lease.BeginMessage(MessageKind::kStartup);
     lease.BeginMessage(MessageKind::kClosingWithoutRun);
-    host.refusedSuites.clear();
+    host.calls.ForgetEvents();
     lease.BeginMessage(MessageKind::kStartup);
     EXPECT_TRUE(SuitesAreHeld());
     lease.EndRun();
@@ -73,7 +73,7 @@ TEST_F(SuiteLeaseTest, ClosingMessageLeavesTheCountOfATableThatIsNotHeldAlone) {
 // --- every order of messages ----------------------------------------------------------------------------------------
 
 struct Sender {
-    FakeHost& host;
+    TestHost& host;
 
     std::int32_t Plain(const char* caller, const char* selector) const {
         SPInterfaceMessage message{host.MessageData()};

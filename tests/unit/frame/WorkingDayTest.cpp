@@ -1,5 +1,5 @@
-// A day of work, as the host tells the plug-in about it: every message goes through PluginMain, ticks and menu messages
-// come in between, and at the end nothing is left.
+// A working day: every message goes through PluginMain, ticks and menu messages come in between, and at the end nothing
+// is left.
 #include <array>
 
 #include "documents/DocumentRegistry.h"
@@ -19,9 +19,10 @@ constexpr std::size_t kDocuments = 10;
 constexpr std::size_t kOpened = 8;  // the others are new
 
 struct Document {
-    AIDocumentHandle handle;
+    std::string name;  // in the host's model
     std::string path;  // a bare title until it is saved
     std::string font;
+    void* handle = nullptr;  // since it was opened
 };
 
 std::string Report(const Document& document) {
@@ -45,17 +46,23 @@ class WorkingDayTest : public FrameTest {
                 ThePluginCore().menuCallback("a", "Fonts", "Fonts", 0, 1, 0, nullptr, ThePluginCore().menuContext), 0);
         };
         for (std::size_t n = 0; n < kDocuments; ++n) {
-            documents[n] = {reinterpret_cast<AIDocumentHandle>(0x00000002D0C00010 + 16 * n),
-                            PathOf("document" + std::to_string(n)), "Font-" + std::to_string(n)};
+            const std::string name = "document" + std::to_string(n);
+            documents[n] = {name, PathOf(name), "Font-" + std::to_string(n)};
         }
     }
 
+    // The host opens it.
+    void MakeOpen(Document& document) {
+        host.model.documents[document.name].name = document.name;
+        host.model.Open(document.name);
+        document.handle = host.model.Named(document.name).handle;
+    }
     // The host's current document is this one from now on.
     void MakeCurrent(const Document& document) {
-        host.currentDocument = document.handle;
-        host.currentPath = document.path;
-        host.textFrames = {{document.font, document.font}};
-        host.placedFiles = {"linked to " + document.font};
+        host.model.current = document.name;
+        host.model.Named(document.name).path = document.path;
+        host.model.Named(document.name).frames = {{document.font, document.font}};
+        host.model.Named(document.name).placed = {"linked to " + document.font};
     }
 
     void Notify(AINotifierHandle PluginGlobals::*notifier, const char* type, const Document& about) {
@@ -64,17 +71,19 @@ class WorkingDayTest : public FrameTest {
         EXPECT_EQ(Send("AI Notifier", "AI Notify", &message.d), 0);
     }
 
-    void Open(const Document& document) {
+    void Open(Document& document) {
         WriteFileWithTime(document.path, kMorning);
         AIFileFormatMessage check{};
         check.d = host.MessageData();
         check.file = host.MakePath(document.path);
         EXPECT_EQ(Send("AI File Format", "AI Check", &check.d), -1);
+        MakeOpen(document);
         MakeCurrent(document);
         Notify(&PluginGlobals::documentOpened, "AI Document Opened Notifier", document);
     }
     void Create(Document& document, const std::string& title) {
         document.path = title;
+        MakeOpen(document);
         MakeCurrent(document);
         Notify(&PluginGlobals::documentNew, "AI Document New Notifier", document);
     }
@@ -97,9 +106,8 @@ class WorkingDayTest : public FrameTest {
     void Close(const Document& document) {
         MakeCurrent(document);
         Notify(&PluginGlobals::documentAboutToClose, "AI Document About To Close Notifier", document);
-        host.currentDocument = nullptr;
-        host.textFrames.clear();
-        host.placedFiles.clear();
+        host.model.Close(document.name);
+        host.LeaveDocument();
         Notify(&PluginGlobals::documentClosed, "AI Document Closed Notifier", document);
     }
 
@@ -112,9 +120,9 @@ class WorkingDayTest : public FrameTest {
     // What the host sends all the time: a tick, an update of the menu, and a choice.
     void Pause() {
         FakeClock::Advance(4);
-        AITimerMessage tick{host.MessageData(), host.timer.handle};
+        AITimerMessage tick{host.MessageData(), host.Timer()};
         EXPECT_EQ(Send("AI Timer", "AI Go", &tick.d), 0);
-        AIMenuMessage menu{host.MessageData(), item};
+        AIMenuMessage menu{host.MessageData(), host.Items().front()};
         EXPECT_EQ(Send("AI Menu", "AI Update", &menu.d), 0);
         EXPECT_EQ(Send("AI Menu", "AI Go", &menu.d), 0);
     }
@@ -210,12 +218,12 @@ class WorkingDayTest : public FrameTest {
     const FakeClock clock{kMorning};
     const LoadablePlugPlug plugPlug;
     std::array<Document, kDocuments> documents;
-    const AIMenuItemHandle item = reinterpret_cast<AIMenuItemHandle>(0x100005001);
 };
 
 TEST_F(WorkingDayTest, EndsWithNothingLeft) {
     ASSERT_EQ(Startup(), 0);
-    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{0x100005001, "a"}}));
+    ASSERT_EQ(host.Items().size(), 1u);
+    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{reinterpret_cast<std::uintptr_t>(host.Items().front()), "a"}}));
     const std::map<std::string, int> heldAtRest = host.HeldSuites();
     EXPECT_EQ(heldAtRest.size(), 98u);
 
@@ -233,7 +241,7 @@ TEST_F(WorkingDayTest, EndsWithNothingLeft) {
     EXPECT_EQ(host.HeldSuites(), (std::map<std::string, int>{}));
     EXPECT_EQ(host.LiveBlocks(), 0);
     EXPECT_EQ(host.globals, nullptr);
-    EXPECT_EQ(host.timer.isActive, 0);
+    EXPECT_EQ(host.TimerIsActive(), 0);
     EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 0);
     EXPECT_THAT(RecordedTexts(), testing::Not(testing::Contains(testing::StartsWith("ERROR:"))));
 }

@@ -6,7 +6,7 @@
 
 #include "host/HeldSuites.h"
 #include "support/Errors.h"
-#include "support/fakes/FakeHost.h"
+#include "support/TestHost.h"
 
 namespace {
 
@@ -20,10 +20,7 @@ class FilePathTest : public testing::Test {
     FilePathTest() { host.HoldSuites(); }
 
     // A path as a host call fills it: the receiver's to give back.
-    void Fill(ai::FilePath& path, const std::u16string& text) {
-        path.Data().impl = new std::u16string(text);
-        ++host.livePaths;
-    }
+    void Fill(ai::FilePath& path, const std::u16string& text) { path.Data().impl = host.objects.paths.Add(text); }
 
     template <class Call>
     static AIErr CodeThrownBy(Call call) {
@@ -35,7 +32,7 @@ class FilePathTest : public testing::Test {
         return 0;
     }
 
-    FakeHost host;
+    TestHost host;
 };
 
 TEST_F(FilePathTest, DefaultIsANullPointerAndCostsNoHostCall) {
@@ -75,7 +72,7 @@ TEST_F(FilePathTest, CopyIsMadeByTheHost) {
         EXPECT_EQ(host.LivePaths(), 2);
     }
     EXPECT_EQ(host.calls.Calls(),
-              (Calls{"CopyFilePath()", "GetFullPath(0)", "Destroy()", "DeleteFilePath()", "DeleteFilePath()"}));
+              (Calls{"Copy()", "GetFullPath(0)", "Destroy()", "DeleteFilePath()", "DeleteFilePath()"}));
     EXPECT_EQ(host.LivePaths(), 0);
 }
 
@@ -83,7 +80,7 @@ TEST_F(FilePathTest, RefusedCopyThrowsTheHostsCodeAndLeavesNothing) {
     {
         ai::FilePath first;
         Fill(first, u"C:\\a.ai");
-        host.calls.Fail("CopyFilePath", 11);
+        host.calls.Fail("Copy", 11);
         EXPECT_EQ(CodeThrownBy([&] { ai::FilePath second(first); }), 11);
     }
     EXPECT_EQ(host.calls.Count("DeleteFilePath"), 1);
@@ -134,7 +131,7 @@ TEST_F(FilePathTest, WithoutTheSuiteNothingIsDeletedAndUseThrows) {
         EXPECT_THROW(ai::FullPathOf(path.Data()), SuiteNotHeld);
     }
     EXPECT_EQ(host.calls.Calls(), Calls());
-    delete static_cast<std::u16string*>(left);
+    EXPECT_TRUE(host.objects.paths.Remove(left));
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 
 #include "host/HeldSuites.h"
 #include "support/Errors.h"
-#include "support/fakes/FakeHost.h"
+#include "support/TestHost.h"
 
 namespace {
 
@@ -15,7 +15,7 @@ class UnicodeStringTest : public testing::Test {
   protected:
     UnicodeStringTest() { host.HoldSuites(); }
 
-    FakeHost host;
+    TestHost host;
 };
 
 template <class Call>
@@ -134,14 +134,14 @@ TEST_F(UnicodeStringTest, SurrogatePairsAndZerosSurvive) {
 
 TEST_F(UnicodeStringTest, UnpairedSurrogateOfTheHostThrows) {
     ai::UnicodeString string("ab");
-    (*static_cast<std::u16string*>(string.Data().impl))[1] = 0xD800;
+    (*host.objects.strings.Find(string.Data().impl))[1] = 0xD800;
     EXPECT_THROW(string.ToUtf8(), utf8::invalid_utf16);
 }
 
 TEST_F(UnicodeStringTest, StringThatTheHostFilledIsDestroyed) {
     {
         ai::UnicodeString string;
-        string.Data().impl = new std::u16string(u"filled");
+        string.Data().impl = host.objects.strings.Add(u"filled");
         EXPECT_EQ(string.ToUtf8(), "filled");
     }
     EXPECT_EQ(host.calls.Calls(), Calls{"Destroy()"});
@@ -158,7 +158,7 @@ TEST_F(UnicodeStringTest, WithoutTheSuiteNothingIsDestroyedAndUseThrows) {
         EXPECT_THROW(ai::UnicodeString second(string), SuiteNotHeld);
     }
     EXPECT_EQ(host.calls.Count("Destroy"), 0);
-    delete static_cast<std::u16string*>(left);
+    EXPECT_TRUE(host.objects.strings.Remove(left));
 }
 
 }  // namespace

@@ -18,8 +18,6 @@ const std::string kKey = "Adobe Illustrator Find Font Menu Item";
 
 class FindFontCommandTest : public MenuTest {
   protected:
-    FindFontCommandTest() { host.plugins.named["TextFindFont"] = owner; }
-
     void ExpectKnown(SPPluginRef knownOwner, AIMenuItemHandle knownItem) {
         EXPECT_EQ(globals.findFontOwner, knownOwner);
         EXPECT_EQ(globals.findFontItem, knownItem);
@@ -32,24 +30,24 @@ class FindFontCommandTest : public MenuTest {
         }
         return lines;
     }
-    static std::string Examining(int count) {
-        return "Examining " + std::to_string(count) + " menu items in search of '" + kKey +
-               "' (menuPluginRef 0x22220000)";
+    std::string Examining(int count) const {
+        return "Examining " + std::to_string(count) + " menu items in search of '" + kKey + "' (menuPluginRef " +
+               Shown(owner) + ")";
     }
-    static std::string FoundByKey(int index, const std::string& handle, const std::string& itemOwner,
-                                  const std::string& text) {
-        return "GetItemText for item " + std::to_string(index) + " (menuHandle " + handle + "; menuPluginRef " +
-               itemOwner + ") is '" + text + "'; GetMenuItemKeyboardShortcutDictionaryKey() is '" + kKey + "'";
+    std::string NeverFound() const { return "WARNING:  never found menuPluginRef " + Shown(owner); }
+    static std::string FoundByKey(int index, AIMenuItemHandle item, SPPluginRef itemOwner, const std::string& text) {
+        return "GetItemText for item " + std::to_string(index) + " (menuHandle " + Shown(item) + "; menuPluginRef " +
+               Shown(itemOwner) + ") is '" + text + "'; GetMenuItemKeyboardShortcutDictionaryKey() is '" + kKey + "'";
     }
     Calls CallsFrom(std::ptrdiff_t first) const {
         return {host.calls.Calls().begin() + first, host.calls.Calls().end()};
     }
 
     // A host with the command where it belongs.
-    AIMenuItemHandle AddCommand() { return host.menus.Add("Find Font...", kKey, owner); }
+    AIMenuItemHandle AddCommand() { return host.AddItem("Find Font...", kKey, owner); }
 
-    SPPluginRef owner = reinterpret_cast<SPPluginRef>(0x0000000122220000);
-    SPPluginRef stranger = reinterpret_cast<SPPluginRef>(0x0000000133330000);
+    const SPPluginRef owner = host.AddPlugin("TextFindFont");
+    const SPPluginRef stranger = host.AddPlugin("Stranger");
 };
 
 const Calls kReleases = {"ReleaseSuite('AI Menu Suite', 11)", "ReleaseSuite('SP Plug-ins Suite', 6)"};
@@ -60,57 +58,56 @@ TEST_F(FindFontCommandTest, CommandOfItsOwnerIsRemembered) {
     const AIMenuItemHandle item = AddCommand();
     CacheFindFontMenuItem();
     ExpectKnown(owner, item);
-    EXPECT_EQ(RecordedLog(), CacheLog({Examining(1), FoundByKey(0, "0x00005001", "0x22220000", "Find Font...")}));
+    EXPECT_EQ(RecordedLog(), CacheLog({Examining(1), FoundByKey(0, item, owner, "Find Font...")}));
     ASSERT_EQ(host.calls.Calls().size(), 11u);
     EXPECT_EQ(Calls(host.calls.Calls().begin(), host.calls.Calls().begin() + 8),
               (Calls{"AcquireSuite('SP Plug-ins Suite', 6)", "AcquireSuite('AI Menu Suite', 11)",
                      "GetNamedPlugin('TextFindFont')", "CountMenuItems()", "GetNthMenuItem(0)",
-                     "GetMenuItemPlugin(0x100005001)", "GetItemText(0x100005001)",
-                     "GetMenuItemKeyboardShortcutDictionaryKey(0x100005001)"}));
+                     "GetMenuItemPlugin(" + HandleText(item) + ")", "GetItemText(" + HandleText(item) + ")",
+                     "GetMenuItemKeyboardShortcutDictionaryKey(" + HandleText(item) + ")"}));
     EXPECT_THAT(CallsFrom(9), testing::UnorderedElementsAreArray(kReleases));
 }
 
 TEST_F(FindFontCommandTest, OwnerDecidesAndNotTheKeyAndItsFirstItemEndsTheSearch) {
-    host.menus.Add("Keyed by another", kKey, stranger);
-    host.menus.Add("Of nobody", "x", stranger);
-    const AIMenuItemHandle first = host.menus.Add("Any of the owner's", "some other key", owner);
+    const AIMenuItemHandle keyed = host.AddItem("Keyed by another", kKey, stranger);
+    host.AddItem("Of nobody", "x", stranger);
+    const AIMenuItemHandle first = host.AddItem("Any of the owner's", "some other key", owner);
     AddCommand();
     CacheFindFontMenuItem();
     ExpectKnown(owner, first);
     EXPECT_EQ(host.calls.Count("GetNthMenuItem"), 3);
-    EXPECT_EQ(RecordedLog(), CacheLog({Examining(4), FoundByKey(0, "0x00005001", "0x33330000", "Keyed by another")}));
+    EXPECT_EQ(RecordedLog(), CacheLog({Examining(4), FoundByKey(0, keyed, stranger, "Keyed by another")}));
 }
 
 TEST_F(FindFontCommandTest, ItemWithoutAKeyCountsWhenItsOwnerIsTheRightOne) {
-    const AIMenuItemHandle item = host.menus.Add("No key", {}, owner);
+    const AIMenuItemHandle item = host.AddItem("No key", {}, owner);
     CacheFindFontMenuItem();
     ExpectKnown(owner, item);
     EXPECT_EQ(RecordedLog(), CacheLog({Examining(1)}));
 }
 
 TEST_F(FindFontCommandTest, WithoutAnItemOfTheOwnersTheLastItemWithTheKeyAndItsOwnOwnerAreUsedAfterAWarning) {
-    const auto lastOwner = reinterpret_cast<SPPluginRef>(0x0000000144440000);
-    host.menus.Add("First", kKey, stranger);
-    host.menus.Add("Between", "another key", stranger);
-    const AIMenuItemHandle last = host.menus.Add("Last \xE6\x96\x87", kKey, lastOwner);
-    host.menus.Add("Behind", "another key", stranger);
+    const SPPluginRef lastOwner = host.AddPlugin("Last owner");
+    const AIMenuItemHandle first = host.AddItem("First", kKey, stranger);
+    host.AddItem("Between", "another key", stranger);
+    const AIMenuItemHandle last = host.AddItem("Last \xE6\x96\x87", kKey, lastOwner);
+    host.AddItem("Behind", "another key", stranger);
     CacheFindFontMenuItem();
     ExpectKnown(lastOwner, last);
-    EXPECT_EQ(RecordedLog(), CacheLog({Examining(4), FoundByKey(0, "0x00005001", "0x33330000", "First"),
-                                       FoundByKey(2, "0x00005003", "0x44440000", "Last \xE6\x96\x87"),
-                                       "WARNING:  never found menuPluginRef 0x22220000"}));
+    EXPECT_EQ(RecordedLog(), CacheLog({Examining(4), FoundByKey(0, first, stranger, "First"),
+                                       FoundByKey(2, last, lastOwner, "Last \xE6\x96\x87"), NeverFound()}));
 }
 
 TEST_F(FindFontCommandTest, WithoutOwnerAndKeyNothingIsRemembered) {
-    host.menus.Add("Any", "another key", stranger);
+    host.AddItem("Any", "another key", stranger);
     CacheFindFontMenuItem();
     ExpectKnown(nullptr, nullptr);
-    EXPECT_EQ(RecordedLog(), CacheLog({Examining(1), "WARNING:  never found menuPluginRef 0x22220000"}));
+    EXPECT_EQ(RecordedLog(), CacheLog({Examining(1), NeverFound()}));
 }
 
 TEST_F(FindFontCommandTest, KeyIsComparedExactly) {
     for (const std::string& key : {kKey + " ", kKey.substr(1), std::string("adobe illustrator find font menu item")}) {
-        host.menus.Add("Almost", key, stranger);
+        host.AddItem("Almost", key, stranger);
     }
     CacheFindFontMenuItem();
     ExpectKnown(nullptr, nullptr);
@@ -120,20 +117,21 @@ TEST_F(FindFontCommandTest, KeyIsComparedExactly) {
 TEST_F(FindFontCommandTest, HostWithoutItemsIsExaminedAndWarnedOf) {
     CacheFindFontMenuItem();
     ExpectKnown(nullptr, nullptr);
-    EXPECT_EQ(RecordedLog(), CacheLog({Examining(0), "WARNING:  never found menuPluginRef 0x22220000"}));
+    EXPECT_EQ(RecordedLog(), CacheLog({Examining(0), NeverFound()}));
 }
 
 TEST_F(FindFontCommandTest, CountThatFailsIs0WhateverItSays) {
     AddCommand();
-    host.calls.Fail("CountMenuItems", 1);
+    host.calls.FailAfterWork("CountMenuItems", 1);
     CacheFindFontMenuItem();
     ExpectKnown(nullptr, nullptr);
     EXPECT_EQ(host.calls.Count("GetNthMenuItem"), 0);
-    EXPECT_EQ(RecordedLog(), CacheLog({Examining(0), "WARNING:  never found menuPluginRef 0x22220000"}));
+    EXPECT_EQ(RecordedLog(), CacheLog({Examining(0), NeverFound()}));
 }
 
 TEST_F(FindFontCommandTest, ItemsWithoutAHandleArePassedOver) {
-    host.menus.items.push_back({nullptr, "Nothing", kKey, owner});
+    host.AddItem("Nothing", kKey, owner);
+    host.calls.SkipWork("GetNthMenuItem");
     const AIMenuItemHandle item = AddCommand();
     CacheFindFontMenuItem();
     ExpectKnown(owner, item);
@@ -143,22 +141,22 @@ TEST_F(FindFontCommandTest, ItemsWithoutAHandleArePassedOver) {
 
 TEST_F(FindFontCommandTest, ItemWhoseOwnerTheHostDoesNotTellIsNotTheOwners) {
     AddCommand();
-    const AIMenuItemHandle second = host.menus.Add("Second", "another key", owner);
-    host.calls.Fail("GetMenuItemPlugin", 1);
+    const AIMenuItemHandle second = host.AddItem("Second", "another key", owner);
+    host.calls.FailAfterWork("GetMenuItemPlugin", 1);
     CacheFindFontMenuItem();
     ExpectKnown(owner, second);
 }
 
 TEST_F(FindFontCommandTest, ItemWhoseTextTheHostDoesNotTellIsNoFallbackButMayBeTheOwners) {
-    const AIMenuItemHandle keyed = host.menus.Add("Keyed", kKey, stranger);
-    const AIMenuItemHandle unread = host.menus.Add("Unread", kKey, stranger);
-    host.calls.Fail("GetItemText", 1, 2);
+    const AIMenuItemHandle keyed = host.AddItem("Keyed", kKey, stranger);
+    const AIMenuItemHandle unread = host.AddItem("Unread", kKey, stranger);
+    host.calls.FailAfterWork("GetItemText", 1, 2);
     CacheFindFontMenuItem();
     ExpectKnown(stranger, keyed);
     EXPECT_NE(keyed, unread);
 
     const AIMenuItemHandle owned = AddCommand();
-    host.calls.FailAlways("GetItemText", 1);
+    host.calls.FailAlwaysAfterWork("GetItemText", 1);
     ClearRecordedLog();
     CacheFindFontMenuItem();
     ExpectKnown(owner, owned);
@@ -172,9 +170,9 @@ TEST_P(MissingOwnerTest, LeavesBothUnknownAndTheItemsUnexamined) {
     globals.findFontOwner = stranger;
     globals.findFontItem = reinterpret_cast<AIMenuItemHandle>(0x99);
     if (GetParam()) {
-        host.calls.Fail("GetNamedPlugin", 1);
+        host.calls.FailAfterWork("GetNamedPlugin", 1);
     } else {
-        host.plugins.named.clear();
+        host.calls.SkipWork("GetNamedPlugin");
     }
     CacheFindFontMenuItem();
     ExpectKnown(nullptr, nullptr);
@@ -188,7 +186,7 @@ INSTANTIATE_TEST_SUITE_P(ByAnErrorOrByNull, MissingOwnerTest, testing::Bool());
 TEST_F(FindFontCommandTest, SearchBeginsByForgetting) {
     globals.findFontOwner = stranger;
     globals.findFontItem = reinterpret_cast<AIMenuItemHandle>(0x99);
-    host.duringOperation["GetNamedPlugin"] = [&] { ExpectKnown(nullptr, nullptr); };
+    host.calls.During("GetNamedPlugin", [&] { ExpectKnown(nullptr, nullptr); });
     const AIMenuItemHandle item = AddCommand();
     CacheFindFontMenuItem();
     ExpectKnown(owner, item);
@@ -214,7 +212,7 @@ class ThrowingHostTest : public FindFontCommandTest, public testing::WithParamIn
 
 TEST_P(ThrowingHostTest, ThrowsIntoNobodyAndBothSuitesGoBack) {
     AddCommand();
-    host.duringOperation[GetParam()] = [] { throw ai::Error(5); };
+    host.calls.During(GetParam(), [] { throw ai::Error(5); });
     EXPECT_NO_THROW(CacheFindFontMenuItem());
     // Stored before the items are searched.
     ExpectKnown(std::string(GetParam()) == "GetNamedPlugin" ? nullptr : owner, nullptr);
@@ -227,16 +225,19 @@ INSTANTIATE_TEST_SUITE_P(Operations, ThrowingHostTest,
 
 // --- DisplayFindFontDialog ------------------------------------------------------------------------------------------
 
-const Calls kSent = {"AcquireSuite('SP Interface Suite', 2)", "SetupMessageData(0x122220000, zeroed)",
-                     "SendMessage(0x122220000, 'AI Menu', 'AI Go', item 0x100005001, set up)",
-                     "ReleaseSuite('SP Interface Suite', 2)"};
-
 class DisplayFindFontTest : public FindFontCommandTest {
   protected:
     // As after a search that has found the command.
-    void Know() {
+    AIMenuItemHandle Know() {
         globals.findFontItem = AddCommand();
         globals.findFontOwner = owner;
+        return globals.findFontItem;
+    }
+    // The calls that send the message for the item.
+    static Calls Sent(SPPluginRef to, AIMenuItemHandle item) {
+        return {"AcquireSuite('SP Interface Suite', 2)", "SetupMessageData(" + HandleText(to) + ", zeroed)",
+                "SendMessage(" + HandleText(to) + ", 'AI Menu', 'AI Go', item " + HandleText(item) + ", set up)",
+                "ReleaseSuite('SP Interface Suite', 2)"};
     }
     static Log DisplayLog(const Calls& inner) {
         Log lines = {{1, "Entering DisplayFindFontDialog"}};
@@ -249,38 +250,38 @@ class DisplayFindFontTest : public FindFontCommandTest {
 };
 
 TEST_F(DisplayFindFontTest, KnownCommandIsSentToItsOwnerAsIfChosen) {
-    Know();
+    const AIMenuItemHandle item = Know();
     DisplayFindFontDialog();
-    EXPECT_EQ(host.calls.Calls(), kSent);
+    EXPECT_EQ(host.calls.Calls(), Sent(owner, item));
     EXPECT_EQ(RecordedLog(), DisplayLog({}));
 }
 
 TEST_F(DisplayFindFontTest, SuiteGoesBackBeforeTheExitIsLogged) {
     Know();
     Log whenReleased;
-    host.duringOperation["ReleaseSuite"] = [&] { whenReleased = RecordedLog(); };
+    host.calls.During("ReleaseSuite", [&] { whenReleased = RecordedLog(); });
     DisplayFindFontDialog();
     EXPECT_EQ(whenReleased, (Log{{1, "Entering DisplayFindFontDialog"}}));
 }
 
 TEST_F(DisplayFindFontTest, UnknownCommandIsSearchedFirst) {
-    AddCommand();
+    const AIMenuItemHandle item = AddCommand();
     DisplayFindFontDialog();
     EXPECT_EQ(host.calls.Calls().front(), "AcquireSuite('SP Plug-ins Suite', 6)");
-    EXPECT_EQ(CallsFrom(11), kSent);
+    EXPECT_EQ(CallsFrom(11), Sent(owner, item));
     EXPECT_EQ(RecordedLog(), (Log{{1, "Entering DisplayFindFontDialog"},
                                   {1, "Entering CacheFindFontMenuItem()"},
                                   {0, Examining(1)},
-                                  {0, FoundByKey(0, "0x00005001", "0x22220000", "Find Font...")},
+                                  {0, FoundByKey(0, item, owner, "Find Font...")},
                                   {-1, "Exiting DisplayFindFontDialog"}}));
 }
 
 TEST_F(DisplayFindFontTest, SecondRequestSearchesNothing) {
-    AddCommand();
+    const AIMenuItemHandle item = AddCommand();
     DisplayFindFontDialog();
     host.calls.Clear();
     DisplayFindFontDialog();
-    EXPECT_EQ(host.calls.Calls(), kSent);
+    EXPECT_EQ(host.calls.Calls(), Sent(owner, item));
     EXPECT_EQ(CountRecorded("Entering CacheFindFontMenuItem()"), 1);
 }
 
@@ -296,19 +297,17 @@ TEST_F(DisplayFindFontTest, HalfOfThePairIsNotEnough) {
 }
 
 TEST_F(DisplayFindFontTest, FallbackIsSentToItsOwnOwner) {
-    host.menus.Add("Elsewhere", kKey, stranger);
+    const AIMenuItemHandle item = host.AddItem("Elsewhere", kKey, stranger);
     DisplayFindFontDialog();
-    EXPECT_THAT(host.calls.Calls(), testing::Contains("SetupMessageData(0x133330000, zeroed)"));
-    EXPECT_THAT(host.calls.Calls(),
-                testing::Contains("SendMessage(0x133330000, 'AI Menu', 'AI Go', item 0x100005001, set up)"));
+    EXPECT_EQ(CallsFrom(11), Sent(stranger, item));
 }
 
 TEST_F(DisplayFindFontTest, FallbackWhoseOwnerTheHostDoesNotTellIsSentToNobodyAndTheNextRequestSearchesAgain) {
-    const AIMenuItemHandle item = host.menus.Add("Elsewhere", kKey, stranger);
-    host.calls.FailAlways("GetMenuItemPlugin", 1);
+    const AIMenuItemHandle item = host.AddItem("Elsewhere", kKey, stranger);
+    host.calls.FailAlwaysAfterWork("GetMenuItemPlugin", 1);
     DisplayFindFontDialog();
     ExpectKnown(nullptr, item);
-    EXPECT_EQ(CountRecorded(FoundByKey(0, "0x00005001", "0x00000000", "Elsewhere")), 1);
+    EXPECT_EQ(CountRecorded(FoundByKey(0, item, nullptr, "Elsewhere")), 1);
     DisplayFindFontDialog();
     EXPECT_EQ(CountRecorded("Entering CacheFindFontMenuItem()"), 2);
     EXPECT_EQ(host.calls.Count("SetupMessageData"), 0);
@@ -316,7 +315,7 @@ TEST_F(DisplayFindFontTest, FallbackWhoseOwnerTheHostDoesNotTellIsSentToNobodyAn
 }
 
 TEST_F(DisplayFindFontTest, WithoutTheOwnerNothingIsSentAndTheNextRequestSearchesAgain) {
-    host.plugins.named.clear();
+    host.model.otherPlugins.Remove(owner);
     DisplayFindFontDialog();
     EXPECT_EQ(RecordedLog(), (Log{{1, "Entering DisplayFindFontDialog"},
                                   {1, "Entering CacheFindFontMenuItem()"},
@@ -327,43 +326,43 @@ TEST_F(DisplayFindFontTest, WithoutTheOwnerNothingIsSentAndTheNextRequestSearche
 }
 
 TEST_F(DisplayFindFontTest, RefusedInterfaceSuiteIsLogged) {
-    Know();
+    const AIMenuItemHandle item = Know();
     host.RefuseSuite("SP Interface Suite", 42);
     DisplayFindFontDialog();
-    EXPECT_EQ(host.calls.Calls(), Calls{kSent[0]});
+    EXPECT_EQ(host.calls.Calls(), Calls{Sent(owner, item)[0]});
     EXPECT_EQ(RecordedLog(), DisplayLog({"ERROR:  throwing 42.", "ERROR:  could not acquire 'SP Interface Suite'"}));
 }
 
 TEST_F(DisplayFindFontTest, AnswerOfTheOwnerThatIsNot0IsLoggedAndNothingElse) {
-    Know();
-    host.plugins.messageResult = -17;
+    const AIMenuItemHandle item = Know();
+    host.model.otherPlugins.Find(owner)->result = -17;
     DisplayFindFontDialog();
-    EXPECT_EQ(host.calls.Calls(), kSent);
+    EXPECT_EQ(host.calls.Calls(), Sent(owner, item));
     EXPECT_EQ(RecordedLog(), DisplayLog({"Error -17 on attempt to display find-font dialog"}));
-    ExpectKnown(owner, reinterpret_cast<AIMenuItemHandle>(0x100005001));
+    ExpectKnown(owner, item);
 }
 
 TEST_F(DisplayFindFontTest, MessageThatTheHostDoesNotSendIsLogged) {
-    Know();
+    const AIMenuItemHandle item = Know();
     host.calls.Fail("SendMessage", 23);
     DisplayFindFontDialog();
-    EXPECT_EQ(host.calls.Calls(), kSent);
+    EXPECT_EQ(host.calls.Calls(), Sent(owner, item));
     EXPECT_EQ(RecordedLog(), DisplayLog({"Error 23 on attempt to display find-font dialog"}));
 }
 
 TEST_F(DisplayFindFontTest, CodeOfTheHostCountsMoreThanTheAnswerOfTheOwner) {
     Know();
-    host.calls.Fail("SendMessage", 23);
-    host.plugins.messageResult = -17;
+    host.calls.FailAfterWork("SendMessage", 23);
+    host.model.otherPlugins.Find(owner)->result = -17;
     DisplayFindFontDialog();
     EXPECT_EQ(RecordedLog(), DisplayLog({"Error 23 on attempt to display find-font dialog"}));
 }
 
 TEST_F(DisplayFindFontTest, MessageThatTheHostDoesNotSetUpIsNotSentButLogged) {
-    Know();
+    const Calls sent = Sent(owner, Know());
     host.calls.Fail("SetupMessageData", 24);
     DisplayFindFontDialog();
-    EXPECT_EQ(host.calls.Calls(), (Calls{kSent[0], kSent[1], kSent[3]}));
+    EXPECT_EQ(host.calls.Calls(), (Calls{sent[0], sent[1], sent[3]}));
     EXPECT_EQ(RecordedLog(), DisplayLog({"Error 24 on attempt to display find-font dialog"}));
 }
 
@@ -371,7 +370,7 @@ class ThrowingInterfaceTest : public DisplayFindFontTest, public testing::WithPa
 
 TEST_P(ThrowingInterfaceTest, ThrowsIntoNobodyAndTheSuiteGoesBack) {
     Know();
-    host.duringOperation[GetParam()] = [] { throw ai::Error(5); };
+    host.calls.During(GetParam(), [] { throw ai::Error(5); });
     EXPECT_NO_THROW(DisplayFindFontDialog());
     EXPECT_EQ(host.calls.Calls().back(), "ReleaseSuite('SP Interface Suite', 2)");
     EXPECT_EQ(RecordedLog(), DisplayLog({}));
@@ -381,7 +380,7 @@ INSTANTIATE_TEST_SUITE_P(Operations, ThrowingInterfaceTest, testing::Values("Set
 
 TEST_F(DisplayFindFontTest, OwnerThatThrowsLikeAnotherCompilerThrowsIntoNobodyAndTheSuiteGoesBack) {
     Know();
-    host.duringOperation["SendMessage"] = ThrowLikeAnotherCompiler;
+    host.calls.During("SendMessage", ThrowLikeAnotherCompiler);
     EXPECT_NO_THROW(DisplayFindFontDialog());
     EXPECT_EQ(host.calls.Calls().back(), "ReleaseSuite('SP Interface Suite', 2)");
     EXPECT_EQ(RecordedLog(), DisplayLog({}));

@@ -1,4 +1,4 @@
-// What updateMenuItem makes of descriptions that are not as they should be.
+// Negative tests of updateMenuItem: descriptions with faults.
 #include <utf8cpp/utf8.h>
 
 #include <stdexcept>
@@ -23,12 +23,10 @@ INSTANTIATE_TEST_SUITE_P(Texts, UnusableDescriptionTest,
                          testing::Values("", "{", "[]", "[1,2]", "17", "\"Fonts\"", "{\"id\":\"\xFF\"}",
                                          "[{\"id\":\"b\",\"title\":\"Sets\",\"child\":[]}]"));
 
-// Two items of the plug-in's, of which the first one has its marks before the fault is met.
+// Two items of the plug-in's; the first one gets its marks before the update meets the fault.
 class MenuDescriptionFaultsTest : public MenuMessagesTest {
   protected:
     enum class Failure { None, LacksMember, OtherKind, UnpairedSurrogate };
-
-    MenuDescriptionFaultsTest() { Register("Sets", "b"); }
 
     Failure FailureOfUpdate() {
         try {
@@ -54,9 +52,9 @@ class MenuDescriptionFaultsTest : public MenuMessagesTest {
     }
 
     const AIMenuItemHandle item = Register("Fonts", "a");
-    const Calls marksOfFirst = {"EnableItem(0x100005001)", "CheckItem(0x100005001, 0)"};
-    const Calls marksOfFirstAndEnabledSecond = {"EnableItem(0x100005001)", "CheckItem(0x100005001, 0)",
-                                                "EnableItem(0x100005002)"};
+    const AIMenuItemHandle second = Register("Sets", "b");
+    const Calls marksOfFirst = {Enabled(item), Checked(item, 0)};
+    const Calls marksOfFirstAndEnabledSecond = {Enabled(item), Checked(item, 0), Enabled(second)};
 };
 
 // In front of the faulty item.

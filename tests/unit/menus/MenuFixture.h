@@ -1,4 +1,4 @@
-// A started plug-in's surroundings for tests of the menus: a fake host whose suites are held, a fake PluginCore and a
+// What surrounds a started plug-in, for tests of the menus: a host whose suites are held, a fake PluginCore and a
 // globals block.
 #pragma once
 
@@ -6,8 +6,8 @@
 
 #include "frame/base/PluginGlobals.h"
 #include "support/fakes/FakePluginCore.h"
+#include "support/HostFixture.h"
 #include "support/Log.h"
-#include "unit/documents/HostFixture.h"
 
 class MenuTest : public HostTest {
   protected:
@@ -19,16 +19,13 @@ class MenuTest : public HostTest {
     }
     ~MenuTest() override { sGlobals = nullptr; }
 
-    // The menu suite and its like are acquired for a moment: on every way out they go back.
-    void TearDown() override {
-        HostTest::TearDown();
-        EXPECT_EQ(host.HeldSuites(), (std::map<std::string, int>{}));
-    }
-
     static const std::vector<std::string>& PluginCoreCalls() { return ThePluginCore().calls.Calls(); }
 
     PluginGlobals globals{};
 };
+
+// An item's key in the registry.
+inline std::uintptr_t KeyOf(AIMenuItemHandle item) { return reinterpret_cast<std::uintptr_t>(item); }
 
 // As the log shows a handle or address.
 inline std::string Shown(const void* address) {

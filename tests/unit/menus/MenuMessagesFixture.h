@@ -20,7 +20,7 @@ class MenuMessagesTest : public MenuTest {
 
     // An item of the plug-in's with this text, registered under the identifier; its handle.
     AIMenuItemHandle Register(const std::string& text, const std::string& id) {
-        const AIMenuItemHandle handle = host.menus.Add(text, {}, host.plugin);
+        const AIMenuItemHandle handle = host.AddItem(text, {}, host.plugin);
         MenuItemID(handle) = id;
         return handle;
     }
@@ -35,7 +35,7 @@ class MenuMessagesTest : public MenuTest {
         return GoMenuItem(&message);
     }
 
-    // What the host was asked about menu items after the message's text was fetched.
+    // The calls that set marks.
     Calls Marks() const {
         Calls marks;
         for (const std::string& call : host.calls.Calls()) {
@@ -44,6 +44,11 @@ class MenuMessagesTest : public MenuTest {
             }
         }
         return marks;
+    }
+    static std::string Enabled(AIMenuItemHandle item) { return "EnableItem(" + HandleText(item) + ")"; }
+    static std::string Disabled(AIMenuItemHandle item) { return "DisableItem(" + HandleText(item) + ")"; }
+    static std::string Checked(AIMenuItemHandle item, int checked) {
+        return "CheckItem(" + HandleText(item) + ", " + std::to_string(checked) + ")";
     }
     static const std::string& Selection() { return PluginCoreCalls().back(); }
 };

@@ -17,8 +17,8 @@ TEST_F(MenuMessagesTest, UpdateSetsTheMarksOfAnItem) {
     EXPECT_EQ(PluginCoreCalls(), Calls{"GetMenus('C:/Pl\xC3\xA4ne/a.ai', 4096 zeros, 4096)"});
     EXPECT_EQ(host.calls.Calls(),
               (Calls{"GetDocumentFileSpecification()", "GetFullPath(0)", "Destroy()", "DeleteFilePath()",
-                     "AcquireSuite('AI Menu Suite', 11)", "GetItemText(0x100005001)", "EnableItem(0x100005001)",
-                     "CheckItem(0x100005001, 1)", "Destroy()", "ReleaseSuite('AI Menu Suite', 11)"}));
+                     "AcquireSuite('AI Menu Suite', 11)", "GetItemText(" + HandleText(item) + ")", Enabled(item),
+                     Checked(item, 1), "Destroy()", "ReleaseSuite('AI Menu Suite', 11)"}));
 }
 
 TEST_F(MenuMessagesTest, UpdateLogsItsFrameAndEachSearch) {
@@ -41,7 +41,7 @@ TEST_F(MenuMessagesTest, UpdateLogsItsFrameAndEachSearch) {
 
 TEST_F(MenuMessagesTest, SuiteGoesBackAfterTheResultIsLogged) {
     RecordedLine whenReleased{};
-    host.duringOperation["ReleaseSuite"] = [&] { whenReleased = RecordedLog().back(); };
+    host.calls.During("ReleaseSuite", [&] { whenReleased = RecordedLog().back(); });
     Update(Register("Fonts", "a"));
     EXPECT_EQ(whenReleased, (RecordedLine{-1, "updateMenuItem returning 0"}));
 }
@@ -50,35 +50,37 @@ TEST_F(MenuMessagesTest, UpdateDisablesAndUnchecks) {
     const AIMenuItemHandle item = Register("Fonts", "a");
     Describe(ItemJson("a", "Fonts", "false", "false"));
     Update(item);
-    EXPECT_EQ(Marks(), (Calls{"DisableItem(0x100005001)", "CheckItem(0x100005001, 0)"}));
+    EXPECT_EQ(Marks(), (Calls{Disabled(item), Checked(item, 0)}));
 }
 
 TEST_F(MenuMessagesTest, UpdateOfOneItemSetsTheMarksOfAllInTheOrderOfTheirHandles) {
-    const AIMenuItemHandle named = Register("Named", "n");
-    MenuItemID(reinterpret_cast<AIMenuItemHandle>(0x900000000)) = "high";
-    MenuItemID(reinterpret_cast<AIMenuItemHandle>(0x7)) = "low";
+    const AIMenuItemHandle low = host.AddItem("Low", {}, host.plugin);
+    const AIMenuItemHandle named = host.AddItem("Named", {}, host.plugin);
+    const AIMenuItemHandle high = host.AddItem("High", {}, host.plugin);
+    MenuItemID(high) = "high";
+    MenuItemID(low) = "low";
+    MenuItemID(named) = "n";
     Describe("[" + ItemJson("high", "H", "false") + "," + ItemJson("n", "Named") + "," +
              ItemJson("low", "L", "true", "true") + "]");
     EXPECT_EQ(Update(named), 0);
-    EXPECT_EQ(Marks(), (Calls{"EnableItem(0x7)", "CheckItem(0x7, 1)", "EnableItem(0x100005001)",
-                              "CheckItem(0x100005001, 0)", "DisableItem(0x900000000)", "CheckItem(0x900000000, 0)"}));
+    EXPECT_EQ(Marks(), (Calls{Enabled(low), Checked(low, 1), Enabled(named), Checked(named, 0), Disabled(high),
+                              Checked(high, 0)}));
 }
 
 TEST_F(MenuMessagesTest, ItemsAreFoundAmongTheChildren) {
     const AIMenuItemHandle item = Register("Child", "c");
     Describe(ItemJson("top", "Top", "true", "false", "[" + ItemJson("c", "Child", "false", "true") + "]"));
     Update(item);
-    EXPECT_EQ(Marks(), (Calls{"DisableItem(0x100005001)", "CheckItem(0x100005001, 1)"}));
+    EXPECT_EQ(Marks(), (Calls{Disabled(item), Checked(item, 1)}));
 }
 
 TEST_F(MenuMessagesTest, ItemThatTheDescriptionDoesNotKnowIsLeftAsItIsAndTheOthersAreSet) {
     const AIMenuItemHandle item = Register("Fonts", "a");
     Register("Gone", "gone");
-    Register("Sets", "b");
+    const AIMenuItemHandle last = Register("Sets", "b");
     Describe("[" + ItemJson("b", "Sets") + "," + ItemJson("a", "Fonts") + "]");
     Update(item);
-    EXPECT_EQ(Marks(), (Calls{"EnableItem(0x100005001)", "CheckItem(0x100005001, 0)", "EnableItem(0x100005003)",
-                              "CheckItem(0x100005003, 0)"}));
+    EXPECT_EQ(Marks(), (Calls{Enabled(item), Checked(item, 0), Enabled(last), Checked(last, 0)}));
 }
 
 TEST_F(MenuMessagesTest, TitleThatTheDescriptionDoesNotKnowIsAGateThatStaysShut) {
@@ -94,7 +96,7 @@ TEST_F(MenuMessagesTest, GateIsOpenedByTheTitleAloneWhateverItsItem) {
     const AIMenuItemHandle item = Register("Fonts", "a");
     Describe("[" + ItemJson("stranger", "Fonts") + "," + ItemJson("a", "Other", "false") + "]");
     Update(item);
-    EXPECT_EQ(Marks(), (Calls{"DisableItem(0x100005001)", "CheckItem(0x100005001, 0)"}));
+    EXPECT_EQ(Marks(), (Calls{Disabled(item), Checked(item, 0)}));
 }
 
 TEST_F(MenuMessagesTest, TitleIsComparedAsUtf8) {
@@ -111,7 +113,7 @@ TEST_F(MenuMessagesTest, TitleIsComparedAsUtf8) {
 
 TEST_F(MenuMessagesTest, ItemOfSomebodyElseOpensTheGateToo) {
     Register("Fonts", "a");
-    const AIMenuItemHandle foreign = host.menus.Add("Fonts");
+    const AIMenuItemHandle foreign = host.AddItem("Fonts");
     Describe(ItemJson("a", "Fonts"));
     Update(foreign);
     EXPECT_EQ(Marks().size(), 2u);
@@ -121,7 +123,7 @@ TEST_F(MenuMessagesTest, ItemOfSomebodyElseOpensTheGateToo) {
 TEST_F(MenuMessagesTest, TextThatTheHostDoesNotTellEndsTheUpdate) {
     const AIMenuItemHandle item = Register("Fonts", "a");
     Describe(ItemJson("a", "Fonts"));
-    host.calls.Fail("GetItemText", 3);
+    host.calls.FailAfterWork("GetItemText", 3);
     EXPECT_EQ(Update(item), 0);
     EXPECT_EQ(Marks(), Calls{});
     EXPECT_EQ(CountRecorded("Entering GetMenuObject(..., Fonts, ...)"), 0);
@@ -145,7 +147,7 @@ TEST_F(MenuMessagesTest, ItemThatTheHostRefusedHasNothingToBeMarked) {
     MenuItemID(nullptr) = "refused";
     Describe("[" + ItemJson("refused", "Refused") + "," + ItemJson("a", "Fonts") + "]");
     Update(item);
-    EXPECT_EQ(Marks(), (Calls{"EnableItem(0x100005001)", "CheckItem(0x100005001, 0)"}));
+    EXPECT_EQ(Marks(), (Calls{Enabled(item), Checked(item, 0)}));
 }
 
 TEST_F(MenuMessagesTest, RefusedMenuSuiteIsThrownAsTheHostsCode) {
@@ -199,10 +201,10 @@ TEST_F(MenuMessagesTest, DocumentIsScannedAfterItsIdentifierWasAsked) {
 }
 
 TEST_F(MenuMessagesTest, ChoiceOfAnItemThatWasNeverRegisteredSendsAnEmptyIdentifierAndEntersIt) {
-    Register("Fonts", "a");
+    const AIMenuItemHandle item = Register("Fonts", "a");
     EXPECT_EQ(Go(reinterpret_cast<AIMenuItemHandle>(0x77)), 0);
     EXPECT_EQ(Selection(), "HandleMenuSelection('', '', '')");
-    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{0x77, ""}, {0x100005001, "a"}}));
+    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{0x77, ""}, {KeyOf(item), "a"}}));
 }
 
 TEST_F(MenuMessagesTest, ResultsOfThePluginCoreDoNotCount) {

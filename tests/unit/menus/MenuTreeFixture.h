@@ -5,8 +5,6 @@
 #include "menus/MenuTree.h"
 #include "unit/menus/MenuFixture.h"
 
-inline constexpr std::uint64_t kFirstHandle = 0x100005001;
-
 // What the PluginCore passes for one item.
 struct Item {
     const char* id = "id";
@@ -65,12 +63,15 @@ class MenuTreeTest : public MenuTest {
         return Framed("id='id', label='Label', checked=0, enabled=1, parentID=(null)", inner);
     }
 
-    static std::string CallingLine(const std::string& label, const std::string& group, const std::string& text,
-                                   const std::string& options, const std::string& handle) {
-        return "Calling AddMenuItem(SPPluginRef=0x11110000, itemKeyWithIllegalCharsRemoved='" + label +
+    std::string CallingLine(const std::string& label, const std::string& group, const std::string& text,
+                            const std::string& options, AIMenuItemHandle item) const {
+        return "Calling AddMenuItem(SPPluginRef=" + Shown(host.plugin) + ", itemKeyWithIllegalCharsRemoved='" + label +
                "', menuData.groupName='" + group + "', menuData.itemText='" + text + "', options=" + options +
-               ", pMenuItem=" + handle;
+               ", pMenuItem=" + Shown(item);
     }
+
+    // The item that was added last.
+    AIMenuItemHandle LastItem() const { return host.Items().back(); }
 
     std::string context;
 };

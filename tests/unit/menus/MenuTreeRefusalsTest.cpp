@@ -5,66 +5,68 @@
 
 namespace {
 
+// The question for an item's shortcut key, as a recorded call.
+std::string KeyAsked(AIMenuItemHandle item) {
+    return "GetMenuItemKeyboardShortcutDictionaryKey(" + HandleText(item) + ")";
+}
+
 // --- duplicates -----------------------------------------------------------------------------------------------------
 
 TEST_F(MenuTreeTest, TopLevelLabelThatIsAKeyAlreadyIsRefusedAfterOneLinePerEqualItem) {
-    host.menus.Add("Fonts", "Label");
-    host.menus.Add("Other", "Another");
-    host.menus.Add("Fonts again", "Label");
+    const AIMenuItemHandle first = host.AddItem("Fonts", "Label");
+    const AIMenuItemHandle second = host.AddItem("Other", "Another");
+    const AIMenuItemHandle third = host.AddItem("Fonts again", "Label");
     const Outcome outcome = Add({});
     EXPECT_EQ(outcome.result, 0x9000000);
-    EXPECT_EQ(outcome.calls,
-              (Calls{"CountMenuItems()", "GetNthMenuItem(0)", "GetMenuItemKeyboardShortcutDictionaryKey(0x100005001)",
-                     "GetNthMenuItem(1)", "GetMenuItemKeyboardShortcutDictionaryKey(0x100005002)", "GetNthMenuItem(2)",
-                     "GetMenuItemKeyboardShortcutDictionaryKey(0x100005003)"}));
+    EXPECT_EQ(outcome.calls, (Calls{"CountMenuItems()", "GetNthMenuItem(0)", KeyAsked(first), "GetNthMenuItem(1)",
+                                    KeyAsked(second), "GetNthMenuItem(2)", KeyAsked(third)}));
     const std::string line = "Error: 'Label' menu item already present.";
     EXPECT_EQ(outcome.log, Framed({line, line}));
     EXPECT_TRUE(RegisteredMenuItems().empty());
 }
 
 TEST_F(MenuTreeTest, DuplicateIsRefusedWhereverItStands) {
-    host.menus.Add("Other", "Another");
-    host.menus.Add("Fonts", "Label");
+    host.AddItem("Other", "Another");
+    host.AddItem("Fonts", "Label");
     EXPECT_EQ(Add({}).result, 0x9000000);
     EXPECT_EQ(host.calls.Count("AddMenuItem"), 0);
 }
 
 TEST_F(MenuTreeTest, KeysAreComparedByteForByte) {
     for (const char* key : {"label", "Labe", "Label ", "LABEL", ""}) {
-        host.menus.Add("Item", key);
+        host.AddItem("Item", key);
     }
     EXPECT_EQ(Add({}).result, 0);
     EXPECT_EQ(host.calls.Count("AddMenuItem"), 1);
 }
 
 TEST_F(MenuTreeTest, TextOfAnItemIsNoKey) {
-    host.menus.Add("Label", "Another");
+    host.AddItem("Label", "Another");
     EXPECT_EQ(Add({}).result, 0);
 }
 
 TEST_F(MenuTreeTest, ItemWithoutAKeyIsNoDuplicate) {
-    host.menus.Add("Item");
+    host.AddItem("Item");
     EXPECT_EQ(Add({}).result, 0);
     EXPECT_EQ(Add({.label = ""}).result, 0);
 }
 
 TEST_F(MenuTreeTest, IndicesWhereTheHostFailsArePassedOver) {
-    host.menus.Add("A", "Label");
-    host.menus.Add("B", "Label");
-    host.menus.Add("C", "Another");
-    host.calls.Fail("GetNthMenuItem", 1, 1);
-    host.calls.Fail("GetMenuItemKeyboardShortcutDictionaryKey", 1, 1);
+    host.AddItem("A", "Label");
+    const AIMenuItemHandle second = host.AddItem("B", "Label");
+    const AIMenuItemHandle third = host.AddItem("C", "Another");
+    host.calls.FailAfterWork("GetNthMenuItem", 1);
+    host.calls.FailAfterWork("GetMenuItemKeyboardShortcutDictionaryKey", 1);
     const Outcome outcome = Add({});
     EXPECT_EQ(outcome.result, 0);
     EXPECT_EQ(Calls(outcome.calls.begin(), outcome.calls.begin() + 6),
-              (Calls{"CountMenuItems()", "GetNthMenuItem(0)", "GetNthMenuItem(1)",
-                     "GetMenuItemKeyboardShortcutDictionaryKey(0x100005002)", "GetNthMenuItem(2)",
-                     "GetMenuItemKeyboardShortcutDictionaryKey(0x100005003)"}));
+              (Calls{"CountMenuItems()", "GetNthMenuItem(0)", "GetNthMenuItem(1)", KeyAsked(second),
+                     "GetNthMenuItem(2)", KeyAsked(third)}));
 }
 
 TEST_F(MenuTreeTest, ItemsThatCannotBeCountedAreNotLookedAt) {
-    host.menus.Add("A", "Label");
-    host.calls.Fail("CountMenuItems", 1);
+    host.AddItem("A", "Label");
+    host.calls.FailAfterWork("CountMenuItems", 1);
     const Outcome outcome = Add({});
     EXPECT_EQ(outcome.result, 0);
     EXPECT_EQ(outcome.calls[1], "Initialize('Text', 1)");
@@ -78,7 +80,7 @@ TEST_F(MenuTreeTest, RefusedItemIsRegisteredUnderTheNullHandle) {
     EXPECT_EQ(outcome.result, 77);
     EXPECT_EQ(outcome.calls, (Calls{"CountMenuItems()", "Initialize('Text', 1)",
                                     "AddMenuItem(null, 'Type Plugins1', 'Text', 1)", "Destroy()"}));
-    EXPECT_EQ(outcome.log, Framed({CallingLine("Label", "Type Plugins1", "Text", "0x00000001", "0x00000000")}));
+    EXPECT_EQ(outcome.log, Framed({CallingLine("Label", "Type Plugins1", "Text", "0x00000001", nullptr)}));
     EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{0, "id"}}));
 }
 
@@ -90,20 +92,19 @@ TEST_F(MenuTreeTest, LastRefusedItemIsTheOneUnderTheNullHandle) {
 }
 
 TEST_F(MenuTreeTest, RefusedItemThatHasAHandleAllTheSameIsRegisteredUnderItAndGetsItsSubMenu) {
-    host.menus.nextHandles = {reinterpret_cast<AIMenuItemHandle>(0x42)};
-    host.calls.Fail("AddMenuItem", 77);
+    host.model.menus.NeedGroup("P");
+    host.calls.FailAfterWork("AddMenuItem", 77);
     const Outcome outcome = Add({.hasSubMenu = 1, .parentID = "P"});
     EXPECT_EQ(outcome.result, 77);
-    EXPECT_EQ(outcome.calls[2], "AddMenuGroupAsSubMenu('Label', 0, 0x42)");
-    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{0x42, "id"}}));
+    EXPECT_EQ(outcome.calls[2], "AddMenuGroupAsSubMenu('Label', 0, " + HandleText(LastItem()) + ")");
+    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{KeyOf(LastItem()), "id"}}));
 }
 
 TEST_F(MenuTreeTest, HandleThatTheHostGivesTwiceKeepsTheLaterIdentifier) {
-    const auto handle = reinterpret_cast<AIMenuItemHandle>(0x42);
-    host.menus.nextHandles = {handle, handle};
     Add({.id = "first"});
+    host.model.menus.items.Reuse(LastItem());
     Add({.id = "second"});
-    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{0x42, "second"}}));
+    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{KeyOf(LastItem()), "second"}}));
 }
 
 TEST_F(MenuTreeTest, TextThatTheHostRefusesIsAnsweredWithTheHostsCodeAndThrownToNobody) {
@@ -124,7 +125,7 @@ TEST_F(MenuTreeTest, NullIdentifierLabelOrContextIsABadParameter) {
 }
 
 TEST_F(MenuTreeTest, MemoryThatRunsOutAnywhereThrowsNothingIntoThePluginCoreAndGivesTheTextBack) {
-    host.menus.Add("Item", "a key that is long enough to need memory");
+    host.AddItem("Item", "a key that is long enough to need memory");
     int attempts = 0;
     ThePluginCore().duringEntry["CreateMenusFromJSONBuffer"] = [&] {
         bool hasRunOut = true;

@@ -40,7 +40,7 @@ TEST_F(MenuTreeTest, ResultOfThePluginCoreIsReturnedAndLogged) {
 
 TEST_F(MenuTreeTest, SuiteGoesBackAfterTheResultIsLogged) {
     RecordedLine whenReleased{};
-    host.duringOperation["ReleaseSuite"] = [&] { whenReleased = RecordedLog().back(); };
+    host.calls.During("ReleaseSuite", [&] { whenReleased = RecordedLog().back(); });
     AddAll();
     EXPECT_EQ(whenReleased, (RecordedLine{-1, "AddAllQuorvelMenuItems() returning 0"}));
 }
@@ -97,17 +97,18 @@ TEST_F(MenuTreeTest, TopLevelItemIsAddedWithoutAKeyAndAsksForUpdates) {
     EXPECT_EQ(outcome.result, 0);
     EXPECT_EQ(outcome.calls, (Calls{"CountMenuItems()", "Initialize('Text', 1)",
                                     "AddMenuItem(null, 'Type Plugins1', 'Text', 1)", "Destroy()"}));
-    EXPECT_EQ(outcome.log, Framed({CallingLine("Label", "Type Plugins1", "Text", "0x00000001", "0x00005001")}));
-    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{kFirstHandle, "id"}}));
+    EXPECT_EQ(outcome.log, Framed({CallingLine("Label", "Type Plugins1", "Text", "0x00000001", LastItem())}));
+    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{KeyOf(LastItem()), "id"}}));
 }
 
 TEST_F(MenuTreeTest, ItemWithAParentGoesIntoTheParentsGroupAndIsNotCheckedForDuplicates) {
-    host.menus.Add("Other", "Label");
+    host.AddItem("Other", "Label");
+    host.model.menus.NeedGroup("Parent");
     const Outcome outcome = Add({.checked = 1, .enabled = 0, .parentID = "Parent"});
     EXPECT_EQ(outcome.result, 0);
     EXPECT_EQ(outcome.calls, (Calls{"Initialize('Text', 1)", "AddMenuItem(null, 'Parent', 'Text', 1)", "Destroy()"}));
     EXPECT_EQ(outcome.log, Framed("id='id', label='Label', checked=1, enabled=0, parentID=Parent",
-                                  {CallingLine("Label", "Parent", "Text", "0x00000001", "0x00005002")}));
+                                  {CallingLine("Label", "Parent", "Text", "0x00000001", LastItem())}));
 }
 
 TEST_F(MenuTreeTest, EmptyParentIsAParent) {
@@ -123,13 +124,13 @@ TEST_F(MenuTreeTest, ItemWithoutATextIsASeparator) {
     const Outcome outcome = Add({.itemText = nullptr});
     EXPECT_EQ(outcome.result, 0);
     EXPECT_EQ(outcome.calls, (Calls{"CountMenuItems()", "AddMenuItem(null, 'Type Plugins1', '', 4)"}));
-    EXPECT_EQ(outcome.log, Framed({CallingLine("Label", "Type Plugins1", "(null)", "0x00000004", "0x00005001")}));
+    EXPECT_EQ(outcome.log, Framed({CallingLine("Label", "Type Plugins1", "(null)", "0x00000004", LastItem())}));
 }
 
 TEST_F(MenuTreeTest, ItemWithAnEmptyTextIsASeparator) {
     const Outcome outcome = Add({.itemText = ""});
     EXPECT_EQ(outcome.calls, (Calls{"CountMenuItems()", "AddMenuItem(null, 'Type Plugins1', '', 4)"}));
-    EXPECT_EQ(outcome.log, Framed({CallingLine("Label", "Type Plugins1", "", "0x00000004", "0x00005001")}));
+    EXPECT_EQ(outcome.log, Framed({CallingLine("Label", "Type Plugins1", "", "0x00000004", LastItem())}));
 }
 
 TEST_F(MenuTreeTest, CheckedAndEnabledAreNotAppliedHere) {
@@ -140,9 +141,10 @@ TEST_F(MenuTreeTest, CheckedAndEnabledAreNotAppliedHere) {
 }
 
 TEST_F(MenuTreeTest, SubMenuIsAGroupNamedByTheLabelOfItsItem) {
+    host.model.menus.NeedGroup("Parent");
     const Outcome outcome = Add({.hasSubMenu = 1, .parentID = "Parent"});
     EXPECT_EQ(outcome.calls, (Calls{"Initialize('Text', 1)", "AddMenuItem(null, 'Parent', 'Text', 1)",
-                                    "AddMenuGroupAsSubMenu('Label', 0, 0x100005001)", "Destroy()"}));
+                                    "AddMenuGroupAsSubMenu('Label', 0, " + HandleText(LastItem()) + ")", "Destroy()"}));
 }
 
 TEST_F(MenuTreeTest, AnyNonZeroByteMakesASubMenu) {
@@ -153,7 +155,7 @@ TEST_F(MenuTreeTest, AnyNonZeroByteMakesASubMenu) {
 TEST_F(MenuTreeTest, RefusedSubMenuDoesNotCount) {
     host.calls.Fail("AddMenuGroupAsSubMenu", 5);
     EXPECT_EQ(Add({.hasSubMenu = 1}).result, 0);
-    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{kFirstHandle, "id"}}));
+    EXPECT_EQ(RegisteredMenuItems(), (MenuItemMap{{KeyOf(LastItem()), "id"}}));
 }
 
 TEST_F(MenuTreeTest, ItemsOfOneDescriptionAreAllRegistered) {
@@ -163,8 +165,10 @@ TEST_F(MenuTreeTest, ItemsOfOneDescriptionAreAllRegistered) {
         EXPECT_EQ(CallBack({.id = "line", .itemText = nullptr, .parentID = "Fonts"}), 0);
     };
     EXPECT_EQ(AddAll(), 0);
+    const std::vector<AIMenuItemHandle> items = host.Items();
+    ASSERT_EQ(items.size(), 3u);
     EXPECT_EQ(RegisteredMenuItems(),
-              (MenuItemMap{{kFirstHandle, "top"}, {kFirstHandle + 1, "child"}, {kFirstHandle + 2, "line"}}));
+              (MenuItemMap{{KeyOf(items[0]), "top"}, {KeyOf(items[1]), "child"}, {KeyOf(items[2]), "line"}}));
 }
 
 // --- AddIllustratorMenu: slashes ------------------------------------------------------------------------------------
@@ -175,10 +179,10 @@ TEST_F(MenuTreeTest, SlashesOfTheLabelAreReplacedInTheLogAloneAndTheKeyStaysNull
               Framed("id='id', label='Fonts/Styles/Sets', checked=0, enabled=1, parentID=(null)",
                      {"Replaced char at position 5 to make 'Fonts-Styles/Sets'",
                       "Replaced char at position 12 to make 'Fonts-Styles-Sets'",
-                      CallingLine("Fonts/Styles/Sets", "Type Plugins1", "Text", "0x00000001", "0x00005001")}));
+                      CallingLine("Fonts/Styles/Sets", "Type Plugins1", "Text", "0x00000001", LastItem())}));
     EXPECT_EQ(outcome.calls,
               (Calls{"CountMenuItems()", "Initialize('Text', 1)", "AddMenuItem(null, 'Type Plugins1', 'Text', 1)",
-                     "AddMenuGroupAsSubMenu('Fonts/Styles/Sets', 0, 0x100005001)", "Destroy()"}));
+                     "AddMenuGroupAsSubMenu('Fonts/Styles/Sets', 0, " + HandleText(LastItem()) + ")", "Destroy()"}));
 }
 
 TEST_F(MenuTreeTest, SlashesAtTheEndsOfTheLabelAndBackslashes) {
@@ -189,9 +193,9 @@ TEST_F(MenuTreeTest, SlashesAtTheEndsOfTheLabelAndBackslashes) {
 }
 
 TEST_F(MenuTreeTest, DuplicateIsFoundByTheLabelAsItIsAndReplacesNothing) {
-    host.menus.Add("A", "a-b");
+    host.AddItem("A", "a-b");
     EXPECT_EQ(Add({.label = "a/b"}).result, 0);
-    host.menus.Add("B", "a/b");
+    host.AddItem("B", "a/b");
     const Outcome outcome = Add({.label = "a/b"});
     EXPECT_EQ(outcome.result, 0x9000000);
     EXPECT_EQ(outcome.log, Framed("id='id', label='a/b', checked=0, enabled=1, parentID=(null)",

@@ -10,7 +10,7 @@ namespace simhost {
 
 namespace {
 
-// In small letters, without the dot.
+// In lower case, without the dot.
 std::string ExtensionOf(std::string_view path) {
     const std::size_t dot = path.find_last_of("./\\");
     std::string extension(dot == std::string_view::npos || path[dot] != '.' ? "" : path.substr(dot + 1));
@@ -35,7 +35,7 @@ bool Claims(const FileFormat& format, const std::string& extension) {
 Document& HostModel::Named(std::string_view name) {
     const auto found = documents.find(std::string(name));
     if (found == documents.end()) {
-        throw std::runtime_error("the scenario describes no document \"" + std::string(name) + "\"");
+        throw std::runtime_error("there is no document \"" + std::string(name) + "\"");
     }
     return found->second;
 }
@@ -61,6 +61,15 @@ void HostModel::Close(std::string_view name) {
     current = open.empty() ? std::string() : open.back();
 }
 
+void* HostModel::ArtHandle(const Document& document, std::int16_t type, std::size_t index) {
+    for (const auto& [handle, known] : art.Objects()) {
+        if (known.document == document.name && known.type == type && known.index == index) {
+            return reinterpret_cast<void*>(handle);
+        }
+    }
+    return art.Add(Art{type, document.name, index});
+}
+
 void* HostModel::FontKey(const std::string& postScriptName) {
     for (const auto& [key, name] : fontKeys.Objects()) {
         if (name == postScriptName) {
@@ -82,7 +91,7 @@ SPPluginRef HostModel::PluginNamed(std::string_view name) const {
 std::vector<void*> HostModel::ActiveTimers() const {
     std::vector<void*> active;
     for (const auto& [handle, timer] : timers.Objects()) {
-        if (timer.active) {
+        if (timer.active != 0) {
             active.push_back(reinterpret_cast<void*>(handle));
         }
     }

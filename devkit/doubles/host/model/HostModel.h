@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <map>
 #include <string>
 #include <string_view>
@@ -12,17 +13,16 @@
 
 namespace simhost {
 
-struct Run {
-    std::string font;  // PostScript name
-};
-
 struct TextFrame {
-    std::vector<Run> runs;
+    TextFrame() = default;
+    TextFrame(std::initializer_list<std::string> fonts) : runs(fonts) {}
+
+    std::vector<std::string> runs;  // the PostScript name of each run's font
 };
 
 struct Document {
-    std::string name;  // what the scenario calls it
-    std::string path;  // what the host tells; a bare title for a document that was never saved
+    std::string name;  // what the scenario or the test calls it
+    std::string path;  // UTF-8; a bare title for a document that was never saved
     bool modified = false;
     std::vector<TextFrame> frames;
     std::vector<std::string> placed;  // paths of placed files
@@ -30,7 +30,7 @@ struct Document {
     void* formerHandle = nullptr;     // the one it had when it was closed last
 };
 
-// One piece of art. It belongs to a document that is named, so that art of a closed document is noticed.
+// One piece of art. It names its document, so that the use of art of a closed document is noticed.
 struct Art {
     std::int16_t type;
     std::string document;
@@ -45,7 +45,7 @@ struct Notifier {
 struct Timer {
     std::string name;
     std::int32_t period;
-    bool active;
+    std::int32_t active;  // any value but 0 is true
 };
 
 struct FileFormat {
@@ -59,7 +59,7 @@ struct FileFormat {
     std::int32_t priority;
 };
 
-// A plug-in besides the one that is tested.
+// A plug-in besides the one under test.
 struct OtherPlugin {
     std::string name;
     std::int32_t result;  // what it answers a message
@@ -71,22 +71,26 @@ struct SentMessage {
     std::string caller;
     std::string selector;
     const void* menuItem;  // of a menu message
-    bool setUp;            // whether its common part is as the host fills it for the receiver
+    bool setUp;            // whether the host has filled in its common part for the receiver
 };
 
 class HostModel {
   public:
-    // Documents that a scenario describes, open or not, by name.
+    // Documents that a scenario or test describes, open or not, by name.
     std::map<std::string, Document> documents;
     // Empty when no document is open.
     std::string current;
-    // Open documents, the one that was opened last at the end.
+    // Open documents, in the order of opening.
     std::vector<std::string> open;
 
-    // PostScript names of the default fonts by script code; a script that is missing has none.
+    // PostScript names of the default fonts by script code; a script that is absent has none.
     std::map<std::int32_t, std::string> defaultFonts;
     // When no art matches: an empty handle if set, else a null handle.
     bool emptyHandleForNoMatches = false;
+    // Texts that IsEqual takes for another token: alias to token. How a host compares tokens is its own affair.
+    std::map<std::string, std::string> tokenAliases;
+    // How often IsEqual has answered "equal"; the answer varies with it.
+    std::size_t equalTokens = 0;
 
     ObjectTable<std::string> openDocuments{0x11};  // handle to name
     ObjectTable<Art> art{0x12};
@@ -98,7 +102,7 @@ class HostModel {
     ObjectTable<OtherPlugin> otherPlugins{0x19};
     std::vector<SentMessage> sentMessages;
 
-    // Throws std::runtime_error when the scenario describes no such document.
+    // Throws std::runtime_error when no such document is described.
     Document& Named(std::string_view name);
     // Null when no document is open.
     Document* Current();
@@ -107,6 +111,9 @@ class HostModel {
     void Open(std::string_view name);
     // Closes it; the document opened before it becomes current.
     void Close(std::string_view name);
+
+    // The handle of the art at that index among the document's art of one type; the same handle each time.
+    void* ArtHandle(const Document& document, std::int16_t type, std::size_t index);
 
     // The same key for the same name.
     void* FontKey(const std::string& postScriptName);

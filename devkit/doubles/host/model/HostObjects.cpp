@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t kGuardSize = 64;
 constexpr unsigned char kGuardByte = 0xFB;
-// Fresh memory is not zero in the host either.
+// A host does not zero a block.
 constexpr unsigned char kFreshByte = 0xCD;
 constexpr unsigned char kFreedByte = 0xDD;
 
@@ -78,7 +78,7 @@ bool HostObjects::DisposeMatches(const void* handle) {
     if (found == matches.end()) {
         return false;
     }
-    // Reading on finds handles of no art.
+    // Whoever reads on finds null handles.
     std::fill(found->second->art.begin(), found->second->art.end(), nullptr);
     disposedMatches.push_back(std::move(found->second));
     matches.erase(found);

@@ -1,5 +1,5 @@
 // What the host hands out and must get back: strings, file paths, blocks of memory, handles of found art, references
-// of the text engine. At the end of a run each kind is asked what is left.
+// of the text engine. At the end each table reports leaks.
 #pragma once
 
 #include <cstdint>
@@ -16,14 +16,17 @@ namespace simhost {
 
 // A frame's text, or one of its runs.
 struct TextRangeObject {
+    std::size_t frame;               // its index in the document
     std::vector<std::string> fonts;  // of its runs
 };
 struct RunsIteratorObject {
+    std::size_t frame;
     std::vector<std::string> fonts;
     std::size_t at = 0;
 };
 struct CharFeaturesObject {
     std::string font;
+    bool fontIsAssigned = true;
 };
 struct FontObject {
     std::string font;
@@ -54,7 +57,7 @@ struct HostObjects {
     ObjectTable<Counted<RunsIteratorObject>> iterators{0x24};
     ObjectTable<Counted<CharFeaturesObject>> features{0x25};
     ObjectTable<Counted<FontObject>> fonts{0x26};
-    // Given back ones are kept, overwritten, so that reading them does not crash.
+    // Freed ones are kept, overwritten, so that reading them does not crash.
     std::map<const void*, std::unique_ptr<Block>> blocks;
     std::vector<std::unique_ptr<Block>> freedBlocks;
     std::map<const void*, std::unique_ptr<Matches>> matches;
@@ -67,7 +70,6 @@ struct HostObjects {
     AIArtHandle** NewMatches(std::vector<AIArtHandle> art);
     bool DisposeMatches(const void* handle);
 
-    // Notes what was not given back.
     void ReportLeaks(RuleBook& rules) const;
 };
 

@@ -1,8 +1,8 @@
-// The host's menus: groups of items in the order in which they were added, and sub-menus, which are groups that hang on
-// an item.
+// The host's menus: groups of items in the order of adding. A sub-menu is a group that belongs to an item.
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,13 +14,13 @@ namespace simhost {
 
 struct MenuGroup {
     std::string name;
-    const void* item = nullptr;  // whose sub-menu it is; null for one at the top
+    const void* item = nullptr;  // whose sub-menu it is; null for a top-level group
 };
 
 struct MenuItem {
     std::string group;
     std::string text;
-    std::string shortcutKey;  // in the keyboard-shortcut dictionary; an item that is added without a key has ""
+    std::optional<std::string> shortcutKey = {};  // in the keyboard-shortcut dictionary
     SPPluginRef owner = nullptr;
     std::int32_t options = 0;
     bool enabled = true;
@@ -29,21 +29,21 @@ struct MenuItem {
 
 class MenuModel {
   public:
-    // Has the group that the host keeps for plug-ins that deal with type.
+    // Has the group that the host reserves for plug-ins that deal with type.
     MenuModel();
 
     ObjectTable<MenuGroup> groups{0x18};
     ObjectTable<MenuItem> items{0x17};
 
     bool HasGroup(std::string_view name) const;
-    // A group at the top, unless there is one of that name.
+    // Adds a top-level group, unless there is one of that name.
     void NeedGroup(const std::string& name);
 
     // The n-th item with that text, counted from 1, in the order of adding. Throws std::runtime_error when there is
     // none.
     void* ItemWithText(const std::string& text, std::int64_t nth) const;
 
-    // What hangs on an item, in the order of adding; for null the groups at the top.
+    // The sub-menus of an item, in the order of adding; for null the top-level groups.
     std::vector<MenuGroup> GroupsOf(const void* item) const;
     // The handles of a group's items, in the order of adding.
     std::vector<void*> ItemsIn(std::string_view group) const;

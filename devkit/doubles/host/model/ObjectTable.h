@@ -1,5 +1,5 @@
-// The host's objects of one kind, known to the plug-in by opaque handles. A handle is a number that is never used
-// again and points nowhere, so that the use of one that was given back is noticed instead of crashing.
+// The host's objects of one kind, known to the plug-in by opaque handles. A handle is a number that points nowhere and
+// is never used again, so that the use of one that was given back is noticed instead of crashing.
 #pragma once
 
 #include <cstddef>
@@ -16,9 +16,9 @@ class ObjectTable {
     explicit ObjectTable(std::uintptr_t kind) : mFirst(kind << 40), mLast(mFirst) {}
 
     void* Add(Object object) {
-        mLast += 16;
-        mObjects.emplace(mLast, std::move(object));
-        return reinterpret_cast<void*>(mLast);
+        const std::uintptr_t handle = mReused != 0 ? std::exchange(mReused, 0) : mLast += 16;
+        mObjects.insert_or_assign(handle, std::move(object));
+        return reinterpret_cast<void*>(handle);
     }
 
     // Null for a handle that was given back, or never given out.
@@ -28,6 +28,9 @@ class ObjectTable {
     }
 
     bool Remove(const void* handle) { return mObjects.erase(reinterpret_cast<std::uintptr_t>(handle)) != 0; }
+
+    // The next Add() gives this handle again, as a host does whose handles are addresses.
+    void Reuse(const void* handle) { mReused = reinterpret_cast<std::uintptr_t>(handle); }
 
     // Whether the handle was alive once.
     bool WasGiven(const void* handle) const {
@@ -42,6 +45,7 @@ class ObjectTable {
   private:
     std::uintptr_t mFirst;
     std::uintptr_t mLast;
+    std::uintptr_t mReused = 0;
     std::map<std::uintptr_t, Object> mObjects;
 };
 

@@ -1,4 +1,4 @@
-// Each function puts the offered operations of some suites into their tables.
+// Each function puts the operations of some suites into their tables.
 #pragma once
 
 #include "doubles/host/suites/SuiteStore.h"

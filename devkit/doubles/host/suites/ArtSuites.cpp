@@ -14,15 +14,6 @@ namespace {
 
 constexpr AIErr kNoDocument = static_cast<AIErr>(FourCharCode("NDOC"));
 
-AIArtHandle HandleOfArt(const Document& document, std::int16_t type, std::size_t index) {
-    for (const auto& [handle, art] : Host().model.art.Objects()) {
-        if (art.document == document.name && art.type == type && art.index == index) {
-            return reinterpret_cast<AIArtHandle>(handle);
-        }
-    }
-    return static_cast<AIArtHandle>(Host().model.art.Add(Art{type, document.name, index}));
-}
-
 std::size_t CountOfArt(const Document& document, std::int16_t type) {
     switch (type) {
         case kTextFrameArt:
@@ -34,43 +25,55 @@ std::size_t CountOfArt(const Document& document, std::int16_t type) {
     }
 }
 
+// The type and attributes of each specification.
+std::string ShownSpecs(const AIMatchingArtSpec* specs, std::int16_t count) {
+    std::string shown;
+    for (std::int16_t i = 0; specs != nullptr && i < count; ++i) {
+        shown += (shown.empty() ? "" : "; ") + std::to_string(specs[i].type) + " " +
+                 std::to_string(specs[i].whichAttr) + " " + std::to_string(specs[i].attr);
+    }
+    return shown;
+}
+
 AIErr GetMatchingArt(AIMatchingArtSpec* specs, std::int16_t numSpecs, AIArtHandle*** matches,
                      std::int32_t* numMatches) {
-    const SuiteCall call("AI Matching Art Suite", "GetMatchingArt");
-    if (call.code != 0) {
-        return call.code;
-    }
-    if (specs == nullptr || numSpecs < 1 || matches == nullptr || numMatches == nullptr) {
-        return call.BadArgument("nothing to look for, or nowhere to put the art");
-    }
-    *matches = nullptr;
-    *numMatches = 0;
-    const Document* const document = Host().model.Current();
-    if (document == nullptr) {
-        return kNoDocument;
-    }
-    std::vector<AIArtHandle> found;
-    for (std::int16_t i = 0; i < numSpecs; ++i) {
-        if (specs[i].whichAttr != 0 || specs[i].attr != 0) {
-            return call.BadArgument("attributes are asked for, which nobody needs");
+    const SuiteCall call(
+        "AI Matching Art Suite", "GetMatchingArt", [&] { return ShownSpecs(specs, numSpecs); }, numSpecs);
+    return call.Perform([&]() -> AIErr {
+        if (specs == nullptr || numSpecs < 1 || matches == nullptr || numMatches == nullptr) {
+            return call.BadArgument("nothing to look for, or nowhere to put the art");
         }
-        for (std::size_t index = 0; index < CountOfArt(*document, specs[i].type); ++index) {
-            found.push_back(HandleOfArt(*document, specs[i].type, index));
+        *matches = nullptr;
+        *numMatches = 0;
+        const Document* const document = Host().model.Current();
+        if (document == nullptr) {
+            return kNoDocument;
         }
-    }
-    *numMatches = static_cast<std::int32_t>(found.size());
-    if (!found.empty() || Host().model.emptyHandleForNoMatches) {
-        *matches = Host().objects.NewMatches(std::move(found));
-    }
-    return 0;
+        std::vector<AIArtHandle> found;
+        for (std::int16_t i = 0; i < numSpecs; ++i) {
+            if (specs[i].whichAttr != 0 || specs[i].attr != 0) {
+                return call.BadArgument("attributes are asked for, which nobody needs");
+            }
+            for (std::size_t index = 0; index < CountOfArt(*document, specs[i].type); ++index) {
+                found.push_back(static_cast<AIArtHandle>(Host().model.ArtHandle(*document, specs[i].type, index)));
+            }
+        }
+        *numMatches = static_cast<std::int32_t>(found.size());
+        if (!found.empty() || Host().model.emptyHandleForNoMatches) {
+            *matches = Host().objects.NewMatches(std::move(found));
+        }
+        if (call.FailsAfterWork()) {
+            Host().objects.DisposeMatches(*matches);
+        }
+        return 0;
+    });
 }
 
 AIErr MdMemoryDisposeHandle(AIMdMemoryHandle handle) {
     const SuiteCall call("AI MdMemory Suite", "MdMemoryDisposeHandle");
-    if (call.code != 0) {
-        return call.code;
-    }
-    return Host().objects.DisposeMatches(handle) ? 0 : call.BadArgument("not a handle that is to be disposed");
+    return call.Perform([&] {
+        return Host().objects.DisposeMatches(handle) ? 0 : call.BadArgument("not a handle that is to be disposed");
+    });
 }
 
 // Null when the art is gone or of another type.
@@ -79,33 +82,35 @@ const Art* ArtOfType(AIArtHandle handle, std::int16_t type) {
     return art != nullptr && art->type == type ? art : nullptr;
 }
 
+// The art's index in its document, or the handle of what is no such art.
+auto ShownArt(AIArtHandle handle, std::int16_t type) {
+    return [=] {
+        const Art* const art = ArtOfType(handle, type);
+        return art == nullptr ? Shown(static_cast<const void*>(handle)) : Shown(art->index);
+    };
+}
+
 AIErr GetATETextRange(AIArtHandle handle, ATE::TextRangeRef* range) {
-    const SuiteCall call("AI Text Frame Suite", "GetATETextRange");
-    if (call.code != 0) {
-        return call.code;
-    }
-    const Art* const art = ArtOfType(handle, kTextFrameArt);
-    if (art == nullptr || range == nullptr) {
-        return call.Stale(Host().model.art, handle, "text frame");
-    }
-    std::vector<std::string> fonts;
-    for (const Run& run : Host().model.Named(art->document).frames[art->index].runs) {
-        fonts.push_back(run.font);
-    }
-    *range = static_cast<ATE::TextRangeRef>(Host().objects.ranges.Add({TextRangeObject{std::move(fonts)}}));
-    return 0;
+    const SuiteCall call("AI Text Frame Suite", "GetATETextRange", ShownArt(handle, kTextFrameArt));
+    return call.Perform([&] {
+        const Art* const art = ArtOfType(handle, kTextFrameArt);
+        if (art == nullptr || range == nullptr) {
+            return call.Stale(Host().model.art, handle, "text frame");
+        }
+        *range = static_cast<ATE::TextRangeRef>(call.HandOut(
+            Host().objects.ranges,
+            Counted<TextRangeObject>{{art->index, Host().model.Named(art->document).frames[art->index].runs}}));
+        return 0;
+    });
 }
 
 AIErr GetPlacedFilePathFromArt(AIArtHandle handle, ai::UnicodeStringData& path) {
-    const SuiteCall call("AI Placed Suite", "GetPlacedFilePathFromArt");
-    if (call.code != 0) {
-        return call.code;
-    }
-    const Art* const art = ArtOfType(handle, kPlacedArt);
-    if (art == nullptr) {
-        return call.Stale(Host().model.art, handle, "placed art");
-    }
-    return AnswerText(call, Host().model.Named(art->document).placed[art->index], path);
+    const SuiteCall call("AI Placed Suite", "GetPlacedFilePathFromArt", ShownArt(handle, kPlacedArt));
+    return call.Perform([&] {
+        const Art* const art = ArtOfType(handle, kPlacedArt);
+        return art == nullptr ? call.Stale(Host().model.art, handle, "placed art")
+                              : AnswerText(call, Host().model.Named(art->document).placed[art->index], path);
+    });
 }
 
 }  // namespace

@@ -13,40 +13,37 @@ constexpr AIErr kNoDocument = static_cast<AIErr>(FourCharCode("NDOC"));
 
 AIErr GetDocumentFileSpecification(ai::FilePathData& path) {
     const SuiteCall call(kName, "GetDocumentFileSpecification");
-    if (call.code != 0) {
-        return call.code;
-    }
-    const Document* const document = Host().model.Current();
-    return document == nullptr ? kNoDocument : AnswerPath(call, document->path, path);
+    return call.Perform([&] {
+        const Document* const document = Host().model.Current();
+        return document == nullptr ? kNoDocument : AnswerPath(call, document->path, path);
+    });
 }
 
 AIErr GetDocumentModified(AIBoolean* modified) {
     const SuiteCall call(kName, "GetDocumentModified");
-    if (call.code != 0) {
-        return call.code;
-    }
-    const Document* const document = Host().model.Current();
-    if (modified == nullptr) {
-        return call.BadArgument("nowhere to put the answer");
-    }
-    if (document == nullptr) {
-        return kNoDocument;
-    }
-    *modified = document->modified ? 1 : 0;
-    return 0;
+    return call.Perform([&]() -> AIErr {
+        if (modified == nullptr) {
+            return call.BadArgument("nowhere to put the answer");
+        }
+        const Document* const document = Host().model.Current();
+        if (document == nullptr) {
+            return kNoDocument;
+        }
+        *modified = document->modified ? 1 : 0;
+        return 0;
+    });
 }
 
 AIErr GetDocument(AIDocumentHandle* handle) {
     const SuiteCall call(kName, "GetDocument");
-    if (call.code != 0) {
-        return call.code;
-    }
-    const Document* const document = Host().model.Current();
-    if (handle == nullptr) {
-        return call.BadArgument("nowhere to put the answer");
-    }
-    *handle = document == nullptr ? nullptr : static_cast<AIDocumentHandle>(document->handle);
-    return document == nullptr ? kNoDocument : 0;
+    return call.Perform([&]() -> AIErr {
+        if (handle == nullptr) {
+            return call.BadArgument("nowhere to put the answer");
+        }
+        const Document* const document = Host().model.Current();
+        *handle = document == nullptr ? nullptr : static_cast<AIDocumentHandle>(document->handle);
+        return document == nullptr ? kNoDocument : 0;
+    });
 }
 
 }  // namespace

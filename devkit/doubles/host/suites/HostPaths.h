@@ -1,4 +1,4 @@
-// Host file paths as other suites answer with them.
+// Host file paths as results of other suites' operations.
 #pragma once
 
 #include <string_view>

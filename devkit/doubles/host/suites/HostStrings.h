@@ -1,4 +1,4 @@
-// Host strings as other suites answer with them.
+// Host strings as results of other suites' operations.
 #pragma once
 
 #include <string>

@@ -22,113 +22,114 @@ AIErr RefuseGroup(const char* what, const std::string& group, AIErr code) {
     return code;
 }
 
-// Whether the text can be read; a string object that holds nothing is the empty text.
-bool ReadText(const SuiteCall& call, const ai::UnicodeStringData& string, std::string& text) {
+// The text of a string object, empty for one that holds nothing. Nothing for a stale one.
+std::optional<std::string> TextOf(const ai::UnicodeStringData& string) {
     if (string.impl == nullptr) {
-        return true;
+        return "";
     }
     const std::u16string* const units = Host().objects.strings.Find(string.impl);
-    if (units == nullptr) {
-        call.Stale(Host().objects.strings, string.impl, "text");
-        return false;
-    }
-    text = Utf8(*units);
-    return true;
+    return units == nullptr ? std::nullopt : std::optional(Utf8(*units));
 }
 
 AIErr AddMenuItem(SPPluginRef self, const char* key, AIPlatformAddMenuItemDataUS* data, std::int32_t options,
                   AIMenuItemHandle* item) {
-    const SuiteCall call(kName, "AddMenuItem");
-    if (call.code != 0) {
-        return call.code;
-    }
-    if (self == nullptr || data == nullptr || data->groupName == nullptr) {
-        return call.BadArgument("plug-in, record or group is missing");
-    }
-    MenuItem added{data->groupName, "", key == nullptr ? "" : key, self, options};
-    if (!call.IsOwnReference(self) || !ReadText(call, data->itemText, added.text)) {
-        return kBadParameterErr;
-    }
-    if (!Menus().HasGroup(added.group)) {
-        return RefuseGroup("there is not", added.group, kNoSuchGroup);
-    }
-    void* const handle = Menus().items.Add(std::move(added));
-    if (item != nullptr) {
-        *item = static_cast<AIMenuItemHandle>(handle);
-    }
-    return 0;
+    const SuiteCall call(
+        kName, "AddMenuItem", key, data == nullptr ? nullptr : data->groupName,
+        [&] { return data == nullptr ? "null" : "'" + TextOf(data->itemText).value_or("stale") + "'"; },
+        [&] { return Shown(options) + (item == nullptr || *item == nullptr ? "" : ", handle not null"); });
+    return call.Perform([&] {
+        if (self == nullptr || data == nullptr || data->groupName == nullptr) {
+            return call.BadArgument("plug-in, record or group is missing");
+        }
+        const std::optional<std::string> text = TextOf(data->itemText);
+        if (!text) {
+            return call.Stale(Host().objects.strings, data->itemText.impl, "text");
+        }
+        if (!call.IsOwnReference(self)) {
+            return kBadParameterErr;
+        }
+        MenuItem added{data->groupName, *text, std::nullopt, self, options};
+        if (key != nullptr) {
+            added.shortcutKey = key;
+        }
+        if (!Menus().HasGroup(added.group)) {
+            return RefuseGroup("there is not", added.group, kNoSuchGroup);
+        }
+        void* const handle = Menus().items.Add(std::move(added));
+        if (item != nullptr) {
+            *item = static_cast<AIMenuItemHandle>(handle);
+        }
+        return 0;
+    });
 }
 
-AIErr AddMenuGroupAsSubMenu(const char* name, std::int32_t /*options*/, AIMenuItemHandle item,
-                            AIMenuGroupHandle* group) {
-    const SuiteCall call(kName, "AddMenuGroupAsSubMenu");
-    if (call.code != 0) {
-        return call.code;
-    }
-    if (name == nullptr || group == nullptr) {
-        return call.BadArgument("name or target is missing");
-    }
-    if (Menus().items.Find(item) == nullptr) {
-        return call.Stale(Menus().items, item, "menu item");
-    }
-    if (Menus().HasGroup(name)) {
-        return RefuseGroup("there is already", name, kGroupIsThere);
-    }
-    *group = static_cast<AIMenuGroupHandle>(Menus().groups.Add({name, item}));
-    return 0;
+AIErr AddMenuGroupAsSubMenu(const char* name, std::int32_t options, AIMenuItemHandle item, AIMenuGroupHandle* group) {
+    const SuiteCall call(kName, "AddMenuGroupAsSubMenu", name, options, item);
+    return call.Perform([&] {
+        if (name == nullptr || group == nullptr) {
+            return call.BadArgument("name or target is missing");
+        }
+        if (Menus().items.Find(item) == nullptr) {
+            return call.Stale(Menus().items, item, "menu item");
+        }
+        if (Menus().HasGroup(name)) {
+            return RefuseGroup("there is already", name, kGroupIsThere);
+        }
+        *group = static_cast<AIMenuGroupHandle>(Menus().groups.Add({name, item}));
+        return 0;
+    });
 }
 
 // Runs `use` with the item that an operation is called for.
 template <class Use>
-AIErr WithItem(const char* operation, AIMenuItemHandle handle, Use use) {
-    const SuiteCall call(kName, operation);
-    if (call.code != 0) {
-        return call.code;
-    }
-    MenuItem* const item = Menus().items.Find(handle);
-    return item == nullptr ? call.Stale(Menus().items, handle, "menu item") : use(call, *item);
+AIErr WithItem(const SuiteCall& call, AIMenuItemHandle handle, Use use) {
+    return call.Perform([&]() -> AIErr {
+        MenuItem* const item = Menus().items.Find(handle);
+        return item == nullptr ? call.Stale(Menus().items, handle, "menu item") : use(*item);
+    });
 }
 
 AIErr EnableItem(AIMenuItemHandle handle) {
-    return WithItem("EnableItem", handle, [](const SuiteCall&, MenuItem& item) {
+    return WithItem(SuiteCall(kName, "EnableItem", handle), handle, [](MenuItem& item) {
         item.enabled = true;
         return 0;
     });
 }
 
 AIErr DisableItem(AIMenuItemHandle handle) {
-    return WithItem("DisableItem", handle, [](const SuiteCall&, MenuItem& item) {
+    return WithItem(SuiteCall(kName, "DisableItem", handle), handle, [](MenuItem& item) {
         item.enabled = false;
         return 0;
     });
 }
 
 AIErr CheckItem(AIMenuItemHandle handle, AIBoolean checked) {
-    return WithItem("CheckItem", handle, [=](const SuiteCall&, MenuItem& item) {
+    return WithItem(SuiteCall(kName, "CheckItem", handle, checked), handle, [=](MenuItem& item) {
         item.checked = checked != 0;
         return 0;
     });
 }
 
 AIErr GetItemText(AIMenuItemHandle handle, ai::UnicodeStringData& text) {
-    return WithItem("GetItemText", handle,
-                    [&](const SuiteCall& call, const MenuItem& item) { return AnswerText(call, item.text, text); });
+    const SuiteCall call(kName, "GetItemText", handle);
+    return WithItem(call, handle, [&](const MenuItem& item) { return AnswerText(call, item.text, text); });
 }
 
-// The key belongs to the item.
+// The key belongs to the item; null for an item without one.
 AIErr GetMenuItemKeyboardShortcutDictionaryKey(AIMenuItemHandle handle, const char** key) {
-    return WithItem("GetMenuItemKeyboardShortcutDictionaryKey", handle,
-                    [=](const SuiteCall& call, const MenuItem& item) {
-                        if (key == nullptr) {
-                            return call.BadArgument("nowhere to put the answer");
-                        }
-                        *key = item.shortcutKey.c_str();
-                        return 0;
-                    });
+    const SuiteCall call(kName, "GetMenuItemKeyboardShortcutDictionaryKey", handle);
+    return WithItem(call, handle, [&](const MenuItem& item) {
+        if (key == nullptr) {
+            return call.BadArgument("nowhere to put the answer");
+        }
+        *key = item.shortcutKey ? item.shortcutKey->c_str() : nullptr;
+        return 0;
+    });
 }
 
 AIErr GetMenuItemPlugin(AIMenuItemHandle handle, SPPluginRef* plugin) {
-    return WithItem("GetMenuItemPlugin", handle, [=](const SuiteCall& call, const MenuItem& item) {
+    const SuiteCall call(kName, "GetMenuItemPlugin", handle);
+    return WithItem(call, handle, [&](const MenuItem& item) {
         if (plugin == nullptr) {
             return call.BadArgument("nowhere to put the answer");
         }
@@ -139,31 +140,30 @@ AIErr GetMenuItemPlugin(AIMenuItemHandle handle, SPPluginRef* plugin) {
 
 AIErr CountMenuItems(std::int32_t* count) {
     const SuiteCall call(kName, "CountMenuItems");
-    if (call.code != 0) {
-        return call.code;
-    }
-    if (count == nullptr) {
-        return call.BadArgument("nowhere to put the answer");
-    }
-    *count = static_cast<std::int32_t>(Menus().items.Size());
-    return 0;
+    return call.Perform([&] {
+        if (count == nullptr) {
+            return call.BadArgument("nowhere to put the answer");
+        }
+        *count = static_cast<std::int32_t>(Menus().items.Size());
+        return 0;
+    });
 }
 
 AIErr GetNthMenuItem(std::int32_t n, AIMenuItemHandle* item) {
-    const SuiteCall call(kName, "GetNthMenuItem");
-    if (call.code != 0) {
-        return call.code;
-    }
-    if (item == nullptr || n < 0) {
-        return call.BadArgument("a number below 0, or nowhere to put the answer");
-    }
-    for (const auto& [handle, ignored] : Menus().items.Objects()) {
-        if (n-- == 0) {
-            *item = reinterpret_cast<AIMenuItemHandle>(handle);
-            return 0;
+    const SuiteCall call(kName, "GetNthMenuItem", n);
+    return call.Perform([&] {
+        if (item == nullptr || n < 0) {
+            return call.BadArgument("a number below 0, or nowhere to put the answer");
         }
-    }
-    return kNoSuchItem;
+        std::int32_t index = 0;
+        for (const auto& [handle, ignored] : Menus().items.Objects()) {
+            if (index++ == n) {
+                *item = reinterpret_cast<AIMenuItemHandle>(handle);
+                return 0;
+            }
+        }
+        return kNoSuchItem;
+    });
 }
 
 }  // namespace

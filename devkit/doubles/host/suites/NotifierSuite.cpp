@@ -11,18 +11,17 @@ namespace {
 constexpr const char* kName = "AI Notifier Suite";
 
 AIErr AddNotifier(SPPluginRef self, const char* name, const char* type, AINotifierHandle* notifier) {
-    const SuiteCall call(kName, "AddNotifier");
-    if (call.code != 0) {
-        return call.code;
-    }
-    if (self == nullptr || name == nullptr || type == nullptr || notifier == nullptr) {
-        return call.BadArgument("plug-in, name, type or target is missing");
-    }
-    if (!call.IsOwnReference(self)) {
-        return kBadParameterErr;
-    }
-    *notifier = static_cast<AINotifierHandle>(Host().model.notifiers.Add(Notifier{name, type}));
-    return 0;
+    const SuiteCall call(kName, "AddNotifier", name, type);
+    return call.Perform([&] {
+        if (self == nullptr || name == nullptr || type == nullptr || notifier == nullptr) {
+            return call.BadArgument("plug-in, name, type or target is missing");
+        }
+        if (!call.IsOwnReference(self)) {
+            return kBadParameterErr;
+        }
+        *notifier = static_cast<AINotifierHandle>(Host().model.notifiers.Add(Notifier{name, type}));
+        return 0;
+    });
 }
 
 }  // namespace

@@ -17,34 +17,32 @@ constexpr const char* kName = "AI File Path Suite";
 
 AIErr DeleteFilePath(ai::FilePathData& path) {
     const SuiteCall call(kName, "DeleteFilePath");
-    if (call.code != 0) {
-        return call.code;
-    }
-    if (!Host().objects.paths.Remove(path.impl)) {
-        return call.Stale(Host().objects.paths, path.impl, "path");
-    }
-    path.impl = nullptr;
-    return 0;
+    return call.Perform([&] {
+        if (!Host().objects.paths.Remove(path.impl)) {
+            return call.Stale(Host().objects.paths, path.impl, "path");
+        }
+        path.impl = nullptr;
+        return 0;
+    });
 }
 
 AIErr Copy(const ai::FilePathData& source, ai::FilePathData& target) {
     const SuiteCall call(kName, "Copy");
-    if (call.code != 0) {
-        return call.code;
-    }
-    const std::u16string* const units = Host().objects.paths.Find(source.impl);
-    if (units == nullptr) {
-        return call.Stale(Host().objects.paths, source.impl, "source");
-    }
-    if (target.impl != nullptr) {
-        return call.BadArgument("the target holds a path already");
-    }
-    target.impl = Host().objects.paths.Add(std::u16string(*units));
-    return 0;
+    return call.Perform([&] {
+        const std::u16string* const units = Host().objects.paths.Find(source.impl);
+        if (units == nullptr) {
+            return call.Stale(Host().objects.paths, source.impl, "source");
+        }
+        if (target.impl != nullptr) {
+            return call.BadArgument("the target holds a path already");
+        }
+        target.impl = Host().objects.paths.Add(std::u16string(*units));
+        return 0;
+    });
 }
 
 AIBool8 IsEmpty(const ai::FilePathData& path) {
-    const SuiteCall call(kName, "IsEmpty");
+    const SuiteCall call(kName, "IsEmpty", Unrecorded());
     if (path.impl == nullptr) {
         return 1;
     }
@@ -58,26 +56,25 @@ AIBool8 IsEmpty(const ai::FilePathData& path) {
 
 // An empty path object gives the empty text.
 AIErr AnswerFromPath(const SuiteCall& call, const ai::FilePathData& path, ai::UnicodeStringData& text, bool nameOnly) {
-    if (call.code != 0) {
-        return call.code;
-    }
-    if (path.impl == nullptr) {
-        return AnswerUnits(call, {}, text);
-    }
-    const std::u16string* const units = Host().objects.paths.Find(path.impl);
-    if (units == nullptr) {
-        return call.Stale(Host().objects.paths, path.impl, "path");
-    }
-    const std::size_t separator = nameOnly ? units->find_last_of(u"/\\") : std::u16string::npos;
-    return AnswerUnits(call, separator == std::u16string::npos ? *units : units->substr(separator + 1), text);
+    return call.Perform([&] {
+        if (path.impl == nullptr) {
+            return AnswerUnits(call, {}, text);
+        }
+        const std::u16string* const units = Host().objects.paths.Find(path.impl);
+        if (units == nullptr) {
+            return call.Stale(Host().objects.paths, path.impl, "path");
+        }
+        const std::size_t separator = nameOnly ? units->find_last_of(u"/\\") : std::u16string::npos;
+        return AnswerUnits(call, separator == std::u16string::npos ? *units : units->substr(separator + 1), text);
+    });
 }
 
-AIErr GetFileName(const ai::FilePathData& path, AIBool8, ai::UnicodeStringData& name) {
-    return AnswerFromPath(SuiteCall(kName, "GetFileName"), path, name, true);
+AIErr GetFileName(const ai::FilePathData& path, AIBool8 displayName, ai::UnicodeStringData& name) {
+    return AnswerFromPath(SuiteCall(kName, "GetFileName", displayName), path, name, true);
 }
 
-AIErr GetFullPath(const ai::FilePathData& path, AIBool8, ai::UnicodeStringData& text) {
-    return AnswerFromPath(SuiteCall(kName, "GetFullPath"), path, text, false);
+AIErr GetFullPath(const ai::FilePathData& path, AIBool8 displayName, ai::UnicodeStringData& text) {
+    return AnswerFromPath(SuiteCall(kName, "GetFullPath", displayName), path, text, false);
 }
 
 }  // namespace

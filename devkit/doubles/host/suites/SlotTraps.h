@@ -1,4 +1,4 @@
-// Functions that stand in the suite slots that the host does not offer. One that is called says so.
+// Functions for the suite slots that the plug-in must not call. Each reports its call.
 #pragma once
 
 #include <cstdint>

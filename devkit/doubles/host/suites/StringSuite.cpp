@@ -29,89 +29,81 @@ std::optional<std::u16string> Decode(std::string_view bytes, std::int32_t encodi
 }
 
 AIErr Initialize(ai::UnicodeStringData& string, const char* bytes, std::int64_t byteCount, std::int32_t encoding) {
-    const SuiteCall call(kName, "Initialize");
-    if (call.code != 0) {
-        return call.code;
-    }
-    if (string.impl != nullptr || (bytes == nullptr && byteCount != 0) || byteCount < 0) {
-        return call.BadArgument("the string holds one already, or there are no bytes");
-    }
-    std::optional<std::u16string> units = Decode(
-        bytes == nullptr ? std::string_view() : std::string_view(bytes, static_cast<std::size_t>(byteCount)), encoding);
-    if (!units) {
-        return kBadString;
-    }
-    string.impl = Host().objects.strings.Add(std::move(*units));
-    return 0;
+    const std::string_view text(bytes == nullptr ? "" : bytes,
+                                bytes == nullptr || byteCount < 0 ? 0 : static_cast<std::size_t>(byteCount));
+    const SuiteCall call(
+        kName, "Initialize", [&] { return "'" + std::string(text) + "'"; }, encoding);
+    return call.Perform([&] {
+        if (string.impl != nullptr || (bytes == nullptr && byteCount != 0) || byteCount < 0) {
+            return call.BadArgument("the string holds one already, or there are no bytes");
+        }
+        std::optional<std::u16string> units = Decode(text, encoding);
+        if (!units) {
+            return kBadString;
+        }
+        string.impl = Host().objects.strings.Add(std::move(*units));
+        return 0;
+    });
 }
 
 AIErr Destroy(ai::UnicodeStringData& string) {
     const SuiteCall call(kName, "Destroy");
-    if (call.code != 0) {
-        return call.code;
-    }
-    if (!Host().objects.strings.Remove(string.impl)) {
-        return call.Stale(Host().objects.strings, string.impl, "string");
-    }
-    string.impl = nullptr;
-    return 0;
+    return call.Perform([&] {
+        if (!Host().objects.strings.Remove(string.impl)) {
+            return call.Stale(Host().objects.strings, string.impl, "string");
+        }
+        string.impl = nullptr;
+        return 0;
+    });
 }
 
 AIErr Assign(ai::UnicodeStringData& string, const ai::UnicodeStringData& source) {
     const SuiteCall call(kName, "Assign");
-    if (call.code != 0) {
-        return call.code;
-    }
-    if (source.impl == nullptr) {
-        return AnswerUnits(call, {}, string);
-    }
-    const std::u16string* const units = Host().objects.strings.Find(source.impl);
-    return units == nullptr ? call.Stale(Host().objects.strings, source.impl, "source")
-                            : AnswerUnits(call, *units, string);
+    return call.Perform([&] {
+        if (source.impl == nullptr) {
+            return AnswerUnits(call, {}, string);
+        }
+        const std::u16string* const units = Host().objects.strings.Find(source.impl);
+        return units == nullptr ? call.Stale(Host().objects.strings, source.impl, "source")
+                                : AnswerUnits(call, *units, string);
+    });
 }
 
 AIErr Copy(ai::UnicodeStringData& string, const ai::UnicodeStringData& source) {
     const SuiteCall call(kName, "Copy");
-    if (call.code != 0) {
-        return call.code;
+    return call.Perform([&] {
+        const std::u16string* const units = Host().objects.strings.Find(source.impl);
+        if (units == nullptr) {
+            return call.Stale(Host().objects.strings, source.impl, "source");
+        }
+        if (string.impl != nullptr) {
+            return call.BadArgument("the target holds a string already");
+        }
+        string.impl = Host().objects.strings.Add(std::u16string(*units));
+        return 0;
+    });
+}
+
+// Null for an empty string object, and for a stale one, which is reported.
+const std::u16string* UnitsOf(const SuiteCall& call, const ai::UnicodeStringData& string) {
+    const std::u16string* const units = Host().objects.strings.Find(string.impl);
+    if (units == nullptr && string.impl != nullptr) {
+        call.Stale(Host().objects.strings, string.impl, "string");
     }
-    const std::u16string* const units = Host().objects.strings.Find(source.impl);
-    if (units == nullptr) {
-        return call.Stale(Host().objects.strings, source.impl, "source");
-    }
-    if (string.impl != nullptr) {
-        return call.BadArgument("the target holds a string already");
-    }
-    string.impl = Host().objects.strings.Add(std::u16string(*units));
-    return 0;
+    return units;
 }
 
 std::size_t Length(const ai::UnicodeStringData& string) {
-    const SuiteCall call(kName, "Length");
-    if (call.code != 0 || string.impl == nullptr) {
-        return 0;
-    }
-    const std::u16string* const units = Host().objects.strings.Find(string.impl);
-    if (units == nullptr) {
-        call.Stale(Host().objects.strings, string.impl, "string");
-        return 0;
-    }
-    return units->size();
+    const SuiteCall call(kName, "Length", Unrecorded());
+    const std::u16string* const units = UnitsOf(call, string);
+    return units == nullptr ? 0 : units->size();
 }
 
 std::size_t Utf16Units(const ai::UnicodeStringData& string, const HostUtf16Unit*& units) {
-    const SuiteCall call(kName, "UTF_16");
-    units = nullptr;
-    if (call.code != 0 || string.impl == nullptr) {
-        return 0;
-    }
-    const std::u16string* const text = Host().objects.strings.Find(string.impl);
-    if (text == nullptr) {
-        call.Stale(Host().objects.strings, string.impl, "string");
-        return 0;
-    }
-    units = reinterpret_cast<const HostUtf16Unit*>(text->data());
-    return text->size();
+    const SuiteCall call(kName, "UTF_16", Unrecorded());
+    const std::u16string* const text = UnitsOf(call, string);
+    units = text == nullptr ? nullptr : reinterpret_cast<const HostUtf16Unit*>(text->data());
+    return text == nullptr ? 0 : text->size();
 }
 
 }  // namespace

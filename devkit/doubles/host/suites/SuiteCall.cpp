@@ -1,19 +1,34 @@
 #include "doubles/host/suites/SuiteCall.h"
 
+#include <cstdio>
+
 #include "doubles/host/PluginReference.h"
 
 namespace simhost {
 
-SuiteCall::SuiteCall(const char* suite, const char* operation) : name(std::string(suite) + "/" + operation) {
+std::string Shown(const char* text) { return text == nullptr ? "null" : "'" + std::string(text) + "'"; }
+
+std::string Shown(const void* address) {
+    char text[24];
+    std::snprintf(text, sizeof text, "0x%llx",
+                  static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(address)));
+    return text;
+}
+
+SuiteCall::SuiteCall(const char* suite, const char* operation, Unrecorded) : mName(NameOf(suite, operation)) {
+    CheckHeld(suite);
+    mFate = Host().operations.Begin(suite, operation);
+}
+
+void SuiteCall::CheckHeld(const char* suite) const {
     const OfferedSuite* const offered = Host().suites.Find(suite);
     if (offered != nullptr && offered->held == 0) {
-        Host().rules.Broken(Rule::kSuiteNotHeld, name + " was called while the suite is not held");
+        Host().rules.Broken(Rule::kSuiteNotHeld, mName + " was called while the suite is not held");
     }
-    code = Host().operations.Begin(name);
 }
 
 std::int32_t SuiteCall::BadArgument(const std::string& what) const {
-    Host().rules.Broken(Rule::kBadArgument, name + ": " + what);
+    Host().rules.Broken(Rule::kBadArgument, mName + ": " + what);
     return kBadParameterErr;
 }
 
@@ -26,7 +41,7 @@ bool SuiteCall::IsOwnReference(SPPluginRef self) const {
 
 std::int32_t SuiteCall::StaleHandle(bool wasGiven, const void* handle, const char* kind) const {
     const std::string what = handle == nullptr ? "null is" : wasGiven ? "already given back is" : "never given out is";
-    Host().rules.Broken(Rule::kStaleReference, name + ": " + what + " the " + kind + " that it was called with");
+    Host().rules.Broken(Rule::kStaleReference, mName + ": " + what + " the " + kind + " that it was called with");
     return kBadParameterErr;
 }
 

@@ -4,8 +4,7 @@ namespace simhost {
 
 namespace {
 
-// More than any of these suites has. None of their operations is offered, so only a call into the table must stay
-// inside it.
+// More slots than any of these suites has. None of their operations is offered; a call must only hit a trap.
 constexpr int kUnknownSlotCount = 256;
 
 constexpr SuiteRow kSuites[] = {

@@ -1,5 +1,5 @@
-// Which suites the host offers, in which version and with how many slots. Written out here without a look at the
-// plug-in's own list, so that a mistake there is refused here.
+// Which suites the host offers, in which version and with how many slots. Written independently of the plug-in's own
+// list, so that the double refuses what is wrong there.
 #pragma once
 
 #include <cstdint>

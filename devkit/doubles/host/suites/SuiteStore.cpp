@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "doubles/common/OwnMemory.h"
 #include "doubles/host/Host.h"
 #include "doubles/host/suites/SlotTraps.h"
 #include "doubles/host/suites/SuiteList.h"
@@ -11,23 +12,35 @@ namespace simhost {
 
 namespace {
 
-// 'TRAP', so that a code that turns up in the plug-in's answers is recognised.
+// 'TRAP', to be recognised when it turns up as a result of the plug-in.
 constexpr std::int64_t kTrapResult = 0x54524150;
 
 std::int64_t ReportTrap(std::uint32_t suite, std::uint32_t slot) {
+    const OwnMemory own;
     const char* const name = AllSuites()[suite].name;
     Host().rules.Broken(Rule::kTrapSlot,
                         std::string(name) + ": slot " + std::to_string(slot) + " was called, which nobody should call");
     return kTrapResult;
 }
 
+// The traps of each suite. They report to the current host, so all hosts of the process share them.
+const std::vector<std::vector<void*>>& AllTraps() {
+    static const std::vector<std::vector<void*>> sTraps = [] {
+        std::vector<std::vector<void*>> traps;
+        for (const SuiteRow& row : AllSuites()) {
+            traps.push_back(MakeTraps(static_cast<std::uint32_t>(traps.size()), row.slots, &ReportTrap));
+        }
+        return traps;
+    }();
+    return sTraps;
+}
+
 }  // namespace
 
 SuiteStore::SuiteStore() {
     for (const SuiteRow& row : AllSuites()) {
-        const auto number = static_cast<std::uint32_t>(mSuites.size());
-        mSuites.push_back(std::make_unique<OfferedSuite>(
-            OfferedSuite{row.name, row.version, MakeTraps(number, row.slots, &ReportTrap)}));
+        mSuites.push_back(
+            std::make_unique<OfferedSuite>(OfferedSuite{row.name, row.version, AllTraps()[mSuites.size()]}));
     }
 }
 
@@ -42,7 +55,7 @@ void SuiteStore::Withdraw(std::string_view name) {
     if (suite == nullptr) {
         throw std::runtime_error("there is no suite \"" + std::string(name) + "\" to refuse");
     }
-    // No version fits any more.
+    // No version matches any more.
     suite->version = 0;
 }
 

@@ -1,4 +1,4 @@
-// The suites that the host offers: a table of slots each, and how often each is held.
+// The suites that the host offers: for each a table of slots, and how often it is held.
 #pragma once
 
 #include <cstddef>
@@ -31,7 +31,7 @@ class SuiteStore {
     OfferedSuite* Find(std::string_view name);
     const std::vector<std::unique_ptr<OfferedSuite>>& All() const { return mSuites; }
 
-    // The scenario's host does not offer this one.
+    // The host does not offer this suite. Throws std::runtime_error when there is none of that name.
     void Withdraw(std::string_view name);
 
   private:

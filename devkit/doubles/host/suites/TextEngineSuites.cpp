@@ -1,4 +1,4 @@
-// The text engine: ranges, their runs, the features of a run, the font of features. Every reference is counted.
+// The text engine: ranges, their runs, the features of a run, the font of features. References are counted.
 #include "host/TextEngineSuites.h"
 
 #include "doubles/host/suites/AllSuites.h"
@@ -8,7 +8,7 @@ namespace simhost {
 
 namespace {
 
-// The kinds of references: the name of the suite and where the host keeps the objects.
+// The kinds of references: the suite of each, and the table of its objects.
 struct Ranges {
     using Ref = ATE::TextRangeRef;
     static constexpr const char* kName = "ATE TextRange Suite";
@@ -67,79 +67,93 @@ ATEBool8 IsNull(typename Kind::Ref ref) {
     return 0;
 }
 
-// Begins an operation on an object. Null, with the result in `code`, when the operation is over already.
-template <class Kind>
-auto* ObjectFor(const SuiteCall& call, typename Kind::Ref ref, const void* target, ATEErr& code) {
-    auto* object = Kind::Table().Find(ref);
-    code = call.code;
-    if (code != 0) {
-        object = nullptr;
-    } else if (target == nullptr) {
-        code = call.BadArgument("nowhere to put the answer");
-        object = nullptr;
-    } else if (object == nullptr) {
-        code = call.Stale(Kind::Table(), ref, "reference");
-    }
-    return object;
+// Runs `use` with the object that an operation is called for.
+template <class Kind, class Use>
+ATEErr WithObject(const SuiteCall& call, typename Kind::Ref ref, const void* target, Use use) {
+    return call.Perform([&]() -> ATEErr {
+        if (target == nullptr) {
+            return call.BadArgument("nowhere to put the answer");
+        }
+        auto* const object = Kind::Table().Find(ref);
+        return object == nullptr ? call.Stale(Kind::Table(), ref, "reference") : use(object->content);
+    });
+}
+
+// Hands out a reference that is counted for the caller.
+template <class Kind, class Content>
+void Answer(const SuiteCall& call, typename Kind::Ref* target, Content content) {
+    *target = static_cast<typename Kind::Ref>(call.HandOut(Kind::Table(), Counted<Content>{std::move(content)}));
+}
+
+// The index of the frame that a range is of.
+auto ShownFrame(ATE::TextRangeRef range) {
+    return [range] {
+        const auto* const object = Ranges::Table().Find(range);
+        return object == nullptr ? Shown(static_cast<const void*>(range)) : Shown(object->content.frame);
+    };
+}
+
+// The indices of the frame and the run that an iterator stands at.
+auto ShownPosition(ATE::TextRunsIteratorRef iterator) {
+    return [iterator] {
+        const auto* const object = Iterators::Table().Find(iterator);
+        return object == nullptr ? Shown(static_cast<const void*>(iterator))
+                                 : Shown(object->content.frame) + ", " + Shown(object->content.at);
+    };
 }
 
 ATEErr GetTextRunsIterator(ATE::TextRangeRef range, ATE::TextRunsIteratorRef* iterator) {
-    ATEErr code = 0;
-    if (auto* object = ObjectFor<Ranges>(SuiteCall(Ranges::kName, "GetTextRunsIterator"), range, iterator, code)) {
-        *iterator =
-            static_cast<ATE::TextRunsIteratorRef>(Iterators::Table().Add({RunsIteratorObject{object->content.fonts}}));
-    }
-    return code;
+    const SuiteCall call(Ranges::kName, "GetTextRunsIterator", ShownFrame(range));
+    return WithObject<Ranges>(call, range, iterator, [&](const TextRangeObject& text) {
+        Answer<Iterators>(call, iterator, RunsIteratorObject{text.frame, text.fonts});
+        return 0;
+    });
 }
 
 ATEErr GetUniqueCharFeatures(ATE::TextRangeRef range, ATE::CharFeaturesRef* features) {
-    ATEErr code = 0;
-    if (auto* object = ObjectFor<Ranges>(SuiteCall(Ranges::kName, "GetUniqueCharFeatures"), range, features, code)) {
-        const auto& fonts = object->content.fonts;
-        *features = static_cast<ATE::CharFeaturesRef>(
-            Features::Table().Add({CharFeaturesObject{fonts.empty() ? std::string() : fonts.front()}}));
-    }
-    return code;
+    const SuiteCall call(Ranges::kName, "GetUniqueCharFeatures");
+    return WithObject<Ranges>(call, range, features, [&](const TextRangeObject& text) {
+        Answer<Features>(call, features, CharFeaturesObject{text.fonts.empty() ? std::string() : text.fonts.front()});
+        return 0;
+    });
 }
 
 ATEErr IsNotDone(ATE::TextRunsIteratorRef iterator, ATEBool8* notDone) {
-    ATEErr code = 0;
-    if (auto* object = ObjectFor<Iterators>(SuiteCall(Iterators::kName, "IsNotDone"), iterator, notDone, code)) {
-        *notDone = object->content.at < object->content.fonts.size() ? 1 : 0;
-    }
-    return code;
+    const SuiteCall call(Iterators::kName, "IsNotDone");
+    return WithObject<Iterators>(call, iterator, notDone, [&](const RunsIteratorObject& runs) {
+        *notDone = runs.at < runs.fonts.size() ? 1 : 0;
+        return 0;
+    });
 }
 
 ATEErr Next(ATE::TextRunsIteratorRef iterator) {
-    ATEErr code = 0;
-    if (auto* object = ObjectFor<Iterators>(SuiteCall(Iterators::kName, "Next"), iterator, &code, code)) {
-        ++object->content.at;
-    }
-    return code;
+    const SuiteCall call(Iterators::kName, "Next");
+    return WithObject<Iterators>(call, iterator, &call, [](RunsIteratorObject& runs) {
+        ++runs.at;
+        return 0;
+    });
 }
 
 ATEErr Item(ATE::TextRunsIteratorRef iterator, ATE::TextRangeRef* run) {
-    ATEErr code = 0;
-    const SuiteCall call(Iterators::kName, "Item");
-    if (auto* object = ObjectFor<Iterators>(call, iterator, run, code)) {
-        if (object->content.at >= object->content.fonts.size()) {
+    const SuiteCall call(Iterators::kName, "Item", ShownPosition(iterator));
+    return WithObject<Iterators>(call, iterator, run, [&](const RunsIteratorObject& runs) {
+        if (runs.at >= runs.fonts.size()) {
             return call.BadArgument("there is no run left");
         }
-        *run = static_cast<ATE::TextRangeRef>(
-            Ranges::Table().Add({TextRangeObject{{object->content.fonts[object->content.at]}}}));
-    }
-    return code;
+        Answer<Ranges>(call, run, TextRangeObject{runs.frame, {runs.fonts[runs.at]}});
+        return 0;
+    });
 }
 
 ATEErr GetFont(ATE::CharFeaturesRef features, ATEBool8* isAssigned, ATE::FontRef* font) {
-    ATEErr code = 0;
-    if (auto* object = ObjectFor<Features>(SuiteCall(Features::kName, "GetFont"), features, font, code)) {
+    const SuiteCall call(Features::kName, "GetFont");
+    return WithObject<Features>(call, features, font, [&](const CharFeaturesObject& run) {
         if (isAssigned != nullptr) {
-            *isAssigned = 1;
+            *isAssigned = run.fontIsAssigned ? 1 : 0;
         }
-        *font = static_cast<ATE::FontRef>(Fonts::Table().Add({FontObject{object->content.font}}));
-    }
-    return code;
+        Answer<Fonts>(call, font, FontObject{run.font});
+        return 0;
+    });
 }
 
 template <class Kind, class Suite>
