@@ -79,6 +79,17 @@ TEST_F(DialogSuppressionTest, Setting1BehavesLike0) {
     EXPECT_EQ(sInstalled, 1);
 }
 
+TEST_F(DialogSuppressionTest, NegativeSettingBehavesLike0) {
+    Setting("-2");
+    SetupIllustratorDialogSuppression(true);
+    EXPECT_EQ(SuppressionWordList().size(), 8u);
+    EXPECT_EQ(sInstalled, 1);
+    EXPECT_EQ(RecordedLog(), (std::vector<RecordedLine>{
+                                 {1, "Entering SetupIllustratorDialogSuppression(1)"},
+                                 {-1, "Exiting SetupIllustratorDialogSuppression(1)"},
+                             }));
+}
+
 TEST_F(DialogSuppressionTest, Setting2DisablesSuppressionAndRemovesTheHook) {
     SetupIllustratorDialogSuppression(true);
     ClearRecordedLog();

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <stdio.h>
+#include <windows.h>
 
 #include <cstdarg>
 #include <cstring>
@@ -65,36 +66,45 @@ TEST_F(LogTest, MessageOfMoreThan8191CharactersIsCut) {
     EXPECT_EQ(RecordedTexts(), std::vector{text});
 }
 
-// What the formatter was handed: the real one writes into a buffer that ends in guard bytes, and the outcome goes back.
-struct Formatter {
-    std::size_t bufferSize = 0;
-    std::size_t count = 0;
-    bool guardIsWhole = false;
-};
-Formatter sFormatter;
-
-int FormatWithGuard(char* buffer, std::size_t size, std::size_t count, const char* format, va_list arguments) {
-    constexpr std::size_t kGuardSize = 64;
-    std::string guarded(size + kGuardSize, '\xA5');
-    const int result = _vsnprintf(guarded.data(), count == _TRUNCATE ? size - 1 : count, format, arguments);
-    if (result < 0 || static_cast<std::size_t>(result) >= size) {
-        guarded[size - 1] = '\0';
-    } else {
-        guarded[static_cast<std::size_t>(result)] = '\0';
+// A buffer of the log's size in front of a page that cannot be written to: a write past its end is an access violation.
+class GuardedBuffer {
+  public:
+    GuardedBuffer() {
+        mPages =
+            static_cast<char*>(VirtualAlloc(nullptr, 2 * kLogBufferSize, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE));
+        DWORD before = 0;
+        VirtualProtect(mPages + kLogBufferSize, kLogBufferSize, PAGE_NOACCESS, &before);
     }
-    sFormatter = {size, count, guarded.substr(size) == std::string(kGuardSize, '\xA5')};
-    std::memcpy(buffer, guarded.data(), size);
+    GuardedBuffer(const GuardedBuffer&) = delete;
+    GuardedBuffer& operator=(const GuardedBuffer&) = delete;
+    ~GuardedBuffer() { VirtualFree(mPages, 0, MEM_RELEASE); }
+
+    char* Data() const { return mPages; }
+
+  private:
+    static_assert(kLogBufferSize % 4096 == 0);  // whole pages
+    char* mPages;
+};
+
+using Formatter = int (*)(char*, std::size_t, std::size_t, const char*, va_list);
+Formatter sRealFormatter = nullptr;
+std::size_t sFormattedCount = 0;
+
+int FormatInGuardedBuffer(char* buffer, std::size_t size, std::size_t count, const char* format, va_list arguments) {
+    const GuardedBuffer guarded;
+    sFormattedCount = count;
+    const int result = sRealFormatter(guarded.Data(), size, count, format, arguments);
+    std::memcpy(buffer, guarded.Data(), kLogBufferSize);
     return result;
 }
 
 TEST_F(LogTest, NothingPastTheBufferIsTouched) {
     {
-        const ImportPatch patch("_vsnprintf_s", AsReplacement(FormatWithGuard));
+        const ImportPatch patch("_vsnprintf_s", AsReplacement(FormatInGuardedBuffer));
+        sRealFormatter = patch.Original<Formatter>();
         LogMessage(kLogNote, "%s", std::string(20000, 'x').c_str());
     }
-    EXPECT_EQ(sFormatter.bufferSize, 8192u);
-    EXPECT_EQ(sFormatter.count, _TRUNCATE);  // cut and terminated, never an invalid parameter
-    EXPECT_TRUE(sFormatter.guardIsWhole);
+    EXPECT_EQ(sFormattedCount, _TRUNCATE);  // cut and terminated, never an invalid parameter
     EXPECT_EQ(RecordedTexts(), std::vector{std::string(8191, 'x')});
 }
 
