@@ -13,7 +13,7 @@ const nlohmann::ordered_json kEach = {"IdleEvent"};
 PluginCoreCall Idle() { return {"IdleEvent", nlohmann::ordered_json::object()}; }
 PluginCoreCall Question() { return {"PluginIsEnabled", {{"flag", 1}, {"preset", 0}}}; }
 
-const char* const kUnexpectedQuestion = "expected IdleEvent {}, but came PluginIsEnabled {\"flag\":1,\"preset\":0}";
+const std::string kUnexpectedQuestion = "expected IdleEvent {}, but came PluginIsEnabled {\"flag\":1,\"preset\":0}";
 
 TEST(TickCalls, EveryTickBringsAboutTheSame) {
     EXPECT_EQ(DifferenceOfTicks(kEach, 3, {Idle(), Idle(), Idle()}, 0), "");
@@ -31,20 +31,20 @@ TEST(TickCalls, OneQuestionIsAllowedAtTheBeginningOfAnyTick) {
     EXPECT_EQ(DifferenceOfTicks(kEach, 2, {Question(), Idle(), Idle()}, 0), "");
     EXPECT_EQ(DifferenceOfTicks(kEach, 2, {Idle(), Question(), Idle()}, 9), "");
     EXPECT_EQ(DifferenceOfTicks(kEach, 2, {Question(), Idle(), Question(), Idle()}, 9),
-              std::string("tick 2: call 1: ") + kUnexpectedQuestion);
+              "tick 2: call 1: " + kUnexpectedQuestion);
 }
 
 TEST(TickCalls, OneMoreQuestionIsAllowedForEachTenSeconds) {
     const Calls twoQuestions = {Question(), Idle(), Question(), Idle(), Idle()};
     EXPECT_EQ(DifferenceOfTicks(kEach, 3, twoQuestions, 10), "");
     const Calls threeQuestions = {Question(), Idle(), Question(), Idle(), Question(), Idle()};
-    EXPECT_EQ(DifferenceOfTicks(kEach, 3, threeQuestions, 19), std::string("tick 3: call 1: ") + kUnexpectedQuestion);
+    EXPECT_EQ(DifferenceOfTicks(kEach, 3, threeQuestions, 19), "tick 3: call 1: " + kUnexpectedQuestion);
     EXPECT_EQ(DifferenceOfTicks(kEach, 3, threeQuestions, 20), "");
 }
 
 TEST(TickCalls, OneTickHasOneQuestionAtMost) {
     EXPECT_EQ(DifferenceOfTicks(kEach, 1, {Question(), Question(), Idle()}, 60),
-              std::string("tick 1: call 1: ") + kUnexpectedQuestion);
+              "tick 1: call 1: " + kUnexpectedQuestion);
 }
 
 TEST(TickCalls, AQuestionInOtherWordsIsNotAllowed) {

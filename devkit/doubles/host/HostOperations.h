@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace simhost {
@@ -91,8 +92,8 @@ class HostOperations {
     bool IsDue(const PendingEvent& pending, const std::string& name, const std::string& shortName) const;
 
     unsigned long mMainThread;
-    std::map<std::string, int> mInStep;           // by full and by short name
-    std::map<std::string, std::int64_t> mTotals;  // by full name
+    std::unordered_map<std::string, int> mInStep;  // by full and by short name
+    std::map<std::string, std::int64_t> mTotals;   // by full name
     std::vector<PendingEvent> mEvents;
     std::vector<std::string> mCalls;
 };

@@ -1,6 +1,5 @@
 #include "doubles/host/suites/SuiteStore.h"
 
-#include <algorithm>
 #include <stdexcept>
 
 #include "doubles/common/OwnMemory.h"
@@ -41,13 +40,13 @@ SuiteStore::SuiteStore() {
     for (const SuiteRow& row : AllSuites()) {
         mSuites.push_back(
             std::make_unique<OfferedSuite>(OfferedSuite{row.name, row.version, AllTraps()[mSuites.size()]}));
+        mByName.emplace(mSuites.back()->name, mSuites.back().get());
     }
 }
 
 OfferedSuite* SuiteStore::Find(std::string_view name) {
-    const auto found =
-        std::find_if(mSuites.begin(), mSuites.end(), [&](const auto& suite) { return suite->name == name; });
-    return found == mSuites.end() ? nullptr : found->get();
+    const auto found = mByName.find(name);
+    return found == mByName.end() ? nullptr : found->second;
 }
 
 void SuiteStore::Withdraw(std::string_view name) {

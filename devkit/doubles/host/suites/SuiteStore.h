@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace simhost {
@@ -38,6 +39,7 @@ class SuiteStore {
     void* TableOfSize(std::string_view name, std::size_t size);
 
     std::vector<std::unique_ptr<OfferedSuite>> mSuites;
+    std::unordered_map<std::string_view, OfferedSuite*> mByName;
 };
 
 }  // namespace simhost
