@@ -1,0 +1,22 @@
+"""The JSON Schema of scenario files, and a validator for it."""
+
+import json
+import pathlib
+
+import jsonschema
+from jsonschema.exceptions import best_match
+
+ROOT = pathlib.Path(__file__).parents[2]
+SCHEMA = ROOT / "devkit" / "scenarios" / "scenario.schema.json"
+
+
+def load() -> dict:
+    schema = json.loads(SCHEMA.read_text(encoding="utf-8"))
+    jsonschema.Draft202012Validator.check_schema(schema)
+    return schema
+
+
+def fault_of(scenario) -> str:
+    """What the schema finds wrong, with the place; empty when it finds nothing."""
+    error = best_match(jsonschema.Draft202012Validator(load()).iter_errors(scenario))
+    return "" if error is None else f"{error.json_path}: {error.message}"
