@@ -43,6 +43,8 @@ constexpr RuleName kRules[] = {
 
 }  // namespace
 
+std::span<const RuleName> AllRules() { return kRules; }
+
 const char* NameOf(Rule rule) {
     return std::find_if(std::begin(kRules), std::end(kRules), [&](const auto& row) { return row.rule == rule; })->name;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,6 +49,7 @@ struct RuleName {
     const char* name;
 };
 
+std::span<const RuleName> AllRules();
 const char* NameOf(Rule rule);
 // Null when there is no rule of that name.
 const RuleName* FindRule(std::string_view name);

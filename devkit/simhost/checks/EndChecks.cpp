@@ -6,7 +6,7 @@
 #include "doubles/host/Host.h"
 #include "simhost/checks/ImportWatch.h"
 #include "simhost/checks/LoadedLibraries.h"
-#include "simhost/run/HostDialog.h"
+#include "simhost/windows/HostDialog.h"
 
 namespace simhost {
 
@@ -17,9 +17,9 @@ void CheckFile(Rule rule, const char* what, const std::optional<std::string>& ex
     if (!expected) {
         return;
     }
-    const std::string wanted = expected->empty() ? "" : Utf8(folder.At(*expected).wstring());
-    if (CompareStringOrdinal(Wide(loaded).c_str(), -1, Wide(wanted).c_str(), -1, TRUE) != CSTR_EQUAL) {
-        Host().rules.Broken(rule, std::string(what) + " is \"" + loaded + "\", expected \"" + wanted + "\"");
+    const std::string path = expected->empty() ? "" : Utf8(folder.At(*expected).wstring());
+    if (CompareStringOrdinal(Wide(loaded).c_str(), -1, Wide(path).c_str(), -1, TRUE) != CSTR_EQUAL) {
+        Host().rules.Broken(rule, std::string(what) + " is \"" + loaded + "\", expected \"" + path + "\"");
     }
 }
 
@@ -34,7 +34,7 @@ void CheckHooks() {
         Host().rules.Broken(Rule::kHookLeft, "message hooks left: " + std::to_string(HooksInPlace()), HooksInPlace());
     }
     // What a person would meet: a dialog of their own, treated as if the plug-in were still there.
-    const DialogRecord record = ShowHostDialog({"Font", DialogKind::kStandard, true, "", DialogEnd::kUntouched});
+    const DialogRecord record = ShowHostDialog({"Font", DialogKind::kStandard, true, ""});
     if (!record.received.empty() || record.endedWithOk) {
         Host().rules.Broken(Rule::kHookLeft, "a dialog after the end was " + Describe(record));
     }

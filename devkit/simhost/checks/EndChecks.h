@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simhost/run/RunFolder.h"
+#include "simhost/launch/RunFolder.h"
 #include "simhost/scenario/Scenario.h"
 
 namespace simhost {

@@ -41,9 +41,9 @@ void MessagingChecks::Check(const Step& step) {
 
 void MessagingChecks::CheckLoads(const Step& step) {
     const std::vector<std::string> loads = TakeLoads(mFolder);
-    if (step.loads && *step.loads != loads) {
-        Host().rules.Broken(Rule::kMessagingLibrary,
-                            step.place + ": the plug-in loaded " + Listed(loads) + ", expected " + Listed(*step.loads));
+    if (step.expect.loads && *step.expect.loads != loads) {
+        Host().rules.Broken(Rule::kMessagingLibrary, step.place + ": the plug-in loaded " + Listed(loads) +
+                                                         ", expected " + Listed(*step.expect.loads));
     }
 }
 
@@ -54,7 +54,7 @@ void MessagingChecks::CheckCalls(const Step& step) {
             mTranscript.Line(kIndent, line);
         }
     }
-    const std::string difference = DifferenceOf(step.busCalls, calls);
+    const std::string difference = DifferenceOf(step.expect.busCalls, calls);
     if (!difference.empty()) {
         Host().rules.Broken(Rule::kBusCalls, step.place + ": " + difference);
     }
@@ -62,18 +62,18 @@ void MessagingChecks::CheckCalls(const Step& step) {
 
 void MessagingChecks::CheckPanelEvents(const Step& step) {
     const std::vector<PanelEvent> events = mPanel.TakeEvents();
-    for (std::size_t i = 0; i < std::max(events.size(), step.panelEvents.size()); ++i) {
+    for (std::size_t i = 0; i < std::max(events.size(), step.expect.panelEvents.size()); ++i) {
         const std::string number = step.place + ": event " + std::to_string(i + 1) + ": ";
         if (i >= events.size()) {
             Host().rules.Broken(Rule::kPanelEvents,
-                                number + "expected " + Describe(step.panelEvents[i]) + ", but nothing came");
+                                number + "expected " + Describe(step.expect.panelEvents[i]) + ", but nothing came");
             continue;
         }
         mTranscript.Line(kIndent, "the panel is told: " + events[i].data.value_or("nothing"));
-        if (i >= step.panelEvents.size()) {
+        if (i >= step.expect.panelEvents.size()) {
             Host().rules.Broken(Rule::kPanelEvents, number + "nothing was expected, but came " + Describe(events[i]));
-        } else if (events[i] != step.panelEvents[i]) {
-            Host().rules.Broken(Rule::kPanelEvents, number + "expected " + Describe(step.panelEvents[i]) +
+        } else if (events[i] != step.expect.panelEvents[i]) {
+            Host().rules.Broken(Rule::kPanelEvents, number + "expected " + Describe(step.expect.panelEvents[i]) +
                                                         ", but came " + Describe(events[i]));
         }
     }

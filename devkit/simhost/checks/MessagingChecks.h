@@ -3,9 +3,9 @@
 #pragma once
 
 #include "simhost/checks/PluginCoreCalls.h"
+#include "simhost/launch/RunFolder.h"
 #include "simhost/report/Transcript.h"
 #include "simhost/run/Panel.h"
-#include "simhost/run/RunFolder.h"
 #include "simhost/scenario/Scenario.h"
 
 namespace simhost {

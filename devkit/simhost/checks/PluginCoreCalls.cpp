@@ -5,36 +5,17 @@
 #include <fstream>
 #include <iterator>
 
+#include "simhost/scenario/CallDefaults.h"
+
 namespace simhost {
 
 namespace {
 
 using Json = nlohmann::ordered_json;
 
-// "PluginIsEnabled" alone means the call as it is always made; likewise entries without arguments.
-Json UsualArguments(const std::string& entry) {
-    static const Json sUsual = {
-        {"GetAPIVersion", {{"preset", 0}, {"interface_version", 1}}},
-        {"GetSettings", {{"capacity", 8192}, {"zeroed", true}}},
-        {"GetSocketPort", {{"preset", 0}}},
-        {"PlugPlugAddEventListener",
-         {{"type", "com.quorvel.portnumberrequest"}, {"listener", "set"}, {"context", "null"}}},
-        {"PluginIsEnabled", {{"flag", 1}, {"preset", 0}}},
-        {"ProcessPanelMessages", {{"flag", 1}}},
-        {"RegisterPlugPlug", {{"state", "module, load, unload, add, remove, dispatch"}}},
-    };
-    return sUsual.value(entry, Json::object());
-}
-
 PluginCoreCall ExpectedCall(const Json& expected) {
-    if (expected.is_string()) {
-        const std::string entry = expected.get<std::string>();
-        return {entry, UsualArguments(entry)};
-    }
-    if (!expected.is_object() || expected.size() != 1) {
-        return {"an expected call that is neither a name nor an object with one member", Json::object()};
-    }
-    return {expected.begin().key(), expected.begin().value()};
+    const Json full = FullCall(expected, "an expected call");
+    return {full.begin().key(), full.begin().value()};
 }
 
 bool EndsWith(const std::string& text, const std::string& end) {
@@ -53,8 +34,8 @@ bool SameArguments(const Json& expected, const Json& actual) {
                        [&](const auto& item) { return actual.contains(item.key()); });
 }
 
-bool IsCall(const PluginCoreCall& wanted, const PluginCoreCall& call) {
-    return wanted.entry == call.entry && SameArguments(wanted.arguments, call.arguments);
+bool IsCall(const PluginCoreCall& expectedCall, const PluginCoreCall& call) {
+    return expectedCall.entry == call.entry && SameArguments(expectedCall.arguments, call.arguments);
 }
 
 std::string OneLine(const PluginCoreCall& call) {
@@ -100,12 +81,12 @@ std::string DifferenceOf(const Json& expected, const std::vector<PluginCoreCall>
         if (i >= expected.size()) {
             return number + "nothing was expected, but came " + OneLine(calls[i]);
         }
-        const PluginCoreCall wanted = ExpectedCall(expected[i]);
+        const PluginCoreCall expectedCall = ExpectedCall(expected[i]);
         if (i >= calls.size()) {
-            return number + "expected " + OneLine(wanted) + ", but nothing came";
+            return number + "expected " + OneLine(expectedCall) + ", but nothing came";
         }
-        if (!IsCall(wanted, calls[i])) {
-            return number + "expected " + OneLine(wanted) + ", but came " + OneLine(calls[i]);
+        if (!IsCall(expectedCall, calls[i])) {
+            return number + "expected " + OneLine(expectedCall) + ", but came " + OneLine(calls[i]);
         }
     }
     return {};

@@ -1,4 +1,4 @@
-// The calls that reached the substitute PluginCore or the substitute messaging library: read from the library's
+// The calls that reached the double of the PluginCore or of the messaging library: read from that library's
 // record, compared with what a scenario expects, shown.
 #pragma once
 
@@ -30,8 +30,8 @@ class CallLog {
 // In words what differs; empty when the calls are exactly the expected ones. `expected` is the array of a step.
 std::string DifferenceOf(const nlohmann::ordered_json& expected, const std::vector<PluginCoreCall>& calls);
 
-// The same for many ticks, of which each brings about `each`. At most once in ten seconds, and once more, a tick begins
-// with the question whether the PluginCore is enabled.
+// The same for many ticks, of which each brings about `each`. At most 1 + seconds/10 ticks begin with the question
+// whether the PluginCore is enabled.
 std::string DifferenceOfTicks(const nlohmann::ordered_json& each, std::int64_t ticks,
                               const std::vector<PluginCoreCall>& calls, std::int64_t seconds);
 

@@ -3,7 +3,7 @@
 #include "doubles/common/Text.h"
 #include "doubles/host/Host.h"
 #include "host/MenuSuite.h"
-#include "simhost/run/MessageDriver.h"
+#include "simhost/plugin/MessageDriver.h"
 
 namespace simhost {
 
@@ -110,14 +110,14 @@ nlohmann::ordered_json PresentState() {
 }
 
 std::string DifferenceOfStates(const Json& expected, const Json& present) {
-    for (const auto& [kind, wanted] : expected.items()) {
+    for (const auto& [kind, members] : expected.items()) {
         const Json& found = present.at(kind);
-        if (wanted == found) {
+        if (members == found) {
             continue;
         }
         // The way to the first difference, and all that is there.
-        const Json difference = Json::diff(wanted, found);
-        return kind + difference.at(0).at("path").get<std::string>() + ": expected " + wanted.dump() + ", found " +
+        const Json difference = Json::diff(members, found);
+        return kind + difference.at(0).at("path").get<std::string>() + ": expected " + members.dump() + ", found " +
                found.dump();
     }
     return {};

@@ -33,13 +33,14 @@ void StepChecks::Check(const Step& step) {
 
 void StepChecks::CheckCalls(const Step& step) {
     const std::vector<PluginCoreCall> calls = mCalls.TakeNew();
-    const bool manyTicks = step.ticks.times > 1;
+    const Tick* const ticks = std::get_if<Tick>(&step.action);
+    const bool manyTicks = ticks != nullptr && ticks->times > 1;
     if (!manyTicks) {
         ShowCalls(calls);
     }
     const std::string difference = manyTicks
-                                       ? DifferenceOfTicks(step.calls, step.ticks.sent, calls, SecondsSinceBegin())
-                                       : DifferenceOf(step.calls, calls);
+                                       ? DifferenceOfTicks(step.expect.calls, ticks->sent, calls, SecondsSinceBegin())
+                                       : DifferenceOf(step.expect.calls, calls);
     if (!difference.empty()) {
         Host().rules.Broken(Rule::kCalls, step.place + ": " + difference);
     }
@@ -60,15 +61,17 @@ std::int64_t StepChecks::SecondsSinceBegin() const {
 void StepChecks::CheckBoxes(const Step& step) {
     const std::vector<ShownBox> shown = mBoxes.StopAndTake();
     const std::vector<std::uint32_t> styles = TakeBoxStyles();
-    for (std::size_t i = 0; i < std::max(shown.size(), step.boxes.size()); ++i) {
+    for (std::size_t i = 0; i < std::max(shown.size(), step.expect.boxes.size()); ++i) {
         if (i >= shown.size()) {
-            Host().rules.Broken(Rule::kBoxes, step.place + ": no box \"" + step.boxes[i].caption + "\" was shown");
+            Host().rules.Broken(Rule::kBoxes,
+                                step.place + ": no box \"" + step.expect.boxes[i].caption + "\" was shown");
             continue;
         }
         const ShownBox& box = shown[i];
         mTranscript.Line(kIndent, "message box \"" + box.caption + "\": " + box.text);
-        const bool expected = i < step.boxes.size() && box.caption == step.boxes[i].caption &&
-                              box.text == step.boxes[i].text && i < styles.size() && styles[i] == step.boxes[i].style;
+        const bool expected = i < step.expect.boxes.size() && box.caption == step.expect.boxes[i].caption &&
+                              box.text == step.expect.boxes[i].text && i < styles.size() &&
+                              styles[i] == step.expect.boxes[i].style;
         if (!expected) {
             Host().rules.Broken(Rule::kBoxes, step.place + ": unexpected box \"" + box.caption + "\", \"" + box.text +
                                                   "\", style " + (i < styles.size() ? std::to_string(styles[i]) : "?"));
@@ -77,7 +80,7 @@ void StepChecks::CheckBoxes(const Step& step) {
 }
 
 void StepChecks::CheckHostCalls(const Step& step) {
-    for (const auto& [operation, expected] : step.hostCalls) {
+    for (const auto& [operation, expected] : step.expect.hostCalls) {
         const std::int64_t count = Host().operations.Count(operation);
         if (count != expected) {
             Host().rules.Broken(Rule::kHostCalls, step.place + ": " + operation + " was called " +
@@ -93,10 +96,10 @@ void StepChecks::CheckForeground(const Step& step) {
     if (switches != 0) {
         mTranscript.Line(kIndent, "the host's window lost the foreground and got it back");
     }
-    if (step.foregroundSwitches && *step.foregroundSwitches != switches) {
+    if (step.expect.foregroundSwitches && *step.expect.foregroundSwitches != switches) {
         Host().rules.Broken(Rule::kForeground, step.place + ": the foreground was lost and regained " +
                                                    std::to_string(switches) + " times, expected " +
-                                                   std::to_string(*step.foregroundSwitches));
+                                                   std::to_string(*step.expect.foregroundSwitches));
     }
 }
 

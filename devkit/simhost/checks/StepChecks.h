@@ -7,10 +7,10 @@
 
 #include "simhost/checks/BoxWatcher.h"
 #include "simhost/checks/PluginCoreCalls.h"
+#include "simhost/launch/RunFolder.h"
 #include "simhost/report/Transcript.h"
-#include "simhost/run/MainWindow.h"
-#include "simhost/run/RunFolder.h"
 #include "simhost/scenario/Scenario.h"
+#include "simhost/windows/MainWindow.h"
 
 namespace simhost {
 

@@ -5,7 +5,7 @@
 
 namespace simhost {
 
-// Throws std::runtime_error in words when the scenario wants what cannot be.
+// Throws std::runtime_error in words when the scenario describes a host that cannot be.
 void PrepareHost(const Scenario& scenario);
 
 }  // namespace simhost

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "doubles/host/Host.h"
-#include "simhost/run/MessageDriver.h"
+#include "simhost/plugin/MessageDriver.h"
 
 namespace simhost {
 

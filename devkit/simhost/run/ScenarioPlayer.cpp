@@ -1,14 +1,13 @@
 #include "simhost/run/ScenarioPlayer.h"
 
-#include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "doubles/host/Host.h"
 #include "simhost/checks/ImportWatch.h"
-#include "simhost/checks/PresentState.h"
-#include "simhost/run/DocumentSteps.h"
-#include "simhost/run/HostDialog.h"
 #include "simhost/run/HostPreparation.h"
+#include "simhost/run/Performance.h"
+#include "simhost/verbs/VerbTable.h"
 
 namespace simhost {
 
@@ -25,14 +24,14 @@ ScenarioPlayer::ScenarioPlayer(const Scenario& scenario, const RunFolder& folder
       mPlugin((PrepareHost(scenario), folder.Plugin())),
       mChecks(folder, transcript),
       mPanel(folder.Program().parent_path()),
-      mSender(mPlugin, mPanel, transcript),
+      mDriver(mPlugin),
       mMessaging(folder, transcript, mPanel) {
     WatchImports(mPlugin.Module());
 }
 
 std::string ScenarioPlayer::WhereItIs() const {
     const std::string step = mStep == nullptr ? "before the first step" : mStep->place;
-    return mSender.CurrentMessage().empty() ? step : step + ", message " + mSender.CurrentMessage();
+    return mDriver.Current().empty() ? step : step + ", message " + mDriver.Current();
 }
 
 void ScenarioPlayer::PlaySteps() {
@@ -41,42 +40,33 @@ void ScenarioPlayer::PlaySteps() {
         if (!step.say.empty()) {
             mTranscript.Step(step.say);
         }
-        Perform(step);
+        Play(step);
     }
 }
 
-void ScenarioPlayer::Perform(const Step& step) {
-    if (step.action == "dialog") {
-        PerformDialog(step);
-    } else if (step.action == "check") {
-        PerformCheck(step);
-    } else if (step.action == "wait") {
-        Sleep(static_cast<DWORD>(step.seconds * 1000));
-    } else if (step.action == "write") {
-        std::for_each(step.files.begin(), step.files.end(), [&](const auto& file) { mFolder.WriteFile(file); });
-    } else if (step.action == "move") {
-        mFolder.Move(step.move);
-    } else if (step.action == "panel_open") {
-        mSender.OpenPanel(step);
-    } else if (step.action == "answers") {
-        mFolder.WriteAnswers(step.answers);
-    } else if (step.action == "switch_to") {
-        Host().model.current = Host().model.Named(step.document).name;
-    } else if (step.action == "edit") {
-        ChangeDocument(Host().model.Named(step.document), step.change);
+void ScenarioPlayer::Play(const Step& step) {
+    if (step.verb->reachesPlugin) {
+        PlayToPlugin(step);
     } else {
-        PerformMessage(step);
+        PerformVerb(step);
     }
 }
 
-void ScenarioPlayer::PerformMessage(const Step& step) {
+void ScenarioPlayer::PlayToPlugin(const Step& step) {
     PrepareStepEvents(step);
-    ChangeModelBefore(step, mFolder);
     mChecks.Begin();
-    mSender.Send(step);
-    ChangeModelAfter(step);
+    PerformVerb(step);
     mChecks.Check(step);
     mMessaging.Check(step);
+}
+
+void ScenarioPlayer::PerformVerb(const Step& step) {
+    Performance performance(step, mDriver, mPlugin, mPanel, mFolder, mTranscript);
+    if (step.verb->needsPlugin && !mPlugin.IsLoaded()) {
+        performance.NotReached("the plug-in is not loaded any more");
+        return;
+    }
+    step.verb->perform(step.action, performance);
 }
 
 void ScenarioPlayer::PrepareStepEvents(const Step& step) {
@@ -85,37 +75,14 @@ void ScenarioPlayer::PrepareStepEvents(const Step& step) {
         events.push_back({failure.operation, failure.nth, failure.code, nullptr});
     }
     for (const NestedStep& nested : step.nested) {
-        events.push_back({nested.operation, nested.nth, 0, [this, &nested] { SendNested(nested); }});
+        events.push_back({nested.operation, nested.nth, 0, [this, &nested] { PlayNested(nested); }});
     }
     Host().operations.BeginStep(std::move(events));
 }
 
-void ScenarioPlayer::SendNested(const NestedStep& nested) {
+void ScenarioPlayer::PlayNested(const NestedStep& nested) {
     mTranscript.Line(kMessageIndent, "inside " + nested.operation + ":");
-    mSender.Send(nested.step.front());
-}
-
-void ScenarioPlayer::PerformCheck(const Step& step) {
-    const nlohmann::ordered_json present = PresentState();
-    if (step.state.contains("menu")) {
-        for (const std::string& line : MenuLines(present["menu"])) {
-            mTranscript.Line(kMessageIndent, line);
-        }
-    }
-    const std::string difference = DifferenceOfStates(step.state, present);
-    if (!difference.empty()) {
-        Host().rules.Broken(Rule::kState, step.place + ": " + difference);
-    }
-}
-
-void ScenarioPlayer::PerformDialog(const Step& step) {
-    const DialogRecord record = ShowHostDialog(step.dialog);
-    mTranscript.Line(kMessageIndent, "dialog \"" + step.dialog.title + "\": " + Describe(record));
-    const DialogRecord expected = RecordFor(step.dialog.end);
-    if (record.received != expected.received || record.endedWithOk != expected.endedWithOk) {
-        Host().rules.Broken(Rule::kDialog, step.place + ": the dialog \"" + step.dialog.title + "\" was " +
-                                               Describe(record) + ", expected " + Describe(expected));
-    }
+    PerformVerb(nested.step.front());
 }
 
 }  // namespace simhost

@@ -5,11 +5,11 @@
 
 #include "simhost/checks/MessagingChecks.h"
 #include "simhost/checks/StepChecks.h"
+#include "simhost/launch/RunFolder.h"
+#include "simhost/plugin/MessageDriver.h"
+#include "simhost/plugin/PluginModule.h"
 #include "simhost/report/Transcript.h"
 #include "simhost/run/Panel.h"
-#include "simhost/run/PluginModule.h"
-#include "simhost/run/RunFolder.h"
-#include "simhost/run/StepSender.h"
 #include "simhost/scenario/Scenario.h"
 
 namespace simhost {
@@ -19,17 +19,17 @@ class ScenarioPlayer {
     // Prepares the host and loads the plug-in. Throws std::runtime_error in words when that fails.
     ScenarioPlayer(const Scenario& scenario, const RunFolder& folder, const Transcript& transcript);
 
+    // Throws HostLost when an exception leaves the plug-in.
     void PlaySteps();
 
     // The message that is being handled, and the step that it belongs to, for whoever reports a crash.
     std::string WhereItIs() const;
 
   private:
-    void Perform(const Step& step);
-    void PerformMessage(const Step& step);
-    void PerformDialog(const Step& step);
-    void PerformCheck(const Step& step);
-    void SendNested(const NestedStep& nested);
+    void Play(const Step& step);
+    void PlayToPlugin(const Step& step);
+    void PlayNested(const NestedStep& nested);
+    void PerformVerb(const Step& step);
     void PrepareStepEvents(const Step& step);
 
     const Scenario& mScenario;
@@ -38,7 +38,7 @@ class ScenarioPlayer {
     PluginModule mPlugin;
     StepChecks mChecks;
     Panel mPanel;
-    StepSender mSender;
+    MessageDriver mDriver;
     MessagingChecks mMessaging;
     const Step* mStep = nullptr;
 };

@@ -1,4 +1,3 @@
-// The part of a scenario file that tells what the host has.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -8,7 +7,9 @@
 
 namespace simhost {
 
-// Throws ScenarioError.
-void ReadHost(const nlohmann::ordered_json& value, const std::string& place, Scenario& scenario);
+// Reads what the host has. A document whose path lies in the folder of the run gets a file there, unless it says that
+// it has none.
+void ReadHost(const nlohmann::ordered_json& value, const std::string& place, const std::string& workFolder,
+              Scenario& scenario);
 
 }  // namespace simhost

@@ -1,17 +1,33 @@
 #include "simhost/scenario/ObjectReader.h"
 
+#include <iterator>
+#include <sstream>
 #include <utility>
 
 namespace simhost {
 
-ObjectReader::ObjectReader(const Json& value, std::string place) : mValue(value), mPlace(std::move(place)) {
+std::set<std::string, std::less<>> SplitKeys(std::string_view keys) {
+    std::istringstream words{std::string(keys)};
+    return {std::istream_iterator<std::string>(words), {}};
+}
+
+ObjectReader::ObjectReader(const Json& value, std::string place, std::string_view keys)
+    : mValue(value), mPlace(std::move(place)), mListed(SplitKeys(keys)) {
     if (!value.is_object()) {
         throw ScenarioError(mPlace, "must be an object");
+    }
+    for (const auto& [key, member] : value.items()) {
+        if (!mListed.contains(key)) {
+            throw ScenarioError(mPlace, "unknown key \"" + key + "\"");
+        }
     }
 }
 
 const ObjectReader::Json* ObjectReader::Find(const std::string& key) {
-    mKnown.insert(key);
+    if (!mListed.contains(key)) {
+        throw std::logic_error("the key \"" + key + "\" is read but not listed");
+    }
+    mAsked.insert(key);
     const auto found = mValue.find(key);
     return found == mValue.end() ? nullptr : &*found;
 }
@@ -35,6 +51,8 @@ std::optional<std::string> ObjectReader::OptionalText(const std::string& key) {
     return value == nullptr ? std::nullopt : std::optional(TextOf(*value, PlaceOf(key)));
 }
 
+std::int64_t ObjectReader::NeedNumber(const std::string& key) { return NumberOf(Need(key), PlaceOf(key)); }
+
 std::int64_t ObjectReader::Number(const std::string& key, std::int64_t otherwise) {
     const Json* const value = Find(key);
     return value == nullptr ? otherwise : NumberOf(*value, PlaceOf(key));
@@ -55,9 +73,9 @@ const ObjectReader::Json& ObjectReader::Array(const std::string& key) {
 }
 
 void ObjectReader::Finish() const {
-    for (const auto& [key, value] : mValue.items()) {
-        if (mKnown.count(key) == 0) {
-            throw ScenarioError(mPlace, "unknown key \"" + key + "\"");
+    for (const std::string& key : mListed) {
+        if (!mAsked.contains(key)) {
+            throw std::logic_error("the key \"" + key + "\" is listed but not read");
         }
     }
 }

@@ -1,9 +1,7 @@
 #include "simhost/scenario/ScenarioReader.h"
 
-#include <fstream>
-#include <functional>
+#include <algorithm>
 
-#include "doubles/common/Text.h"
 #include "doubles/host/Rules.h"
 #include "simhost/scenario/HostReader.h"
 #include "simhost/scenario/ObjectReader.h"
@@ -15,121 +13,10 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-Json ParseFile(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) {
-        throw ScenarioError(Utf8(file.wstring()), "cannot be read");
-    }
-    try {
-        return Json::parse(stream);
-    } catch (const Json::parse_error& error) {
-        throw ScenarioError(Utf8(file.wstring()), error.what());
-    }
-}
-
-void FillPlaceholders(Json& value, const Placeholders& placeholders, const std::string& place) {
-    if (value.is_structured()) {
-        for (auto& [key, member] : value.items()) {
-            FillPlaceholders(member, placeholders, place + (value.is_array() ? "[" + key + "]" : "." + key));
-        }
-        return;
-    }
-    if (!value.is_string()) {
-        return;
-    }
-    std::string text = value.get<std::string>();
-    for (const auto& [name, meaning] : placeholders) {
-        text = ReplaceAll(std::move(text), "${" + name + "}", meaning);
-        text = ReplaceAll(std::move(text), "${" + name + ":json}", AsJsonText(meaning));
-    }
-    if (text.find("${") != std::string::npos) {
-        throw ScenarioError(place, "unknown placeholder in \"" + text + "\"");
-    }
-    value = text;
-}
-
-// Adds the scenario's own texts, each a text or a JSON value that stands for its compact text.
-Placeholders WithOwnTexts(Json& value, const Placeholders& placeholders, const std::string& place) {
-    Placeholders all = placeholders;
-    if (!value.contains("texts")) {
-        return all;
-    }
-    if (!value["texts"].is_object()) {
-        throw ScenarioError(place + ".texts", "must be an object");
-    }
-    for (auto& [name, text] : value["texts"].items()) {
-        if (placeholders.contains(name)) {
-            throw ScenarioError(place + ".texts." + name, "the name has a meaning already");
-        }
-        FillPlaceholders(text, placeholders, place + ".texts." + name);
-        all[name] = text.is_string() ? text.get<std::string>() : text.dump();
-    }
-    return all;
-}
-
-// Replaces {"usual": name} among the expected calls by the list of that name in the file usual-calls.json beside the
-// scenario.
-class UsualCalls {
-  public:
-    explicit UsualCalls(const std::filesystem::path& scenario) {
-        const std::filesystem::path file = scenario.parent_path() / L"usual-calls.json";
-        if (std::filesystem::exists(file)) {
-            mLists = ParseFile(file);
-        }
-    }
-
-    void FillIn(Json& value, const std::string& place) const {
-        if (!value.is_structured()) {
-            return;
-        }
-        if (value.is_object() && value.contains("calls") && value["calls"].is_array()) {
-            value["calls"] = Filled(value["calls"], place);
-        }
-        for (auto& [key, member] : value.items()) {
-            FillIn(member, place + (value.is_array() ? "[" + key + "]" : "." + key));
-        }
-    }
-
-  private:
-    Json Filled(const Json& calls, const std::string& place) const {
-        Json filled = Json::array();
-        for (const Json& call : calls) {
-            if (!call.is_object() || !call.contains("usual")) {
-                filled.push_back(call);
-                continue;
-            }
-            const std::string name = TextOf(call["usual"], place);
-            if (!mLists.contains(name)) {
-                throw ScenarioError(place, "usual-calls.json has no list \"" + name + "\"");
-            }
-            // A list may stand for others in turn.
-            const Json list = Filled(mLists[name], place);
-            filled.insert(filled.end(), list.begin(), list.end());
-        }
-        return filled;
-    }
-
-    Json mLists = Json::object();
-};
-
-std::vector<CopyToMake> ReadCopies(ObjectReader& reader) {
-    // What nearly every scenario wants: the library is found beside the program.
-    if (reader.Find("copies") == nullptr) {
-        return {{"PluginCoreX64.dll", "host/PluginCoreX64.dll"}};
-    }
-    std::vector<CopyToMake> copies;
-    for (const Json& value : reader.Array("copies")) {
-        ObjectReader copy(value, reader.PlaceOf("copies"));
-        copies.push_back({copy.NeedText("copy"), copy.NeedText("to")});
-        copy.Finish();
-    }
-    return copies;
-}
-
 LaunchInfo ReadLaunchInfo(ObjectReader& reader) {
     LaunchInfo info;
     if (const Json* const value = reader.Find("launch_info")) {
-        ObjectReader member(*value, reader.PlaceOf("launch_info"));
+        ObjectReader member(*value, reader.PlaceOf("launch_info"), keys::kLaunchInfo);
         info.local = member.OptionalText("local");
         info.common = member.OptionalText("common");
         member.Finish();
@@ -138,7 +25,7 @@ LaunchInfo ReadLaunchInfo(ObjectReader& reader) {
 }
 
 Expectations ReadExpectations(const Json& value, const std::string& place) {
-    ObjectReader reader(value, place);
+    ObjectReader reader(value, place, keys::kExpect);
     Expectations expect;
     expect.library = reader.OptionalText("library");
     expect.messagingLibrary = reader.OptionalText("messaging_library");
@@ -159,32 +46,41 @@ Expectations ReadExpectations(const Json& value, const std::string& place) {
     return expect;
 }
 
+void AddSteps(ObjectReader& reader, const char* key, std::vector<Step>& steps) {
+    for (Step& step : ReadSteps(reader.Need(key), reader.PlaceOf(key))) {
+        steps.push_back(std::move(step));
+    }
+}
+
+Json ObjectOrEmpty(ObjectReader& reader, const char* key) {
+    const Json* const value = reader.Find(key);
+    return value == nullptr ? Json::object() : *value;
+}
+
 }  // namespace
 
-Scenario ReadScenario(const std::filesystem::path& file, const Placeholders& placeholders) {
-    const std::string place = Utf8(file.filename().wstring());
-    Json value = ParseFile(file);
-    UsualCalls(file).FillIn(value, place);
-    FillPlaceholders(value, WithOwnTexts(value, placeholders, place), place);
-
-    ObjectReader reader(value, place);
+Scenario ReadScenario(const Json& story, const std::string& place, const std::string& workFolder) {
+    static const Json sNothing = Json::object();
+    static const Json sUsualCopies = Json::array({"PluginCoreX64.dll"});
+    ObjectReader reader(story, place, keys::kStory);
     Scenario scenario;
     scenario.title = reader.NeedText("title");
-    reader.Find("texts");
+    reader.OptionalText("plugin");  // needed before the story is read: see ScenarioFile::PluginOf
+    if (const Json* const limit = reader.Find("time_limit")) {
+        scenario.timeLimitSeconds = NumberOf(*limit, reader.PlaceOf("time_limit"));
+    }
     scenario.files = ReadFiles(reader.Array("files"), reader.PlaceOf("files"));
-    scenario.copies = ReadCopies(reader);
+    scenario.copies =
+        ReadCopies(reader.Find("copies") == nullptr ? sUsualCopies : reader.Array("copies"), reader.PlaceOf("copies"));
     scenario.launchInfo = ReadLaunchInfo(reader);
     scenario.processes = TextsOf(reader.Array("processes"), reader.PlaceOf("processes"));
-    if (const Json* const answers = reader.Find("answers")) {
-        scenario.answers = *answers;
+    scenario.answers = ObjectOrEmpty(reader, "answers");
+    scenario.busAnswers = ObjectOrEmpty(reader, "bus_answers");
+    const Json* const host = reader.Find("host");
+    ReadHost(host == nullptr ? sNothing : *host, reader.PlaceOf("host"), workFolder, scenario);
+    for (const char* const key : {"begin", "steps", "end"}) {
+        AddSteps(reader, key, scenario.steps);
     }
-    if (const Json* const answers = reader.Find("bus_answers")) {
-        scenario.busAnswers = *answers;
-    }
-    if (const Json* const host = reader.Find("host")) {
-        ReadHost(*host, reader.PlaceOf("host"), scenario);
-    }
-    scenario.steps = ReadSteps(reader.Need("steps"), reader.PlaceOf("steps"));
     if (const Json* const expect = reader.Find("expect")) {
         scenario.expect = ReadExpectations(*expect, reader.PlaceOf("expect"));
     }

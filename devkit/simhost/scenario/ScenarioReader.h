@@ -1,17 +1,14 @@
 #pragma once
 
-#include <filesystem>
-#include <map>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "simhost/scenario/Scenario.h"
 
 namespace simhost {
 
-// What "${name}" in a scenario's texts stands for. "${name:json}" is the same as it appears inside a JSON text.
-using Placeholders = std::map<std::string, std::string>;
-
-// Throws ScenarioError, which names file and place, for anything that is not understood.
-Scenario ReadScenario(const std::filesystem::path& file, const Placeholders& placeholders);
+// Reads a story in which the defaults are written out; see ScenarioFile. `workFolder` is the folder of the run.
+// Throws ScenarioError, which names the place, for anything that is not understood.
+Scenario ReadScenario(const nlohmann::ordered_json& story, const std::string& place, const std::string& workFolder);
 
 }  // namespace simhost

@@ -1,0 +1,117 @@
+#include "simhost/launch/CaseRun.h"
+
+#include <windows.h>
+
+#include <stdexcept>
+#include <system_error>
+#include <vector>
+
+#include "doubles/common/Text.h"
+#include "simhost/launch/ChildProcess.h"
+#include "simhost/launch/LaunchInfoFiles.h"
+#include "simhost/launch/RunFolder.h"
+
+namespace simhost {
+
+namespace {
+
+constexpr std::int64_t kUsualSeconds = 60;
+
+std::filesystem::path PluginFile(const std::filesystem::path& named, const std::string& ofScenario) {
+    std::filesystem::path file = named.empty() ? KitFolder() / Wide(ofScenario) : std::filesystem::absolute(named);
+    if (!std::filesystem::is_regular_file(file)) {
+        throw std::runtime_error("there is no plug-in " + Utf8(file.wstring()) +
+                                 "; build it, or name one with --plugin");
+    }
+    return file;
+}
+
+// Removes the run's folder when it was made for this run alone.
+class FolderForOneRun {
+  public:
+    FolderForOneRun(std::filesystem::path folder, bool keep) : mFolder(std::move(folder)), mKeep(keep) {}
+    ~FolderForOneRun() {
+        std::error_code ignored;
+        if (!mKeep) {
+            std::filesystem::remove_all(mFolder, ignored);
+        }
+    }
+    FolderForOneRun(const FolderForOneRun&) = delete;
+    FolderForOneRun& operator=(const FolderForOneRun&) = delete;
+
+  private:
+    std::filesystem::path mFolder;
+    bool mKeep;
+};
+
+void NameRecordsAndScripts(const RunFolder& folder) {
+    SetEnvironmentVariableW(L"QUORVEL_PLUGINCORE_RECORD", folder.Calls().c_str());
+    SetEnvironmentVariableW(L"QUORVEL_PLUGINCORE_SCRIPT", folder.Answers().c_str());
+    SetEnvironmentVariableW(L"QUORVEL_PLUGPLUG_RECORD", folder.BusCalls().c_str());
+    SetEnvironmentVariableW(L"QUORVEL_PLUGPLUG_SCRIPT", folder.BusAnswers().c_str());
+}
+
+std::vector<std::wstring> ArgumentsOfHost(const std::filesystem::path& scenario, const std::string& caseName,
+                                          const RunFolder& folder, const std::filesystem::path& record, bool quiet) {
+    std::vector<std::wstring> arguments = {
+        L"perform",       std::filesystem::absolute(scenario).wstring(), L"--work-folder", folder.Root().wstring(),
+        L"--plugin-name", folder.Plugin().filename().wstring(),          L"--record",      record.wstring()};
+    if (!caseName.empty()) {
+        arguments.emplace_back(L"--case");
+        arguments.push_back(Wide(caseName));
+    }
+    if (quiet) {
+        arguments.emplace_back(L"--quiet");
+    }
+    return arguments;
+}
+
+std::vector<std::filesystem::path> Programs(const Scenario& scenario, const RunFolder& folder) {
+    std::vector<std::filesystem::path> programs;
+    for (const std::string& program : scenario.processes) {
+        programs.push_back(folder.At(program));
+    }
+    return programs;
+}
+
+// There is a result in any case afterwards.
+void RunHost(const Scenario& scenario, const RunFolder& folder, const std::vector<std::wstring>& arguments,
+             std::int64_t seconds, const std::filesystem::path& record) {
+    const ChildProcess host(folder.Program(), arguments);
+    const auto exitCode = host.WaitFor(seconds * 1000);
+    if (!exitCode) {
+        WriteResultForLostRun(record, scenario, Rule::kTimeLimit,
+                              "the run was ended after " + std::to_string(seconds) + " seconds");
+    } else if (!std::filesystem::exists(record)) {
+        WriteResultForLostRun(record, scenario, Rule::kTimeLimit,
+                              "the host's process left no result; its exit code is " + std::to_string(*exitCode));
+    }
+}
+
+}  // namespace
+
+std::filesystem::path KitFolder() {
+    wchar_t path[MAX_PATH] = L"";
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    return std::filesystem::path(path).parent_path();
+}
+
+Verdict RunCase(const ScenarioFile& file, const std::string& caseName, const RunOptions& options) {
+    const std::filesystem::path plugin = PluginFile(options.plugin, file.PluginOf(caseName));
+    const RunFolder folder(options.workFolder, plugin);
+    const Scenario scenario = file.Read(caseName, folder.PlaceholdersForScenarios());
+    const FolderForOneRun forOneRun(folder.Root(), options.keepFolder);
+    folder.LayOut(scenario, plugin, KitFolder());
+    const LaunchInfoFiles launchInfo(scenario.launchInfo);
+    const std::vector<ChildProcess> processes = StartInOrder(Programs(scenario, folder));
+
+    const std::filesystem::path record =
+        options.record.empty() ? folder.Root() / L"result.json" : std::filesystem::absolute(options.record);
+    std::filesystem::remove(record);
+    NameRecordsAndScripts(folder);
+    RunHost(scenario, folder, ArgumentsOfHost(file.Path(), caseName, folder, record, options.quiet),
+            options.timeLimitSeconds.value_or(scenario.timeLimitSeconds.value_or(kUsualSeconds)), record);
+    return ReadResult(record);
+}
+
+}  // namespace simhost

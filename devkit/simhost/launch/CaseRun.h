@@ -1,0 +1,29 @@
+// One run of one case, in a process and a folder of its own. Lays out what it needs and puts everything back.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "simhost/report/ResultRecord.h"
+#include "simhost/scenario/ScenarioFile.h"
+
+namespace simhost {
+
+struct RunOptions {
+    std::filesystem::path plugin;      // empty: the scenario's, beside this program
+    std::filesystem::path workFolder;  // emptied first; never empty
+    bool keepFolder = false;
+    std::filesystem::path record;                    // empty: none is kept
+    std::optional<std::int64_t> timeLimitSeconds{};  // nothing: the scenario's, else 60
+    bool quiet = false;
+};
+
+// Returns when the host's process has ended or was ended. Throws std::exception when the case cannot be played.
+Verdict RunCase(const ScenarioFile& file, const std::string& caseName, const RunOptions& options);
+
+// The folder of this program, with the libraries and plug-ins that scenarios name.
+std::filesystem::path KitFolder();
+
+}  // namespace simhost

@@ -1,0 +1,49 @@
+// The folder in which a run takes place, and what lies where in it:
+//
+//   host/simhost.exe    the host's program; libraries of bare name are found beside it
+//   host/Plug-ins/      the plug-in
+//   calls.jsonl         what the double of the PluginCore recorded
+//   answers.json        what it answers
+//   bus-calls.jsonl     what the double of the messaging library recorded
+//   bus-answers.json    what it answers
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "simhost/scenario/Scenario.h"
+#include "simhost/scenario/Values.h"
+
+namespace simhost {
+
+class RunFolder {
+  public:
+    // Of a folder that exists, or that LayOut will make. Absolute.
+    RunFolder(std::filesystem::path root, const std::filesystem::path& pluginFileName);
+
+    const std::filesystem::path& Root() const { return mRoot; }
+    std::filesystem::path Program() const { return mRoot / L"host" / L"simhost.exe"; }
+    std::filesystem::path Plugin() const { return mRoot / L"host" / L"Plug-ins" / mPluginName; }
+    std::filesystem::path Calls() const { return mRoot / L"calls.jsonl"; }
+    std::filesystem::path Answers() const { return mRoot / L"answers.json"; }
+    std::filesystem::path BusCalls() const { return mRoot / L"bus-calls.jsonl"; }
+    std::filesystem::path BusAnswers() const { return mRoot / L"bus-answers.json"; }
+    // A path of a scenario.
+    std::filesystem::path At(const std::string& path) const;
+
+    Placeholders PlaceholdersForScenarios() const;
+
+    // Makes the folder anew, with everything that the scenario lays out in it. `kit` is the folder of the libraries
+    // that are copied. Throws std::runtime_error or std::filesystem::filesystem_error.
+    void LayOut(const Scenario& scenario, const std::filesystem::path& plugin, const std::filesystem::path& kit) const;
+
+    void WriteFile(const FileToMake& file) const;
+    void Move(const FileToMove& move) const;
+    void WriteAnswers(const nlohmann::ordered_json& answers) const;
+
+  private:
+    std::filesystem::path mRoot;
+    std::filesystem::path mPluginName;
+};
+
+}  // namespace simhost

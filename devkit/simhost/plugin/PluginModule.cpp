@@ -1,0 +1,61 @@
+#include "simhost/plugin/PluginModule.h"
+
+#include <stdexcept>
+#include <vector>
+
+#include "doubles/common/Text.h"
+#include "simhost/plugin/PropertyList.h"
+
+namespace simhost {
+
+namespace {
+
+[[noreturn]] void Fail(const std::filesystem::path& file, const std::string& what) {
+    throw std::runtime_error(Utf8(file.filename().wstring()) + ": " + what + " (error " +
+                             std::to_string(GetLastError()) + ")");
+}
+
+// Before any of the file's code runs, as the host does it.
+std::vector<std::byte> ReadPropertyList(const std::filesystem::path& file) {
+    const HMODULE data = LoadLibraryExW(file.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    if (data == nullptr) {
+        Fail(file, "cannot be read");
+    }
+    const HRSRC resource = FindResourceW(data, MAKEINTRESOURCEW(16000), L"PIPL");
+    std::vector<std::byte> bytes;
+    if (resource != nullptr) {
+        const auto* const first = static_cast<const std::byte*>(LockResource(LoadResource(data, resource)));
+        bytes.assign(first, first + SizeofResource(data, resource));
+    }
+    FreeLibrary(data);
+    if (bytes.empty()) {
+        Fail(file, "has no property list");
+    }
+    return bytes;
+}
+
+}  // namespace
+
+PluginModule::PluginModule(const std::filesystem::path& file)
+    : mEntryName(EntryPointName(ParsePropertyList(ReadPropertyList(file)))) {
+    mModule = LoadLibraryW(file.c_str());
+    if (mModule == nullptr) {
+        Fail(file, "cannot be loaded");
+    }
+    mEntry = reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(mModule, mEntryName.c_str())));
+    if (mEntry == nullptr) {
+        Fail(file, "does not export \"" + mEntryName + "\"");
+    }
+}
+
+std::int32_t PluginModule::Call(const char* caller, const char* selector, void* message) const {
+    return mEntry(caller, selector, message);
+}
+
+void PluginModule::Unload() {
+    FreeLibrary(mModule);
+    mModule = nullptr;
+    mEntry = nullptr;
+}
+
+}  // namespace simhost

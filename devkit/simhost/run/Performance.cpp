@@ -1,0 +1,27 @@
+#include "simhost/run/Performance.h"
+
+#include "doubles/host/Host.h"
+
+namespace simhost {
+
+namespace {
+
+constexpr int kIndent = 2;
+
+}  // namespace
+
+void Performance::Tell(const std::string& line) const { mTranscript.Line(kIndent, line); }
+
+void Performance::NoteAnswer(const std::string& message, std::int32_t answer) const {
+    Tell(message + " -> " + std::to_string(answer));
+    if (answer != mStep.expect.answer) {
+        Broken(Rule::kReply, message + " was answered with " + std::to_string(answer) + ", expected " +
+                                 std::to_string(mStep.expect.answer));
+    }
+}
+
+void Performance::Broken(Rule rule, const std::string& text) const {
+    Host().rules.Broken(rule, mStep.place + ": " + text);
+}
+
+}  // namespace simhost

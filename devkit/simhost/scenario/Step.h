@@ -1,0 +1,71 @@
+// A step of a scenario: what happens, and what it must bring about. What the keys mean stands in docs/devkit.md.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "simhost/verbs/Action.h"
+
+namespace simhost {
+
+struct Verb;
+
+struct BoxToExpect {
+    std::string caption;
+    std::string text;
+    std::uint32_t style = 0;
+};
+
+// What the panel is told.
+struct PanelEvent {
+    std::optional<std::string> type;  // nothing: a null pointer
+    std::int32_t scope = 0;
+    std::optional<std::string> application;
+    std::optional<std::string> extension;
+    std::optional<std::string> data;
+
+    bool operator==(const PanelEvent&) const = default;
+};
+
+// What a step brings about that reaches the plug-in. A nested step has nothing but the answer: the rest belongs to the
+// step around it.
+struct StepExpectations {
+    std::int32_t answer = 0;
+    nlohmann::ordered_json calls = nlohmann::ordered_json::array();
+    nlohmann::ordered_json busCalls = nlohmann::ordered_json::array();
+    std::vector<PanelEvent> panelEvents;
+    std::optional<std::vector<std::string>> loads;  // files of the messaging library that the plug-in loads
+    std::vector<BoxToExpect> boxes;
+    std::map<std::string, std::int64_t> hostCalls;
+    std::optional<std::int64_t> foregroundSwitches;
+};
+
+struct FailureToScript {
+    std::string operation;
+    std::int64_t nth = 1;
+    std::int32_t code = 0;
+};
+
+struct Step;
+
+struct NestedStep {
+    std::string operation;
+    std::int64_t nth = 1;
+    std::vector<Step> step;  // exactly one
+};
+
+struct Step {
+    std::string place;  // in the file, for messages
+    std::string say;    // for the transcript; may be empty
+    const Verb* verb = nullptr;
+    Action action;
+    StepExpectations expect;
+    std::vector<FailureToScript> failures;
+    std::vector<NestedStep> nested;
+};
+
+}  // namespace simhost

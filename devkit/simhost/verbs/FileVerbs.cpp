@@ -1,0 +1,23 @@
+#include "simhost/verbs/FileVerbs.h"
+
+#include "simhost/run/Performance.h"
+
+namespace simhost {
+
+WriteFiles ReadWriteFiles(ObjectReader& reader) { return {ReadFiles(reader.Array("files"), reader.PlaceOf("files"))}; }
+
+void Perform(const WriteFiles& action, Performance& performance) {
+    for (const FileToMake& file : action.files) {
+        performance.folder.WriteFile(file);
+    }
+}
+
+MoveWithin ReadMoveWithin(ObjectReader& reader) { return {{reader.NeedText("from"), reader.NeedText("to")}}; }
+
+void Perform(const MoveWithin& action, Performance& performance) { performance.folder.Move(action.move); }
+
+void Perform(const ReplaceAnswers& action, Performance& performance) {
+    performance.folder.WriteAnswers(action.answers);
+}
+
+}  // namespace simhost

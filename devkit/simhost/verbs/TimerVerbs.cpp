@@ -1,0 +1,48 @@
+#include "simhost/verbs/TimerVerbs.h"
+
+#include <windows.h>
+
+#include <map>
+#include <string>
+
+#include "doubles/host/Host.h"
+#include "simhost/run/Performance.h"
+
+namespace simhost {
+
+namespace {
+
+// How often each answer came.
+std::map<std::int32_t, std::int64_t> SendTicks(MessageDriver& driver, std::int64_t times) {
+    std::map<std::int32_t, std::int64_t> answers;
+    for (std::int64_t i = 0; i < times; ++i) {
+        for (void* const timer : Host().model.ActiveTimers()) {
+            ++answers[driver.SendTick(timer)];
+        }
+    }
+    return answers;
+}
+
+}  // namespace
+
+Tick ReadTick(ObjectReader& reader) {
+    const std::int64_t times = reader.Number("times", 1);
+    return {times, reader.Number("sent", times)};
+}
+
+void Perform(const Tick& action, Performance& performance) {
+    std::int64_t sent = 0;
+    for (const auto& [answer, count] : SendTicks(performance.driver, action.times)) {
+        performance.NoteAnswer("\"AI Timer\"/\"AI Go\"" + (count == 1 ? "" : " " + std::to_string(count) + " times"),
+                               answer);
+        sent += count;
+    }
+    if (sent != action.sent) {
+        performance.Broken(Rule::kTicks,
+                           std::to_string(sent) + " ticks were sent, expected " + std::to_string(action.sent));
+    }
+}
+
+void Perform(const Wait& action, Performance&) { Sleep(static_cast<DWORD>(action.seconds * 1000)); }
+
+}  // namespace simhost
