@@ -25,9 +25,13 @@ Json ParseFile(const std::filesystem::path& file) {
     }
 }
 
+void CheckKeys(const Json& value, const std::string& place, const ObjectKind& kind) {
+    const ObjectReader reader(value, place, kind);
+}
+
 std::vector<std::string> CasesOf(const Json& file, const std::string& place) {
     // Only that all keys are known; what they hold is read case by case.
-    ObjectReader(file, place, keys::kScenario);
+    CheckKeys(file, place, keys::kScenario);
     if (!file.contains("cases")) {
         return {""};
     }
@@ -36,7 +40,7 @@ std::vector<std::string> CasesOf(const Json& file, const std::string& place) {
     }
     std::vector<std::string> names;
     for (const auto& [name, members] : file["cases"].items()) {
-        ObjectReader(members, place + ".cases." + name, keys::kCase);
+        CheckKeys(members, place + ".cases." + name, keys::kCase);
         names.push_back(name);
     }
     return names;

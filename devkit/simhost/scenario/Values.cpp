@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "doubles/common/Text.h"
 #include "simhost/scenario/ObjectReader.h"
@@ -45,6 +46,16 @@ std::string FilledText(const std::string& text, const std::string& place, const 
     return filled + text.substr(at);
 }
 
+// Puts `changed` where the pointer points to. A member may be new; whatever it belongs to must be there.
+void Change(Json& copy, const std::string& name, const std::string& pointer, Json changed, const std::string& place) {
+    const Json::json_pointer where(pointer);
+    const Json::json_pointer parent = where.parent_pointer();
+    if (!copy.contains(where) && !(copy.contains(parent) && copy.at(parent).is_object())) {
+        throw ScenarioError(place, "\"" + name + "\" has nothing at \"" + pointer + "\"");
+    }
+    copy[where] = std::move(changed);
+}
+
 }  // namespace
 
 template <class Lookup>
@@ -56,26 +67,7 @@ Json Values::Filled(const Json& value, const std::string& place, const Lookup& l
         return whole != nullptr ? *whole : Json(FilledText(text, place, lookup));
     }
     if (value.is_object() && value.contains("like")) {
-        ObjectReader reader(value, place, keys::kLike);
-        const std::string name = reader.NeedText("like");
-        const Json* const set = reader.Find("set");
-        reader.Finish();
-        const Json* const original = lookup(name);
-        if (original == nullptr) {
-            throw ScenarioError(place, "there is no value \"" + name + "\"");
-        }
-        Json copy = *original;
-        const Json changes = set == nullptr ? Json::object() : *set;
-        for (const auto& [pointer, changed] : changes.items()) {
-            const Json::json_pointer where(pointer);
-            const Json::json_pointer parent = where.parent_pointer();
-            // A member may be new; whatever it belongs to must be there.
-            if (!copy.contains(where) && !(copy.contains(parent) && copy.at(parent).is_object())) {
-                throw ScenarioError(place, "\"" + name + "\" has nothing at \"" + pointer + "\"");
-            }
-            copy[where] = Filled(changed, place, lookup);
-        }
-        return copy;
+        return ChangedCopy(value, place, lookup);
     }
     Json filled = value;
     if (value.is_structured()) {
@@ -84,6 +76,24 @@ Json Values::Filled(const Json& value, const std::string& place, const Lookup& l
         }
     }
     return filled;
+}
+
+template <class Lookup>
+Json Values::ChangedCopy(const Json& like, const std::string& place, const Lookup& lookup) {
+    ObjectReader reader(like, place, keys::kLike);
+    const std::string name = reader.NeedText("like");
+    const Json* const set = reader.Find("set");
+    reader.Finish();
+    const Json* const original = lookup(name);
+    if (original == nullptr) {
+        throw ScenarioError(place, "there is no value \"" + name + "\"");
+    }
+    Json copy = *original;
+    const Json changes = set == nullptr ? Json::object() : *set;
+    for (const auto& [pointer, changed] : changes.items()) {
+        Change(copy, name, pointer, Filled(changed, place, lookup), place);
+    }
+    return copy;
 }
 
 Values::Values(const Placeholders& placeholders, const Json& own, const std::string& place)

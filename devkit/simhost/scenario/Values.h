@@ -27,6 +27,8 @@ class Values {
     const Json& Named(const std::string& name, const std::string& place);
     template <class Lookup>
     static Json Filled(const Json& value, const std::string& place, const Lookup& lookup);
+    template <class Lookup>
+    static Json ChangedCopy(const Json& like, const std::string& place, const Lookup& lookup);
 
     std::map<std::string, Json> mKnown;
     Json mWaiting;  // not resolved yet
