@@ -1,7 +1,7 @@
 #include "support/fakes/FakeFileFormat.h"
 
+#include "doubles/common/OwnMemory.h"
 #include "support/fakes/FakeHost.h"
-#include "support/TestsOwnMemory.h"
 
 namespace {
 

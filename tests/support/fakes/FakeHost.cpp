@@ -5,6 +5,7 @@
 #include <cstring>
 #include <deque>
 
+#include "doubles/common/OwnMemory.h"
 #include "host/ArtSuites.h"
 #include "host/DocumentSuite.h"
 #include "host/FontSuite.h"
@@ -16,7 +17,6 @@
 #include "host/StringSuites.h"
 #include "host/TextEngineSuites.h"
 #include "support/fakes/HostText.h"
-#include "support/TestsOwnMemory.h"
 
 FakeHost* sFakeHost = nullptr;
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "doubles/common/OwnMemory.h"
 #include "support/fakes/FakeHost.h"
 #include "support/fakes/HostText.h"
-#include "support/TestsOwnMemory.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 
 #include "frame/base/SuiteOperations.h"
 #include "support/fakes/FakeHost.h"
-#include "support/RecordingLogSink.h"
+#include "support/log/RecordingLogSink.h"
 
 class HostTest : public testing::Test {
   protected:

@@ -5,8 +5,8 @@
 #include <cstdio>
 
 #include "frame/base/PluginGlobals.h"
-#include "support/fakes/FakePluginCore.h"
 #include "support/Log.h"
+#include "support/plugincore/FakePluginCore.h"
 #include "unit/documents/HostFixture.h"
 
 class MenuTest : public HostTest {

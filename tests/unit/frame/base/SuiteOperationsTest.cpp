@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/fakes/FakeHost.h"
-#include "support/RecordingLogSink.h"
+#include "support/log/RecordingLogSink.h"
 
 namespace {
 

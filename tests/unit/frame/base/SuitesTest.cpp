@@ -8,7 +8,7 @@
 #include "frame/base/SuiteOperations.h"
 #include "host/HeldSuites.h"
 #include "support/fakes/FakeHost.h"
-#include "support/RecordingLogSink.h"
+#include "support/log/RecordingLogSink.h"
 
 namespace {
 
