@@ -3,8 +3,8 @@
 #include <windows.h>
 
 #include <stdexcept>
-#include <thread>
 
+#include "doubles/common/Thread.h"
 #include "host/PlugPlug.h"
 
 namespace {
@@ -38,6 +38,6 @@ void ThrowAtPanel() {
 
 void TellPanel() { Dispatch("com.quorvel.portnumberresponse"); }
 
-void TellPanelOnOtherThread() { std::thread(&TellPanel).join(); }
+void TellPanelOnOtherThread() { const Thread other(&TellPanel); }
 
 void DispatchWithoutType() { Dispatch(nullptr); }

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 #include <cstring>
-#include <thread>
 
+#include "doubles/common/Thread.h"
 #include "HeldSuite.h"
 #include "host/ArtSuites.h"
 #include "host/DocumentSuite.h"
@@ -138,5 +138,5 @@ void CallUnofferedBasicSlot() {
 }
 
 void CallOnOtherThread() {
-    std::thread([] { sMessage->basic->IsEqual("a", "b"); }).join();
+    const Thread other([] { sMessage->basic->IsEqual("a", "b"); });
 }

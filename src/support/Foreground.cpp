@@ -5,8 +5,11 @@
 bool SwitchForegroundAwayAndBack(ForegroundMatch match) {
     const HWND first = GetForegroundWindow();
     const HWND second = GetForegroundWindow();
-    const bool matches =
-        first == second || (match == ForegroundMatch::kSameWindowOrParent && GetParent(second) == first);
+    bool matches = first == second;
+    if (match == ForegroundMatch::kSameWindowOrParent) {
+        const HWND parent = GetParent(second);
+        matches = matches || parent == first;
+    }
     if (!matches || second == nullptr) {
         return false;
     }

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "plugincore/PCILoader.h"
-#include "support/fakes/EntryNames.h"
-#include "support/fakes/FakePluginCore.h"
+#include "support/plugincore/EntryNames.h"
+#include "support/plugincore/FakePluginCore.h"
 
 #define EXPECT_ENTRY(name, ...) \
     static_assert(std::is_same_v<decltype(PCILoader::pf##name)::Function, std::int32_t (*)(__VA_ARGS__)>)

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <string>
 
-#include "support/TemporaryFolder.h"
+#include "support/files/TemporaryFolder.h"
 
 class SubstituteLibrary {
   public:

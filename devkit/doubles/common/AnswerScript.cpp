@@ -1,58 +1,14 @@
 #include "doubles/common/AnswerScript.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-
-#include <map>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 
-#include "doubles/common/ThisLibrary.h"
+namespace doubles {
 
 namespace {
 
 using Json = nlohmann::json;
-
-// Lives as long as the library: the script last read and how many answers of each entry are used up.
-struct ScriptState {
-    std::string text;
-    Json answers = Json::object();
-    std::map<std::string, std::size_t> used;
-};
-
-ScriptState& State() {
-    static ScriptState sState;
-    return sState;
-}
-
-std::string ReadScriptText() {
-    const wchar_t* path = _wgetenv(kThisLibrary.scriptVariable);
-    if (path == nullptr) {
-        return {};
-    }
-    std::FILE* file = _wfopen(path, L"rb");
-    if (file == nullptr) {
-        return {};
-    }
-    std::string text;
-    char part[4096];
-    while (const std::size_t count = std::fread(part, 1, sizeof part, file)) {
-        text.append(part, count);
-    }
-    std::fclose(file);
-    return text;
-}
-
-void RefreshScript() {
-    ScriptState& state = State();
-    std::string text = ReadScriptText();
-    if (text == state.text) {
-        return;
-    }
-    state.answers = text.empty() ? Json::object() : Json::parse(text);
-    state.text = std::move(text);
-    state.used.clear();
-}
 
 Throw ThrowNamed(const std::string& name) {
     if (name == "foreign") {
@@ -64,41 +20,83 @@ Throw ThrowNamed(const std::string& name) {
     throw std::runtime_error("\"throw\" must be \"foreign\" or \"cpp\", not \"" + name + "\"");
 }
 
-BasicAnswer ReadAnswer(const Json& description, const OwnKeyReader& readOwnKey) {
-    BasicAnswer answer;
-    for (const auto& [key, value] : description.items()) {
-        if (key == "result") {
-            answer.result = value.get<std::int32_t>();
-        } else if (key == "throw") {
-            answer.throws = ThrowNamed(value.get<std::string>());
-        } else if (!readOwnKey(key, value)) {
-            throw std::runtime_error("unknown key \"" + key + "\"");
-        }
+void ReadKey(Answer& answer, const std::string& key, const Json& value) {
+    if (key == "result") {
+        answer.result = value.get<std::int32_t>();
+    } else if (key == "throw") {
+        answer.throws = ThrowNamed(value.get<std::string>());
+    } else if (key == "text") {
+        answer.text = value.get<std::string>();
+    } else if (key == "enabled") {
+        answer.enabled = value.get<std::uint8_t>();
+    } else if (key == "port") {
+        answer.port = value.get<std::uint32_t>();
     }
-    return answer;
-}
-
-// An empty object when the script says nothing about the entry.
-Json NextDescription(const char* entry) {
-    RefreshScript();
-    ScriptState& state = State();
-    const auto answers = state.answers.find(entry);
-    if (answers == state.answers.end() || answers->empty()) {
-        return Json::object();
-    }
-    std::size_t& used = state.used[entry];
-    const Json& description = answers->at(std::min(used, answers->size() - 1));
-    ++used;
-    return description;
 }
 
 }  // namespace
 
-BasicAnswer NextBasicAnswer(const char* entry, const OwnKeyReader& readOwnKey) {
+std::vector<Answer> AnswerScript::ReadAnswers(const std::string& entry, const Json& descriptions) const {
+    std::vector<Answer> answers;
     try {
-        return ReadAnswer(NextDescription(entry), readOwnKey);
+        for (const Json& description : descriptions) {
+            Answer& answer = answers.emplace_back();
+            for (const auto& [key, value] : description.items()) {
+                if (key != "result" && key != "throw" && mOwnKeys.count(key) == 0) {
+                    throw std::runtime_error("unknown key \"" + key + "\"");
+                }
+                ReadKey(answer, key, value);
+            }
+        }
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "substitute %s: answers of %s: %s\n", kThisLibrary.name, entry, error.what());
-        std::abort();
+        throw std::runtime_error("answers of " + entry + ": " + error.what());
+    }
+    return answers;
+}
+
+void AnswerScript::Load(const std::string& json) {
+    *this = AnswerScript(mOwnKeys);
+    const Json description = Json::parse(json);
+    for (const auto& [entry, descriptions] : description.items()) {
+        mAnswers[entry] = ReadAnswers(entry, descriptions);
     }
 }
+
+Answer& AnswerScript::operator[](const std::string& entry) {
+    std::vector<Answer>& answers = mAnswers[entry];
+    return answers.empty() ? answers.emplace_back() : answers.back();
+}
+
+void AnswerScript::Fail(const std::string& entry, std::int32_t code, int nth) {
+    mFailures[{entry, CallsOf(entry) + static_cast<std::size_t>(nth)}] = code;
+}
+
+std::size_t AnswerScript::CallsOf(const std::string& entry) const {
+    const auto calls = mCalls.find(entry);
+    return calls == mCalls.end() ? 0 : calls->second;
+}
+
+const Answer* AnswerScript::Upcoming(const std::string& entry) const {
+    const auto answers = mAnswers.find(entry);
+    if (answers == mAnswers.end() || answers->second.empty()) {
+        return nullptr;
+    }
+    return &answers->second[std::min(CallsOf(entry), answers->second.size() - 1)];
+}
+
+std::function<void()> AnswerScript::DuringNext(const std::string& entry) const {
+    const Answer* const answer = Upcoming(entry);
+    return answer == nullptr ? nullptr : answer->during;
+}
+
+Answer AnswerScript::TakeNext(const std::string& entry) {
+    const Answer* const upcoming = Upcoming(entry);
+    Answer answer = upcoming == nullptr ? Answer() : *upcoming;
+    const auto failure = mFailures.find({entry, ++mCalls[entry]});
+    if (failure != mFailures.end()) {
+        answer.result = failure->second;
+    }
+    return answer;
+}
+
+}  // namespace doubles

@@ -1,15 +1,20 @@
 #include "doubles/common/CallRecord.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
+#include <cstring>
+#include <nlohmann/json.hpp>
 #include <string_view>
 
-#include "doubles/common/ThisLibrary.h"
+namespace doubles {
 
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+template <class... Functions>
+struct Overloaded : Functions... {
+    using Functions::operator()...;
+};
 
 bool HoldsControlCharacter(std::string_view text) {
     return std::any_of(text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; });
@@ -32,66 +37,97 @@ std::string AsHexadecimal(std::string_view text) {
     return digits;
 }
 
-}  // namespace
-
-CallRecord& CallRecord::Text(const char* name, const char* text) {
-    if (text == nullptr) {
-        mArguments[name] = nullptr;
-        return *this;
-    }
+void AddText(Json& arguments, const std::string& name, const std::string& text) {
     std::string readable = AsUtf8(text);
     if (readable != text || HoldsControlCharacter(text)) {
-        mArguments[std::string(name) + "_hex"] = AsHexadecimal(text);
+        arguments[name + "_hex"] = AsHexadecimal(text);
     }
-    mArguments[name] = std::move(readable);
+    arguments[name] = std::move(readable);
+}
+
+std::string Quoted(const std::string& text) { return "'" + text + "'"; }
+
+}  // namespace
+
+CallRecord& CallRecord::Add(const char* name, Value value) {
+    mArguments.push_back({name, std::move(value)});
     return *this;
 }
 
-CallRecord& CallRecord::Texts(const char* name, const std::vector<std::string>& texts) {
-    mArguments[name] = texts;
-    return *this;
+CallRecord& CallRecord::Text(const char* name, const char* text) {
+    return text == nullptr ? Add(name, nullptr) : Add(name, std::string(text));
 }
 
-CallRecord& CallRecord::Number(const char* name, std::int64_t number) {
-    mArguments[name] = number;
-    return *this;
-}
+CallRecord& CallRecord::Texts(const char* name, const std::vector<std::string>& texts) { return Add(name, texts); }
+
+CallRecord& CallRecord::Number(const char* name, std::int64_t number) { return Add(name, number); }
 
 CallRecord& CallRecord::Buffer(const char* buffer, const std::uint64_t* size) {
-    if (size == nullptr) {
-        mArguments["capacity"] = nullptr;
-        return *this;
-    }
-    return BufferOf(buffer, *size);
+    return AddBuffer(buffer, size == nullptr ? std::nullopt : std::optional(*size), true);
 }
 
 CallRecord& CallRecord::BufferOf(const char* buffer, std::uint64_t capacity) {
-    mArguments["capacity"] = capacity;
-    if (buffer == nullptr) {
-        mArguments["zeroed"] = nullptr;
-    } else {
-        mArguments["zeroed"] = std::all_of(buffer, buffer + capacity, [](char c) { return c == 0; });
+    return AddBuffer(buffer, capacity, false);
+}
+
+CallRecord& CallRecord::AddBuffer(const char* buffer, std::optional<std::uint64_t> capacity, bool hasSize) {
+    GivenBuffer given{capacity, hasSize, std::nullopt, false};
+    if (buffer != nullptr) {
+        const std::uint64_t readable = capacity.value_or(0);
+        given.content = std::string(buffer, strnlen(buffer, readable));
+        given.isZeroed = std::all_of(buffer, buffer + readable, [](char c) { return c == 0; });
     }
-    return *this;
+    return Add("", given);
 }
 
 CallRecord& CallRecord::Pointer(const char* name, const void* pointer) {
-    mArguments[name] = pointer == nullptr ? "null" : "set";
-    return *this;
+    return Add(name, GivenPointer{pointer != nullptr});
 }
 
-void CallRecord::Write(std::int32_t answer) const {
-    const wchar_t* path = _wgetenv(kThisLibrary.recordVariable);
-    if (path == nullptr) {
-        return;
+std::string CallRecord::AsJson() const {
+    Json arguments = Json::object();
+    for (const auto& [name, value] : mArguments) {
+        std::visit(Overloaded{[&](std::nullptr_t) { arguments[name] = nullptr; },
+                              [&](const std::string& text) { AddText(arguments, name, text); },
+                              [&](const std::vector<std::string>& texts) { arguments[name] = texts; },
+                              [&](std::int64_t number) { arguments[name] = number; },
+                              [&](GivenPointer pointer) { arguments[name] = pointer.isSet ? "set" : "null"; },
+                              [&](const GivenBuffer& buffer) {
+                                  if (!buffer.capacity) {
+                                      arguments["capacity"] = nullptr;
+                                      return;
+                                  }
+                                  arguments["capacity"] = *buffer.capacity;
+                                  arguments["zeroed"] = buffer.content ? Json(buffer.isZeroed) : Json(nullptr);
+                              }},
+                   value);
     }
-    std::FILE* file = _wfopen(path, L"ab");
-    if (file == nullptr) {
-        std::fprintf(stderr, "substitute %s: the record file cannot be written\n", kThisLibrary.name);
-        std::abort();
-    }
-    const Json line = {{"entry", mEntry}, {"arguments", mArguments}, {"answer", answer}};
-    const std::string text = line.dump() + "\n";
-    std::fwrite(text.data(), 1, text.size(), file);
-    std::fclose(file);
+    return Json{{"entry", mEntry}, {"arguments", arguments}, {"answer", mAnswer}}.dump();
 }
+
+std::string CallRecord::AsText() const {
+    std::string list;
+    const auto add = [&list](const std::string& text) { list += (list.empty() ? "" : ", ") + text; };
+    for (const auto& [name, value] : mArguments) {
+        std::visit(
+            Overloaded{
+                [&](std::nullptr_t) { add("null"); }, [&](const std::string& text) { add(Quoted(text)); },
+                [&](const std::vector<std::string>&) {}, [&](std::int64_t n) { add(std::to_string(n)); },
+                [&](GivenPointer pointer) {
+                    if (!pointer.isSet) {
+                        add("null");
+                    }
+                },
+                [&](const GivenBuffer& buffer) {
+                    const std::string capacity = buffer.capacity ? std::to_string(*buffer.capacity) : "null";
+                    add(!buffer.content ? "null" : buffer.isZeroed ? capacity + " zeros" : Quoted(*buffer.content));
+                    if (buffer.hasSize) {
+                        add(capacity);
+                    }
+                }},
+            value);
+    }
+    return mEntry + "(" + list + ")";
+}
+
+}  // namespace doubles

@@ -1,10 +1,11 @@
-// Marks memory as the test double's own. Fault injection of allocations fails only what the code under test asks for,
-// so it passes over allocations that are made while a mark is set.
+// Marks memory that the doubles and the tests take for themselves: counting and failing allocations
+// (doubles/common/AllocationFaults.h) leaves it out. Recorders and the operations of a double begin with it.
+//
+// Thread: any; the mark is one of the whole process. Lifetime: until the end of the block.
 #pragma once
 
 #include <atomic>
 
-// Sets the mark for its lifetime. Marks nest.
 class OwnMemory {
   public:
     OwnMemory() { ++sDepth; }
@@ -14,16 +15,20 @@ class OwnMemory {
 
     static bool IsMarked() { return sDepth > 0; }
 
-    // Takes one mark away for its lifetime: for calls out of a double, back into the code under test.
-    class Pause {
-      public:
-        Pause() { --sDepth; }
-        Pause(const Pause&) = delete;
-        Pause& operator=(const Pause&) = delete;
-        ~Pause() { ++sDepth; }
-    };
+  private:
+    friend class NotOwnMemory;
+    // Of all threads together: a variable of each thread would take memory when it is first used.
+    static inline std::atomic<int> sDepth = 0;
+};
+
+// Takes the mark away while code runs inside a double's operation that is not the double's.
+class NotOwnMemory {
+  public:
+    NotOwnMemory() : mDepth(OwnMemory::sDepth.exchange(0)) {}
+    NotOwnMemory(const NotOwnMemory&) = delete;
+    NotOwnMemory& operator=(const NotOwnMemory&) = delete;
+    ~NotOwnMemory() { OwnMemory::sDepth = mDepth; }
 
   private:
-    // Of all threads together: thread-local storage allocates when it is first used.
-    static inline std::atomic<int> sDepth = 0;
+    int mDepth;
 };

@@ -41,7 +41,7 @@ CallFate HostOperations::Begin(const std::string& suite, const std::string& oper
         }
     }
     // An action may send a message to the plug-in, whose allocations are not the host's, or throw into it.
-    const OwnMemory::Pause pause;
+    const NotOwnMemory notOwn;
     for (const std::function<void()>& action : actions) {
         action();
     }

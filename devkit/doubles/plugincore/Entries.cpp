@@ -1,131 +1,136 @@
-// The entry points of the PluginCore. Each records what it was called with, takes its answer from the script, and does
+// The entry points of the PluginCore. Each records what it was called with, answers as the script says, and does
 // nothing else; only the one that creates menus calls back. The order is that of the names.
-#include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <optional>
 #include <string>
 
-#include "Answer.h"
-#include "doubles/common/CallRecord.h"
-#include "doubles/common/ForeignException.h"
-#include "MenuCreation.h"
-#include "MessagingState.h"
+#include "doubles/common/OwnMemory.h"
+#include "doubles/plugincore/MessagingState.h"
+#include "doubles/plugincore/PluginCoreDouble.h"
 
 namespace {
 
+using doubles::CallRecord;
+using doubles::ReceivedCall;
+using doubles::Return;
+using doubles::WriteText;
 using Flag = std::uint8_t;
+using Outcome = ReceivedCall::Outcome;
 
 // Where a caller has no size to pass, the buffer of these entries is this long by contract.
 constexpr std::uint64_t kShortBuffer = 256;
 
-// What is left of an answer when nothing has to be destroyed any more, so that an exception can be thrown.
-struct Outcome {
-    std::int32_t result;
-    Throw throws;
-};
+std::uint64_t CapacityOf(const std::uint64_t* size) { return size == nullptr ? 0 : *size; }
 
-Outcome Conclude(const CallRecord& record, const Answer& answer) {
-    record.Write(answer.result);
-    return {answer.result, answer.throws};
+// For a call that is only recorded and answered.
+Outcome Answer(CallRecord record) { return ReceivedCall(ThePluginCore(), std::move(record)).Conclude(); }
+
+// For one that is answered by a text as well.
+Outcome AnswerWithText(CallRecord record, char* buffer, std::uint64_t capacity) {
+    ReceivedCall call(ThePluginCore(), std::move(record));
+    WriteText(call.GetAnswer(), buffer, capacity);
+    return call.Conclude();
 }
 
-std::int32_t Return(Outcome outcome) {
-    ThrowAsAsked(outcome.throws);
-    return outcome.result;
+Outcome Plain(const char* entry) {
+    const OwnMemory own;
+    return Answer(CallRecord(entry));
 }
 
-// Never more than fits, the end mark included.
-void WriteText(const Answer& answer, char* buffer, std::uint64_t capacity) {
-    if (!answer.text || buffer == nullptr || capacity == 0) {
-        return;
+Outcome OneText(const char* entry, const char* name, const char* text) {
+    const OwnMemory own;
+    return Answer(CallRecord(entry).Text(name, text));
+}
+
+Outcome TwoTexts(const char* entry, const char* firstName, const char* first, const char* secondName,
+                 const char* second) {
+    const OwnMemory own;
+    return Answer(CallRecord(entry).Text(firstName, first).Text(secondName, second));
+}
+
+Outcome Reply(const char* entry, char* buffer, const std::uint64_t* size) {
+    const OwnMemory own;
+    return AnswerWithText(CallRecord(entry).Buffer(buffer, size), buffer, CapacityOf(size));
+}
+
+Outcome PathAndReply(const char* entry, const char* path, char* buffer, const std::uint64_t* size) {
+    const OwnMemory own;
+    return AnswerWithText(CallRecord(entry).Text("path", path).Buffer(buffer, size), buffer, CapacityOf(size));
+}
+
+Outcome PathAndShortReply(const char* entry, const char* path, char* buffer) {
+    const OwnMemory own;
+    return AnswerWithText(CallRecord(entry).Text("path", path).BufferOf(buffer, kShortBuffer), buffer, kShortBuffer);
+}
+
+// These two get a text in the buffer, together with its capacity.
+Outcome ActivateChosen(const char* path, char* text, const std::uint64_t* size) {
+    const OwnMemory own;
+    return AnswerWithText(
+        CallRecord("ActivateChosenFonts").Text("path", path).Text("text", text).NumberAt("capacity", size), text,
+        CapacityOf(size));
+}
+
+Outcome Resolve(char* text, const std::uint64_t* size) {
+    const OwnMemory own;
+    return AnswerWithText(CallRecord("InvokeResolveDialog").Text("text", text).NumberAt("capacity", size), text,
+                          CapacityOf(size));
+}
+
+Outcome CreateMenus(const char* json, MenuCallback callback, void* context) {
+    const OwnMemory own;
+    ThePluginCore().menuCallback = callback;
+    ThePluginCore().menuContext = context;
+    ReceivedCall call(ThePluginCore(), CallRecord("CreateMenusFromJSONBuffer")
+                                           .Text("json", json)
+                                           .Pointer("callback", reinterpret_cast<const void*>(callback))
+                                           .Pointer("context", context));
+    if (call.GetAnswer().createsItems) {
+        const NotOwnMemory notOwn;
+        call.Record().Texts("items", CreateMenuItems(json, callback, context));
     }
-    const std::size_t length = std::min<std::size_t>(answer.text->size(), capacity - 1);
-    std::memcpy(buffer, answer.text->data(), length);
-    buffer[length] = '\0';
+    return call.Conclude();
 }
 
-void WriteText(const Answer& answer, char* buffer, const std::uint64_t* size) {
-    WriteText(answer, buffer, size == nullptr ? 0 : *size);
+Outcome ApiVersion(const std::uint32_t* value, std::int32_t interfaceVersion) {
+    const OwnMemory own;
+    return Answer(CallRecord("GetAPIVersion").NumberAt("preset", value).Number("interface_version", interfaceVersion));
 }
 
-Outcome RecordPlain(const char* entry) { return Conclude(CallRecord(entry), NextAnswer(entry)); }
-
-Outcome RecordTwoTexts(const char* entry, const char* firstName, const char* first, const char* secondName,
-                       const char* second) {
-    return Conclude(CallRecord(entry).Text(firstName, first).Text(secondName, second), NextAnswer(entry));
-}
-
-Outcome RecordPathAndReply(const char* entry, const char* path, char* buffer, const std::uint64_t* size) {
-    const CallRecord record = CallRecord(entry).Text("path", path).Buffer(buffer, size);
-    const Answer answer = NextAnswer(entry);
-    WriteText(answer, buffer, size);
-    return Conclude(record, answer);
-}
-
-Outcome RecordReply(const char* entry, char* buffer, const std::uint64_t* size) {
-    const CallRecord record = CallRecord(entry).Buffer(buffer, size);
-    const Answer answer = NextAnswer(entry);
-    WriteText(answer, buffer, size);
-    return Conclude(record, answer);
-}
-
-// The text that a caller hands in together with the capacity of its buffer.
-CallRecord& AddFilledBuffer(CallRecord& record, const char* text, const std::uint64_t* size) {
-    return record.Text("text", text).NumberAt("capacity", size);
-}
-
-Outcome RecordActivateChosenFonts(const char* path, const char* text, const std::uint64_t* size) {
-    CallRecord record = CallRecord("ActivateChosenFonts").Text("path", path);
-    return Conclude(AddFilledBuffer(record, text, size), NextAnswer("ActivateChosenFonts"));
-}
-
-Outcome RecordInvokeResolveDialog(char* text, const std::uint64_t* size) {
-    CallRecord record("InvokeResolveDialog");
-    AddFilledBuffer(record, text, size);
-    const Answer answer = NextAnswer("InvokeResolveDialog");
-    WriteText(answer, text, size);
-    return Conclude(record, answer);
-}
-
-Outcome RecordCreateMenus(const char* json, MenuCallback callback, void* context) {
-    const CallRecord record = CallRecord("CreateMenusFromJSONBuffer")
-                                  .Text("json", json)
-                                  .Pointer("callback", reinterpret_cast<const void*>(callback))
-                                  .Pointer("context", context)
-                                  .Texts("items", CreateMenuItems(json, callback, context));
-    return Conclude(record, NextAnswer("CreateMenusFromJSONBuffer"));
-}
-
-Outcome RecordGetSocketPort(std::uint32_t* port) {
-    const CallRecord record = CallRecord("GetSocketPort").NumberAt("preset", port);
-    const Answer answer = NextAnswer("GetSocketPort");
+Outcome SocketPort(std::uint32_t* port) {
+    const OwnMemory own;
+    ReceivedCall call(ThePluginCore(), CallRecord("GetSocketPort").NumberAt("preset", port));
     if (port != nullptr) {
-        *port = answer.port;
+        *port = call.GetAnswer().port;
     }
-    return Conclude(record, answer);
+    return call.Conclude();
 }
 
-Outcome RecordRegisterPlugPlug(const void* state) {
-    const std::optional<std::string> description = DescribeMessagingState(state);
-    return Conclude(CallRecord("RegisterPlugPlug").Text("state", description ? description->c_str() : nullptr),
-                    NextAnswer("RegisterPlugPlug"));
-}
-
-Outcome RecordPluginIsEnabled(Flag flag, Flag* enabled) {
-    const CallRecord record = CallRecord("PluginIsEnabled").Number("flag", flag).NumberAt("preset", enabled);
-    const Answer answer = NextAnswer("PluginIsEnabled");
+Outcome Enabled(Flag flag, Flag* enabled) {
+    const OwnMemory own;
+    ReceivedCall call(ThePluginCore(), CallRecord("PluginIsEnabled").Number("flag", flag).NumberAt("preset", enabled));
     if (enabled != nullptr) {
-        *enabled = answer.enabled;
+        *enabled = call.GetAnswer().enabled;
     }
-    return Conclude(record, answer);
+    return call.Conclude();
 }
 
-Outcome RecordPathAndPlainBuffer(const char* entry, const char* path, char* buffer, std::uint64_t capacity) {
-    const CallRecord record = CallRecord(entry).Text("path", path).BufferOf(buffer, capacity);
-    const Answer answer = NextAnswer(entry);
-    WriteText(answer, buffer, capacity);
-    return Conclude(record, answer);
+Outcome MenuSelection(const char* documentId, const char* menuJson, const char* itemId) {
+    const OwnMemory own;
+    return Answer(
+        CallRecord("HandleMenuSelection").Text("document", documentId).Text("json", menuJson).Text("item", itemId));
+}
+
+Outcome PanelMessages(Flag flag) {
+    const OwnMemory own;
+    return Answer(CallRecord("ProcessPanelMessages").Number("flag", flag));
+}
+
+Outcome RegisterBus(void* state) {
+    const OwnMemory own;
+    ThePluginCore().plugPlug = state;
+    const std::optional<std::string> description = DescribeMessagingState(state);
+    return Answer(CallRecord("RegisterPlugPlug").Text("state", description ? description->c_str() : nullptr));
 }
 
 }  // namespace
@@ -133,96 +138,86 @@ Outcome RecordPathAndPlainBuffer(const char* entry, const char* path, char* buff
 extern "C" {
 
 std::int32_t ActivateChosenFonts(const char* path, char* text, std::uint64_t* size) {
-    return Return(RecordActivateChosenFonts(path, text, size));
+    return Return(ActivateChosen(path, text, size));
 }
 
 std::int32_t CreateMenusFromJSONBuffer(const char* json, MenuCallback callback, void* context) {
-    return Return(RecordCreateMenus(json, callback, context));
+    return Return(CreateMenus(json, callback, context));
 }
 
 std::int32_t GetAPIVersion(std::uint32_t* value, std::int32_t interfaceVersion) {
-    return Return(
-        Conclude(CallRecord("GetAPIVersion").NumberAt("preset", value).Number("interface_version", interfaceVersion),
-                 NextAnswer("GetAPIVersion")));
+    return Return(ApiVersion(value, interfaceVersion));
 }
 
 // Nobody knows its arguments, so none are read.
-std::int32_t GetDocumentFontUsage() { return Return(RecordPlain("GetDocumentFontUsage")); }
+std::int32_t GetDocumentFontUsage() { return Return(Plain("GetDocumentFontUsage")); }
 
 std::int32_t GetIDForDocument(const char* path, char* buffer, std::uint64_t* size) {
-    return Return(RecordPathAndReply("GetIDForDocument", path, buffer, size));
+    return Return(PathAndReply("GetIDForDocument", path, buffer, size));
 }
 
 std::int32_t GetMenus(const char* path, char* buffer, std::uint64_t* size) {
-    return Return(RecordPathAndReply("GetMenus", path, buffer, size));
+    return Return(PathAndReply("GetMenus", path, buffer, size));
 }
 
-std::int32_t GetSettings(char* buffer, std::uint64_t* size) { return Return(RecordReply("GetSettings", buffer, size)); }
+std::int32_t GetSettings(char* buffer, std::uint64_t* size) { return Return(Reply("GetSettings", buffer, size)); }
 
-std::int32_t GetSocketPort(std::uint32_t* port) { return Return(RecordGetSocketPort(port)); }
+std::int32_t GetSocketPort(std::uint32_t* port) { return Return(SocketPort(port)); }
 
 std::int32_t HandleCloseDocument(const char* path, const char* report) {
-    return Return(RecordTwoTexts("HandleCloseDocument", "path", path, "report", report));
+    return Return(TwoTexts("HandleCloseDocument", "path", path, "report", report));
 }
 
 std::int32_t HandleCreateNewDocument(char* buffer, std::uint64_t* size) {
-    return Return(RecordReply("HandleCreateNewDocument", buffer, size));
+    return Return(Reply("HandleCreateNewDocument", buffer, size));
 }
 
 std::int32_t HandleMenuSelection(const char* documentId, const char* menuJson, const char* itemId) {
-    return Return(Conclude(
-        CallRecord("HandleMenuSelection").Text("document", documentId).Text("json", menuJson).Text("item", itemId),
-        NextAnswer("HandleMenuSelection")));
+    return Return(MenuSelection(documentId, menuJson, itemId));
 }
 
 std::int32_t HandleOpenExistingDocument(const char* path, char* buffer, std::uint64_t* size) {
-    return Return(RecordPathAndReply("HandleOpenExistingDocument", path, buffer, size));
+    return Return(PathAndReply("HandleOpenExistingDocument", path, buffer, size));
 }
 
 std::int32_t HandleSaveDocument(const char* path, const char* report) {
-    return Return(RecordTwoTexts("HandleSaveDocument", "path", path, "report", report));
+    return Return(TwoTexts("HandleSaveDocument", "path", path, "report", report));
 }
 
-std::int32_t IdleEvent() { return Return(RecordPlain("IdleEvent")); }
+std::int32_t IdleEvent() { return Return(Plain("IdleEvent")); }
 
 std::int32_t InitializePluginCoreInterface(const char* text) {
-    return Return(Conclude(CallRecord("InitializePluginCoreInterface").Text("text", text),
-                           NextAnswer("InitializePluginCoreInterface")));
+    return Return(OneText("InitializePluginCoreInterface", "text", text));
 }
 
 std::int32_t InvokeCommandDialog(const char* path, char* buffer) {
-    return Return(RecordPathAndPlainBuffer("InvokeCommandDialog", path, buffer, kShortBuffer));
+    return Return(PathAndShortReply("InvokeCommandDialog", path, buffer));
 }
 
-std::int32_t InvokeResolveDialog(char* text, std::uint64_t* size) {
-    return Return(RecordInvokeResolveDialog(text, size));
-}
+std::int32_t InvokeResolveDialog(char* text, std::uint64_t* size) { return Return(Resolve(text, size)); }
 
+// The buffer holds the reply that the open call gave just before.
 std::int32_t InvokeRestrictedFontsDialog(const char* path, char* buffer) {
-    // The buffer holds the reply that the open call gave just before.
-    return Return(Conclude(CallRecord("InvokeRestrictedFontsDialog").Text("path", path).Text("text", buffer),
-                           NextAnswer("InvokeRestrictedFontsDialog")));
+    return Return(TwoTexts("InvokeRestrictedFontsDialog", "path", path, "text", buffer));
 }
 
-std::int32_t PluginIsEnabled(Flag flag, Flag* enabled) { return Return(RecordPluginIsEnabled(flag, enabled)); }
+std::int32_t PluginIsEnabled(Flag flag, Flag* enabled) { return Return(Enabled(flag, enabled)); }
 
-std::int32_t ProcessPanelMessages(Flag flag) {
-    return Return(
-        Conclude(CallRecord("ProcessPanelMessages").Number("flag", flag), NextAnswer("ProcessPanelMessages")));
-}
+std::int32_t ProcessPanelMessages(Flag flag) { return Return(PanelMessages(flag)); }
 
-std::int32_t RegisterPlugPlug(void* state) { return Return(RecordRegisterPlugPlug(state)); }
+std::int32_t RegisterPlugPlug(void* state) { return Return(RegisterBus(state)); }
 
 // Nobody knows its arguments, so none are read.
-std::int32_t SetPathForDocument() { return Return(RecordPlain("SetPathForDocument")); }
+std::int32_t SetPathForDocument() { return Return(Plain("SetPathForDocument")); }
 
-std::int32_t TerminatePluginCoreInterface() { return Return(RecordPlain("TerminatePluginCoreInterface")); }
+std::int32_t TerminatePluginCoreInterface() { return Return(Plain("TerminatePluginCoreInterface")); }
 
 std::int32_t UpdateDocumentFontUsage(const char* documentId, const char* report) {
-    return Return(RecordTwoTexts("UpdateDocumentFontUsage", "document", documentId, "report", report));
+    return Return(TwoTexts("UpdateDocumentFontUsage", "document", documentId, "report", report));
 }
 
-// The one export of the variant that has none of the entries.
-std::int32_t SubstitutePluginCoreIsHere() { return 0; }
+// The one export of the variant that has none of the entries: the GNU linker exports every symbol of a library that
+// names none.
+std::int32_t PluginCoreDoubleIsHere() { return 0; }
 
 }  // extern "C"

@@ -1,4 +1,4 @@
-#include "MenuCreation.h"
+#include "doubles/plugincore/MenuCreation.h"
 
 #include <cstdio>
 #include <nlohmann/json.hpp>

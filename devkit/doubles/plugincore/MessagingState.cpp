@@ -1,4 +1,4 @@
-#include "MessagingState.h"
+#include "doubles/plugincore/MessagingState.h"
 
 #include <windows.h>
 

@@ -5,65 +5,69 @@
 // The export lists give each its public name, which is the name of its type in the host's interface.
 #include <type_traits>
 
-#include "doubles/common/AnswerScript.h"
-#include "doubles/common/CallRecord.h"
-#include "doubles/common/ForeignException.h"
+#include "doubles/common/OwnMemory.h"
 #include "doubles/plugplug/EventBus.h"
+#include "doubles/plugplug/PlugPlugDouble.h"
 
 namespace {
 
-bool HasNoOwnKey(const std::string&, const nlohmann::json&) { return false; }
+using doubles::CallRecord;
+using doubles::ReceivedCall;
+using doubles::Return;
+using Outcome = ReceivedCall::Outcome;
 
-// What the script says, or, when it lets the call through, what the bus does.
+// Records what the script says or, when it lets the call through, what the bus answers.
 template <class OnTheBus>
-BasicAnswer NextAnswer(const char* function, OnTheBus onTheBus) {
-    BasicAnswer answer = NextBasicAnswer(function, &HasNoOwnKey);
-    if (answer.result == 0 && answer.throws == Throw::kNothing) {
-        answer.result = onTheBus();
+Outcome Conclude(ReceivedCall& call, OnTheBus onTheBus) {
+    const doubles::Answer& answer = call.GetAnswer();
+    const bool reachesTheBus = answer.result == 0 && answer.throws == doubles::Throw::kNothing;
+    return call.Conclude(reachesTheBus ? onTheBus() : answer.result);
+}
+
+Outcome Extension(const char* function, const char* extensionID) {
+    const OwnMemory own;
+    return ReceivedCall(ThePlugPlug(), CallRecord(function).Text("extension", extensionID)).Conclude();
+}
+
+CallRecord ListenerCall(const char* function, const char* type, PlugPlugListener listener, void* context) {
+    return CallRecord(function)
+        .Text("type", type)
+        .Pointer("listener", reinterpret_cast<const void*>(listener))
+        .Pointer("context", context);
+}
+
+Outcome AddListener(const char* type, PlugPlugListener listener, void* context) {
+    const OwnMemory own;
+    ThePlugPlug().listener = listener;
+    ThePlugPlug().context = context;
+    ReceivedCall call(ThePlugPlug(), ListenerCall("PlugPlugAddEventListener", type, listener, context));
+    return Conclude(call, [&] { return plugplug::AddListener(type, listener, context); });
+}
+
+Outcome RemoveListener(const char* type, PlugPlugListener listener, void* context) {
+    const OwnMemory own;
+    ReceivedCall call(ThePlugPlug(), ListenerCall("PlugPlugRemoveEventListener", type, listener, context));
+    return Conclude(call, [&] { return plugplug::RemoveListener(type, listener, context); });
+}
+
+CallRecord EventCall(const PlugPlugEvent* event) {
+    CallRecord record("PlugPlugDispatchEvent");
+    if (event == nullptr) {
+        return record.Pointer("event", event);
     }
-    return answer;
-}
-
-BasicAnswer Conclude(const CallRecord& record, BasicAnswer answer) {
-    record.Write(answer.result);
-    return answer;
-}
-
-// Nothing is left to clean up any more, so that an exception can be thrown.
-std::int32_t Return(BasicAnswer answer) {
-    ThrowAsAsked(answer.throws);
-    return answer.result;
-}
-
-BasicAnswer RecordExtension(const char* function, const char* extensionID) {
-    const auto nothingToDo = [] { return 0; };
-    return Conclude(CallRecord(function).Text("extension", extensionID), NextAnswer(function, nothingToDo));
-}
-
-template <class OnTheBus>
-BasicAnswer RecordListener(const char* function, const char* type, PlugPlugListener listener, void* context,
-                           OnTheBus onTheBus) {
-    const CallRecord record = CallRecord(function)
-                                  .Text("type", type)
-                                  .Pointer("listener", reinterpret_cast<const void*>(listener))
-                                  .Pointer("context", context);
-    return Conclude(record, NextAnswer(function, [&] { return onTheBus(type, listener, context); }));
+    return record.Text("type", event->type)
+        .Number("scope", event->scope)
+        .Text("application", event->applicationID)
+        .Text("extension", event->extensionID)
+        .Text("data", event->data);
 }
 
 // Before the event is delivered: its listeners make calls of their own.
-BasicAnswer RecordEvent(const PlugPlugEvent* event) {
-    constexpr const char* kFunction = "PlugPlugDispatchEvent";
-    CallRecord record(kFunction);
-    if (event == nullptr) {
-        record.Pointer("event", event);
-    } else {
-        record.Text("type", event->type)
-            .Number("scope", event->scope)
-            .Text("application", event->applicationID)
-            .Text("extension", event->extensionID)
-            .Text("data", event->data);
-    }
-    return Conclude(record, NextAnswer(kFunction, [event] { return plugplug::Check(event); }));
+Outcome Event(const PlugPlugEvent* event) {
+    const OwnMemory own;
+    ThePlugPlug().lastData = event == nullptr ? nullptr : event->data;
+    ReceivedCall call(ThePlugPlug(), EventCall(event));
+    return Conclude(call, [event] { return plugplug::Check(event); });
 }
 
 }  // namespace
@@ -71,23 +75,23 @@ BasicAnswer RecordEvent(const PlugPlugEvent* event) {
 extern "C" {
 
 std::int32_t LoadExtensionEntry(const char* extensionID) {
-    return Return(RecordExtension("PlugPlugLoadExtension", extensionID));
+    return Return(Extension("PlugPlugLoadExtension", extensionID));
 }
 
 std::int32_t UnloadExtensionEntry(const char* extensionID) {
-    return Return(RecordExtension("PlugPlugUnloadExtension", extensionID));
+    return Return(Extension("PlugPlugUnloadExtension", extensionID));
 }
 
 std::int32_t AddEventListenerEntry(const char* type, PlugPlugListener listener, void* context) {
-    return Return(RecordListener("PlugPlugAddEventListener", type, listener, context, &plugplug::AddListener));
+    return Return(AddListener(type, listener, context));
 }
 
 std::int32_t RemoveEventListenerEntry(const char* type, PlugPlugListener listener, void* context) {
-    return Return(RecordListener("PlugPlugRemoveEventListener", type, listener, context, &plugplug::RemoveListener));
+    return Return(RemoveListener(type, listener, context));
 }
 
 std::int32_t DispatchEventEntry(const PlugPlugEvent* event) {
-    const std::int32_t result = Return(RecordEvent(event));
+    const std::int32_t result = Return(Event(event));
     return result != 0 ? result : plugplug::Dispatch(event);
 }
 

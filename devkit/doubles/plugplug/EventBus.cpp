@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "doubles/common/OwnMemory.h"
+
 namespace plugplug {
 
 namespace {
@@ -69,18 +71,22 @@ std::int32_t RemoveListener(const char* type, PlugPlugListener listener, void* c
     return std::erase(Registrations(), Registration{type, listener, context}) == 0 ? kRefused : 0;
 }
 
+void RemoveAllListeners() { Registrations().clear(); }
+
 std::int32_t Check(const PlugPlugEvent* event) { return event == nullptr || event->type == nullptr ? kRefused : 0; }
 
 std::int32_t Dispatch(const PlugPlugEvent* event) {
     if (const std::int32_t refusal = Check(event)) {
         return refusal;
     }
+    const OwnMemory ownMemory;
     const OwnEvent own(*event);
     const PlugPlugEvent record = own.AsRecord();
     // A copy: a listener may add another.
     const std::vector<Registration> registrations = Registrations();
     for (const Registration& registration : registrations) {
         if (registration.type == own.Type()) {
+            const NotOwnMemory notOwn;
             registration.listener(&record, registration.context);
         }
     }

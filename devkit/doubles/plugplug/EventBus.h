@@ -13,6 +13,9 @@ constexpr std::int32_t kRefused = 22;
 std::int32_t AddListener(const char* type, PlugPlugListener listener, void* context);
 std::int32_t RemoveListener(const char* type, PlugPlugListener listener, void* context);
 
+// As at the beginning: nobody listens.
+void RemoveAllListeners();
+
 // 0 for an event that can be dispatched.
 std::int32_t Check(const PlugPlugEvent* event);
 

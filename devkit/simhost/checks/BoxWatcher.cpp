@@ -45,11 +45,11 @@ BOOL CALLBACK ReadControl(HWND control, LPARAM shownBox) {
 
 }  // namespace
 
-BoxWatcher::BoxWatcher() : mMainThread(GetCurrentThreadId()), mThread(&BoxWatcher::Run, this) {}
+BoxWatcher::BoxWatcher() : mMainThread(GetCurrentThreadId()), mThread([this] { Run(); }) {}
 
 BoxWatcher::~BoxWatcher() {
     mEnding = true;
-    mThread.join();
+    mThread.Join();
 }
 
 std::vector<ShownBox> BoxWatcher::StopAndTake() {

@@ -5,10 +5,10 @@
 #include <windows.h>
 
 #include <atomic>
-#include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
+
+#include "doubles/common/Thread.h"
 
 namespace simhost {
 
@@ -38,11 +38,11 @@ class BoxWatcher {
 
     std::atomic<bool> mWatching{false};
     std::atomic<bool> mEnding{false};
-    std::mutex mMutex;
+    Mutex mMutex;
     std::vector<ShownBox> mBoxes;
     HWND mAnswered = nullptr;  // the watcher's own
     DWORD mMainThread;
-    std::thread mThread;
+    Thread mThread;
 };
 
 }  // namespace simhost

@@ -1,7 +1,8 @@
 #include "simhost/checks/ImportWatch.h"
 
-#include <cstring>
 #include <utility>
+
+#include "doubles/common/ImportPatch.h"
 
 namespace simhost {
 
@@ -56,63 +57,15 @@ HMODULE WINAPI WatchedLoadLibraryW(LPCWSTR file) {
     return module;
 }
 
-template <class Function>
-void* Address(Function function) {
-    return reinterpret_cast<void*>(function);
-}
-
-void* WatchedInPlaceOf(const char* name) {
-    const std::pair<const char*, void*> watched[] = {
-        {"MessageBoxW", Address(&WatchedMessageBoxW)},
-        {"MessageBoxA", Address(&WatchedMessageBoxA)},
-        {"SetWindowsHookExW", Address(&WatchedSetWindowsHookExW)},
-        {"UnhookWindowsHookEx", Address(&WatchedUnhookWindowsHookEx)},
-        {"LoadLibraryW", Address(&WatchedLoadLibraryW)},
-    };
-    for (const auto& [watchedName, function] : watched) {
-        if (std::strcmp(watchedName, name) == 0) {
-            return function;
-        }
-    }
-    return nullptr;
-}
-
-void Replace(void** slot, void* function) {
-    DWORD before = 0;
-    VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &before);
-    *slot = function;
-    VirtualProtect(slot, sizeof *slot, before, &before);
-}
-
-// One library's imports: names in one table, addresses in another of the same order.
-void WatchLibrary(unsigned char* base, const IMAGE_IMPORT_DESCRIPTOR& library) {
-    const auto* name = reinterpret_cast<const IMAGE_THUNK_DATA*>(base + library.OriginalFirstThunk);
-    auto* address = reinterpret_cast<void**>(base + library.FirstThunk);
-    for (; name->u1.AddressOfData != 0; ++name, ++address) {
-        if (IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal)) {
-            continue;
-        }
-        const auto* const import = reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + name->u1.AddressOfData);
-        if (void* const watched = WatchedInPlaceOf(reinterpret_cast<const char*>(import->Name))) {
-            Replace(address, watched);
-        }
-    }
-}
-
 }  // namespace
 
 void WatchImports(HMODULE module) {
-    auto* const base = reinterpret_cast<unsigned char*>(module);
-    const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
-    const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
-    const IMAGE_DATA_DIRECTORY& imports = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-    if (imports.VirtualAddress == 0) {
-        return;
-    }
-    for (const auto* library = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + imports.VirtualAddress);
-         library->Name != 0; ++library) {
-        WatchLibrary(base, *library);
-    }
+    // A plug-in need not import all of them.
+    ReplaceImport(module, "MessageBoxW", AsReplacement(WatchedMessageBoxW));
+    ReplaceImport(module, "MessageBoxA", AsReplacement(WatchedMessageBoxA));
+    ReplaceImport(module, "SetWindowsHookExW", AsReplacement(WatchedSetWindowsHookExW));
+    ReplaceImport(module, "UnhookWindowsHookEx", AsReplacement(WatchedUnhookWindowsHookEx));
+    ReplaceImport(module, "LoadLibraryW", AsReplacement(WatchedLoadLibraryW));
 }
 
 std::vector<std::uint32_t> TakeBoxStyles() { return std::exchange(sBoxStyles, {}); }

@@ -4,10 +4,10 @@
 #include <windows.h>
 
 #include "dialogs/SuppressionWords.h"
-#include "support/fakes/ImportPatch.h"
-#include "support/fakes/MissingPluginCore.h"
+#include "doubles/common/ImportPatch.h"
 #include "support/ForeignExceptionGuard.h"
-#include "support/RecordingLogSink.h"
+#include "support/log/RecordingLogSink.h"
+#include "support/plugincore/MissingPluginCore.h"
 #include "unit/dialogs/WordFile.h"
 
 namespace {
@@ -34,7 +34,7 @@ class DialogSuppressionTest : public testing::Test {
         ThePluginCore().calls.Clear();
     }
     void Setting(const std::string& value) {
-        ThePluginCore().replies["GetSettings"] = "{\"DialogSuppression\":" + value + "}";
+        ThePluginCore().script["GetSettings"].text = "{\"DialogSuppression\":" + value + "}";
     }
 
     ImportPatch setHook{"SetWindowsHookExW", AsReplacement(CountSetHook)};
@@ -141,17 +141,17 @@ TEST_F(DialogSuppressionTest, EmptyFileRemovesTheHookEvenAtStartupWhateverTheSet
 
 TEST_F(DialogSuppressionTest, BestMatchIsOffWhenTheSettingIs0AbsentOrUnreadable) {
     EXPECT_TRUE(PickBestMatchDisabled());
-    ThePluginCore().replies["GetSettings"] = R"({"PickBestMatch":0})";
+    ThePluginCore().script["GetSettings"].text = R"({"PickBestMatch":0})";
     EXPECT_TRUE(PickBestMatchDisabled());
-    ThePluginCore().replies["GetSettings"] = R"({"PickBestMatch":1})";
+    ThePluginCore().script["GetSettings"].text = R"({"PickBestMatch":1})";
     EXPECT_FALSE(PickBestMatchDisabled());
-    ThePluginCore().calls.FailAlways("GetSettings", 3);
+    ThePluginCore().script["GetSettings"].result = 3;
     EXPECT_TRUE(PickBestMatchDisabled());
 }
 
 TEST_F(DialogSuppressionTest, ExceptionOfThePluginCoreRemovesTheHookAndClosesTheLog) {
     SetupIllustratorDialogSuppression(true);
-    ThePluginCore().throwingEntry = "GetSettings";
+    ThePluginCore().script["GetSettings"].throws = doubles::Throw::kForeignException;
     ClearRecordedLog();
     EXPECT_THROW(SetupIllustratorDialogSuppression(false), ForeignException);
     EXPECT_EQ(sRemoved, 1);

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "support/fakes/FakePluginCore.h"
-#include "support/fakes/MissingPluginCore.h"
+#include "support/plugincore/FakePluginCore.h"
+#include "support/plugincore/MissingPluginCore.h"
 
 namespace {
 
@@ -14,7 +14,7 @@ class PluginCoreSettingsTest : public testing::Test {
         ThePluginCore().calls.Clear();
     }
     PluginCoreSettings Read(const std::string& json) {
-        ThePluginCore().replies["GetSettings"] = json;
+        ThePluginCore().script["GetSettings"].text = json;
         return ReadPluginCoreSettings();
     }
 };
@@ -56,7 +56,7 @@ TEST_F(PluginCoreSettingsTest, FractionIsCutAndANumberThatDoesNotFitBecomesTheNe
 }
 
 TEST_F(PluginCoreSettingsTest, SettingsThatArentDeliveredAre0) {
-    ThePluginCore().calls.Fail("GetSettings", 1);
+    ThePluginCore().script.Fail("GetSettings", 1);
     EXPECT_EQ(Read(R"({"DialogSuppression":2})").dialogSuppression, 0);
 }
 

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "dialogs/SuppressionWords.h"
-#include "support/fakes/ImportPatch.h"
-#include "support/fakes/MemoryRunningOut.h"
-#include "support/RecordingLogSink.h"
+#include "doubles/common/AllocationFaults.h"
+#include "doubles/common/ImportPatch.h"
+#include "support/log/RecordingLogSink.h"
 
 namespace {
 
@@ -276,10 +276,10 @@ TEST_F(ActiveHookTest, TitleWithAnUnpairedSurrogateIsStillSearched) {
 
 TEST_F(ActiveHookTest, MemoryThatRunsOutCostsTheDialogAndNotTheHost) {
     {
-        const MemoryRunningOut memory;
+        const FailingAllocation memory;
         Create(kDialog, L"Missing fonts in a title that is too long for a string without memory of its own");
+        EXPECT_TRUE(memory.HasHappened());
     }
-    EXPECT_TRUE(MemoryRunningOut::HasRunOut());
     EXPECT_EQ(sPassedOn.size(), 1u);
     Show(kDialog);
     EXPECT_TRUE(sPosted.empty());

@@ -7,7 +7,7 @@
 #include <algorithm>
 
 #include "plugincore/PCILoader.h"
-#include "support/RecordingLogSink.h"
+#include "support/log/RecordingLogSink.h"
 #include "unit/dialogs/WordFile.h"
 
 namespace {
@@ -116,7 +116,7 @@ TEST_F(SuppressionFileTest, LineThatIsNotUtf8IsSkippedWithALogLine) {
 
 TEST_F(SuppressionFileTest, UnusablePluginCoreHasNoFile) {
     const WordFile file("word\n");
-    ThePluginCore().calls.FailAlways("GetAPIVersion", 1);
+    ThePluginCore().script["GetAPIVersion"].result = 1;
     EXPECT_FALSE(ReadSuppressionFile(hasEntries));
     EXPECT_TRUE(hasEntries);
     EXPECT_TRUE(SuppressionWordList().empty());

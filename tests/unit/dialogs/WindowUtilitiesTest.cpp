@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "support/fakes/ImportPatch.h"
-#include "support/fakes/MemoryRunningOut.h"
+#include "doubles/common/AllocationFaults.h"
+#include "doubles/common/ImportPatch.h"
 #include "support/Log.h"
-#include "support/RecordingLogSink.h"
+#include "support/log/RecordingLogSink.h"
 
 namespace {
 
@@ -176,7 +176,7 @@ TEST(ForciblyCloseWindowTest, TextMayBeNull) {
 
 TEST(FindWindowTest, MemoryThatRunsOutIsTheCallersExceptionAndNeverWindows) {
     const Window window("quorvel test: a title that is too long for a string without memory of its own", nullptr);
-    const MemoryRunningOut memory;
+    const FailingAllocation memory;
     EXPECT_THROW(FindWindowByText("quorvel test: nowhere", nullptr), std::bad_alloc);
 }
 

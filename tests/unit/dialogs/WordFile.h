@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string>
 
-#include "support/fakes/FakePluginCore.h"
+#include "support/plugincore/FakePluginCore.h"
 
 class WordFile {
   public:

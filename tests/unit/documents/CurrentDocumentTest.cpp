@@ -2,7 +2,7 @@
 
 #include "documents/DocumentRegistry.h"
 #include "support/Errors.h"
-#include "support/HostFixture.h"
+#include "support/host/HostFixture.h"
 
 namespace {
 

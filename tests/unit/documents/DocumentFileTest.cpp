@@ -1,7 +1,7 @@
 #include "documents/DocumentFile.h"
 
 #include "support/Errors.h"
-#include "support/HostFixture.h"
+#include "support/host/HostFixture.h"
 #include "support/Log.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/RecordingLogSink.h"
+#include "support/log/RecordingLogSink.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 
 #include "frame/base/PluginGlobals.h"
 #include "plugincore/PCILoader.h"
-#include "support/fakes/FakePluginCore.h"
-#include "support/fakes/MissingPluginCore.h"
-#include "support/HostFixture.h"
+#include "support/host/HostFixture.h"
+#include "support/plugincore/FakePluginCore.h"
+#include "support/plugincore/MissingPluginCore.h"
 
 namespace {
 
@@ -51,7 +51,7 @@ class FileFormatHookTest : public HostTest {
 };
 
 TEST_F(FileFormatHookTest, PathGoesToThePluginCoreAndTheAnswerIsMinus1WhateverItSays) {
-    ThePluginCore().calls.Fail("HandleOpenExistingDocument", 0x12000000);
+    ThePluginCore().script.Fail("HandleOpenExistingDocument", 0x12000000);
     EXPECT_EQ(Check("C:/\xC3\xA4.pdf"), -1);
     EXPECT_EQ(ThePluginCore().calls.Calls(),
               std::vector<std::string>{"HandleOpenExistingDocument('C:/\xC3\xA4.pdf', 32767 zeros, 32767)"});
@@ -74,7 +74,7 @@ TEST_F(FileFormatHookTest, ConversionThatTheHostRefusesIsAnsweredMinus1WithoutAs
 }
 
 TEST_F(FileFormatHookTest, ExceptionOfThePluginCoreIsAnsweredMinus1) {
-    ThePluginCore().throwingEntry = "HandleOpenExistingDocument";
+    ThePluginCore().script["HandleOpenExistingDocument"].throws = doubles::Throw::kForeignException;
     EXPECT_EQ(Check("C:/a.ai"), -1);
 }
 

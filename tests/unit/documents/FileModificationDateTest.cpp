@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "support/fakes/ImportPatch.h"
-#include "support/RecordingLogSink.h"
+#include "doubles/common/ImportPatch.h"
+#include "support/log/RecordingLogSink.h"
 #include "support/TextConversion.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <utf8cpp/utf8.h>
 
-#include "support/RecordingLogSink.h"
+#include "support/log/RecordingLogSink.h"
 
 namespace {
 

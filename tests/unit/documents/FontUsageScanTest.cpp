@@ -4,7 +4,7 @@
 
 #include "host/ArtSuites.h"
 #include "host/HeldSuites.h"
-#include "support/HostFixture.h"
+#include "support/host/HostFixture.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "documents/MatchingArt.h"
 
-#include "support/HostFixture.h"
+#include "support/host/HostFixture.h"
 
 namespace {
 

@@ -28,7 +28,7 @@ TEST_F(ApplicationHandlersTest, FontListChangeLogsEntryAndExitOnly) {
 }
 
 TEST_F(ApplicationHandlersTest, ShutdownShutsDownAndReturns0WhateverShutdownSays) {
-    ThePluginCore().calls.Fail("TerminatePluginCoreInterface", 44);
+    ThePluginCore().script.Fail("TerminatePluginCoreInterface", 44);
     EXPECT_EQ(HandleShutdownNotifier(&message), 0);
     EXPECT_EQ(message.d.globals, nullptr);
     host.globals = message.d.globals;

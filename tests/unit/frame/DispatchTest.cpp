@@ -1,7 +1,7 @@
 #include "frame/Dispatch.h"
 
+#include "doubles/common/ForeignException.h"
 #include "frame/base/Suites.h"
-#include "support/ThrowLikeAnotherCompiler.h"
 #include "unit/frame/FrameFixture.h"
 
 namespace {
@@ -47,12 +47,12 @@ TEST_F(DispatchTest, ThrownIntegerThatNobodyCaughtIsAnswered0) {
 }
 
 TEST_F(DispatchTest, ExceptionOfThePluginCoreIsStoppedAndOurOwnFramesUnwind) {
-    ThePluginCore().throwingEntry = "HandleOpenExistingDocument";
+    ThePluginCore().script["HandleOpenExistingDocument"].throws = doubles::Throw::kForeignException;
     host.currentPath = "C:/a.ai";
     EXPECT_EQ(NotifyOpened(), 0);
     EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
 
-    ThePluginCore().throwingEntry.clear();
+    ThePluginCore().script["HandleOpenExistingDocument"].throws = doubles::Throw::kNothing;
     ClearRecords();
     EXPECT_EQ(NotifyOpened(), 0);
     EXPECT_EQ(PluginCoreCalls().size(), 1u);

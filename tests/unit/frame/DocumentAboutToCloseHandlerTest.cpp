@@ -31,7 +31,7 @@ TEST_F(DocumentAboutToCloseTest, HostThatDoesNotTellTheDocumentRecordsNothing) {
 }
 
 TEST_F(DocumentAboutToCloseTest, DisabledPluginCoreRecordsNothing) {
-    ThePluginCore().enabled = false;
+    ThePluginCore().script["PluginIsEnabled"].enabled = 0;
     EXPECT_EQ(Handle(HandleDocumentAboutToCloseNotifier), 0);
     EXPECT_TRUE(host.calls.Calls().empty());
     EXPECT_EQ(DocumentRegistrySize(), 0u);

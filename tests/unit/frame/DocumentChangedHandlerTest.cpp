@@ -63,7 +63,7 @@ TEST_F(DocumentChangedTest, HostThatDoesNotTellTheDocumentMeansNothingToDo) {
 }
 
 TEST_F(DocumentChangedTest, DisabledPluginCoreMeansNothingToDo) {
-    ThePluginCore().enabled = false;
+    ThePluginCore().script["PluginIsEnabled"].enabled = 0;
     EXPECT_EQ(Change(), 0);
     EXPECT_TRUE(host.calls.Calls().empty());
     EXPECT_EQ(DocumentRegistrySize(), 0u);

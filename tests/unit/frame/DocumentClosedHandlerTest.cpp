@@ -108,7 +108,7 @@ TEST_F(DocumentClosedTest, BareNameIsClosedUnderThatNameWhenThereIsNoPath) {
 
 TEST_F(DocumentClosedTest, DisabledPluginCoreMeansThatTheDocumentIsOnlyForgotten) {
     RecordSaved();
-    ThePluginCore().enabled = false;
+    ThePluginCore().script["PluginIsEnabled"].enabled = 0;
     EXPECT_EQ(Close(), 0);
     EXPECT_TRUE(PluginCoreCalls().empty());
     EXPECT_TRUE(host.calls.Calls().empty());
@@ -120,7 +120,7 @@ TEST_F(DocumentClosedTest, DocumentIsForgottenAlsoWhenThePluginCoreThrows) {
         if (std::string(entry) == "HandleCloseDocument") {
             RecordSaved();
         }
-        ThePluginCore().throwingEntry = entry;
+        ThePluginCore().script[entry].throws = doubles::Throw::kForeignException;
         EXPECT_THROW(Close(), ForeignException);
         EXPECT_EQ(DocumentRegistrySize(), 0u) << entry;
     }
@@ -137,8 +137,8 @@ TEST_F(DocumentClosedTest, OnlyTheClosedDocumentIsForgotten) {
 TEST_F(DocumentClosedTest, PluginCoresResultsAreIgnored) {
     RecordSaved();
     WriteFileWithTime(kOpenedAt + 1);
-    ThePluginCore().calls.FailAlways("HandleSaveDocument", 3);
-    ThePluginCore().calls.FailAlways("HandleCloseDocument", 4);
+    ThePluginCore().script["HandleSaveDocument"].result = 3;
+    ThePluginCore().script["HandleCloseDocument"].result = 4;
     EXPECT_EQ(Close(), 0);
     EXPECT_EQ(PluginCoreCalls().size(), 2u);
 }

@@ -5,7 +5,7 @@ namespace {
 using DocumentNewTest = DocumentTest;
 
 TEST_F(DocumentNewTest, PluginCoreIsToldAndItsResultIgnored) {
-    ThePluginCore().calls.Fail("HandleCreateNewDocument", 9);
+    ThePluginCore().script.Fail("HandleCreateNewDocument", 9);
     EXPECT_EQ(Handle(HandleDocumentNewNotifier), 0);
     EXPECT_EQ(PluginCoreCalls(), std::vector<std::string>{"HandleCreateNewDocument(256 zeros, 256)"});
     EXPECT_EQ(sGetForegroundCalls, 2);
@@ -13,13 +13,13 @@ TEST_F(DocumentNewTest, PluginCoreIsToldAndItsResultIgnored) {
 
 TEST_F(DocumentNewTest, PluginCoreIsToldBeforeTheForegroundIsToggled) {
     int toggles = 99;
-    ThePluginCore().duringEntry["HandleCreateNewDocument"] = [&] { toggles = sGetForegroundCalls; };
+    ThePluginCore().script["HandleCreateNewDocument"].during = [&] { toggles = sGetForegroundCalls; };
     Handle(HandleDocumentNewNotifier);
     EXPECT_EQ(toggles, 0);
 }
 
 TEST_F(DocumentNewTest, DisabledPluginCoreIsNotToldButTheForegroundIsToggled) {
-    ThePluginCore().enabled = false;
+    ThePluginCore().script["PluginIsEnabled"].enabled = 0;
     EXPECT_EQ(Handle(HandleDocumentNewNotifier), 0);
     EXPECT_TRUE(PluginCoreCalls().empty());
     EXPECT_EQ(sGetForegroundCalls, 2);

@@ -11,7 +11,7 @@ class DocumentOpenedTest : public DocumentTest {
     }
     std::int32_t Open() { return Handle(HandleDocumentOpenedNotifier); }
     void PickBestMatch(int value) {
-        ThePluginCore().replies["GetSettings"] = "{\"PickBestMatch\":" + std::to_string(value) + "}";
+        ThePluginCore().script["GetSettings"].text = "{\"PickBestMatch\":" + std::to_string(value) + "}";
     }
     std::string Opened() const { return "HandleOpenExistingDocument('" + file + "', 32767 zeros, 32767)"; }
 };
@@ -23,9 +23,9 @@ TEST_F(DocumentOpenedTest, PathAndTimeAreRecorded) {
 }
 
 TEST_F(DocumentOpenedTest, PathIsRecordedBeforeTheTimeAndBothBeforeThePluginCoreIsAsked) {
-    ThePluginCore().recordEnabledQueries = true;
+    ThePluginCore().calls.Show("PluginIsEnabled");
     std::vector<std::string> lines;
-    ThePluginCore().duringEntry["PluginIsEnabled"] = [&] { lines = RecordedTexts(); };
+    ThePluginCore().script["PluginIsEnabled"].during = [&] { lines = RecordedTexts(); };
     Open();
     const auto path = std::find(lines.begin(), lines.end(), "Exiting SetFilePathForDocumentHandle()");
     const auto time = std::find(lines.begin(), lines.end(), "Exiting SetTimestampForDocumentHandle()");
@@ -34,9 +34,9 @@ TEST_F(DocumentOpenedTest, PathIsRecordedBeforeTheTimeAndBothBeforeThePluginCore
 }
 
 TEST_F(DocumentOpenedTest, SuppressionIsOffBeforeThePluginCoreIsAskedWhetherItIsEnabled) {
-    ThePluginCore().recordEnabledQueries = true;
+    ThePluginCore().calls.Show("PluginIsEnabled");
     bool wasActive = true;
-    ThePluginCore().duringEntry["PluginIsEnabled"] = [&] { wasActive = IsSuppressionActive(); };
+    ThePluginCore().script["PluginIsEnabled"].during = [&] { wasActive = IsSuppressionActive(); };
     Open();
     EXPECT_FALSE(wasActive);
 }
@@ -70,14 +70,14 @@ TEST_F(DocumentOpenedTest, EmptyReplyArmsTheSuppressionWithoutAskingTheSettings)
 }
 
 TEST_F(DocumentOpenedTest, OtherResultsThanRestrictedFontsDoNotCount) {
-    ThePluginCore().calls.Fail("HandleOpenExistingDocument", 0x12000001);
+    ThePluginCore().script.Fail("HandleOpenExistingDocument", 0x12000001);
     EXPECT_EQ(Open(), 0);
     EXPECT_TRUE(IsSuppressionActive());
 }
 
 TEST_F(DocumentOpenedTest, RestrictedFontsAreShownAndNothingElseHappens) {
-    ThePluginCore().calls.Fail("HandleOpenExistingDocument", 0x12000000);
-    ThePluginCore().replies["HandleOpenExistingDocument"] = "restricted";
+    ThePluginCore().script.Fail("HandleOpenExistingDocument", 0x12000000);
+    ThePluginCore().script["HandleOpenExistingDocument"].text = "restricted";
     EXPECT_EQ(Open(), 0);
     EXPECT_EQ(PluginCoreCalls(),
               (std::vector<std::string>{Opened(), "InvokeRestrictedFontsDialog('" + file + "', 'restricted')"}));
@@ -85,13 +85,13 @@ TEST_F(DocumentOpenedTest, RestrictedFontsAreShownAndNothingElseHappens) {
 }
 
 TEST_F(DocumentOpenedTest, RestrictedFontsWithAnEmptyReplyDoNotArmTheSuppression) {
-    ThePluginCore().calls.Fail("HandleOpenExistingDocument", 0x12000000);
+    ThePluginCore().script.Fail("HandleOpenExistingDocument", 0x12000000);
     EXPECT_EQ(Open(), 0);
     EXPECT_FALSE(IsSuppressionActive());
 }
 
 TEST_F(DocumentOpenedTest, FontsToResolveAreShownThenActivatedAndArmTheSuppression) {
-    ThePluginCore().replies["HandleOpenExistingDocument"] = "fonts";
+    ThePluginCore().script["HandleOpenExistingDocument"].text = "fonts";
     PickBestMatch(0);
     EXPECT_EQ(Open(), 0);
     EXPECT_EQ(PluginCoreCalls(), (std::vector<std::string>{Opened(), "GetSettings(8192 zeros, 8192)",
@@ -101,22 +101,22 @@ TEST_F(DocumentOpenedTest, FontsToResolveAreShownThenActivatedAndArmTheSuppressi
 }
 
 TEST_F(DocumentOpenedTest, ResolveDialogThatIsRefusedBecomesTheResultAndLeavesTheSuppressionOff) {
-    ThePluginCore().replies["HandleOpenExistingDocument"] = "fonts";
-    ThePluginCore().calls.Fail("InvokeResolveDialog", 6);
+    ThePluginCore().script["HandleOpenExistingDocument"].text = "fonts";
+    ThePluginCore().script.Fail("InvokeResolveDialog", 6);
     EXPECT_EQ(Open(), 6);
     EXPECT_EQ(PluginCoreCalls().back(), "ActivateChosenFonts('" + file + "', 'fonts', 32767)");
     EXPECT_FALSE(IsSuppressionActive());
 }
 
 TEST_F(DocumentOpenedTest, SettingsThatCannotBeReadMeanThatAPersonResolves) {
-    ThePluginCore().replies["HandleOpenExistingDocument"] = "fonts";
-    ThePluginCore().calls.Fail("GetSettings", 1);
+    ThePluginCore().script["HandleOpenExistingDocument"].text = "fonts";
+    ThePluginCore().script.Fail("GetSettings", 1);
     EXPECT_EQ(Open(), 0);
     EXPECT_EQ(ThePluginCore().calls.Count("InvokeResolveDialog"), 1);
 }
 
 TEST_F(DocumentOpenedTest, BestMatchResolvesWithoutADialogAndLeavesTheSuppressionOff) {
-    ThePluginCore().replies["HandleOpenExistingDocument"] = "fonts";
+    ThePluginCore().script["HandleOpenExistingDocument"].text = "fonts";
     PickBestMatch(1);
     EXPECT_EQ(Open(), 0);
     EXPECT_EQ(PluginCoreCalls(), (std::vector<std::string>{Opened(), "GetSettings(8192 zeros, 8192)"}));
@@ -124,20 +124,20 @@ TEST_F(DocumentOpenedTest, BestMatchResolvesWithoutADialogAndLeavesTheSuppressio
 }
 
 TEST_F(DocumentOpenedTest, TextOfTheResolveDialogIsWhatIsActivated) {
-    ThePluginCore().replies["HandleOpenExistingDocument"] = "fonts";
-    ThePluginCore().replies["InvokeResolveDialog"] = "picks";
+    ThePluginCore().script["HandleOpenExistingDocument"].text = "fonts";
+    ThePluginCore().script["InvokeResolveDialog"].text = "picks";
     Open();
     EXPECT_EQ(PluginCoreCalls().back(), "ActivateChosenFonts('" + file + "', 'picks', 32767)");
 }
 
 TEST_F(DocumentOpenedTest, ReplyThatFillsTheWholeBufferIsTextToItsLastByte) {
-    ThePluginCore().replies["HandleOpenExistingDocument"] = std::string(32767, 'x');
+    ThePluginCore().script["HandleOpenExistingDocument"].text = std::string(32767, 'x');
     EXPECT_EQ(Open(), 0);
     EXPECT_EQ(PluginCoreCalls()[2], "InvokeResolveDialog('" + std::string(32767, 'x') + "', 32767)");
 }
 
 TEST_F(DocumentOpenedTest, DisabledPluginCoreStillGetsPathAndTimeRecordedSuppressionOffAndForegroundToggled) {
-    ThePluginCore().enabled = false;
+    ThePluginCore().script["PluginIsEnabled"].enabled = 0;
     EXPECT_EQ(Open(), 0);
     EXPECT_EQ(GetFilePathForDocumentHandle(document), file);
     EXPECT_EQ(GetTimestampForDocumentHandle(document), 1700000000);
@@ -156,7 +156,7 @@ TEST_F(DocumentOpenedTest, ForegroundIsToggledLast) {
 }
 
 TEST_F(DocumentOpenedTest, EnabledQueryPassesTrueAndAFlagThatIsFalse) {
-    ThePluginCore().recordEnabledQueries = true;
+    ThePluginCore().calls.Show("PluginIsEnabled");
     Open();
     EXPECT_EQ(PluginCoreCalls().front(), "PluginIsEnabled(1, 0)");
 }

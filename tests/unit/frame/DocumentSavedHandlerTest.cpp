@@ -77,7 +77,7 @@ TEST_F(DocumentSavedTest, DocumentWithoutAPathIsNotReported) {
 }
 
 TEST_F(DocumentSavedTest, PluginCoresResultIsIgnored) {
-    ThePluginCore().calls.Fail("HandleSaveDocument", 4);
+    ThePluginCore().script.Fail("HandleSaveDocument", 4);
     EXPECT_EQ(Save(), 0);
 }
 
@@ -88,7 +88,7 @@ TEST_F(DocumentSavedTest, DocumentWithoutAReportIsReportedWithAnEmptyText) {
 }
 
 TEST_F(DocumentSavedTest, DisabledPluginCoreIsNotToldAndNothingIsScanned) {
-    ThePluginCore().enabled = false;
+    ThePluginCore().script["PluginIsEnabled"].enabled = 0;
     EXPECT_EQ(Save(), 0);
     EXPECT_TRUE(host.calls.Calls().empty());
     EXPECT_EQ(CountRecorded("...afterSaveNotifier"), 0);

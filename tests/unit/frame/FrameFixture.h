@@ -9,16 +9,16 @@
 #include <vector>
 
 #include "dialogs/SuppressionHook.h"
+#include "doubles/common/ImportPatch.h"
 #include "frame/base/PluginGlobals.h"
 #include "frame/base/SuiteOperations.h"
 #include "frame/base/Suites.h"
 #include "frame/PluginMain.h"
 #include "host/NotifierSuite.h"
-#include "support/fakes/FakePluginCore.h"
-#include "support/fakes/ImportPatch.h"
+#include "support/host/TestHost.h"
 #include "support/Log.h"
-#include "support/RecordingLogSink.h"
-#include "support/TestHost.h"
+#include "support/log/RecordingLogSink.h"
+#include "support/plugincore/FakePluginCore.h"
 
 // What start-up adds, in its order.
 inline const std::vector<std::string> kElevenNotifiers = {

@@ -1,7 +1,7 @@
 #include "frame/IdleTimer.h"
 
-#include "support/fakes/FakeClock.h"
-#include "support/fakes/FakePlugPlug.h"
+#include "support/clock/FakeClock.h"
+#include "support/plugplug/FakePlugPlug.h"
 #include "unit/frame/FrameFixture.h"
 
 namespace {
@@ -140,7 +140,7 @@ const Calls kCheckedWork = {"PluginIsEnabled(1, 0)", "IdleEvent()", "ProcessPane
 // Ticks arrive through PluginMain; there is no panel to talk to unless a test makes one.
 class IdleTickTest : public IdleTimerTest {
   protected:
-    IdleTickTest() { ThePluginCore().recordEnabledQueries = true; }
+    IdleTickTest() { ThePluginCore().calls.Show("PluginIsEnabled"); }
 
     std::int32_t Tick() {
         ClearRecords();
@@ -212,9 +212,9 @@ TEST_F(IdleTickTest, TimeIsHeldIn64Bits) {
 }
 
 TEST_F(IdleTickTest, DisabledPluginCoreStopsTheTimerAndStillWorksInThisTick) {
-    ThePluginCore().enabled = false;
+    ThePluginCore().script["PluginIsEnabled"].enabled = 0;
     Calls hostCallsWhenWorking;
-    ThePluginCore().duringEntry["IdleEvent"] = [&] { hostCallsWhenWorking = host.calls.Calls(); };
+    ThePluginCore().script["IdleEvent"].during = [&] { hostCallsWhenWorking = host.calls.Calls(); };
     EXPECT_EQ(Tick(), 0);
     EXPECT_EQ(PluginCoreCalls(), kCheckedWork);
     const Calls stopping = {kAcquire, IsActive(), Stop(), kRelease};
@@ -226,7 +226,7 @@ TEST_F(IdleTickTest, DisabledPluginCoreStopsTheTimerAndStillWorksInThisTick) {
 
 TEST_F(IdleTickTest, DisabledPluginCoreIsNotNoticedBetweenTheChecks) {
     Tick();
-    ThePluginCore().enabled = false;
+    ThePluginCore().script["PluginIsEnabled"].enabled = 0;
     FakeClock::Advance(9);
     Tick();
     EXPECT_EQ(host.calls.Calls(), Calls{});
@@ -236,9 +236,9 @@ TEST_F(IdleTickTest, DisabledPluginCoreIsNotNoticedBetweenTheChecks) {
 }
 
 TEST_F(IdleTickTest, PluginCoreThatIsEnabledAgainDoesNotStartTheTimer) {
-    ThePluginCore().enabled = false;
+    ThePluginCore().script["PluginIsEnabled"].enabled = 0;
     Tick();
-    ThePluginCore().enabled = true;
+    ThePluginCore().script["PluginIsEnabled"].enabled = 1;
     FakeClock::Advance(10);
     Tick();
     EXPECT_EQ(host.calls.Calls(), Calls{});
@@ -246,21 +246,21 @@ TEST_F(IdleTickTest, PluginCoreThatIsEnabledAgainDoesNotStartTheTimer) {
 }
 
 TEST_F(IdleTickTest, TimerThatCannotBeStoppedDoesNotReachTheResult) {
-    ThePluginCore().enabled = false;
+    ThePluginCore().script["PluginIsEnabled"].enabled = 0;
     host.RefuseSuite("AI Timer Suite", 42);
     EXPECT_EQ(Tick(), 0);
     EXPECT_EQ(PluginCoreCalls(), kCheckedWork);
 }
 
 TEST_F(IdleTickTest, AnswersOfThePluginCoreDoNotCount) {
-    ThePluginCore().calls.Fail("IdleEvent", 5);
-    ThePluginCore().calls.Fail("ProcessPanelMessages", 6);
+    ThePluginCore().script.Fail("IdleEvent", 5);
+    ThePluginCore().script.Fail("ProcessPanelMessages", 6);
     EXPECT_EQ(Tick(), 0);
     EXPECT_EQ(PluginCoreCalls(), kCheckedWork);
 }
 
 TEST_F(IdleTickTest, CheckThatThrowsEndsTheTickAndIsNotRepeatedByTheNextOne) {
-    ThePluginCore().throwingEntry = "PluginIsEnabled";
+    ThePluginCore().script["PluginIsEnabled"].throws = doubles::Throw::kForeignException;
     EXPECT_EQ(Tick(), 0);
     EXPECT_EQ(PluginCoreCalls(), Calls{"PluginIsEnabled(1, 0)"});
     EXPECT_EQ(RecordedLog(), (Log{{0, "Unhandled exception in Brightbox plugin."}}));
@@ -273,8 +273,8 @@ TEST_F(IdleTickTest, CheckThatThrowsEndsTheTickAndIsNotRepeatedByTheNextOne) {
 TEST_F(IdleTickTest, ListenerIsRegisteredBetweenTheCheckAndTheWorkAndOnlyOnce) {
     const LoadablePlugPlug plugPlug;
     EXPECT_EQ(Tick(), 0);
-    EXPECT_EQ(PluginCoreCalls(), (Calls{"PluginIsEnabled(1, 0)", "RegisterPlugPlug()", "GetSocketPort(0)",
-                                        "IdleEvent()", "ProcessPanelMessages(1)"}));
+    EXPECT_EQ(PluginCoreCalls(), (Calls{"PluginIsEnabled(1, 0)", kRegisterPlugPlug, "GetSocketPort(0)", "IdleEvent()",
+                                        "ProcessPanelMessages(1)"}));
     EXPECT_EQ(Tick(), 0);
     EXPECT_EQ(PluginCoreCalls(), kWork);
     EXPECT_EQ(ThePlugPlug().calls.Count("LoadLibraryW"), 1);
@@ -283,24 +283,24 @@ TEST_F(IdleTickTest, ListenerIsRegisteredBetweenTheCheckAndTheWorkAndOnlyOnce) {
 
 TEST_F(IdleTickTest, ListenerThatCouldNotBeRegisteredIsTriedAgainByEveryTickAndDoesNotStopTheWork) {
     const LoadablePlugPlug plugPlug;
-    ThePlugPlug().calls.Fail("LoadLibraryW", 1, 1);
-    ThePlugPlug().calls.Fail("LoadLibraryW", 1, 2);
+    ThePlugPlug().script.Fail("LoadLibraryW", 1, 1);
+    ThePlugPlug().script.Fail("LoadLibraryW", 1, 2);
     Tick();
     EXPECT_EQ(PluginCoreCalls(), kCheckedWork);
     Tick();
     EXPECT_EQ(PluginCoreCalls(), kWork);
     Tick();
     EXPECT_EQ(PluginCoreCalls(),
-              (Calls{"RegisterPlugPlug()", "GetSocketPort(0)", "IdleEvent()", "ProcessPanelMessages(1)"}));
+              (Calls{kRegisterPlugPlug, "GetSocketPort(0)", "IdleEvent()", "ProcessPanelMessages(1)"}));
     EXPECT_EQ(ThePlugPlug().calls.Count("LoadLibraryW"), 3);
 }
 
 TEST_F(IdleTickTest, ExceptionOnTheWayToThePanelDoesNotKeepThePluginCoreFromItsWork) {
     const LoadablePlugPlug plugPlug;
-    ThePluginCore().throwingEntry = "RegisterPlugPlug";
+    ThePluginCore().script["RegisterPlugPlug"].throws = doubles::Throw::kForeignException;
     EXPECT_EQ(Tick(), 0);
     EXPECT_EQ(PluginCoreCalls(),
-              (Calls{"PluginIsEnabled(1, 0)", "RegisterPlugPlug()", "IdleEvent()", "ProcessPanelMessages(1)"}));
+              (Calls{"PluginIsEnabled(1, 0)", kRegisterPlugPlug, "IdleEvent()", "ProcessPanelMessages(1)"}));
     EXPECT_TRUE(RecordedLog().empty());
 }
 
@@ -315,7 +315,7 @@ TEST_F(IdleTickTest, TickToAPluginThatIsNotStartedDoesNothing) {
 
 TEST_F(IdleTickTest, TickInsideAnotherMessageIsRefused) {
     int answer = 0;
-    ThePluginCore().duringEntry["IdleEvent"] = [&] {
+    ThePluginCore().script["IdleEvent"].during = [&] {
         SPMessageData nested = host.MessageData();
         answer = PluginMain("AI Timer", "AI Go", &nested);
     };

@@ -1,7 +1,7 @@
 #include "frame/InterfaceMessages.h"
 
 #include "frame/base/Suites.h"
-#include "support/fakes/MissingPluginCore.h"
+#include "support/plugincore/MissingPluginCore.h"
 #include "unit/frame/FrameFixture.h"
 
 namespace {
@@ -79,7 +79,7 @@ TEST_F(WithoutPluginCoreTest, AboutReturnsWithoutAPluginCore) {
 
 TEST_F(InterfaceMessagesTest, StartupWithAPluginCoreThatRefusesTheVersionSetsNothingUp) {
     LoadFakePluginCore();
-    ThePluginCore().calls.FailAlways("GetAPIVersion", 3);
+    ThePluginCore().script["GetAPIVersion"].result = 3;
     EXPECT_EQ(Startup(), 0);
     EXPECT_TRUE(sBoxes.empty());
     EXPECT_EQ(host.globals, nullptr);
@@ -104,7 +104,7 @@ TEST_F(InterfaceMessagesTest, ResultOfStartupIsReturned) {
 TEST_F(InterfaceMessagesTest, ResultOfShutdownIsReturned) {
     LoadFakePluginCore();
     Startup();
-    ThePluginCore().calls.Fail("TerminatePluginCoreInterface", 55);
+    ThePluginCore().script.Fail("TerminatePluginCoreInterface", 55);
     EXPECT_EQ(Send("SP Interface", "Shutdown"), 55);
 }
 

@@ -1,7 +1,7 @@
 #include "frame/LifeCycle.h"
 
 #include "support/Errors.h"
-#include "support/fakes/MissingPluginCore.h"
+#include "support/plugincore/MissingPluginCore.h"
 #include "unit/frame/LifeCycleFixture.h"
 
 namespace {
@@ -37,7 +37,7 @@ const Calls kNotifiers =
     Joined({{"AcquireSuite('AI Notifier Suite', 4)"}, kElevenNotifiers, {"ReleaseSuite('AI Notifier Suite', 4)"}});
 
 TEST_F(LifeCycleTest, StartupTellsThePluginCoreWhereThePluginIsFirst) {
-    ThePluginCore().recordEnabledQueries = true;
+    ThePluginCore().calls.Show("PluginIsEnabled");
     EXPECT_EQ(CallStartup(), 0);
     EXPECT_EQ(PluginCoreCalls(), (std::vector<std::string>{
                                      "InitializePluginCoreInterface('" + OwnPath() + "')",
@@ -51,7 +51,7 @@ TEST_F(LifeCycleTest, StartupTellsThePluginCoreWhereThePluginIsFirst) {
 }
 
 TEST_F(LifeCycleTest, StartupIgnoresWhatThePluginCoreAnswersToItsPath) {
-    ThePluginCore().calls.Fail("InitializePluginCoreInterface", 99);
+    ThePluginCore().script.Fail("InitializePluginCoreInterface", 99);
     EXPECT_EQ(CallStartup(), 0);
     EXPECT_NE(host.globals, nullptr);
 }
@@ -69,7 +69,7 @@ TEST_F(LifeCycleTest, StartupAllocatesTheGlobals) {
 }
 
 TEST_F(LifeCycleTest, StartupAddsMenusNotifiersAndFileFormatWithinTheBlocksSuiteAndTheTimerLast) {
-    ThePluginCore().duringEntry["CreateMenusFromJSONBuffer"] = [] {
+    ThePluginCore().script["CreateMenusFromJSONBuffer"].during = [] {
         ThePluginCore().menuCallback("id", "Label", nullptr, 0, 1, 0, nullptr, ThePluginCore().menuContext);
     };
     EXPECT_EQ(CallStartup(), 0);
@@ -84,7 +84,7 @@ TEST_F(LifeCycleTest, StartupAddsMenusNotifiersAndFileFormatWithinTheBlocksSuite
 }
 
 TEST_F(LifeCycleTest, MenusThatFailCostTheNotifiersAndNothingElse) {
-    ThePluginCore().calls.Fail("CreateMenusFromJSONBuffer", 0x9000000);
+    ThePluginCore().script.Fail("CreateMenusFromJSONBuffer", 0x9000000);
     EXPECT_EQ(CallStartup(), 0);
     EXPECT_EQ(host.calls.Calls(), Joined({kBlocks, kMenus, kMenusDone, FileFormat(host), kBlocksDone, kTimer}));
     EXPECT_EQ(sHooksInstalled, 1);
@@ -145,7 +145,7 @@ TEST_F(LifeCycleTest, StartupInstallsTheHookWhenThePluginCoreIsEnabled) {
 }
 
 TEST_F(LifeCycleTest, StartupInstallsNoHookWhenThePluginCoreIsDisabled) {
-    ThePluginCore().enabled = false;
+    ThePluginCore().script["PluginIsEnabled"].enabled = 0;
     CallStartup();
     EXPECT_EQ(sHooksInstalled, 0);
     EXPECT_EQ(CountRecorded("Entering SetupIllustratorDialogSuppression(0)"), 1);
@@ -187,14 +187,14 @@ TEST_F(LifeCycleTest, RefusedNotifierDoesNotReachStartupsResult) {
 
 TEST_F(LifeCycleTest, PluginCoreLearnsThePathBeforeTheHostIsAskedForAnything) {
     std::size_t hostCalls = 99;
-    ThePluginCore().duringEntry["InitializePluginCoreInterface"] = [&] { hostCalls = host.calls.Calls().size(); };
+    ThePluginCore().script["InitializePluginCoreInterface"].during = [&] { hostCalls = host.calls.Calls().size(); };
     CallStartup();
     EXPECT_EQ(hostCalls, 0u);
 }
 
 TEST_F(LifeCycleTest, SuppressionIsSetUpAfterTheFileFormatAndWithinTheBlocksSuite) {
     std::vector<std::string> hostCalls;
-    ThePluginCore().duringEntry["GetSettings"] = [&] { hostCalls = host.calls.Calls(); };
+    ThePluginCore().script["GetSettings"].during = [&] { hostCalls = host.calls.Calls(); };
     CallStartup();
     ASSERT_FALSE(hostCalls.empty());
     EXPECT_EQ(hostCalls, Joined({kBlocks, kMenus, kMenusDone, kNotifiers, FileFormat(host)}));
@@ -202,7 +202,7 @@ TEST_F(LifeCycleTest, SuppressionIsSetUpAfterTheFileFormatAndWithinTheBlocksSuit
 
 TEST_F(LifeCycleTest, AboutHandsTheFullPathAndAZeroedBufferToThePluginCore) {
     host.currentPath = "C:/Arbeit/Pl\xC3\xA4ne.ai";
-    ThePluginCore().calls.Fail("InvokeCommandDialog", 17);
+    ThePluginCore().script.Fail("InvokeCommandDialog", 17);
     SPMessageData message = host.MessageData();
     EXPECT_EQ(AboutPlugin(&message), 17);
     EXPECT_EQ(PluginCoreCalls(),

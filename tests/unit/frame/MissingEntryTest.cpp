@@ -2,8 +2,8 @@
 #include <map>
 
 #include "dialogs/SuppressionHook.h"
-#include "support/fakes/EntryNames.h"
-#include "support/fakes/FakePlugPlug.h"
+#include "support/plugincore/EntryNames.h"
+#include "support/plugplug/FakePlugPlug.h"
 #include "support/ResultCodes.h"
 #include "unit/frame/LifeCycleFixture.h"
 
@@ -93,8 +93,8 @@ class MissingEntryTest : public FrameTest, public testing::WithParamInterface<st
         const ImportPatch find("GetProcAddress", AsReplacement(FindAllButOne));
         sRealGetProcAddress = find.Original<decltype(sRealGetProcAddress)>();
         LoadFakePluginCore();
-        ThePluginCore().recordEnabledQueries = true;
-        ThePluginCore().replies["HandleOpenExistingDocument"] = "fonts";
+        ThePluginCore().calls.Show("PluginIsEnabled");
+        ThePluginCore().script["HandleOpenExistingDocument"].text = "fonts";
         host.currentPath = "C:/a.ai";
         sHooksInstalled = 0;
     }
@@ -131,7 +131,7 @@ class MissingEntryTest : public FrameTest, public testing::WithParamInterface<st
             {"new", [&] { return Tell(&PluginGlobals::documentNew); }},
             {"open restricted",
              [&] {
-                 ThePluginCore().calls.Fail("HandleOpenExistingDocument", kRestrictedFonts);
+                 ThePluginCore().script.Fail("HandleOpenExistingDocument", kRestrictedFonts);
                  return Tell(&PluginGlobals::documentOpened);
              }},
             {"open", [&] { return Tell(&PluginGlobals::documentOpened); }},

@@ -172,8 +172,8 @@ TEST_F(NotifiersTest, NullNotifierMessageIsABadParameterWithoutALine) {
 }
 
 TEST_F(NotifiersTest, HandlersResultIsReturnedAndLogged) {
-    ThePluginCore().replies["HandleOpenExistingDocument"] = "fonts";
-    ThePluginCore().calls.Fail("InvokeResolveDialog", 12);
+    ThePluginCore().script["HandleOpenExistingDocument"].text = "fonts";
+    ThePluginCore().script.Fail("InvokeResolveDialog", 12);
     auto message = Notification(sGlobals->documentOpened, "AI Document Opened Notifier", document);
     EXPECT_EQ(GoNotifier(&message), 12);
     EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "GoNotifier returning 12"}));

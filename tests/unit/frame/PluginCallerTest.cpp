@@ -1,8 +1,8 @@
 #include "frame/PluginCaller.h"
 
 #include "menus/MenuItemRegistry.h"
-#include "support/fakes/MissingPluginCore.h"
 #include "support/Log.h"
+#include "support/plugincore/MissingPluginCore.h"
 #include "unit/frame/FrameFixture.h"
 
 namespace {
@@ -95,7 +95,7 @@ class FaultyMenuDescriptionTest : public PluginCallerTest, public testing::WithP
 TEST_P(FaultyMenuDescriptionTest, CostsTheUpdateAndNotTheHostAndTheNextUpdateIsHandled) {
     AIMenuMessage message{host.MessageData(), host.AddItem("Fonts")};
     MenuItemID(message.menuItem) = "a";
-    ThePluginCore().replies["GetMenus"] = GetParam();
+    ThePluginCore().script["GetMenus"].text = GetParam();
     EXPECT_EQ(Send("AI Menu", "AI Update", &message.d), 0);
     EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
     EXPECT_EQ(host.calls.Calls().back(), "ReleaseSuite('AI Menu Suite', 11)");
@@ -103,7 +103,8 @@ TEST_P(FaultyMenuDescriptionTest, CostsTheUpdateAndNotTheHostAndTheNextUpdateIsH
     EXPECT_EQ(host.LiveStrings(), 0);
 
     ClearRecords();
-    ThePluginCore().replies["GetMenus"] = R"({"id":"a","title":"Fonts","child":null,"enabled":true,"checked":true})";
+    ThePluginCore().script["GetMenus"].text =
+        R"({"id":"a","title":"Fonts","child":null,"enabled":true,"checked":true})";
     EXPECT_EQ(Send("AI Menu", "AI Update", &message.d), 0);
     EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 0);
     EXPECT_THAT(host.calls.Calls(), testing::Contains("CheckItem(" + HandleText(message.menuItem) + ", 1)"));
@@ -175,8 +176,8 @@ TEST_F(PluginCallerTest, FileFormatCheckIsAnsweredMinus1EvenWhenThePluginCoreHan
     AIFileFormatMessage message{};
     message.d = host.MessageData();
     message.file = host.MakePath("C:/Entw\xC3\xBCrfe/a.ai");
-    ThePluginCore().calls.FailAlways("HandleOpenExistingDocument", 0x12000000);
-    ThePluginCore().replies["HandleOpenExistingDocument"] = "fonts";
+    ThePluginCore().script["HandleOpenExistingDocument"].result = 0x12000000;
+    ThePluginCore().script["HandleOpenExistingDocument"].text = "fonts";
     EXPECT_EQ(Send("AI File Format", "AI Check", &message.d), -1);
     EXPECT_EQ(PluginCoreCalls(),
               std::vector<std::string>{"HandleOpenExistingDocument('C:/Entw\xC3\xBCrfe/a.ai', 32767 zeros, 32767)"});
@@ -197,7 +198,7 @@ TEST_F(PluginCallerTest, FileFormatCheckIsAnsweredMinus1WhateverGoesWrong) {
     AIFileFormatMessage message{};
     message.d = host.MessageData();
     message.file = host.MakePath("C:/a.ai");
-    ThePluginCore().throwingEntry = "HandleOpenExistingDocument";
+    ThePluginCore().script["HandleOpenExistingDocument"].throws = doubles::Throw::kForeignException;
     EXPECT_EQ(Send("AI File Format", "AI Check", &message.d), -1);
     host.calls.Fail("GetFullPath", 5);
     EXPECT_EQ(Send("AI File Format", "AI Check", &message.d), -1);

@@ -55,14 +55,14 @@ TEST_F(LifeCycleTest, ShutdownTurnsSuppressionOffBeforeItRemovesTheTimers) {
 
 TEST_F(LifeCycleTest, ShutdownReturnsThePluginCoresResult) {
     CallStartup();
-    ThePluginCore().calls.Fail("TerminatePluginCoreInterface", -5);
+    ThePluginCore().script.Fail("TerminatePluginCoreInterface", -5);
     EXPECT_EQ(CallShutdown(), -5);
     EXPECT_EQ(host.globals, nullptr);
 }
 
 TEST_F(LifeCycleTest, ShutdownThatCannotGetTheBlocksSuiteReturnsTheHostsCodeAndForgetsTheBlock) {
     CallStartup();
-    ThePluginCore().calls.Fail("TerminatePluginCoreInterface", -5);
+    ThePluginCore().script.Fail("TerminatePluginCoreInterface", -5);
     host.RefuseSuite("SP Blocks Suite", 123);
     host.ExpectBroken(Rule::kBlockLeak);
     EXPECT_EQ(CallShutdown(), 123);
@@ -133,7 +133,7 @@ TEST_F(LifeCycleTest, ShutdownDeletesTheTextOfTheGlobalsBeforeItTurnsSuppression
     CallStartup();
     const void* textWhenSuppressionIsOff = sWatchedBlock = sGlobals->text;
     bool wasFreedThen = false;
-    ThePluginCore().duringEntry["GetSettings"] = [&] {
+    ThePluginCore().script["GetSettings"].during = [&] {
         textWhenSuppressionIsOff = sGlobals->text;
         wasFreedThen = sWatchedBlockWasFreed;
     };
@@ -149,10 +149,10 @@ TEST_F(LifeCycleTest, PluginCoreThatThrowsAtShutdownDoesNotKeepTheRestFromBeingG
         sHooksRemoved = 0;
         AcquireSuites();
         CallStartup();
-        ThePluginCore().throwingEntry = entry;
+        ThePluginCore().script[entry].throws = doubles::Throw::kForeignException;
         SPMessageData message = host.MessageData();
         EXPECT_THROW(ShutdownPlugin(&message), ForeignException) << entry;
-        ThePluginCore().throwingEntry.clear();
+        ThePluginCore().script[entry].throws = doubles::Throw::kNothing;
         EXPECT_EQ(message.globals, nullptr);
         EXPECT_EQ(sGlobals, nullptr);
         EXPECT_EQ(sHooksRemoved, 1);

@@ -3,7 +3,7 @@
 #include <array>
 
 #include "frame/base/Suites.h"
-#include "support/fakes/MissingPluginCore.h"
+#include "support/plugincore/MissingPluginCore.h"
 #include "unit/frame/FrameFixture.h"
 
 namespace {
@@ -100,7 +100,7 @@ class EveryOrderTest : public FrameTest {
         switch (action) {
             case kStartupUsable:
             case kStartupRefused:
-                ThePluginCore().calls.FailAlways("GetAPIVersion", action == kStartupUsable ? 0 : 3);
+                ThePluginCore().script["GetAPIVersion"].result = action == kStartupUsable ? 0 : 3;
                 sender.Plain("SP Interface", "Startup");
                 break;
             case kAbout:
@@ -162,7 +162,7 @@ class AboutAtAnyTimeTest : public FrameTest {
   protected:
     AboutAtAnyTimeTest() {
         LoadFakePluginCore();
-        ThePluginCore().calls.FailAlways("InvokeCommandDialog", 17);
+        ThePluginCore().script["InvokeCommandDialog"].result = 17;
     }
 
     std::int32_t About() { return Send("SP Interface", "About"); }
@@ -186,7 +186,7 @@ TEST_F(AboutAtAnyTimeTest, AsksBetweenAStartUpThatFoundTheLibraryUsableAndShutDo
 }
 
 TEST_F(AboutAtAnyTimeTest, DoesNotAskALibraryThatRefusesTheVersion) {
-    ThePluginCore().calls.FailAlways("GetAPIVersion", 3);
+    ThePluginCore().script["GetAPIVersion"].result = 3;
     Startup();
     ClearRecords();
     EXPECT_EQ(About(), 0);
@@ -198,7 +198,7 @@ TEST_F(AboutAtAnyTimeTest, DoesNotAskALibraryThatNowRefusesTheVersion) {
     host.calls.Fail("AllocateBlock", 1);
     Startup();
     EXPECT_EQ(About(), 17);
-    ThePluginCore().calls.FailAlways("GetAPIVersion", 3);
+    ThePluginCore().script["GetAPIVersion"].result = 3;
     Startup();
     EXPECT_EQ(About(), 0);
 }

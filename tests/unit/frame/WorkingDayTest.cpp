@@ -4,9 +4,9 @@
 
 #include "documents/DocumentRegistry.h"
 #include "menus/MenuItemRegistry.h"
-#include "support/fakes/FakeClock.h"
-#include "support/fakes/FakePlugPlug.h"
-#include "support/TemporaryFolder.h"
+#include "support/clock/FakeClock.h"
+#include "support/files/TemporaryFolder.h"
+#include "support/plugplug/FakePlugPlug.h"
 #include "unit/frame/FileWithTime.h"
 #include "unit/frame/FrameFixture.h"
 
@@ -38,10 +38,10 @@ class WorkingDayTest : public FrameTest {
   protected:
     WorkingDayTest() {
         LoadFakePluginCore();
-        ThePluginCore().replies["GetMenus"] =
+        ThePluginCore().script["GetMenus"].text =
             R"([{"id":"a","title":"Fonts","enabled":true,"checked":false,"child":null}])";
-        ThePluginCore().replies["GetIDForDocument"] = "document";
-        ThePluginCore().duringEntry["CreateMenusFromJSONBuffer"] = [] {
+        ThePluginCore().script["GetIDForDocument"].text = "document";
+        ThePluginCore().script["CreateMenusFromJSONBuffer"].during = [] {
             EXPECT_EQ(
                 ThePluginCore().menuCallback("a", "Fonts", "Fonts", 0, 1, 0, nullptr, ThePluginCore().menuContext), 0);
         };

@@ -6,7 +6,7 @@
 
 #include "host/HeldSuites.h"
 #include "support/Errors.h"
-#include "support/TestHost.h"
+#include "support/host/TestHost.h"
 
 namespace {
 

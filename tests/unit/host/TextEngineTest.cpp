@@ -7,7 +7,7 @@
 #include "host/ArtSuites.h"
 #include "host/HeldSuites.h"
 #include "host/TextEngineSuites.h"
-#include "support/TestHost.h"
+#include "support/host/TestHost.h"
 
 namespace {
 

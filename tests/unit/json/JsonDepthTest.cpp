@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include "doubles/common/AllocationFaults.h"
 #include "json/JsonValue.h"
-#include "unit/json/AllocationLedger.h"
 #include "unit/json/JsonTestText.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <functional>
 #include <new>
 
-#include "unit/json/AllocationLedger.h"
+#include "doubles/common/AllocationFaults.h"
 #include "unit/json/JsonTestText.h"
 
 namespace {

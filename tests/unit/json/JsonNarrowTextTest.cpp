@@ -1,9 +1,9 @@
 // ParseNarrowJson.
 #include <gtest/gtest.h>
 
+#include "doubles/common/AllocationFaults.h"
 #include "json/JsonParser.h"
 #include "json/JsonWriter.h"
-#include "unit/json/AllocationLedger.h"
 #include "unit/json/ScopedLocale.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "unit/json/AllocationLedger.h"
+#include "doubles/common/AllocationFaults.h"
 #include "unit/json/JsonTestText.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <limits>
 
-#include "unit/json/AllocationLedger.h"
+#include "doubles/common/AllocationFaults.h"
 #include "unit/json/JsonTestText.h"
 
 namespace {

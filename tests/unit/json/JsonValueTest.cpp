@@ -7,7 +7,7 @@
 #include <type_traits>
 #include <variant>
 
-#include "unit/json/AllocationLedger.h"
+#include "doubles/common/AllocationFaults.h"
 
 namespace {
 

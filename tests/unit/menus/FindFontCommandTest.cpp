@@ -4,9 +4,9 @@
 
 #include <stdexcept>
 
+#include "doubles/common/ForeignException.h"
 #include "frame/base/SuiteOperations.h"
 #include "support/Errors.h"
-#include "support/ThrowLikeAnotherCompiler.h"
 #include "unit/menus/MenuFixture.h"
 
 namespace {

@@ -5,9 +5,9 @@
 #include <cstdio>
 
 #include "frame/base/PluginGlobals.h"
-#include "support/fakes/FakePluginCore.h"
-#include "support/HostFixture.h"
+#include "support/host/HostFixture.h"
 #include "support/Log.h"
+#include "support/plugincore/FakePluginCore.h"
 
 class MenuTest : public HostTest {
   protected:

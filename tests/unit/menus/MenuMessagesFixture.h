@@ -24,7 +24,7 @@ class MenuMessagesTest : public MenuTest {
         MenuItemID(handle) = id;
         return handle;
     }
-    static void Describe(const std::string& json) { ThePluginCore().replies["GetMenus"] = json; }
+    static void Describe(const std::string& json) { ThePluginCore().script["GetMenus"].text = json; }
 
     std::int32_t Update(AIMenuItemHandle item) {
         AIMenuMessage message{host.MessageData(), item};

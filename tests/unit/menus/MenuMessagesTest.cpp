@@ -166,7 +166,7 @@ TEST_F(MenuMessagesTest, RefusedMenuSuiteIsThrownAsTheHostsCode) {
 TEST_F(MenuMessagesTest, DescriptionIsFetchedBeforeTheMenuSuiteIsAcquired) {
     const AIMenuItemHandle item = Register("Fonts", "a");
     int acquired = -1;
-    ThePluginCore().duringEntry["GetMenus"] = [&] { acquired = host.calls.Count("AcquireSuite"); };
+    ThePluginCore().script["GetMenus"].during = [&] { acquired = host.calls.Count("AcquireSuite"); };
     Update(item);
     EXPECT_EQ(acquired, 0);
 }
@@ -176,7 +176,7 @@ TEST_F(MenuMessagesTest, DescriptionIsFetchedBeforeTheMenuSuiteIsAcquired) {
 TEST_F(MenuMessagesTest, ChoiceScansTheDocumentThenIsReported) {
     const AIMenuItemHandle item = Register("Fonts", "a");
     host.textFrames = {{"Minion-Regular"}};
-    ThePluginCore().replies["GetIDForDocument"] = "document 7";
+    ThePluginCore().script["GetIDForDocument"].text = "document 7";
     EXPECT_EQ(Go(item), 0);
     EXPECT_EQ(PluginCoreCalls(),
               (Calls{"GetIDForDocument('C:/Pl\xC3\xA4ne/a.ai', 256 zeros, 256)",
@@ -194,7 +194,7 @@ TEST_F(MenuMessagesTest, ChoiceLogsItsFrame) {
 TEST_F(MenuMessagesTest, DocumentIsScannedAfterItsIdentifierWasAsked) {
     const AIMenuItemHandle item = Register("Fonts", "a");
     int scans = -1;
-    ThePluginCore().duringEntry["GetIDForDocument"] = [&] { scans = host.calls.Count("GetMatchingArt"); };
+    ThePluginCore().script["GetIDForDocument"].during = [&] { scans = host.calls.Count("GetMatchingArt"); };
     Go(item);
     EXPECT_EQ(scans, 0);
     EXPECT_GT(host.calls.Count("GetMatchingArt"), 0);
@@ -209,9 +209,9 @@ TEST_F(MenuMessagesTest, ChoiceOfAnItemThatWasNeverRegisteredSendsAnEmptyIdentif
 
 TEST_F(MenuMessagesTest, ResultsOfThePluginCoreDoNotCount) {
     const AIMenuItemHandle item = Register("Fonts", "a");
-    ThePluginCore().replies["GetIDForDocument"] = "half an answer";
+    ThePluginCore().script["GetIDForDocument"].text = "half an answer";
     for (const char* entry : {"GetIDForDocument", "UpdateDocumentFontUsage", "HandleMenuSelection"}) {
-        ThePluginCore().calls.Fail(entry, 9);
+        ThePluginCore().script.Fail(entry, 9);
     }
     EXPECT_EQ(Go(item), 0);
     EXPECT_EQ(Selection(), "HandleMenuSelection('half an answer', '', 'a')");
@@ -220,7 +220,7 @@ TEST_F(MenuMessagesTest, ResultsOfThePluginCoreDoNotCount) {
 
 TEST_F(MenuMessagesTest, IdentifierThatFillsTheWholeBufferIsHandedOnWhole) {
     const AIMenuItemHandle item = Register("Fonts", "a");
-    ThePluginCore().replies["GetIDForDocument"] = std::string(256, 'd');
+    ThePluginCore().script["GetIDForDocument"].text = std::string(256, 'd');
     Go(item);
     EXPECT_EQ(Selection(), "HandleMenuSelection('" + std::string(256, 'd') + "', '', 'a')");
 }
@@ -262,7 +262,7 @@ TEST_F(MenuMessagesTest, FailureToFetchKeepsTheDescriptionOfBefore) {
     Describe("before");
     Update(item);
     Describe("never");
-    ThePluginCore().calls.Fail("GetMenus", 1);
+    ThePluginCore().script.Fail("GetMenus", 1);
     EXPECT_EQ(Update(item), 0);
     Go(item);
     EXPECT_EQ(Selection(), "HandleMenuSelection('', 'before', 'a')");
@@ -271,7 +271,7 @@ TEST_F(MenuMessagesTest, FailureToFetchKeepsTheDescriptionOfBefore) {
 TEST_F(MenuMessagesTest, WhatAFailingFetchLeftInTheBufferIsSearchedAllTheSame) {
     const AIMenuItemHandle item = Register("Fonts", "a");
     Describe(ItemJson("a", "Fonts"));
-    ThePluginCore().calls.Fail("GetMenus", 1);
+    ThePluginCore().script.Fail("GetMenus", 1);
     Update(item);
     EXPECT_EQ(Marks().size(), 2u);
 }
@@ -296,7 +296,7 @@ TEST_F(MenuMessagesTest, EmptyDescriptionReplacesTheOneBefore) {
     const AIMenuItemHandle item = Register("Fonts", "a");
     Describe("before");
     Update(item);
-    ThePluginCore().replies.erase("GetMenus");
+    ThePluginCore().script["GetMenus"].text.reset();
     Update(item);
     Go(item);
     EXPECT_EQ(Selection(), "HandleMenuSelection('', '', 'a')");

@@ -8,7 +8,7 @@
 
 #include "json/JsonParser.h"
 #include "json/JsonWriter.h"
-#include "support/RecordingLogSink.h"
+#include "support/log/RecordingLogSink.h"
 #include "support/ResultCodes.h"
 
 namespace {

@@ -33,7 +33,7 @@ class MenuTreeTest : public MenuTest {
     // Has the PluginCore add an item, and tells what that did; what surrounds it is left out.
     Outcome Add(const Item& item) {
         Outcome outcome;
-        ThePluginCore().duringEntry["CreateMenusFromJSONBuffer"] = [&] {
+        ThePluginCore().script["CreateMenusFromJSONBuffer"].during = [&] {
             host.calls.Clear();
             ClearRecordedLog();
             outcome.result = CallBack(item);

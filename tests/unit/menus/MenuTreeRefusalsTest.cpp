@@ -1,6 +1,6 @@
 // The items that AddIllustratorMenu refuses, and those that the host refuses.
+#include "doubles/common/AllocationFaults.h"
 #include "host/MenuSuite.h"
-#include "support/fakes/MemoryRunningOut.h"
 #include "unit/menus/MenuTreeFixture.h"
 
 namespace {
@@ -127,16 +127,16 @@ TEST_F(MenuTreeTest, NullIdentifierLabelOrContextIsABadParameter) {
 TEST_F(MenuTreeTest, MemoryThatRunsOutAnywhereThrowsNothingIntoThePluginCoreAndGivesTheTextBack) {
     host.AddItem("Item", "a key that is long enough to need memory");
     int attempts = 0;
-    ThePluginCore().duringEntry["CreateMenusFromJSONBuffer"] = [&] {
+    ThePluginCore().script["CreateMenusFromJSONBuffer"].during = [&] {
         bool hasRunOut = true;
         for (int nth = 1; hasRunOut; ++nth) {
             std::int32_t result = -1;
             {
-                const MemoryRunningOut memory(nth);
+                const FailingAllocation memory(nth);
                 result = CallBack({.id = "an identifier that is long enough to need memory",
                                    .label = "a label that is long enough to need memory / and a slash",
                                    .hasSubMenu = 1});
-                hasRunOut = MemoryRunningOut::HasRunOut();
+                hasRunOut = memory.HasHappened();
             }
             EXPECT_EQ(result, hasRunOut ? kBadParameterErr : 0) << nth;
             EXPECT_EQ(host.LiveStrings(), 0) << nth;

@@ -10,7 +10,7 @@ using Calls = std::vector<std::string>;
 
 TEST_F(MenuTreeTest, DescriptionOfTheCurrentDocumentIsHandedBackToThePluginCore) {
     host.currentPath = "C:/Pl\xC3\xA4ne/a.ai";
-    ThePluginCore().replies["GetMenus"] = R"([{"id":"x"}])";
+    ThePluginCore().script["GetMenus"].text = R"([{"id":"x"}])";
     EXPECT_EQ(AddAll(), 0);
     EXPECT_EQ(PluginCoreCalls(), (Calls{"GetMenus('C:/Pl\xC3\xA4ne/a.ai', 4096 zeros, 4096)",
                                         R"(CreateMenusFromJSONBuffer('[{"id":"x"}]'))"}));
@@ -20,9 +20,9 @@ TEST_F(MenuTreeTest, DescriptionOfTheCurrentDocumentIsHandedBackToThePluginCore)
 TEST_F(MenuTreeTest, MenuSuiteIsHeldWhileThePluginCoreAddsItems) {
     host.currentPath = "C:/a.ai";
     std::map<std::string, int> held;
-    ThePluginCore().duringEntry["CreateMenusFromJSONBuffer"] = [&] { held = host.HeldSuites(); };
+    ThePluginCore().script["CreateMenusFromJSONBuffer"].during = [&] { held = host.HeldSuites(); };
     Calls whenFetched;
-    ThePluginCore().duringEntry["GetMenus"] = [&] { whenFetched = host.calls.Calls(); };
+    ThePluginCore().script["GetMenus"].during = [&] { whenFetched = host.calls.Calls(); };
     AddAll();
     EXPECT_EQ(held, (std::map<std::string, int>{{"AI Menu Suite", 1}}));
     const Calls pathCalls = {"GetDocumentFileSpecification()", "GetFullPath(0)", "Destroy()", "DeleteFilePath()"};
@@ -32,7 +32,7 @@ TEST_F(MenuTreeTest, MenuSuiteIsHeldWhileThePluginCoreAddsItems) {
 }
 
 TEST_F(MenuTreeTest, ResultOfThePluginCoreIsReturnedAndLogged) {
-    ThePluginCore().calls.Fail("CreateMenusFromJSONBuffer", -7);
+    ThePluginCore().script.Fail("CreateMenusFromJSONBuffer", -7);
     EXPECT_EQ(AddAll(), -7);
     EXPECT_EQ(RecordedLog().front(), (RecordedLine{1, "Entering AddAllQuorvelMenuItems()"}));
     EXPECT_EQ(RecordedLog().back(), (RecordedLine{-1, "AddAllQuorvelMenuItems() returning -7"}));
@@ -46,20 +46,20 @@ TEST_F(MenuTreeTest, SuiteGoesBackAfterTheResultIsLogged) {
 }
 
 TEST_F(MenuTreeTest, FailureToFetchTheDescriptionHandsAnEmptyOneOn) {
-    ThePluginCore().calls.Fail("GetMenus", 9);
+    ThePluginCore().script.Fail("GetMenus", 9);
     EXPECT_EQ(AddAll(), 0);
     EXPECT_EQ(PluginCoreCalls(), (Calls{"GetMenus('', 4096 zeros, 4096)", "CreateMenusFromJSONBuffer('')"}));
 }
 
 TEST_F(MenuTreeTest, WhatAFailingFetchLeftInTheBufferIsHandedOnAllTheSame) {
-    ThePluginCore().replies["GetMenus"] = "left behind";
-    ThePluginCore().calls.Fail("GetMenus", 9);
+    ThePluginCore().script["GetMenus"].text = "left behind";
+    ThePluginCore().script.Fail("GetMenus", 9);
     EXPECT_EQ(AddAll(), 0);
     EXPECT_EQ(PluginCoreCalls(), (Calls{"GetMenus('', 4096 zeros, 4096)", "CreateMenusFromJSONBuffer('left behind')"}));
 }
 
 TEST_F(MenuTreeTest, DescriptionThatFillsTheWholeBufferIsHandedBackWhole) {
-    ThePluginCore().replies["GetMenus"] = std::string(4096, 'm');
+    ThePluginCore().script["GetMenus"].text = std::string(4096, 'm');
     AddAll();
     EXPECT_EQ(PluginCoreCalls().back(), "CreateMenusFromJSONBuffer('" + std::string(4096, 'm') + "')");
 }
@@ -85,7 +85,7 @@ TEST_F(MenuTreeTest, RefusedMenuSuiteIsThrownAsTheHostsCode) {
 }
 
 TEST_F(MenuTreeTest, ExceptionOfThePluginCoreStillGivesTheSuiteBack) {
-    ThePluginCore().throwingEntry = "CreateMenusFromJSONBuffer";
+    ThePluginCore().script["CreateMenusFromJSONBuffer"].throws = doubles::Throw::kForeignException;
     EXPECT_ANY_THROW(AddAll());
     EXPECT_EQ(host.calls.Calls().back(), "ReleaseSuite('AI Menu Suite', 11)");
 }
@@ -159,7 +159,7 @@ TEST_F(MenuTreeTest, RefusedSubMenuDoesNotCount) {
 }
 
 TEST_F(MenuTreeTest, ItemsOfOneDescriptionAreAllRegistered) {
-    ThePluginCore().duringEntry["CreateMenusFromJSONBuffer"] = [] {
+    ThePluginCore().script["CreateMenusFromJSONBuffer"].during = [] {
         EXPECT_EQ(CallBack({.id = "top", .label = "Fonts", .hasSubMenu = 1}), 0);
         EXPECT_EQ(CallBack({.id = "child", .label = "Child", .parentID = "Fonts"}), 0);
         EXPECT_EQ(CallBack({.id = "line", .itemText = nullptr, .parentID = "Fonts"}), 0);

@@ -6,12 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "support/fakes/FakePlugPlug.h"
-#include "support/fakes/ImportPatch.h"
+#include "doubles/common/ForeignException.h"
+#include "doubles/common/ImportPatch.h"
+#include "support/files/TemporaryFolder.h"
 #include "support/ForeignExceptionGuard.h"
-#include "support/TemporaryFolder.h"
-#include "support/ThrowLikeAnotherCompiler.h"
-#include "unit/panel/libraries/SeenCalls.h"
+#include "support/plugplug/FakePlugPlug.h"
 
 namespace {
 
@@ -48,11 +47,12 @@ class PlugPlugBridgeTest : public testing::Test {
     }
 
     void Install(const std::string& library, const std::string& name) const {
-        fs::copy_file(programFolder / "libraries" / library, hostFolder / name);
+        fs::copy_file(libraries / library, hostFolder / name);
     }
     HMODULE Loaded(const std::string& name) const { return GetModuleHandleW((hostFolder / name).c_str()); }
 
-    const fs::path programFolder = TestProgramFolder();
+    // Read before the program is said to be elsewhere.
+    const fs::path libraries = TestProgramFolder().parent_path() / "bin";
     const TemporaryFolder temporary;
     const fs::path hostFolder = temporary.Path() / L"Gr\u00F6\u00DFe \u2603 \u6587\u5B57";
     const ImportPatch patch{"GetModuleFileNameW", AsReplacement(TellHostProgram)};
@@ -67,8 +67,8 @@ Function Exported(HMODULE module, const char* name) {
 // --- Load: the file -------------------------------------------------------------------------------------------------
 
 TEST_F(PlugPlugBridgeTest, NewerNameIsLoadedWhenBothAreThere) {
-    Install("WholePlugPlug.dll", "PlugPlugOwl.dll");
-    Install("WholePlugPlug.dll", "PlugPlug.dll");
+    Install("PlugPlug.dll", "PlugPlugOwl.dll");
+    Install("PlugPlug.dll", "PlugPlug.dll");
     EXPECT_EQ(PlugPlugBridge::Load(state), 0);
     ASSERT_NE(state.module, nullptr);
     EXPECT_EQ(state.module, Loaded("PlugPlugOwl.dll"));
@@ -76,14 +76,14 @@ TEST_F(PlugPlugBridgeTest, NewerNameIsLoadedWhenBothAreThere) {
 }
 
 TEST_F(PlugPlugBridgeTest, OlderNameIsLoadedWhenItIsAloneThere) {
-    Install("WholePlugPlug.dll", "PlugPlug.dll");
+    Install("PlugPlug.dll", "PlugPlug.dll");
     EXPECT_EQ(PlugPlugBridge::Load(state), 0);
     ASSERT_NE(state.module, nullptr);
     EXPECT_EQ(state.module, Loaded("PlugPlug.dll"));
 }
 
 TEST_F(PlugPlugBridgeTest, NewerNameIsLoadedWhenItIsAloneThere) {
-    Install("WholePlugPlug.dll", "PlugPlugOwl.dll");
+    Install("PlugPlug.dll", "PlugPlugOwl.dll");
     EXPECT_EQ(PlugPlugBridge::Load(state), 0);
     ASSERT_NE(state.module, nullptr);
     EXPECT_EQ(state.module, Loaded("PlugPlugOwl.dll"));
@@ -91,7 +91,7 @@ TEST_F(PlugPlugBridgeTest, NewerNameIsLoadedWhenItIsAloneThere) {
 
 TEST_F(PlugPlugBridgeTest, NewerNameThatCannotBeLoadedIsNotReplacedByTheOlder) {
     WriteWholeFile(hostFolder / "PlugPlugOwl.dll", "no library");
-    Install("WholePlugPlug.dll", "PlugPlug.dll");
+    Install("PlugPlug.dll", "PlugPlug.dll");
     EXPECT_EQ(PlugPlugBridge::Load(state), 31);
     EXPECT_EQ(state.module, nullptr);
     EXPECT_EQ(Loaded("PlugPlug.dll"), nullptr);
@@ -115,7 +115,7 @@ TEST_F(PlugPlugBridgeTest, PathOfTheProcessIsAskedFor2048Units) {
 TEST_F(PlugPlugBridgeTest, FolderEndsAtTheLastBackslash) {
     fs::create_directories(hostFolder / "inner");
     sHostProgram = hostFolder.wstring() + L"\\inner\\..\\host.exe/with/slashes";
-    Install("WholePlugPlug.dll", "PlugPlug.dll");
+    Install("PlugPlug.dll", "PlugPlug.dll");
     EXPECT_EQ(PlugPlugBridge::Load(state), 0);
     EXPECT_NE(Loaded("PlugPlug.dll"), nullptr);
 }
@@ -147,7 +147,7 @@ HANDLE(WINAPI* sRealFindFirst)(LPCWSTR, LPWIN32_FIND_DATAW) = nullptr;
 HANDLE WINAPI RememberSearch(LPCWSTR name, LPWIN32_FIND_DATAW found) { return sSearch = sRealFindFirst(name, found); }
 
 TEST_F(PlugPlugBridgeTest, SearchStaysOpen) {
-    Install("WholePlugPlug.dll", "PlugPlugOwl.dll");
+    Install("PlugPlug.dll", "PlugPlugOwl.dll");
     const ImportPatch find("FindFirstFileW", AsReplacement(RememberSearch));
     sRealFindFirst = find.Original<decltype(sRealFindFirst)>();
     PlugPlugBridge::Load(state);
@@ -159,7 +159,7 @@ TEST_F(PlugPlugBridgeTest, SearchStaysOpen) {
 }
 
 TEST_F(PlugPlugBridgeTest, EveryCallLoadsTheLibraryOnceMore) {
-    Install("WholePlugPlug.dll", "PlugPlug.dll");
+    Install("PlugPlug.dll", "PlugPlug.dll");
     EXPECT_EQ(PlugPlugBridge::Load(state), 0);
     EXPECT_EQ(PlugPlugBridge::Load(state), 0);
     FreeLibrary(state.module);
@@ -169,7 +169,7 @@ TEST_F(PlugPlugBridgeTest, EveryCallLoadsTheLibraryOnceMore) {
 }
 
 TEST_F(PlugPlugBridgeTest, FailureAfterASuccessClearsTheModuleAndLeavesTheFunctionsAsTheyWere) {
-    Install("WholePlugPlug.dll", "PlugPlug.dll");
+    Install("PlugPlug.dll", "PlugPlug.dll");
     ASSERT_EQ(PlugPlugBridge::Load(state), 0);
     const PlugPlugState before = state;
     {
@@ -188,7 +188,7 @@ TEST_F(PlugPlugBridgeTest, FailureAfterASuccessClearsTheModuleAndLeavesTheFuncti
 // --- Load: the functions --------------------------------------------------------------------------------------------
 
 TEST_F(PlugPlugBridgeTest, EachFunctionIsBoundToItsField) {
-    Install("WholePlugPlug.dll", "PlugPlug.dll");
+    Install("PlugPlug.dll", "PlugPlug.dll");
     EXPECT_EQ(PlugPlugBridge::Load(state), 0);
     ASSERT_NE(state.module, nullptr);
     ASSERT_NE(GetProcAddress(state.module, "PlugPlugLoadExtension"), nullptr);
@@ -259,7 +259,7 @@ INSTANTIATE_TEST_SUITE_P(EachFunction, PlugPlugThatLacksTest, testing::Range(std
 // --- Unload ---------------------------------------------------------------------------------------------------------
 
 TEST_F(PlugPlugBridgeTest, UnloadingFreesTheLibraryAndClearsItsFieldAlone) {
-    Install("WholePlugPlug.dll", "PlugPlug.dll");
+    Install("PlugPlug.dll", "PlugPlug.dll");
     PlugPlugBridge::Load(state);
     const auto addListener = state.addListener;
     EXPECT_EQ(PlugPlugBridge::Unload(state), 0);
@@ -271,7 +271,7 @@ TEST_F(PlugPlugBridgeTest, UnloadingFreesTheLibraryAndClearsItsFieldAlone) {
 BOOL WINAPI RefuseToFree(HMODULE) { return FALSE; }
 
 TEST_F(PlugPlugBridgeTest, UnloadingThatWindowsRefusesIsAnswered31) {
-    Install("WholePlugPlug.dll", "PlugPlug.dll");
+    Install("PlugPlug.dll", "PlugPlug.dll");
     PlugPlugBridge::Load(state);
     const ImportPatch free("FreeLibrary", AsReplacement(RefuseToFree));
     EXPECT_EQ(PlugPlugBridge::Unload(state), 31);
@@ -287,51 +287,76 @@ TEST_F(PlugPlugBridgeTest, UnloadingNothingIsAnswered0AndAsksNothingOfWindows) {
 
 void Listen(const PlugPlugEvent*, void*) {}
 
-TEST_F(PlugPlugBridgeTest, ListenerGoesToTheLibraryAndItsAnswerComesBack) {
-    Install("WholePlugPlug.dll", "PlugPlug.dll");
-    ASSERT_EQ(PlugPlugBridge::Load(state), 0);
-    const char* const type = "com.quorvel.something";
-    EXPECT_EQ(PlugPlugBridge::AddEventListener(state, type, Listen, &state), kAnswerToAdding);
-    const SeenCalls* const seen = Exported<SeenCallsFunction>(state.module, "WhatWasSeen")();
-    EXPECT_EQ(seen->type, type);
-    EXPECT_EQ(seen->listener, Listen);
-    EXPECT_EQ(seen->context, &state);
+// The library answers as its script says, and its record tells what it was given. The panel's way to its bus shows that
+// the listener and the context arrived as they were.
+class BoundLibraryTest : public PlugPlugBridgeTest {
+  protected:
+    BoundLibraryTest() {
+        WriteWholeFile(script, R"({"PlugPlugAddEventListener": [{}, {"result": 41}],
+                                   "PlugPlugDispatchEvent": [{"result": 43}]})");
+        _wputenv_s(L"QUORVEL_PLUGPLUG_SCRIPT", script.c_str());
+        _wputenv_s(L"QUORVEL_PLUGPLUG_RECORD", record.c_str());
+        Install("PlugPlug.dll", "PlugPlug.dll");
+        EXPECT_EQ(PlugPlugBridge::Load(state), 0);
+    }
+    ~BoundLibraryTest() override {
+        _wputenv_s(L"QUORVEL_PLUGPLUG_SCRIPT", L"");
+        _wputenv_s(L"QUORVEL_PLUGPLUG_RECORD", L"");
+    }
+
+    std::string Record() const { return ReadWholeFile(record); }
+
+    const fs::path script = temporary.Path() / "script.json";
+    const fs::path record = temporary.Path() / "calls.jsonl";
+};
+
+TEST_F(BoundLibraryTest, ListenerGoesToTheLibraryAndItsAnswerComesBack) {
+    std::vector<std::string> heard;
+    const PlugPlugListener listen = [](const PlugPlugEvent* event, void* context) {
+        static_cast<std::vector<std::string>*>(context)->emplace_back(event->data);
+    };
+    EXPECT_EQ(PlugPlugBridge::AddEventListener(state, "com.quorvel.something", listen, &heard), 0);
+    EXPECT_EQ(PlugPlugBridge::AddEventListener(state, "com.quorvel.other", listen, &heard), 41);
+    const PlugPlugEvent event{"com.quorvel.something", 1, "test", nullptr, "data"};
+    Exported<PlugPlugDispatchEvent>(state.module, "HostDispatchEvent")(&event);
+    EXPECT_EQ(heard, std::vector<std::string>{"data"});
+    EXPECT_EQ(
+        Record(),
+        R"({"entry":"PlugPlugAddEventListener","arguments":{"type":"com.quorvel.something","listener":"set","context":"set"},"answer":0}
+{"entry":"PlugPlugAddEventListener","arguments":{"type":"com.quorvel.other","listener":"set","context":"set"},"answer":41}
+)");
 }
 
-TEST_F(PlugPlugBridgeTest, ListenerWithoutTheFunctionIsAnswered1) {
-    Install("WholePlugPlug.dll", "PlugPlug.dll");
-    ASSERT_EQ(PlugPlugBridge::Load(state), 0);
-    const PlugPlugState whole = state;
+TEST_F(BoundLibraryTest, ListenerWithoutTheFunctionIsAnswered1) {
     state.addListener = nullptr;
     EXPECT_EQ(PlugPlugBridge::AddEventListener(state, "type", Listen, nullptr), 1);
-    EXPECT_EQ(Exported<SeenCallsFunction>(whole.module, "WhatWasSeen")()->type, nullptr);
+    EXPECT_EQ(Record(), "");
 }
 
-TEST_F(PlugPlugBridgeTest, EventGoesToTheLibraryAndItsAnswerComesBack) {
-    Install("WholePlugPlug.dll", "PlugPlug.dll");
-    ASSERT_EQ(PlugPlugBridge::Load(state), 0);
+TEST_F(BoundLibraryTest, EventGoesToTheLibraryAndItsAnswerComesBack) {
     const PlugPlugEvent event{"type", 1, "test", nullptr, "data"};
-    EXPECT_EQ(PlugPlugBridge::DispatchEvent(state, event), kAnswerToDispatching);
-    EXPECT_EQ(Exported<SeenCallsFunction>(state.module, "WhatWasSeen")()->event, &event);
+    EXPECT_EQ(PlugPlugBridge::DispatchEvent(state, event), 43);
+    EXPECT_EQ(
+        Record(),
+        R"({"entry":"PlugPlugDispatchEvent","arguments":{"type":"type","scope":1,"application":"test","extension":null,"data":"data"},"answer":43}
+)");
 }
 
-TEST_F(PlugPlugBridgeTest, EventIsGuardedByTheFunctionThatRemovesListeners) {
-    Install("WholePlugPlug.dll", "PlugPlug.dll");
-    ASSERT_EQ(PlugPlugBridge::Load(state), 0);
+TEST_F(BoundLibraryTest, EventIsGuardedByTheFunctionThatRemovesListeners) {
     state.removeListener = nullptr;
     const PlugPlugEvent event{"type", 1, "test", nullptr, "data"};
     EXPECT_EQ(PlugPlugBridge::DispatchEvent(state, event), 1);
-    EXPECT_EQ(Exported<SeenCallsFunction>(state.module, "WhatWasSeen")()->event, nullptr);
+    EXPECT_EQ(Record(), "");
 }
 
 TEST_F(PlugPlugBridgeTest, ExceptionOfTheLibraryThatListensIsOneThatOurFramesSee) {
-    ThePlugPlug().duringListening = ThrowLikeAnotherCompiler;
+    ThePlugPlug().script["PlugPlugAddEventListener"].during = ThrowLikeAnotherCompiler;
     state.addListener = Exported<PlugPlugAddEventListener>(GetModuleHandleW(nullptr), "PlugPlugAddEventListener");
     EXPECT_THROW(PlugPlugBridge::AddEventListener(state, "type", Listen, nullptr), ForeignException);
 }
 
 TEST_F(PlugPlugBridgeTest, ExceptionOfTheLibraryThatDispatchesIsOneThatOurFramesSee) {
-    ThePlugPlug().duringDispatch = ThrowLikeAnotherCompiler;
+    ThePlugPlug().script["PlugPlugDispatchEvent"].during = ThrowLikeAnotherCompiler;
     const HMODULE program = GetModuleHandleW(nullptr);
     state.removeListener = Exported<PlugPlugRemoveEventListener>(program, "PlugPlugRemoveEventListener");
     state.dispatch = Exported<PlugPlugDispatchEvent>(program, "PlugPlugDispatchEvent");

@@ -6,14 +6,14 @@
 #include <string>
 #include <vector>
 
+#include "doubles/common/AllocationFaults.h"
+#include "doubles/common/ForeignException.h"
 #include "panel/PlugPlugBridge.h"
-#include "support/fakes/FakePluginCore.h"
-#include "support/fakes/FakePlugPlug.h"
-#include "support/fakes/MemoryRunningOut.h"
-#include "support/fakes/MissingPluginCore.h"
 #include "support/ForeignExceptionGuard.h"
-#include "support/RecordingLogSink.h"
-#include "support/ThrowLikeAnotherCompiler.h"
+#include "support/log/RecordingLogSink.h"
+#include "support/plugincore/FakePluginCore.h"
+#include "support/plugincore/MissingPluginCore.h"
+#include "support/plugplug/FakePlugPlug.h"
 
 namespace {
 
@@ -35,7 +35,7 @@ class PortNumberExchangeTest : public testing::Test {
   protected:
     PortNumberExchangeTest() {
         LoadFakePluginCore();
-        ThePluginCore().socketPort = 49152;
+        ThePluginCore().script["GetSocketPort"].port = 49152;
         ClearRecordedLog();
     }
     // Every failure is silent, and every success too.
@@ -59,18 +59,18 @@ class RegisteredPortNumberExchangeTest : public PortNumberExchangeTest {
 TEST_F(PortNumberExchangeTest, ListenerIsAddedThenThePluginCoreGetsTheBusThenThePanelGetsThePortUnasked) {
     Calls whenRegistered;
     Calls whenAsked;
-    ThePluginCore().duringEntry["RegisterPlugPlug"] = [&] { whenRegistered = BusCalls(); };
-    ThePluginCore().duringEntry["GetSocketPort"] = [&] { whenAsked = BusCalls(); };
+    ThePluginCore().script["RegisterPlugPlug"].during = [&] { whenRegistered = BusCalls(); };
+    ThePluginCore().script["GetSocketPort"].during = [&] { whenAsked = BusCalls(); };
     EXPECT_EQ(RegisterPortNumberListener(), 0);
     EXPECT_EQ(BusCalls(), (Calls{kLoad, kAdd, Response("49152")}));
-    EXPECT_EQ(PluginCoreCalls(), (Calls{"RegisterPlugPlug()", "GetSocketPort(0)"}));
+    EXPECT_EQ(PluginCoreCalls(), (Calls{kRegisterPlugPlug, "GetSocketPort(0)"}));
     EXPECT_EQ(whenRegistered, (Calls{kLoad, kAdd}));
     EXPECT_EQ(whenAsked, (Calls{kLoad, kAdd}));
 }
 
 TEST_F(PortNumberExchangeTest, PluginCoreGetsTheBoundState) {
     RegisterPortNumberListener();
-    const PlugPlugState* const state = ThePluginCore().plugPlug;
+    const auto* const state = static_cast<const PlugPlugState*>(ThePluginCore().plugPlug);
     ASSERT_NE(state, nullptr);
     const HMODULE program = GetModuleHandleW(nullptr);
     EXPECT_EQ(state->module, program);
@@ -87,8 +87,8 @@ TEST_F(RegisteredPortNumberExchangeTest, SecondRegistrationDoesNothing) {
 }
 
 TEST_F(PortNumberExchangeTest, MissingLibraryIsTriedAgainByEveryCallUntilItIsThere) {
-    ThePlugPlug().calls.Fail("LoadLibraryW", 126, 1);
-    ThePlugPlug().calls.Fail("LoadLibraryW", 126, 2);
+    ThePlugPlug().script.Fail("LoadLibraryW", 126, 1);
+    ThePlugPlug().script.Fail("LoadLibraryW", 126, 2);
     EXPECT_EQ(RegisterPortNumberListener(), 0);
     EXPECT_EQ(RegisterPortNumberListener(), 0);
     EXPECT_EQ(BusCalls(), (Calls{kLoad, kLoad}));
@@ -117,18 +117,18 @@ TEST_F(PortNumberExchangeTest, LibraryThatLacksAFunctionIsNotUsed) {
 }
 
 TEST_F(PortNumberExchangeTest, RefusedListenerStillGivesThePluginCoreTheBusAndEveryStepIsRepeatedByTheNextCall) {
-    ThePlugPlug().calls.Fail("PlugPlugAddEventListener", 1);
+    ThePlugPlug().script.Fail("PlugPlugAddEventListener", 1);
     EXPECT_EQ(RegisterPortNumberListener(), 0);
     EXPECT_EQ(BusCalls(), (Calls{kLoad, kAdd}));
-    EXPECT_EQ(PluginCoreCalls(), Calls{"RegisterPlugPlug()"});
+    EXPECT_EQ(PluginCoreCalls(), Calls{kRegisterPlugPlug});
     EXPECT_EQ(RegisterPortNumberListener(), 0);
     EXPECT_EQ(BusCalls(), (Calls{kLoad, kAdd, kLoad, kAdd, Response("49152")}));
-    EXPECT_EQ(PluginCoreCalls(), (Calls{"RegisterPlugPlug()", "RegisterPlugPlug()", "GetSocketPort(0)"}));
+    EXPECT_EQ(PluginCoreCalls(), (Calls{kRegisterPlugPlug, kRegisterPlugPlug, "GetSocketPort(0)"}));
 }
 
 TEST_F(PortNumberExchangeTest, AnswersOfThePluginCoreAndOfDispatchingDoNotCount) {
-    ThePluginCore().calls.Fail("RegisterPlugPlug", 5);
-    ThePlugPlug().calls.Fail("PlugPlugDispatchEvent", 6);
+    ThePluginCore().script.Fail("RegisterPlugPlug", 5);
+    ThePlugPlug().script.Fail("PlugPlugDispatchEvent", 6);
     EXPECT_EQ(RegisterPortNumberListener(), 0);
     EXPECT_EQ(BusCalls(), (Calls{kLoad, kAdd, Response("49152")}));
     EXPECT_EQ(RegisterPortNumberListener(), 0);
@@ -136,27 +136,27 @@ TEST_F(PortNumberExchangeTest, AnswersOfThePluginCoreAndOfDispatchingDoNotCount)
 }
 
 TEST_F(PortNumberExchangeTest, PluginCoreThatThrowsWhenItGetsTheBusDoesNotMakeTheListenerBeAddedTwice) {
-    ThePluginCore().throwingEntry = "RegisterPlugPlug";
+    ThePluginCore().script["RegisterPlugPlug"].throws = doubles::Throw::kForeignException;
     EXPECT_EQ(RegisterPortNumberListener(), 0);
     EXPECT_EQ(BusCalls(), (Calls{kLoad, kAdd}));
-    ThePluginCore().throwingEntry.clear();
+    ThePluginCore().script["RegisterPlugPlug"].throws = doubles::Throw::kNothing;
     EXPECT_EQ(RegisterPortNumberListener(), 0);
     EXPECT_EQ(BusCalls(), (Calls{kLoad, kAdd}));
-    ThePlugPlug().SendRequest();
+    SendPanelRequest();
     EXPECT_EQ(BusCalls().back(), Response("49152"));
 }
 
 TEST_F(PortNumberExchangeTest, ExceptionOfTheBusInsideTheRegistrationIsSilent) {
-    ThePlugPlug().duringDispatch = ThrowLikeAnotherCompiler;
+    ThePlugPlug().script["PlugPlugDispatchEvent"].during = ThrowLikeAnotherCompiler;
     EXPECT_NO_THROW(EXPECT_EQ(RegisterPortNumberListener(), 0));
     EXPECT_TRUE(RecordedLog().empty());
-    ThePlugPlug().duringDispatch = nullptr;
+    ThePlugPlug().script["PlugPlugDispatchEvent"].during = nullptr;
     EXPECT_EQ(RegisterPortNumberListener(), 0);
     EXPECT_EQ(BusCalls(), (Calls{kLoad, kAdd, Response("49152")}));
 }
 
 TEST_F(PortNumberExchangeTest, PortThatIsNotKnownIsNotSentAndTheListenerStaysRegistered) {
-    ThePluginCore().calls.Fail("GetSocketPort", 1);
+    ThePluginCore().script.Fail("GetSocketPort", 1);
     EXPECT_EQ(RegisterPortNumberListener(), 0);
     EXPECT_EQ(BusCalls(), (Calls{kLoad, kAdd}));
     EXPECT_EQ(RegisterPortNumberListener(), 0);
@@ -166,9 +166,9 @@ TEST_F(PortNumberExchangeTest, PortThatIsNotKnownIsNotSentAndTheListenerStaysReg
 // --- the listener ---------------------------------------------------------------------------------------------------
 
 TEST_F(RegisteredPortNumberExchangeTest, EveryRequestGetsOneResponse) {
-    ThePlugPlug().SendRequest();
-    ThePluginCore().socketPort = 8080;
-    ThePlugPlug().SendRequest();
+    SendPanelRequest();
+    ThePluginCore().script["GetSocketPort"].port = 8080;
+    SendPanelRequest();
     EXPECT_EQ(BusCalls(), (Calls{Response("49152"), Response("8080")}));
     EXPECT_EQ(PluginCoreCalls(), (Calls{"GetSocketPort(0)", "GetSocketPort(0)"}));
 }
@@ -179,50 +179,54 @@ TEST_F(RegisteredPortNumberExchangeTest, RequestItselfIsNotRead) {
 }
 
 TEST_F(RegisteredPortNumberExchangeTest, RequestBeforeThePortIsKnownStaysUnansweredAndTheNextOneIsAnswered) {
-    ThePluginCore().calls.Fail("GetSocketPort", 1);
-    ThePlugPlug().SendRequest();
+    ThePluginCore().script.Fail("GetSocketPort", 1);
+    SendPanelRequest();
     EXPECT_EQ(BusCalls(), Calls{});
-    ThePlugPlug().SendRequest();
+    SendPanelRequest();
     EXPECT_EQ(BusCalls(), Calls{Response("49152")});
 }
 
 TEST_F(RegisteredPortNumberExchangeTest, ExceptionOfThePluginCoreDoesNotLeaveTheListener) {
-    ThePluginCore().throwingEntry = "GetSocketPort";
-    EXPECT_NO_THROW(ThePlugPlug().SendRequest());
+    ThePluginCore().script["GetSocketPort"].throws = doubles::Throw::kForeignException;
+    EXPECT_NO_THROW(SendPanelRequest());
     EXPECT_EQ(BusCalls(), Calls{});
 }
 
 TEST_F(RegisteredPortNumberExchangeTest, ExceptionOfTheBusDoesNotLeaveTheListener) {
-    ThePlugPlug().duringDispatch = ThrowLikeAnotherCompiler;
-    EXPECT_NO_THROW(ThePlugPlug().SendRequest());
-    ThePlugPlug().duringDispatch = [] { throw std::runtime_error("from the bus"); };
-    EXPECT_NO_THROW(ThePlugPlug().SendRequest());
+    ThePlugPlug().script["PlugPlugDispatchEvent"].during = ThrowLikeAnotherCompiler;
+    EXPECT_NO_THROW(SendPanelRequest());
+    ThePlugPlug().script["PlugPlugDispatchEvent"].during = [] { throw std::runtime_error("from the bus"); };
+    EXPECT_NO_THROW(SendPanelRequest());
     EXPECT_EQ(BusCalls().size(), 2u);
 }
 
 TEST_F(RegisteredPortNumberExchangeTest, MemoryThatRunsOutDoesNotLeaveTheListener) {
+    // The answer itself takes no memory any more; what the two libraries do inside their entries may fail like this.
+    const auto allocate = [] { ::operator delete(::operator new(24)); };
+    ThePluginCore().script["GetSocketPort"].during = allocate;
+    ThePlugPlug().script["PlugPlugDispatchEvent"].during = allocate;
     bool hasRunOut = true;
     int attempts = 0;
     for (int nth = 1; hasRunOut; ++nth) {
-        const MemoryRunningOut memory(nth);
-        EXPECT_NO_THROW(ThePlugPlug().SendRequest());
-        hasRunOut = MemoryRunningOut::HasRunOut();
+        const FailingAllocation memory(nth);
+        EXPECT_NO_THROW(SendPanelRequest());
+        hasRunOut = memory.HasHappened();
         ++attempts;
     }
-    EXPECT_GT(attempts, 1);
+    EXPECT_GT(attempts, 2);
     EXPECT_EQ(BusCalls().back(), Response("49152"));
 }
 
 // --- SendPortNumberResponse -----------------------------------------------------------------------------------------
 
 TEST_F(RegisteredPortNumberExchangeTest, Port0IsAPortLikeAnyOther) {
-    ThePluginCore().socketPort = 0;
+    ThePluginCore().script["GetSocketPort"].port = 0;
     SendPortNumberResponse();
     EXPECT_EQ(BusCalls(), Calls{Response("0")});
 }
 
 TEST_F(RegisteredPortNumberExchangeTest, PortIsUnsignedAndNotGrouped) {
-    ThePluginCore().socketPort = 4294967295;
+    ThePluginCore().script["GetSocketPort"].port = 4294967295;
     SendPortNumberResponse();
     EXPECT_EQ(BusCalls(), Calls{Response("4294967295")});
 }
@@ -248,17 +252,17 @@ TEST_F(RegisteredPortNumberExchangeTest, TextOutlivesTheEvent) {
 }
 
 TEST_F(RegisteredPortNumberExchangeTest, TextOutlivesARequestThatArrivesWhileItIsDelivered) {
-    ThePluginCore().socketPort = 7;
-    ThePlugPlug().SendRequest();
-    ThePlugPlug().duringDispatch = [] {
-        ThePlugPlug().duringDispatch = nullptr;
-        ThePluginCore().socketPort = 4294967295;
-        ThePlugPlug().SendRequest();
+    ThePluginCore().script["GetSocketPort"].port = 7;
+    SendPanelRequest();
+    ThePlugPlug().script["PlugPlugDispatchEvent"].during = [] {
+        ThePlugPlug().script["PlugPlugDispatchEvent"].during = nullptr;
+        ThePluginCore().script["GetSocketPort"].port = 4294967295;
+        SendPanelRequest();
     };
     const ImportPatch freePatch("free", AsReplacement(WatchFree));
     sRealFree = freePatch.Original<void (*)(void*)>();
     sTextWasFreed = false;
-    ThePlugPlug().SendRequest();
+    SendPanelRequest();
     ASSERT_FALSE(sTextWasFreed);
     EXPECT_EQ(BusCalls(), (Calls{Response("7"), Response("7"), Response("4294967295")}));
 }
@@ -266,7 +270,7 @@ TEST_F(RegisteredPortNumberExchangeTest, TextOutlivesARequestThatArrivesWhileItI
 TEST_F(RegisteredPortNumberExchangeTest, TextOfEveryResponseIsTheSameOne) {
     SendPortNumberResponse();
     const char* const text = ThePlugPlug().lastData;
-    ThePluginCore().socketPort = 4294967295;
+    ThePluginCore().script["GetSocketPort"].port = 4294967295;
     SendPortNumberResponse();
     EXPECT_EQ(ThePlugPlug().lastData, text);
 }
@@ -282,7 +286,7 @@ TEST(PortNumberExchangeWithoutPluginCoreTest, ListenerIsRegisteredOnceAndNothing
     const LoadablePlugPlug loadable;
     EXPECT_EQ(RegisterPortNumberListener(), 0);
     EXPECT_EQ(RegisterPortNumberListener(), 0);
-    ThePlugPlug().SendRequest();
+    SendPanelRequest();
     EXPECT_EQ(BusCalls(), (Calls{kLoad, kAdd}));
     EXPECT_EQ(PluginCoreCalls(), Calls{});
 }

@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include "doubles/common/ImportPatch.h"
 #include "plugincore/PCILoader.h"
-#include "support/fakes/FakePluginCore.h"
-#include "support/fakes/ImportPatch.h"
-#include "support/fakes/ShownBoxes.h"
+#include "support/log/RecordingLogSink.h"
+#include "support/patches/ShownBoxes.h"
+#include "support/plugincore/FakePluginCore.h"
 #include "support/PluginInfo.h"
-#include "support/RecordingLogSink.h"
 #include "TestLibraries.h"
 
 namespace {
@@ -27,7 +27,7 @@ class CrossPluginUtilsTest : public testing::Test {
 };
 
 TEST_F(CrossPluginUtilsTest, OpenPassesNoBufferAndASizeOf0) {
-    ThePluginCore().calls.Fail("HandleOpenExistingDocument", 0x12000000);
+    ThePluginCore().script.Fail("HandleOpenExistingDocument", 0x12000000);
     EXPECT_EQ(CrossPluginUtils::HandleOpenExistingDocument("C:/a.ai"), 0x12000000);
     EXPECT_EQ(PluginCoreCalls(), Calls{"HandleOpenExistingDocument('C:/a.ai', null, 0)"});
     EXPECT_EQ(RecordedLog(), (Lines{
@@ -37,7 +37,7 @@ TEST_F(CrossPluginUtilsTest, OpenPassesNoBufferAndASizeOf0) {
 }
 
 TEST_F(CrossPluginUtilsTest, SavePassesPathAndReport) {
-    ThePluginCore().calls.Fail("HandleSaveDocument", -3);
+    ThePluginCore().script.Fail("HandleSaveDocument", -3);
     EXPECT_EQ(CrossPluginUtils::HandleSaveDocument("C:/a.ai", "{}"), -3);
     EXPECT_EQ(PluginCoreCalls(), Calls{"HandleSaveDocument('C:/a.ai', '{}')"});
     EXPECT_EQ(RecordedLog(), (Lines{
@@ -47,7 +47,7 @@ TEST_F(CrossPluginUtilsTest, SavePassesPathAndReport) {
 }
 
 TEST_F(CrossPluginUtilsTest, CloseIsLoggedWithoutQuotesOnEntry) {
-    ThePluginCore().calls.Fail("HandleCloseDocument", 7);
+    ThePluginCore().script.Fail("HandleCloseDocument", 7);
     EXPECT_EQ(CrossPluginUtils::HandleCloseDocument("C:/a.ai", "{}"), 7);
     EXPECT_EQ(PluginCoreCalls(), Calls{"HandleCloseDocument('C:/a.ai', '{}')"});
     EXPECT_EQ(RecordedLog(), (Lines{
@@ -58,7 +58,7 @@ TEST_F(CrossPluginUtilsTest, CloseIsLoggedWithoutQuotesOnEntry) {
 
 TEST_F(CrossPluginUtilsTest, StartupPassesTheIdentityText) {
     PluginInfo::Initialize("an identity");
-    ThePluginCore().calls.Fail("InitializePluginCoreInterface", 5);
+    ThePluginCore().script.Fail("InitializePluginCoreInterface", 5);
     EXPECT_EQ(CrossPluginUtils::Startup(), 5);
     EXPECT_EQ(PluginCoreCalls(), Calls{"InitializePluginCoreInterface('an identity')"});
     EXPECT_EQ(RecordedLog(), (Lines{
@@ -74,7 +74,7 @@ TEST_F(CrossPluginUtilsTest, StartupPassesAtMost64CharactersOfIdentity) {
 }
 
 TEST_F(CrossPluginUtilsTest, ShutdownPassesTheResultOn) {
-    ThePluginCore().calls.Fail("TerminatePluginCoreInterface", 6);
+    ThePluginCore().script.Fail("TerminatePluginCoreInterface", 6);
     EXPECT_EQ(CrossPluginUtils::Shutdown(), 6);
     EXPECT_EQ(PluginCoreCalls(), Calls{"TerminatePluginCoreInterface()"});
     EXPECT_EQ(RecordedLog(), (Lines{
@@ -85,7 +85,7 @@ TEST_F(CrossPluginUtilsTest, ShutdownPassesTheResultOn) {
 
 TEST_F(CrossPluginUtilsTest, SocketPortPassesThePointerOn) {
     std::uint32_t port = 4711;
-    ThePluginCore().calls.Fail("GetSocketPort", 8);
+    ThePluginCore().script.Fail("GetSocketPort", 8);
     EXPECT_EQ(CrossPluginUtils::GetSocketPort(&port), 8);
     EXPECT_EQ(PluginCoreCalls(), Calls{"GetSocketPort(4711)"});
     EXPECT_EQ(RecordedLog(), (Lines{
@@ -95,7 +95,7 @@ TEST_F(CrossPluginUtilsTest, SocketPortPassesThePointerOn) {
 }
 
 TEST_F(CrossPluginUtilsTest, PanelMessagesPassTheFlagOnWithoutALine) {
-    ThePluginCore().calls.Fail("ProcessPanelMessages", 9, 2);
+    ThePluginCore().script.Fail("ProcessPanelMessages", 9, 2);
     EXPECT_EQ(CrossPluginUtils::ProcessPanelMessages(1), 0);
     EXPECT_EQ(CrossPluginUtils::ProcessPanelMessages(0), 9);
     EXPECT_EQ(PluginCoreCalls(), (Calls{"ProcessPanelMessages(1)", "ProcessPanelMessages(0)"}));
@@ -103,16 +103,16 @@ TEST_F(CrossPluginUtilsTest, PanelMessagesPassTheFlagOnWithoutALine) {
 }
 
 TEST_F(CrossPluginUtilsTest, EnabledStateIsTheFlagAndNotTheResult) {
-    ThePluginCore().recordEnabledQueries = true;
+    ThePluginCore().calls.Show("PluginIsEnabled");
     EXPECT_EQ(CrossPluginUtils::IsPluginCoreEnabled(), 1u);
-    ThePluginCore().enabled = false;
+    ThePluginCore().script["PluginIsEnabled"].enabled = 0;
     EXPECT_EQ(CrossPluginUtils::IsPluginCoreEnabled(), 0u);
     EXPECT_EQ(PluginCoreCalls(), (Calls{"PluginIsEnabled(1, 0)", "PluginIsEnabled(1, 0)"}));
     EXPECT_TRUE(RecordedLog().empty());
 }
 
 TEST(CrossPluginUtilsVersion, IsTheLibrarysAndIsReturnedInTheCallersString) {
-    ASSERT_NE(PCILoader::LoadSharedInstance(Library("AllEntries.dll")), nullptr);
+    ASSERT_NE(PCILoader::LoadSharedInstance(Library("PluginCoreOfPrivateBuild.dll")), nullptr);
     ClearRecordedLog();
     std::string version = "before";
     EXPECT_EQ(&CrossPluginUtils::GetPluginCoreVersion(version), &version);
@@ -122,12 +122,12 @@ TEST(CrossPluginUtilsVersion, IsTheLibrarysAndIsReturnedInTheCallersString) {
 
 TEST(CrossPluginUtilsVersion, OfAnIncompatibleLibraryIsToldAllTheSameAndTheLibraryIsShownOnce) {
     const ShownBoxes boxes;
-    const std::string path = Library("FourEntries.dll");
+    const std::string path = Library("PluginCoreOfFourEntries.dll");
     ASSERT_NE(PCILoader::LoadSharedInstance(path), nullptr);
     std::string version = "before";
     EXPECT_EQ(&CrossPluginUtils::GetPluginCoreVersion(version), &version);
-    EXPECT_EQ(version, kVersion);
-    EXPECT_EQ(sBoxes, std::vector{Incompatible(path, kVersion)});
+    EXPECT_EQ(version, kVariantVersion);
+    EXPECT_EQ(sBoxes, std::vector{Incompatible(path, kVariantVersion)});
 }
 
 // --- the foreground -------------------------------------------------------------------------------------------------

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "support/ThrowLikeAnotherCompiler.h"
+#include "doubles/common/ForeignException.h"
 
 namespace {
 

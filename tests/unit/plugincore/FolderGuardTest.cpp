@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/TemporaryFolder.h"
+#include "support/files/TemporaryFolder.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <string>
 
-#include "support/TemporaryFolder.h"
+#include "support/files/TemporaryFolder.h"
 
 class IdleProcess {
   public:

@@ -7,8 +7,8 @@
 #include "FolderGuard.h"
 #include "OpenedFiles.h"
 #include "ShellFolders.h"
+#include "support/files/TemporaryFolder.h"
 #include "support/ResultCodes.h"
-#include "support/TemporaryFolder.h"
 #include "support/TextConversion.h"
 
 namespace {

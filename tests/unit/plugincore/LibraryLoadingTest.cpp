@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <array>
 
-#include "support/fakes/ImportPatch.h"
-#include "support/RecordingLogSink.h"
+#include "doubles/common/ImportPatch.h"
+#include "support/log/RecordingLogSink.h"
 #include "TestLibraries.h"
 
 namespace {
@@ -44,7 +44,7 @@ class LibraryLoadingTest : public testing::Test {
 // --- LoadLibraryWithVersion -----------------------------------------------------------------------------------------
 
 TEST_F(LibraryLoadingTest, LibraryIsLoadedAndItsPrivateBuildIsUtf8) {
-    const std::string path = Library("AllEntries.dll");
+    const std::string path = Library("PluginCoreOfPrivateBuild.dll");
     const HMODULE module = LoadLibraryWithVersion(path, version.data(), version.size());
     ASSERT_NE(module, nullptr);
     EXPECT_EQ(module, GetModuleHandleA(path.c_str()));
@@ -53,23 +53,23 @@ TEST_F(LibraryLoadingTest, LibraryIsLoadedAndItsPrivateBuildIsUtf8) {
 }
 
 TEST_F(LibraryLoadingTest, PrivateBuildIsCutToTheGivenSizeAndTerminated) {
-    LoadLibraryWithVersion(Library("AllEntries.dll"), version.data(), 4);
+    LoadLibraryWithVersion(Library("PluginCoreOfPrivateBuild.dll"), version.data(), 4);
     EXPECT_EQ(Version(), Written(std::string("bui") + '\0'));
 }
 
 TEST_F(LibraryLoadingTest, PrivateBuildFitsWithItsTerminatorExactly) {
-    LoadLibraryWithVersion(Library("AllEntries.dll"), version.data(), 12);
+    LoadLibraryWithVersion(Library("PluginCoreOfPrivateBuild.dll"), version.data(), 12);
     EXPECT_EQ(Version(), Written(kVersion + '\0'));
 }
 
 TEST_F(LibraryLoadingTest, LongPrivateBuildIsCutBeforeASurrogatePair) {
-    LoadLibraryWithVersion(Library("LongPrivateBuild.dll"), version.data(), version.size());
+    LoadLibraryWithVersion(Library("PluginCoreOfLongPrivateBuild.dll"), version.data(), version.size());
     EXPECT_EQ(Version(), Written(std::string(126, 'x') + '\0'));
 }
 
 TEST_F(LibraryLoadingTest, LibraryWithoutAVersionResourceIsLoadedAllTheSame) {
     const ImportPatch patch("GetFileVersionInfoSizeA", AsReplacement(RefuseVersionSize));
-    const std::string path = Library("NoVersionResource.dll");
+    const std::string path = Library("PluginCoreWithoutVersionResource.dll");
     const HMODULE module = LoadLibraryWithVersion(path, version.data(), version.size());
     EXPECT_NE(module, nullptr);
     EXPECT_EQ(Version(), Written(""));
@@ -77,7 +77,7 @@ TEST_F(LibraryLoadingTest, LibraryWithoutAVersionResourceIsLoadedAllTheSame) {
 }
 
 TEST_F(LibraryLoadingTest, LibraryWithTextsInAnotherLanguageHasNoVersion) {
-    const std::string path = Library("OtherLanguage.dll");
+    const std::string path = Library("PluginCoreOfOtherLanguage.dll");
     const HMODULE module = LoadLibraryWithVersion(path, version.data(), version.size());
     EXPECT_NE(module, nullptr);
     EXPECT_EQ(Version(), Written(""));
@@ -100,7 +100,7 @@ HMODULE WINAPI LoadNothing(LPCSTR) {
 
 TEST_F(LibraryLoadingTest, VersionIsReadOfALibraryThatCannotBeLoaded) {
     const ImportPatch patch("LoadLibraryA", AsReplacement(LoadNothing));
-    const std::string path = Library("AllEntries.dll");
+    const std::string path = Library("PluginCoreOfPrivateBuild.dll");
     EXPECT_EQ(LoadLibraryWithVersion(path, version.data(), version.size()), nullptr);
     EXPECT_EQ(Version(), Written(kVersion + '\0'));
     EXPECT_EQ(
@@ -124,50 +124,50 @@ class FileVersionStringTest : public LibraryLoadingTest {
 };
 
 TEST_F(FileVersionStringTest, TextIsCopiedWithItsTerminator) {
-    EXPECT_TRUE(Read("AllEntries.dll", kPrivateBuild, 256));
+    EXPECT_TRUE(Read("PluginCoreOfPrivateBuild.dll", kPrivateBuild, 256));
     EXPECT_EQ(Text(), Units(std::wstring(L"build \x20AC 7") + L'\0'));
     EXPECT_TRUE(RecordedLog().empty());
 }
 
 TEST_F(FileVersionStringTest, QueryNamesTheField) {
-    EXPECT_TRUE(Read("AllEntries.dll", L"\\StringFileInfo\\040904b0\\FileVersion", 256));
+    EXPECT_TRUE(Read("PluginCoreOfPrivateBuild.dll", L"\\StringFileInfo\\040904b0\\FileVersion", 256));
     EXPECT_EQ(Text(), Units(std::wstring(L"2.0") + L'\0'));
 }
 
 TEST_F(FileVersionStringTest, LongTextIsCutTo127UnitsOf256Bytes) {
-    EXPECT_TRUE(Read("LongPrivateBuild.dll", L"\\StringFileInfo\\040904b0\\Comments", 256));
+    EXPECT_TRUE(Read("PluginCoreOfLongPrivateBuild.dll", L"\\StringFileInfo\\040904b0\\Comments", 256));
     EXPECT_EQ(Text(), Units(std::wstring(127, L'y') + L'\0'));
 }
 
 TEST_F(FileVersionStringTest, SurrogatePairAcrossTheCutIsLeftOut) {
-    EXPECT_TRUE(Read("LongPrivateBuild.dll", kPrivateBuild, 256));
+    EXPECT_TRUE(Read("PluginCoreOfLongPrivateBuild.dll", kPrivateBuild, 256));
     EXPECT_EQ(Text(), Units(std::wstring(126, L'x') + L'\0'));
 }
 
 TEST_F(FileVersionStringTest, SurrogatePairBeforeTheCutStays) {
-    EXPECT_TRUE(Read("LongPrivateBuild.dll", L"\\StringFileInfo\\040904b0\\LegalTrademarks", 256));
+    EXPECT_TRUE(Read("PluginCoreOfLongPrivateBuild.dll", L"\\StringFileInfo\\040904b0\\LegalTrademarks", 256));
     EXPECT_EQ(Text(), Units(std::wstring(125, L'z') + L"\xD83D\xDE00" + L'\0'));
 }
 
 TEST_F(FileVersionStringTest, FieldThatIsMissingYieldsNothingInSilence) {
-    EXPECT_FALSE(Read("AllEntries.dll", L"\\StringFileInfo\\040904b0\\Comments", 256));
-    EXPECT_FALSE(Read("OtherLanguage.dll", kPrivateBuild, 256));
+    EXPECT_FALSE(Read("PluginCoreOfPrivateBuild.dll", L"\\StringFileInfo\\040904b0\\Comments", 256));
+    EXPECT_FALSE(Read("PluginCoreOfOtherLanguage.dll", kPrivateBuild, 256));
     EXPECT_EQ(Text(), Units(L""));
     EXPECT_TRUE(RecordedLog().empty());
 }
 
 TEST_F(FileVersionStringTest, FileWithoutAVersionResourceIsLogged) {
     DWORD ignored = 0;
-    const std::string path = Library("NoVersionResource.dll");
+    const std::string path = Library("PluginCoreWithoutVersionResource.dll");
     ASSERT_EQ(GetFileVersionInfoSizeA(path.c_str(), &ignored), 0u);
-    EXPECT_FALSE(Read("NoVersionResource.dll", kPrivateBuild, 256));
+    EXPECT_FALSE(Read("PluginCoreWithoutVersionResource.dll", kPrivateBuild, 256));
     EXPECT_EQ(Text(), Units(L""));
     ASSERT_EQ(RecordedLog().size(), 1u);
     EXPECT_EQ(RecordedLog()[0].text.rfind("GetFileVersionInfoA('" + path + "', ...) returned error code 0x", 0), 0u);
 
     ClearRecordedLog();
     const ImportPatch patch("GetFileVersionInfoSizeA", AsReplacement(RefuseVersionSize));
-    EXPECT_FALSE(Read("NoVersionResource.dll", kPrivateBuild, 256));
+    EXPECT_FALSE(Read("PluginCoreWithoutVersionResource.dll", kPrivateBuild, 256));
     EXPECT_EQ(RecordedLog(), std::vector{NoVersion(path)});
 }
 
@@ -175,7 +175,7 @@ BOOL WINAPI RefuseBlock(LPCSTR, DWORD, DWORD, LPVOID) { return FALSE; }
 
 TEST_F(FileVersionStringTest, BlockThatCannotBeReadYieldsNothing) {
     const ImportPatch patch("GetFileVersionInfoA", AsReplacement(RefuseBlock));
-    EXPECT_FALSE(Read("AllEntries.dll", kPrivateBuild, 256));
+    EXPECT_FALSE(Read("PluginCoreOfPrivateBuild.dll", kPrivateBuild, 256));
     EXPECT_EQ(Text(), Units(L""));
 }
 
@@ -192,7 +192,7 @@ TEST_F(FileVersionStringTest, PathIsCutTo259Characters) {
 // --- GetProcAddressLogged -------------------------------------------------------------------------------------------
 
 TEST_F(LibraryLoadingTest, AddressIsLoggedByItsLowHalf) {
-    const HMODULE module = LoadLibraryA(Library("AllEntries.dll").c_str());
+    const HMODULE module = LoadLibraryA(Library("PluginCoreOfPrivateBuild.dll").c_str());
     const FARPROC address = GetProcAddressLogged(module, "GetMenus");
     EXPECT_NE(address, nullptr);
     EXPECT_EQ(address, GetProcAddress(module, "GetMenus"));
@@ -202,7 +202,7 @@ TEST_F(LibraryLoadingTest, AddressIsLoggedByItsLowHalf) {
 }
 
 TEST_F(LibraryLoadingTest, NameThatTheModuleLacksIsLoggedAsZero) {
-    const HMODULE module = LoadLibraryA(Library("NoEntries.dll").c_str());
+    const HMODULE module = LoadLibraryA(Library("PluginCoreWithoutEntries.dll").c_str());
     EXPECT_EQ(GetProcAddressLogged(module, "GetMenus"), nullptr);
     EXPECT_EQ(RecordedLog(),
               (std::vector<RecordedLine>{{0, "GetProcAddress(" + Hex(module) + ", 'GetMenus') returned 0x00000000"}}));

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "support/fakes/ImportPatch.h"
+#include "doubles/common/ImportPatch.h"
 
 class OpenedFiles {
   public:

@@ -7,10 +7,10 @@
 #include <ostream>
 
 #include "plugincore/PCILoader.h"
-#include "support/fakes/EntryNames.h"
-#include "support/fakes/FakePluginCore.h"
-#include "support/fakes/ShownBoxes.h"
-#include "support/RecordingLogSink.h"
+#include "support/log/RecordingLogSink.h"
+#include "support/patches/ShownBoxes.h"
+#include "support/plugincore/EntryNames.h"
+#include "support/plugincore/FakePluginCore.h"
 #include "TestLibraries.h"
 
 // What IsLoaded said.
@@ -38,7 +38,7 @@ class PCILoaderTest : public testing::Test {
   protected:
     PCILoaderTest() {
         ClearRecordedLog();
-        ThePluginCore() = FakePluginCore();
+        ResetFakePluginCore();
     }
 
     PCILoader& Load(const std::string& path) {

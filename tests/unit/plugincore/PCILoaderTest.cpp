@@ -9,28 +9,28 @@ namespace {
 // --- loading and binding --------------------------------------------------------------------------------------------
 
 TEST_F(PCILoaderTest, LoadBindsAllNamesInTheOrderOfTheContract) {
-    const std::string path = Library("AllEntries.dll");
+    const std::string path = Library("PluginCoreOfPrivateBuild.dll");
     Load(path);
     ASSERT_EQ(kEntryNames.size(), 24u);
     EXPECT_EQ(RecordedLog(), LoadLines(path, GetModuleHandleA(path.c_str())));
 }
 
 TEST_F(PCILoaderTest, MissingNamesAreLookedUpAndLoggedToo) {
-    const std::string path = Library("FourEntries.dll");
+    const std::string path = Library("PluginCoreOfFourEntries.dll");
     Load(path);
     EXPECT_EQ(RecordedLog(), LoadLines(path, GetModuleHandleA(path.c_str())));
 }
 
 TEST_F(PCILoaderTest, LoadedLibraryIsTheSharedInstanceWithoutALogLine) {
-    PCILoader& loaded = LoadAndForgetLog("AllEntries.dll");
+    PCILoader& loaded = LoadAndForgetLog("PluginCoreOfPrivateBuild.dll");
     EXPECT_EQ(PCILoader::GetSharedInstance(), &loaded);
-    EXPECT_EQ(PCILoader::LoadSharedInstance(Library("FourEntries.dll")), &loaded);
+    EXPECT_EQ(PCILoader::LoadSharedInstance(Library("PluginCoreOfFourEntries.dll")), &loaded);
     EXPECT_TRUE(RecordedLog().empty());
-    EXPECT_EQ(Ask(loaded).path, Library("AllEntries.dll"));
+    EXPECT_EQ(Ask(loaded).path, Library("PluginCoreOfPrivateBuild.dll"));
 }
 
 TEST_F(PCILoaderTest, LibraryThatLacksEntriesYieldsAnInstanceAllTheSame) {
-    const PCILoader* const loaded = PCILoader::LoadSharedInstance(Library("NoEntries.dll"));
+    const PCILoader* const loaded = PCILoader::LoadSharedInstance(Library("PluginCoreWithoutEntries.dll"));
     ASSERT_NE(loaded, nullptr);
     EXPECT_EQ(PCILoader::GetSharedInstance(), loaded);
     loader.reset(PCILoader::GetSharedInstance());
@@ -48,44 +48,45 @@ TEST_F(PCILoaderTest, MissingLibraryIsLoggedByItsBareName) {
 }
 
 TEST_F(PCILoaderTest, DestructorForgetsTheInstanceAndKeepsTheLibrary) {
-    const std::string path = Library("AllEntries.dll");
+    const std::string path = Library("PluginCoreOfPrivateBuild.dll");
     Load(path);
     loader.reset();
     EXPECT_NE(GetModuleHandleA(path.c_str()), nullptr);
-    Load(Library("FourEntries.dll"));
-    EXPECT_EQ(Ask(*loader).path, Library("FourEntries.dll"));
+    Load(Library("PluginCoreOfFourEntries.dll"));
+    EXPECT_EQ(Ask(*loader).path, Library("PluginCoreOfFourEntries.dll"));
 }
 
 TEST_F(PCILoaderTest, BindingToANullModuleNullsEverythingInSilenceAndCountsOn) {
-    PCILoader& loaded = LoadAndForgetLog("AllEntries.dll");
+    PCILoader& loaded = LoadAndForgetLog("PluginCoreOfPrivateBuild.dll");
     loaded.BindEntryPoints(nullptr);
     EXPECT_TRUE(RecordedLog().empty());
     EXPECT_TRUE(loaded.CheckEntryPoints(false));
     EXPECT_EQ(Ask(loaded).missingCount, 24u);
     loaded.BindEntryPoints(nullptr);
     EXPECT_EQ(Ask(loaded).missingCount, 48u);
-    loaded.BindEntryPoints(GetModuleHandleA(Library("AllEntries.dll").c_str()));
+    loaded.BindEntryPoints(GetModuleHandleA(Library("PluginCoreOfPrivateBuild.dll").c_str()));
     EXPECT_EQ(Ask(loaded).missingCount, 0u);
 }
 
 TEST_F(PCILoaderTest, EntryThatTheLibraryLacksAnswersNotFound) {
-    const PCILoader& loaded = LoadAndForgetLog("FourEntries.dll");
+    const PCILoader& loaded = LoadAndForgetLog("PluginCoreOfFourEntries.dll");
     EXPECT_EQ(loaded.pfTerminatePluginCoreInterface(), kLookupNotFound);
-    EXPECT_EQ(loaded.pfIdleEvent(), 0);
+    EXPECT_EQ(loaded.pfHandleCloseDocument("", ""), 0);
 }
 
 // --- the diagnostic check -------------------------------------------------------------------------------------------
 
 TEST_F(PCILoaderTest, CheckFindsNothingWhereAllIsAsExpected) {
-    EXPECT_TRUE(LoadAndForgetLog("AllEntries.dll").CheckEntryPoints(true));
+    EXPECT_TRUE(LoadAndForgetLog("PluginCoreOfPrivateBuild.dll").CheckEntryPoints(true));
     loader->BindEntryPoints(nullptr);
     EXPECT_TRUE(loader->CheckEntryPoints(false));
     EXPECT_TRUE(RecordedLog().empty());
 }
 
 TEST_F(PCILoaderTest, CheckNamesEachEntryThatIsNull) {
-    const std::set<std::string> present = {"GetMenus", "HandleSaveDocument", "IdleEvent", "PluginIsEnabled"};
-    EXPECT_FALSE(LoadAndForgetLog("FourEntries.dll").CheckEntryPoints(true));
+    const std::set<std::string> present = {"HandleCloseDocument", "HandleOpenExistingDocument",
+                                           "InitializePluginCoreInterface", "PluginIsEnabled"};
+    EXPECT_FALSE(LoadAndForgetLog("PluginCoreOfFourEntries.dll").CheckEntryPoints(true));
     std::vector<RecordedLine> expected;
     for (const std::string& name : kEntryNames) {
         if (present.count(name) == 0) {
@@ -97,15 +98,15 @@ TEST_F(PCILoaderTest, CheckNamesEachEntryThatIsNull) {
 }
 
 TEST_F(PCILoaderTest, CheckNamesEachEntryThatIsNotNull) {
-    EXPECT_FALSE(LoadAndForgetLog("FourEntries.dll").CheckEntryPoints(false));
-    EXPECT_EQ(RecordedTexts(),
-              (std::vector<std::string>{
-                  "ERROR:  this->pfGetMenus is not NULL.", "ERROR:  this->pfHandleSaveDocument is not NULL.",
-                  "ERROR:  this->pfIdleEvent is not NULL.", "ERROR:  this->pfPluginIsEnabled is not NULL."}));
+    EXPECT_FALSE(LoadAndForgetLog("PluginCoreOfFourEntries.dll").CheckEntryPoints(false));
+    EXPECT_EQ(RecordedTexts(), (std::vector<std::string>{"ERROR:  this->pfHandleCloseDocument is not NULL.",
+                                                         "ERROR:  this->pfHandleOpenExistingDocument is not NULL.",
+                                                         "ERROR:  this->pfInitializePluginCoreInterface is not NULL.",
+                                                         "ERROR:  this->pfPluginIsEnabled is not NULL."}));
 }
 
 TEST_F(PCILoaderTest, CheckNamesAllEntriesInOrder) {
-    EXPECT_FALSE(LoadAndForgetLog("AllEntries.dll").CheckEntryPoints(false));
+    EXPECT_FALSE(LoadAndForgetLog("PluginCoreOfPrivateBuild.dll").CheckEntryPoints(false));
     std::vector<std::string> expected;
     for (const std::string& name : kEntryNames) {
         expected.push_back("ERROR:  this->pf" + name + " is not NULL.");
@@ -116,7 +117,8 @@ TEST_F(PCILoaderTest, CheckNamesAllEntriesInOrder) {
 // --- IsLoaded -------------------------------------------------------------------------------------------------------
 
 TEST_F(PCILoaderTest, LibraryWithAllEntriesThatAcceptsTheVersionIsLoaded) {
-    EXPECT_EQ(Ask(LoadAndForgetLog("AllEntries.dll")), (Answer{true, Library("AllEntries.dll"), kVersion, 0}));
+    EXPECT_EQ(Ask(LoadAndForgetLog("PluginCoreOfPrivateBuild.dll")),
+              (Answer{true, Library("PluginCoreOfPrivateBuild.dll"), kVersion, 0}));
     EXPECT_TRUE(RecordedLog().empty());
     EXPECT_TRUE(sBoxes.empty());
 }
@@ -130,7 +132,7 @@ TEST_F(PCILoaderTest, LibraryThatRefusesTheVersionIsNotLoadedInSilence) {
     Load(FakePluginCorePath());
     ClearRecordedLog();
     for (const std::int32_t code : {1, -1, 0x12000000}) {
-        ThePluginCore().calls.FailAlways("GetAPIVersion", code);
+        ThePluginCore().script["GetAPIVersion"].result = code;
         EXPECT_EQ(Ask(*loader), (Answer{false, FakePluginCorePath(), "", 0}));
     }
     EXPECT_TRUE(RecordedLog().empty());
@@ -148,50 +150,50 @@ FARPROC WINAPI FindOnlyApiVersion(HMODULE, LPCSTR name) {
 TEST_F(PCILoaderTest, AcceptedVersionCountsMoreThanMissingEntries) {
     {
         const ImportPatch patch("GetProcAddress", AsReplacement(FindOnlyApiVersion));
-        Load(Library("AllEntries.dll"));
+        Load(Library("PluginCoreOfPrivateBuild.dll"));
     }
     ClearRecordedLog();
-    EXPECT_EQ(Ask(*loader), (Answer{true, Library("AllEntries.dll"), kVersion, 23}));
+    EXPECT_EQ(Ask(*loader), (Answer{true, Library("PluginCoreOfPrivateBuild.dll"), kVersion, 23}));
     EXPECT_TRUE(RecordedLog().empty());
     EXPECT_TRUE(sBoxes.empty());
 }
 
 TEST_F(PCILoaderTest, LibraryWithoutApiVersionIsShownWithTheReason) {
-    const std::string path = Library("WithoutApiVersion.dll");
-    EXPECT_EQ(Ask(LoadAndForgetLog("WithoutApiVersion.dll")), (Answer{false, path, kVersion, 1}));
+    const std::string path = Library("PluginCoreWithoutGetAPIVersion.dll");
+    EXPECT_EQ(Ask(LoadAndForgetLog("PluginCoreWithoutGetAPIVersion.dll")), (Answer{false, path, kVariantVersion, 1}));
     EXPECT_EQ(
         RecordedLog(),
         (std::vector<RecordedLine>{{0, "PCILoader::IsLoaded() returning false. Reason: 1 function(s) missing from " +
-                                           path + ", version '" + kVersion + "'"}}));
-    EXPECT_EQ(sBoxes, std::vector{Incompatible(path, kVersion)});
+                                           path + ", version '" + kVariantVersion + "'"}}));
+    EXPECT_EQ(sBoxes, std::vector{Incompatible(path, kVariantVersion)});
 }
 
 TEST_F(PCILoaderTest, LibraryWithFourEntriesIsSaidToLackAll20) {
-    const std::string path = Library("FourEntries.dll");
-    EXPECT_EQ(Ask(LoadAndForgetLog("FourEntries.dll")), (Answer{false, path, kVersion, 20}));
+    const std::string path = Library("PluginCoreOfFourEntries.dll");
+    EXPECT_EQ(Ask(LoadAndForgetLog("PluginCoreOfFourEntries.dll")), (Answer{false, path, kVariantVersion, 20}));
     EXPECT_EQ(RecordedLog(), (std::vector<RecordedLine>{
                                  {0, "PCILoader::IsLoaded() returning false because all 20 functions are missing."}}));
-    EXPECT_EQ(sBoxes, std::vector{Incompatible(path, kVersion)});
+    EXPECT_EQ(sBoxes, std::vector{Incompatible(path, kVariantVersion)});
 }
 
 TEST_F(PCILoaderTest, LibraryWithoutAnyEntryGetsTheReasonWith24) {
-    const std::string path = Library("NoEntries.dll");
-    EXPECT_EQ(Ask(LoadAndForgetLog("NoEntries.dll")), (Answer{false, path, kVersion, 24}));
+    const std::string path = Library("PluginCoreWithoutEntries.dll");
+    EXPECT_EQ(Ask(LoadAndForgetLog("PluginCoreWithoutEntries.dll")), (Answer{false, path, kVariantVersion, 24}));
     EXPECT_EQ(
         RecordedLog(),
         (std::vector<RecordedLine>{{0, "PCILoader::IsLoaded() returning false. Reason: 24 function(s) missing from " +
-                                           path + ", version '" + kVersion + "'"}}));
-    EXPECT_EQ(sBoxes, std::vector{Incompatible(path, kVersion)});
+                                           path + ", version '" + kVariantVersion + "'"}}));
+    EXPECT_EQ(sBoxes, std::vector{Incompatible(path, kVariantVersion)});
 }
 
 TEST_F(PCILoaderTest, LibraryWithoutAVersionIsShownWithAnEmptyOne) {
-    Load(Library("OtherLanguage.dll"));
+    Load(Library("PluginCoreOfOtherLanguage.dll"));
     Ask(*loader);
-    EXPECT_EQ(sBoxes, std::vector{Incompatible(Library("OtherLanguage.dll"), "")});
+    EXPECT_EQ(sBoxes, std::vector{Incompatible(Library("PluginCoreOfOtherLanguage.dll"), "")});
 }
 
 TEST_F(PCILoaderTest, BoxIsShownEveryTime) {
-    LoadAndForgetLog("FourEntries.dll");
+    LoadAndForgetLog("PluginCoreOfFourEntries.dll");
     Ask(*loader);
     Ask(*loader);
     Ask(*loader);
@@ -200,7 +202,7 @@ TEST_F(PCILoaderTest, BoxIsShownEveryTime) {
 }
 
 TEST_F(PCILoaderTest, NullOutputIsACallersErrorAndNothingIsTouched) {
-    LoadAndForgetLog("FourEntries.dll");
+    LoadAndForgetLog("PluginCoreOfFourEntries.dll");
     Answer answer;
     EXPECT_FALSE(loader->IsLoaded(nullptr, &answer.version, &answer.missingCount));
     EXPECT_FALSE(loader->IsLoaded(&answer.path, nullptr, &answer.missingCount));
@@ -212,7 +214,7 @@ TEST_F(PCILoaderTest, NullOutputIsACallersErrorAndNothingIsTouched) {
 }
 
 TEST_F(PCILoaderTest, NullOutputIsAnErrorOfALibraryThatIsFineToo) {
-    LoadAndForgetLog("AllEntries.dll");
+    LoadAndForgetLog("PluginCoreOfPrivateBuild.dll");
     std::string text;
     EXPECT_FALSE(loader->IsLoaded(&text, &text, nullptr));
 }

@@ -5,12 +5,12 @@
 #include <filesystem>
 #include <optional>
 
+#include "doubles/common/ImportPatch.h"
 #include "FolderGuard.h"
 #include "IdleProcess.h"
 #include "OpenedFiles.h"
 #include "ShellFolders.h"
-#include "support/fakes/ImportPatch.h"
-#include "support/TemporaryFolder.h"
+#include "support/files/TemporaryFolder.h"
 
 namespace {
 

@@ -11,11 +11,11 @@
 #include <functional>
 #include <map>
 
+#include "doubles/common/ImportPatch.h"
 #include "IdleProcess.h"
-#include "support/fakes/ImportPatch.h"
-#include "support/RecordingLogSink.h"
+#include "support/files/TemporaryFolder.h"
+#include "support/log/RecordingLogSink.h"
 #include "support/ResultCodes.h"
-#include "support/TemporaryFolder.h"
 
 namespace {
 

@@ -69,7 +69,7 @@ TEST_F(SharedInstanceTest, LibraryThatTurnsUpLaterIsPickedUp) {
         const ImportPatch library("LoadLibraryA", AsReplacement(LoadNothing));
         EXPECT_EQ(Get(), nullptr);
     }
-    std::filesystem::copy_file(Library("AllEntries.dll"), folder.Path() / "PluginCoreX64.dll");
+    std::filesystem::copy_file(Library("PluginCoreOfPrivateBuild.dll"), folder.Path() / "PluginCoreX64.dll");
     WriteWholeFile(folder.Path() / "Quorvel" / "com.quorvel.Lumet-LaunchInfo.conf",
                    "lumet.path=" + (folder.Path() / "Lumet.exe").string() + "\r\n");
     EXPECT_NE(Get(), nullptr);
@@ -77,7 +77,7 @@ TEST_F(SharedInstanceTest, LibraryThatTurnsUpLaterIsPickedUp) {
 }
 
 TEST_F(SharedInstanceTest, SuccessIsLoggedOnceWithTheInstance) {
-    std::filesystem::copy_file(Library("AllEntries.dll"), folder.Path() / "PluginCoreX64.dll");
+    std::filesystem::copy_file(Library("PluginCoreOfPrivateBuild.dll"), folder.Path() / "PluginCoreX64.dll");
     const std::string path = (folder.Path() / "PluginCoreX64.dll").string();
     WriteWholeFile(folder.Path() / "Quorvel" / "com.quorvel.Lumet-LaunchInfo.conf",
                    "lumet.path=" + (folder.Path() / "Lumet.exe").string());
@@ -99,7 +99,7 @@ TEST_F(SharedInstanceTest, WithoutADirectoryWindowsSearchOrderDecides) {
     // Beside the program is where Windows looks first.
     const std::filesystem::path beside = TestProgramFolder() / "PluginCoreX64.dll";
     std::filesystem::remove(beside);
-    std::filesystem::copy_file(Library("AllEntries.dll"), beside);
+    std::filesystem::copy_file(Library("PluginCoreOfPrivateBuild.dll"), beside);
     {
         const LoadedPluginCores loadedBeside;
         ASSERT_NE(Get(), nullptr);
@@ -114,7 +114,7 @@ TEST_F(SharedInstanceTest, WithoutADirectoryWindowsSearchOrderDecides) {
 TEST(SharedInstanceOfARunningLumetTest, IsLoadedFromTheFolderOfTheProcess) {
     const TemporaryFolder folder;
     const LoadedPluginCores loaded;
-    std::filesystem::copy_file(Library("AllEntries.dll"), folder.Path() / "PluginCoreX64.dll");
+    std::filesystem::copy_file(Library("PluginCoreOfPrivateBuild.dll"), folder.Path() / "PluginCoreX64.dll");
     const IdleProcess lumet(folder.Path() / "Lumet.exe");
     const std::unique_ptr<PCILoader> loader(PCILoader::GetSharedInstance());
     ASSERT_NE(loader, nullptr);
@@ -124,7 +124,7 @@ TEST(SharedInstanceOfARunningLumetTest, IsLoadedFromTheFolderOfTheProcess) {
 // --- RequirePluginCore ----------------------------------------------------------------------------------------------
 
 TEST_F(PCILoaderTest, RequiredPluginCoreIsTheSharedInstance) {
-    const PCILoader& loaded = LoadAndForgetLog("FourEntries.dll");
+    const PCILoader& loaded = LoadAndForgetLog("PluginCoreOfFourEntries.dll");
     EXPECT_EQ(&RequirePluginCore(), &loaded);
     EXPECT_TRUE(RecordedLog().empty());
 }
@@ -140,10 +140,10 @@ TEST_F(SharedInstanceTest, RequiredPluginCoreThatIsNotThereIsSearchedThenThrown)
 
 TEST_F(PCILoaderTest, EnabledFlagDecidesWhetherThePluginCoreIsEnabled) {
     Load(FakePluginCorePath());
-    ThePluginCore().recordEnabledQueries = true;
-    ThePluginCore().calls.FailAlways("PluginIsEnabled", 5);  // the result does not count
+    ThePluginCore().calls.Show("PluginIsEnabled");
+    ThePluginCore().script["PluginIsEnabled"].result = 5;  // the result does not count
     EXPECT_TRUE(PluginCoreIsEnabled());
-    ThePluginCore().enabled = false;
+    ThePluginCore().script["PluginIsEnabled"].enabled = 0;
     EXPECT_FALSE(PluginCoreIsEnabled());
     EXPECT_EQ(ThePluginCore().calls.Calls(),
               (std::vector<std::string>{"PluginIsEnabled(1, 0)", "PluginIsEnabled(1, 0)"}));

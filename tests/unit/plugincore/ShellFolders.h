@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "support/fakes/ImportPatch.h"
+#include "doubles/common/ImportPatch.h"
 
 class ShellFolders {
   public:

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "support/fakes/ImportPatch.h"
-#include "support/TemporaryFolder.h"
+#include "doubles/common/ImportPatch.h"
+#include "support/files/TemporaryFolder.h"
 
 // The name that the build gives the diagnostic sink here: WriteLogLine is the recording one.
 void WriteDiagnosticLogLine(std::int32_t level, const char* text) noexcept;

@@ -6,7 +6,7 @@
 #include <deque>
 #include <vector>
 
-#include "support/fakes/ImportPatch.h"
+#include "doubles/common/ImportPatch.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "support/ThrowLikeAnotherCompiler.h"
+#include "doubles/common/ForeignException.h"
 
 namespace {
 

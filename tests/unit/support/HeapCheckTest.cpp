@@ -4,9 +4,9 @@
 #include <malloc.h>
 #include <windows.h>
 
-#include "support/fakes/ImportPatch.h"
-#include "support/fakes/ShownBoxes.h"
-#include "support/RecordingLogSink.h"
+#include "doubles/common/ImportPatch.h"
+#include "support/log/RecordingLogSink.h"
+#include "support/patches/ShownBoxes.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <cstdarg>
 #include <cstring>
 
-#include "support/fakes/ImportPatch.h"
-#include "support/RecordingLogSink.h"
+#include "doubles/common/ImportPatch.h"
+#include "support/log/RecordingLogSink.h"
 
 namespace {
 

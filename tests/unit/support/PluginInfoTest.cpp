@@ -9,11 +9,11 @@
 #include <filesystem>
 #include <type_traits>
 
-#include "support/fakes/ImportPatch.h"
+#include "doubles/common/ImportPatch.h"
+#include "support/files/TemporaryFolder.h"
 #include "support/Log.h"
-#include "support/RecordingLogSink.h"
+#include "support/log/RecordingLogSink.h"
 #include "support/ResultCodes.h"
-#include "support/TemporaryFolder.h"
 #include "support/TextConversion.h"
 
 namespace {

@@ -8,10 +8,10 @@
 #include <array>
 #include <filesystem>
 
-#include "support/fakes/ImportPatch.h"
-#include "support/RecordingLogSink.h"
+#include "doubles/common/ImportPatch.h"
+#include "support/files/TemporaryFolder.h"
+#include "support/log/RecordingLogSink.h"
 #include "support/ResultCodes.h"
-#include "support/TemporaryFolder.h"
 #include "support/TextConversion.h"
 
 namespace {

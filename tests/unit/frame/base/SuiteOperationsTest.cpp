@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "support/RecordingLogSink.h"
-#include "support/TestHost.h"
+#include "support/host/TestHost.h"
+#include "support/log/RecordingLogSink.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 
 #include "frame/base/SuiteOperations.h"
 #include "host/HeldSuites.h"
-#include "support/RecordingLogSink.h"
-#include "support/TestHost.h"
+#include "support/host/TestHost.h"
+#include "support/log/RecordingLogSink.h"
 
 namespace {
 

@@ -1,0 +1,28 @@
+// What an entry of a double does when it is called.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace doubles {
+
+enum class Throw { kNothing, kForeignException, kCppException };
+
+struct Answer {
+    std::int32_t result = 0;
+    // Instead of returning.
+    Throw throws = Throw::kNothing;
+    // For the caller's buffer: these bytes and a zero behind them, as far as they fit. Nothing is written without it.
+    std::optional<std::string> text;
+    // What PluginIsEnabled and GetSocketPort fill in.
+    std::uint8_t enabled = 1;
+    std::uint32_t port = 0;
+    // Whether CreateMenusFromJSONBuffer calls back for each item of the description.
+    bool createsItems = true;
+    // Runs inside the entry, once the call is recorded and before its answer is chosen. Only code can set it.
+    std::function<void()> during;
+};
+
+}  // namespace doubles

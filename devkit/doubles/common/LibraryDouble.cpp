@@ -1,0 +1,100 @@
+#include "doubles/common/LibraryDouble.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+
+#include "doubles/common/ForeignException.h"
+#include "doubles/common/OwnMemory.h"
+
+namespace doubles {
+
+namespace {
+
+[[noreturn]] void EndProcess(const char* library, const char* message) {
+    std::fprintf(stderr, "double of %s: %s\n", library, message);
+    std::abort();
+}
+
+// Empty when there is no such file: as if the script said nothing.
+std::string ReadText(const wchar_t* path) {
+    std::FILE* const file = _wfopen(path, L"rb");
+    if (file == nullptr) {
+        return {};
+    }
+    std::string text;
+    char part[4096];
+    while (const std::size_t count = std::fread(part, 1, sizeof part, file)) {
+        text.append(part, count);
+    }
+    std::fclose(file);
+    return text;
+}
+
+}  // namespace
+
+void LibraryDouble::RefreshScript() {
+    const wchar_t* const path = _wgetenv(mNames.scriptVariable);
+    if (path == nullptr) {
+        return;
+    }
+    std::string text = ReadText(path);
+    if (text == mScriptText) {
+        return;
+    }
+    try {
+        script.Load(text.empty() ? "{}" : text);
+    } catch (const std::exception& error) {
+        EndProcess(mNames.library, error.what());
+    }
+    mScriptText = std::move(text);
+}
+
+bool LibraryDouble::RecordsIntoFile() const { return _wgetenv(mNames.recordVariable) != nullptr; }
+
+void LibraryDouble::AppendToFile(const CallRecord& call) const {
+    std::FILE* const file = _wfopen(_wgetenv(mNames.recordVariable), L"ab");
+    if (file == nullptr) {
+        EndProcess(mNames.library, "the record file cannot be written");
+    }
+    const std::string line = call.AsJson() + "\n";
+    std::fwrite(line.data(), 1, line.size(), file);
+    std::fclose(file);
+}
+
+ReceivedCall::ReceivedCall(LibraryDouble& receiver, CallRecord record)
+    : mReceiver(receiver), mRecord(std::make_shared<CallRecord>(std::move(record))) {
+    const std::string entry = mRecord->Entry();
+    mReceiver.RefreshScript();
+    if (!mReceiver.RecordsIntoFile()) {
+        mReceiver.calls.Add(mRecord);
+    }
+    if (const std::function<void()> during = mReceiver.script.DuringNext(entry)) {
+        const NotOwnMemory notOwn;
+        during();
+    }
+    mAnswer = mReceiver.script.TakeNext(entry);
+}
+
+ReceivedCall::Outcome ReceivedCall::Conclude(std::int32_t result) {
+    mRecord->SetAnswer(result);
+    if (mReceiver.RecordsIntoFile()) {
+        mReceiver.AppendToFile(*mRecord);
+    }
+    return {result, mAnswer.throws};
+}
+
+std::int32_t Return(ReceivedCall::Outcome outcome) {
+    ThrowAsAsked(outcome.throws);
+    return outcome.result;
+}
+
+void WriteText(const Answer& answer, char* buffer, std::uint64_t capacity) {
+    if (answer.text && buffer != nullptr) {
+        std::memcpy(buffer, answer.text->c_str(), std::min<std::uint64_t>(answer.text->size() + 1, capacity));
+    }
+}
+
+}  // namespace doubles

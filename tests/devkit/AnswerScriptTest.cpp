@@ -1,0 +1,151 @@
+#include "doubles/common/AnswerScript.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "doubles/common/LibraryDouble.h"
+
+namespace {
+
+using doubles::Answer;
+using doubles::AnswerScript;
+using doubles::Throw;
+
+AnswerScript Loaded(const std::string& json) {
+    AnswerScript script({"text", "enabled", "port"});
+    script.Load(json);
+    return script;
+}
+
+TEST(AnswerScript, EntryWithoutAnswersReturns0AndIsEnabled) {
+    AnswerScript script;
+    const Answer answer = script.TakeNext("Entry");
+    EXPECT_EQ(answer.result, 0);
+    EXPECT_EQ(answer.throws, Throw::kNothing);
+    EXPECT_EQ(answer.text, std::nullopt);
+    EXPECT_EQ(answer.enabled, 1);
+    EXPECT_EQ(answer.port, 0u);
+    EXPECT_EQ(script.DuringNext("Entry"), nullptr);
+}
+
+TEST(AnswerScript, AnswersAreUsedInTurnAndTheLastOneIsRepeated) {
+    AnswerScript script = Loaded(R"({"A": [{"result": 1}, {"result": 2}], "B": [{"result": 9}], "C": []})");
+    EXPECT_EQ(script.TakeNext("A").result, 1);
+    EXPECT_EQ(script.TakeNext("B").result, 9);
+    EXPECT_EQ(script.TakeNext("A").result, 2);
+    EXPECT_EQ(script.TakeNext("A").result, 2);
+    EXPECT_EQ(script.TakeNext("C").result, 0);
+}
+
+TEST(AnswerScript, EveryKeyIsRead) {
+    AnswerScript script = Loaded(
+        R"({"A": [{"result": -3, "text": "a text", "enabled": 0, "port": 4294967295}],
+            "B": [{"throw": "foreign"}, {"throw": "cpp"}]})");
+    const Answer answer = script.TakeNext("A");
+    EXPECT_EQ(answer.result, -3);
+    EXPECT_EQ(answer.text, "a text");
+    EXPECT_EQ(answer.enabled, 0);
+    EXPECT_EQ(answer.port, 4294967295u);
+    EXPECT_EQ(script.TakeNext("B").throws, Throw::kForeignException);
+    EXPECT_EQ(script.TakeNext("B").throws, Throw::kCppException);
+}
+
+TEST(AnswerScript, WhatCannotBeUnderstoodIsRefused) {
+    for (const char* const json :
+         {"", "{", R"({"A": [{"unknown": 1}]})", R"({"A": [{"throw": "none"}]})", R"({"A": [{"result": "1"}]})"}) {
+        EXPECT_THROW(Loaded(json), std::exception) << json;
+    }
+    AnswerScript withoutOwnKeys;
+    EXPECT_THROW(withoutOwnKeys.Load(R"({"A": [{"text": "a"}]})"), std::runtime_error);
+}
+
+TEST(AnswerScript, LoadingBeginsAgain) {
+    AnswerScript script = Loaded(R"({"A": [{"result": 1}, {"result": 2}]})");
+    script.TakeNext("A");
+    script["B"].result = 5;
+    script.Load(R"({"A": [{"result": 3}, {"result": 4}]})");
+    EXPECT_EQ(script.TakeNext("A").result, 3);
+    EXPECT_EQ(script.TakeNext("B").result, 0);
+}
+
+TEST(AnswerScript, CodeChangesTheAnswerThatIsRepeated) {
+    AnswerScript script = Loaded(R"({"A": [{"result": 1}, {"result": 2}]})");
+    script["A"].result = 7;
+    script["B"].text = "b";
+    EXPECT_EQ(script.TakeNext("A").result, 1);
+    EXPECT_EQ(script.TakeNext("A").result, 7);
+    EXPECT_EQ(script.TakeNext("B").text, "b");
+}
+
+TEST(AnswerScript, NthCallFromNowFailsAndKeepsTheRestOfItsAnswer) {
+    AnswerScript script;
+    script["A"].text = "text";
+    script.TakeNext("A");
+    script.Fail("A", 5, 2);
+    EXPECT_EQ(script.TakeNext("A").result, 0);
+    const Answer failing = script.TakeNext("A");
+    EXPECT_EQ(failing.result, 5);
+    EXPECT_EQ(failing.text, "text");
+    EXPECT_EQ(script.TakeNext("A").result, 0);
+}
+
+// --- a received call ------------------------------------------------------------------------------------------------
+
+doubles::LibraryDouble NewDouble() {
+    return doubles::LibraryDouble({"test", L"QUORVEL_NO_SCRIPT", L"QUORVEL_NO_RECORD", {}});
+}
+
+using Calls = std::vector<std::string>;
+
+TEST(ReceivedCall, IsRecordedBeforeWhatRunsDuringItAndAnsweredAfter) {
+    doubles::LibraryDouble library = NewDouble();
+    Calls during;
+    library.script["Outer"].during = [&] {
+        during = library.calls.Calls();
+        doubles::ReceivedCall(library, doubles::CallRecord("Inner")).Conclude();
+        library.script["Outer"].result = 6;
+    };
+    doubles::ReceivedCall call(library, doubles::CallRecord("Outer").Number("n", 1));
+    EXPECT_EQ(during, Calls{"Outer(1)"});
+    EXPECT_EQ(call.Conclude().result, 6);
+    EXPECT_EQ(library.calls.Calls(), (Calls{"Outer(1)", "Inner()"}));
+    EXPECT_EQ(library.calls.Count("Inner"), 1);
+}
+
+TEST(ReceivedCall, OutcomeThrowsAsTheScriptSays) {
+    doubles::LibraryDouble library = NewDouble();
+    library.script["A"].throws = Throw::kCppException;
+    const auto outcome = doubles::ReceivedCall(library, doubles::CallRecord("A")).Conclude();
+    EXPECT_THROW(doubles::Return(outcome), std::runtime_error);
+}
+
+TEST(ReceivedCall, CallsOfAnEntryCanBeLeftOutAndForgotten) {
+    doubles::LibraryDouble library = NewDouble();
+    library.calls.LeaveOut("A");
+    doubles::ReceivedCall(library, doubles::CallRecord("A")).Conclude();
+    doubles::ReceivedCall(library, doubles::CallRecord("B")).Conclude();
+    EXPECT_EQ(library.calls.Calls(), Calls{"B()"});
+    EXPECT_EQ(library.calls.Count("A"), 1);
+    library.calls.Show("A");
+    EXPECT_EQ(library.calls.Calls(), (Calls{"A()", "B()"}));
+    library.calls.Clear();
+    EXPECT_EQ(library.calls.Calls(), Calls{});
+    EXPECT_EQ(library.calls.Count("A"), 0);
+}
+
+TEST(ReceivedCall, TextIsWrittenWithItsZeroAsFarAsItFits) {
+    Answer answer;
+    std::string buffer(4, '#');
+    doubles::WriteText(answer, buffer.data(), 4);
+    EXPECT_EQ(buffer, "####");
+    answer.text = "ab";
+    doubles::WriteText(answer, buffer.data(), 4);
+    EXPECT_EQ(buffer, std::string("ab\0#", 4));
+    answer.text = "abcdef";
+    doubles::WriteText(answer, buffer.data(), 4);
+    EXPECT_EQ(buffer, "abcd");
+    doubles::WriteText(answer, nullptr, 0);
+}
+
+}  // namespace

@@ -1,0 +1,64 @@
+#include "support/log/RecordingLogSink.h"
+
+#include <algorithm>
+#include <mutex>
+#include <ostream>
+
+#include "doubles/common/OwnMemory.h"
+#include "doubles/common/Thread.h"
+#include "support/isolation/BeforeEachTest.h"
+#include "support/LogSink.h"
+
+namespace {
+
+struct Record {
+    Mutex mutex;  // any thread may log
+    std::vector<RecordedLine> lines;
+};
+
+// Made at the first use: objects of other files may log before this file's own are constructed.
+Record& TheRecord() {
+    static Record record;
+    return record;
+}
+
+const BeforeEachTest kReset(ClearRecordedLog);
+
+}  // namespace
+
+void WriteLogLine(std::int32_t level, const char* text) noexcept {
+    const OwnMemory own;
+    Record& record = TheRecord();
+    const std::lock_guard<Mutex> lock(record.mutex);
+    record.lines.push_back({level, text});
+}
+
+std::ostream& operator<<(std::ostream& stream, const RecordedLine& line) {
+    return stream << line.level << " \"" << line.text << '"';
+}
+
+std::vector<RecordedLine> RecordedLog() {
+    Record& record = TheRecord();
+    const std::lock_guard<Mutex> lock(record.mutex);
+    return record.lines;
+}
+
+std::vector<std::string> RecordedTexts() {
+    std::vector<std::string> texts;
+    for (const RecordedLine& line : RecordedLog()) {
+        texts.push_back(line.text);
+    }
+    return texts;
+}
+
+int CountRecorded(std::string_view text) {
+    const std::vector<RecordedLine> lines = RecordedLog();
+    return static_cast<int>(
+        std::count_if(lines.begin(), lines.end(), [text](const RecordedLine& line) { return line.text == text; }));
+}
+
+void ClearRecordedLog() {
+    Record& record = TheRecord();
+    const std::lock_guard<Mutex> lock(record.mutex);
+    std::vector<RecordedLine>().swap(record.lines);
+}
