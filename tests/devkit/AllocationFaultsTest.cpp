@@ -23,8 +23,6 @@ bool CanAllocate() {
     return could;
 }
 
-int AllocateForTheTests(int answer) { return CanAllocate() ? answer : 0; }
-
 TEST(AllocationFaults, BlockThatIsNotDeletedIsLive) {
     const std::ptrdiff_t before = LiveAllocations();
     void* const leaked = ::operator new(24);

@@ -50,8 +50,7 @@ class FrameTest : public testing::Test {
     // The host ends: from here on nothing fails, and the plug-in has to give everything back.
     void TearDown() override {
         host.EndFaults();
-        ThePluginCore().throwingEntry.clear();
-        ThePluginCore().duringEntry.clear();
+        ResetFakePluginCore();
         if (host.globals != nullptr || SuitesAreHeld()) {
             Send("SP Interface", "Shutdown");
         }
