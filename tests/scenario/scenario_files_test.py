@@ -23,7 +23,15 @@ SCENARIOS = ROOT / "devkit" / "scenarios"
 FAULTS = ROOT / "tests" / "scenario" / "faults"
 FAULTY_PLUGINS = ROOT / "devkit" / "faulty_plugins"
 # Not for scenarios: the shipped plug-in is what they play to, and the diagnostic one is tested by itself.
-NOT_FOR_SCENARIOS = {"QuorvelTypeAgentAI20.aip", "QuorvelTypeAgentAI20-diagnostic.aip", "simhost.exe"}
+NOT_FOR_SCENARIOS = {
+    "QuorvelTypeAgentAI20.aip",
+    "QuorvelTypeAgentAI20-diagnostic.aip",
+    "simhost.exe",
+    # Version resources that the unit tests read.
+    "PluginCoreOfLongPrivateBuild.dll",
+    "PluginCoreOfOtherLanguage.dll",
+    "PluginCoreOfPrivateBuild.dll",
+}
 
 
 def scenario_files(folder: pathlib.Path) -> list[pathlib.Path]:

@@ -27,8 +27,12 @@ ChildProcess::ChildProcess(const std::filesystem::path& program, const std::vect
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process{};
-    if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, program.parent_path().c_str(),
-                       &startup, &process) == 0) {
+    const auto start = [&] {
+        return CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                              program.parent_path().c_str(), &startup, &process) != 0;
+    };
+    // About one start in a thousand fails in Wine itself, with this code and before the program begins.
+    if (!start() && !(GetLastError() == ERROR_INTERNAL_ERROR && start())) {
         throw std::runtime_error("cannot start " + Utf8(program.wstring()) + " (error " +
                                  std::to_string(GetLastError()) + ")");
     }
