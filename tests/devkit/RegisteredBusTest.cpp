@@ -1,10 +1,10 @@
-// What the substitute PluginCore records of the messaging state that it is given.
+// What the double of the PluginCore records of the messaging state that it is given.
 #include <gtest/gtest.h>
 
 #include <array>
 #include <string>
 
-#include "devkit/SubstituteLibrary.h"
+#include "devkit/LoadedDouble.h"
 
 namespace {
 
@@ -36,8 +36,8 @@ class RegisteredBus : public testing::Test {
         return line.substr(beginning.size(), line.size() - beginning.size() - end.size());
     }
 
-    const SubstituteLibrary bus{L"PlugPlugOwl.dll", L"QUORVEL_PLUGPLUG", "{}"};
-    const SubstituteLibrary pluginCore{L"PluginCoreX64.dll", L"QUORVEL_PLUGINCORE", "{}"};
+    const LoadedDouble bus{L"PlugPlugOwl.dll", L"QUORVEL_PLUGPLUG", "{}"};
+    const LoadedDouble pluginCore{L"PluginCoreX64.dll", L"QUORVEL_PLUGINCORE", "{}"};
 };
 
 TEST_F(RegisteredBus, WholeStateIsNamedFieldByField) {

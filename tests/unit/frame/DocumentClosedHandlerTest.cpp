@@ -134,6 +134,20 @@ TEST_F(DocumentClosedTest, OnlyTheClosedDocumentIsForgotten) {
     EXPECT_EQ(GetFilePathForDocumentHandle(other), "C:/other.ai");
 }
 
+TEST_F(DocumentClosedTest, RegistryHoldsOneRecordForEachOpenDocumentAndNoneAfterTheLastClose) {
+    const auto handle = [](std::uintptr_t n) { return reinterpret_cast<AIDocumentHandle>(0x2D0C10000 + n); };
+    for (std::uintptr_t n = 0; n < 10; ++n) {
+        SetFilePathForDocumentHandle(handle(n), "C:/" + std::to_string(n) + ".ai");
+        SetFilePathForDocumentHandle(handle(n), "C:/saved as " + std::to_string(n) + ".ai");
+    }
+    std::size_t left = 10;
+    EXPECT_EQ(DocumentRegistrySize(), left);
+    for (const std::uintptr_t n : {3u, 7u, 8u, 0u, 4u, 9u, 1u, 6u, 2u, 5u}) {
+        EXPECT_EQ(Handle(HandleDocumentClosedNotifier, handle(n)), 0);
+        EXPECT_EQ(DocumentRegistrySize(), --left);
+    }
+}
+
 TEST_F(DocumentClosedTest, PluginCoresResultsAreIgnored) {
     RecordSaved();
     WriteFileWithTime(kOpenedAt + 1);

@@ -1,4 +1,4 @@
-// A substitute library in the test's process, recording into a file of the test's own and answering from another.
+// A double as a library in the test's process, recording into a file of the test's own and answering from another.
 #pragma once
 
 #include <windows.h>
@@ -9,19 +9,19 @@
 
 #include "support/files/TemporaryFolder.h"
 
-class SubstituteLibrary {
+class LoadedDouble {
   public:
     // The library of that file name; the environment variables with that beginning name its files. `script` is JSON,
     // and read at each call.
-    SubstituteLibrary(const std::wstring& fileName, const std::wstring& variables, const std::string& script) {
+    LoadedDouble(const std::wstring& fileName, const std::wstring& variables, const std::string& script) {
         WriteWholeFile(mFolder.Path() / "answers.json", script);
         _wputenv_s((variables + L"_SCRIPT").c_str(), (mFolder.Path() / "answers.json").c_str());
         _wputenv_s((variables + L"_RECORD").c_str(), (mFolder.Path() / "calls.jsonl").c_str());
         mModule = LoadLibraryW((TestProgramFolder().parent_path() / "bin" / fileName).c_str());
     }
-    SubstituteLibrary(const SubstituteLibrary&) = delete;
-    SubstituteLibrary& operator=(const SubstituteLibrary&) = delete;
-    ~SubstituteLibrary() { FreeLibrary(mModule); }
+    LoadedDouble(const LoadedDouble&) = delete;
+    LoadedDouble& operator=(const LoadedDouble&) = delete;
+    ~LoadedDouble() { FreeLibrary(mModule); }
 
     HMODULE Module() const { return mModule; }
     template <class Function>

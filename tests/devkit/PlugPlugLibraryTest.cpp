@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "devkit/SubstituteLibrary.h"
+#include "devkit/LoadedDouble.h"
 #include "host/PlugPlug.h"
 
 namespace {
@@ -12,16 +12,16 @@ constexpr std::int32_t kRefused = 22;
 
 // The functions of a library that answers from the script.
 struct Library {
-    explicit Library(const std::string& script = "{}") : substitute(L"PlugPlugOwl.dll", L"QUORVEL_PLUGPLUG", script) {}
+    explicit Library(const std::string& script = "{}") : loaded(L"PlugPlugOwl.dll", L"QUORVEL_PLUGPLUG", script) {}
 
-    SubstituteLibrary substitute;
-    PlugPlugLoadExtension loadExtension = substitute.Get<PlugPlugLoadExtension>("PlugPlugLoadExtension");
-    PlugPlugUnloadExtension unloadExtension = substitute.Get<PlugPlugUnloadExtension>("PlugPlugUnloadExtension");
-    PlugPlugAddEventListener add = substitute.Get<PlugPlugAddEventListener>("PlugPlugAddEventListener");
-    PlugPlugRemoveEventListener remove = substitute.Get<PlugPlugRemoveEventListener>("PlugPlugRemoveEventListener");
-    PlugPlugDispatchEvent dispatch = substitute.Get<PlugPlugDispatchEvent>("PlugPlugDispatchEvent");
-    PlugPlugAddEventListener hostAdd = substitute.Get<PlugPlugAddEventListener>("HostAddEventListener");
-    PlugPlugDispatchEvent hostDispatch = substitute.Get<PlugPlugDispatchEvent>("HostDispatchEvent");
+    LoadedDouble loaded;
+    PlugPlugLoadExtension loadExtension = loaded.Get<PlugPlugLoadExtension>("PlugPlugLoadExtension");
+    PlugPlugUnloadExtension unloadExtension = loaded.Get<PlugPlugUnloadExtension>("PlugPlugUnloadExtension");
+    PlugPlugAddEventListener add = loaded.Get<PlugPlugAddEventListener>("PlugPlugAddEventListener");
+    PlugPlugRemoveEventListener remove = loaded.Get<PlugPlugRemoveEventListener>("PlugPlugRemoveEventListener");
+    PlugPlugDispatchEvent dispatch = loaded.Get<PlugPlugDispatchEvent>("PlugPlugDispatchEvent");
+    PlugPlugAddEventListener hostAdd = loaded.Get<PlugPlugAddEventListener>("HostAddEventListener");
+    PlugPlugDispatchEvent hostDispatch = loaded.Get<PlugPlugDispatchEvent>("HostDispatchEvent");
 };
 
 std::string TextOrNull(const char* text) { return text == nullptr ? "null" : text; }
@@ -42,7 +42,7 @@ std::int32_t DispatchOf(const Library& library, const char* type) {
     return library.dispatch(&event);
 }
 
-TEST(SubstitutePlugPlug, EventReachesEveryListenerOfItsTypeAndNoOther) {
+TEST(PlugPlugLibrary, EventReachesEveryListenerOfItsTypeAndNoOther) {
     const Library library;
     Heard first, second, other;
     EXPECT_EQ(library.add("a", &Listen, &first), 0);
@@ -55,7 +55,7 @@ TEST(SubstitutePlugPlug, EventReachesEveryListenerOfItsTypeAndNoOther) {
     EXPECT_EQ(other, Heard{});
 }
 
-TEST(SubstitutePlugPlug, ListenersAreCalledInTheOrderOfTheirAdding) {
+TEST(PlugPlugLibrary, ListenersAreCalledInTheOrderOfTheirAdding) {
     const Library library;
     static Heard order;
     const PlugPlugListener sayFirst = [](const PlugPlugEvent*, void*) { order.emplace_back("first"); };
@@ -66,7 +66,7 @@ TEST(SubstitutePlugPlug, ListenersAreCalledInTheOrderOfTheirAdding) {
     EXPECT_EQ(order, (Heard{"first", "second"}));
 }
 
-TEST(SubstitutePlugPlug, ListenerSeesACopyInWhichMissingTextsStayMissing) {
+TEST(PlugPlugLibrary, ListenerSeesACopyInWhichMissingTextsStayMissing) {
     const Library library;
     static const char* sSeenType = nullptr;
     Heard heard;
@@ -79,7 +79,7 @@ TEST(SubstitutePlugPlug, ListenerSeesACopyInWhichMissingTextsStayMissing) {
     EXPECT_NE(sSeenType, event.type);
 }
 
-TEST(SubstitutePlugPlug, ListenerThatIsAddedWhileAnEventIsDeliveredHearsTheNextOneFirst) {
+TEST(PlugPlugLibrary, ListenerThatIsAddedWhileAnEventIsDeliveredHearsTheNextOneFirst) {
     const Library library;
     static const Library* sLibrary = nullptr;
     static Heard heard;
@@ -92,7 +92,7 @@ TEST(SubstitutePlugPlug, ListenerThatIsAddedWhileAnEventIsDeliveredHearsTheNextO
     EXPECT_EQ(heard, Heard{"a 1 app null data"});
 }
 
-TEST(SubstitutePlugPlug, RemovedListenerHearsNothingAndCannotBeRemovedTwice) {
+TEST(PlugPlugLibrary, RemovedListenerHearsNothingAndCannotBeRemovedTwice) {
     const Library library;
     Heard heard, stays;
     library.add("a", &Listen, &heard);
@@ -104,7 +104,7 @@ TEST(SubstitutePlugPlug, RemovedListenerHearsNothingAndCannotBeRemovedTwice) {
     EXPECT_EQ(stays, Heard{"a 1 app null data"});
 }
 
-TEST(SubstitutePlugPlug, SenselessCallsAreRefused) {
+TEST(PlugPlugLibrary, SenselessCallsAreRefused) {
     const Library library;
     EXPECT_EQ(library.add(nullptr, &Listen, nullptr), kRefused);
     EXPECT_EQ(library.add("a", nullptr, nullptr), kRefused);
@@ -115,7 +115,7 @@ TEST(SubstitutePlugPlug, SenselessCallsAreRefused) {
     EXPECT_EQ(library.hostDispatch(nullptr), kRefused);
 }
 
-TEST(SubstitutePlugPlug, EveryCallIsRecordedWithItsArgumentsAndItsAnswer) {
+TEST(PlugPlugLibrary, EveryCallIsRecordedWithItsArgumentsAndItsAnswer) {
     const Library library(R"({"PlugPlugLoadExtension": [{"result": 7}]})");
     Heard heard;
     EXPECT_EQ(library.loadExtension("x"), 7);
@@ -125,7 +125,7 @@ TEST(SubstitutePlugPlug, EveryCallIsRecordedWithItsArgumentsAndItsAnswer) {
     DispatchOf(library, nullptr);
     library.dispatch(nullptr);
     library.remove("b", &Listen, nullptr);
-    EXPECT_EQ(library.substitute.Record(), R"({"entry":"PlugPlugLoadExtension","arguments":{"extension":"x"},"answer":7}
+    EXPECT_EQ(library.loaded.Record(), R"({"entry":"PlugPlugLoadExtension","arguments":{"extension":"x"},"answer":7}
 {"entry":"PlugPlugUnloadExtension","arguments":{"extension":null},"answer":0}
 {"entry":"PlugPlugAddEventListener","arguments":{"type":"a","listener":"set","context":"set"},"answer":0}
 {"entry":"PlugPlugDispatchEvent","arguments":{"type":"a","scope":1,"application":"app","extension":null,"data":"data"},"answer":0}
@@ -135,7 +135,7 @@ TEST(SubstitutePlugPlug, EveryCallIsRecordedWithItsArgumentsAndItsAnswer) {
 )");
 }
 
-TEST(SubstitutePlugPlug, ScriptedRefusalsKeepTheBusAsItWas) {
+TEST(PlugPlugLibrary, ScriptedRefusalsKeepTheBusAsItWas) {
     const Library library(R"({"PlugPlugAddEventListener": [{"result": 5}, {}],
                               "PlugPlugDispatchEvent": [{}, {"result": -1}, {}],
                               "PlugPlugRemoveEventListener": [{"result": 6}]})");
@@ -151,14 +151,14 @@ TEST(SubstitutePlugPlug, ScriptedRefusalsKeepTheBusAsItWas) {
     EXPECT_EQ(heard, Heard{"a 1 app null data"});
 }
 
-TEST(SubstitutePlugPlug, TheHostsOwnWayToTheBusIsNeitherRecordedNorScripted) {
+TEST(PlugPlugLibrary, TheHostsOwnWayToTheBusIsNeitherRecordedNorScripted) {
     const Library library(R"({"PlugPlugAddEventListener": [{"result": 5}], "PlugPlugDispatchEvent": [{"result": 5}]})");
     Heard heard;
     EXPECT_EQ(library.hostAdd("a", &Listen, &heard), 0);
     const PlugPlugEvent event = EventOf("a");
     EXPECT_EQ(library.hostDispatch(&event), 0);
     EXPECT_EQ(heard, Heard{"a 1 app null data"});
-    EXPECT_EQ(library.substitute.Record(), "");
+    EXPECT_EQ(library.loaded.Record(), "");
 }
 
 }  // namespace

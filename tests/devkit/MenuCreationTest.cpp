@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "devkit/SubstituteLibrary.h"
+#include "devkit/LoadedDouble.h"
 
 namespace {
 
@@ -30,55 +30,55 @@ std::int32_t Ask(const char* id, const char* label, const char* itemText, Flag c
     return asked.refuse == id ? kRefused : 0;
 }
 
-class SubstituteMenuCreation : public testing::Test {
+class MenuCreation : public testing::Test {
   protected:
     std::vector<std::string> Create(const char* json) {
         mResult = mLibrary.Get<CreateMenus>("CreateMenusFromJSONBuffer")(json, &Ask, &mAsked);
         return mAsked.items;
     }
 
-    SubstituteLibrary mLibrary{L"PluginCoreX64.dll", L"QUORVEL_PLUGINCORE", "{}"};
+    LoadedDouble mLibrary{L"PluginCoreX64.dll", L"QUORVEL_PLUGINCORE", "{}"};
     Asked mAsked;
     std::int32_t mResult = -1;
 };
 
 using Items = std::vector<std::string>;
 
-TEST_F(SubstituteMenuCreation, AsksForParentsBeforeTheirChildrenDepthFirst) {
+TEST_F(MenuCreation, AsksForParentsBeforeTheirChildrenDepthFirst) {
     EXPECT_EQ(Create(R"([{"id":"a","title":"A","child":[{"id":"b","title":"B","child":[{"id":"c","title":"C"}]},
                          {"id":"d","title":"D"}]},{"id":"e","title":"E"}])"),
               (Items{"'a' 'A' 'A' 011 null", "'b' 'B' 'B' 011 'A'", "'c' 'C' 'C' 010 'B'", "'d' 'D' 'D' 010 'A'",
                      "'e' 'E' 'E' 010 null"}));
 }
 
-TEST_F(SubstituteMenuCreation, ASingleItemMayBeTheRoot) {
+TEST_F(MenuCreation, ASingleItemMayBeTheRoot) {
     EXPECT_EQ(Create(R"({"id":"a","title":"A","child":[]})"), Items{"'a' 'A' 'A' 010 null"});
 }
 
-TEST_F(SubstituteMenuCreation, PassesTheMarksOfTheDescription) {
+TEST_F(MenuCreation, PassesTheMarksOfTheDescription) {
     EXPECT_EQ(Create(R"([{"id":"a","title":"A","checked":true,"enabled":false},
                          {"id":"b","title":"B","checked":false,"enabled":true}])"),
               (Items{"'a' 'A' 'A' 100 null", "'b' 'B' 'B' 010 null"}));
 }
 
-TEST_F(SubstituteMenuCreation, AnOwnLabelGoesBeforeTheTitleAndNamesTheParentOfTheChildren) {
+TEST_F(MenuCreation, AnOwnLabelGoesBeforeTheTitleAndNamesTheParentOfTheChildren) {
     EXPECT_EQ(Create(R"([{"id":"a","title":"A","label":"L","child":[{"id":"b","title":"B"}]}])"),
               (Items{"'a' 'L' 'A' 011 null", "'b' 'B' 'B' 010 'L'"}));
 }
 
-TEST_F(SubstituteMenuCreation, AMissingTitleIsANullTextAndAnEmptyOneIsEmpty) {
+TEST_F(MenuCreation, AMissingTitleIsANullTextAndAnEmptyOneIsEmpty) {
     EXPECT_EQ(Create(R"([{"id":"a","title":null},{"id":"b"},{"id":"c","title":""}])"),
               (Items{"'a' '' null 010 null", "'b' '' null 010 null", "'c' '' '' 010 null"}));
 }
 
-TEST_F(SubstituteMenuCreation, GoesOnWhenAnItemIsRefused) {
+TEST_F(MenuCreation, GoesOnWhenAnItemIsRefused) {
     mAsked.refuse = "a";
     EXPECT_EQ(Create(R"([{"id":"a","title":"A","child":[{"id":"b","title":"B"}]},{"id":"c","title":"C"}])").size(), 3U);
     EXPECT_EQ(mResult, 0);
     EXPECT_NE(mLibrary.Record().find(R"("items":["a -> 0x09000000","b -> 0","c -> 0"])"), std::string::npos);
 }
 
-TEST_F(SubstituteMenuCreation, WhatIsNoDescriptionHasNoItems) {
+TEST_F(MenuCreation, WhatIsNoDescriptionHasNoItems) {
     for (const char* const json : {"", "[{", "12", "\"a\"", "null", "[]", "[1,\"a\",null,[{\"id\":\"a\"}]]"}) {
         EXPECT_EQ(Create(json), Items{}) << json;
         EXPECT_EQ(mResult, 0) << json;
