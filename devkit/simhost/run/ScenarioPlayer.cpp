@@ -5,6 +5,7 @@
 
 #include "doubles/host/Host.h"
 #include "simhost/checks/ImportWatch.h"
+#include "simhost/plugin/PluginClock.h"
 #include "simhost/run/HostPreparation.h"
 #include "simhost/run/Performance.h"
 #include "simhost/verbs/VerbTable.h"
@@ -27,6 +28,7 @@ ScenarioPlayer::ScenarioPlayer(const Scenario& scenario, const RunFolder& folder
       mDriver(mPlugin),
       mMessaging(folder, transcript, mPanel) {
     WatchImports(mPlugin.Module());
+    InstallPluginClock(mPlugin.Module());
 }
 
 std::string ScenarioPlayer::WhereItIs() const {

@@ -1,11 +1,10 @@
 #include "simhost/verbs/TimerVerbs.h"
 
-#include <windows.h>
-
 #include <map>
 #include <string>
 
 #include "doubles/host/Host.h"
+#include "simhost/plugin/PluginClock.h"
 #include "simhost/run/Performance.h"
 
 namespace simhost {
@@ -43,6 +42,6 @@ void Perform(const Tick& action, Performance& performance) {
     }
 }
 
-void Perform(const Wait& action, Performance&) { Sleep(static_cast<DWORD>(action.seconds * 1000)); }
+void Perform(const Wait& action, Performance&) { LetTimePass(action.seconds); }
 
 }  // namespace simhost

@@ -1,0 +1,35 @@
+#include "simhost/plugin/PluginClock.h"
+
+#include <ctime>
+#include <stdexcept>
+
+#include "doubles/common/ImportPatch.h"
+
+namespace simhost {
+
+namespace {
+
+// Both live as long as the process.
+bool sIsInstalled = false;
+std::int64_t sSecondsPassed = 0;
+
+std::int64_t ReadClock(std::int64_t* seconds) {
+    const std::int64_t now = static_cast<std::int64_t>(std::time(nullptr)) + sSecondsPassed;
+    if (seconds != nullptr) {
+        *seconds = now;
+    }
+    return now;
+}
+
+}  // namespace
+
+void InstallPluginClock(HMODULE plugin) { sIsInstalled = ReplaceImport(plugin, "_time64", AsReplacement(ReadClock)); }
+
+void LetTimePass(std::int64_t seconds) {
+    if (!sIsInstalled) {
+        throw std::runtime_error("the plug-in does not read the time, so none can pass for it");
+    }
+    sSecondsPassed += seconds;
+}
+
+}  // namespace simhost

@@ -1,0 +1,19 @@
+// The calendar as the plug-in reads it: that of Windows, moved on by what a scenario lets pass. So a scenario of ten
+// seconds takes none.
+// Thread: main.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+
+namespace simhost {
+
+// Takes over the loaded plug-in's view of the time, until it is unloaded. A plug-in that never asks for the time, or
+// that links the C runtime statically, is left alone.
+void InstallPluginClock(HMODULE plugin);
+
+// Moves the plug-in's clock on. Throws std::runtime_error when no plug-in has one.
+void LetTimePass(std::int64_t seconds);
+
+}  // namespace simhost
