@@ -13,10 +13,14 @@ if(NOT MSVC)
 endif()
 # Its build description is older than the rule that options leave set variables alone.
 set(CMAKE_POLICY_DEFAULT_CMP0077 NEW)
+set(CMAKE_POLICY_DEFAULT_CMP0091 NEW)
 add_subdirectory("${QUORVEL_GOOGLETEST_SOURCES}" "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
 
-# Debian's own Python first: only that one sees the Python packages that scripts/setup installs.
-find_program(QUORVEL_PYTHON NAMES python3 HINTS /usr/bin REQUIRED)
+# Debian's own Python first: only that one sees the Python packages that scripts/setup installs. Tests in Python are not
+# registered on Windows.
+if(CMAKE_CROSSCOMPILING)
+  find_program(QUORVEL_PYTHON NAMES python3 HINTS /usr/bin REQUIRED)
+endif()
 
 # Three limits, the inner first: the watchdog of the test program knows which case hangs, run-in-wine ends a program whose
 # watchdog hangs too, ctest ends run-in-wine. A test of ctest holds the cases of a suite, so the outer ones are wide.

@@ -16,8 +16,8 @@ void LogLoaderCall(const void* module, const char* reason, const void* reserved)
 // No header of ours declares it: Windows finds it by its name.
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
 
-// Windows calls it with the loader's lock held. It logs, and when the library alone is unloaded it frees the C++
-// runtime's own memory: neither loads a library, waits, or calls into another module than the C runtime.
+// Windows calls it with the loader's lock held. It writes a log line, and frees the C++ runtime's own memory when the
+// library alone is unloaded. It loads no library and does not wait.
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved) {
     switch (reason) {
         case DLL_PROCESS_ATTACH:

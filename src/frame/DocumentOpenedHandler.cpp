@@ -27,13 +27,13 @@ std::string RecordOpenedDocument(AIDocumentHandle document) {
 // Has the PluginCore activate the fonts of the document and arms the suppression of the host's missing-font dialogs
 // where the PluginCore has done so. The resolve dialog's result, 0 when it is not shown.
 std::int32_t ActivateFonts(const PCILoader& pluginCore, const std::string& path) {
+    if (pluginCore.pfHandleOpenExistingDocument.IsNull()) {
+        // No font was activated: the host's dialogs must appear.
+        return kNoErr;
+    }
     ReplyBuffer<kOpenReplySize> reply;
     if (pluginCore.pfHandleOpenExistingDocument(path.c_str(), reply.Data(), reply.Size()) == kRestrictedFonts) {
         pluginCore.pfInvokeRestrictedFontsDialog(path.c_str(), reply.Data());
-        return kNoErr;
-    }
-    if (pluginCore.pfHandleOpenExistingDocument.IsNull()) {
-        // The entry is missing, so no font was activated: the host's dialogs must appear.
         return kNoErr;
     }
     if (reply.Text().empty()) {

@@ -26,7 +26,8 @@ void ShowMissingPluginCore() {
 // the host never sends anything but its closing messages.
 std::int32_t HandleStartup(SPInterfaceMessage* message) {
     if (sGlobals != nullptr) {
-        // Started already: a second set of menus and notifiers would have no globals block to be kept in.
+        // Started already, perhaps only in part: what a second start-up would register had no globals block to be kept
+        // in. Shut-down comes first.
         return kNoErr;
     }
     const PCILoader* const pluginCore = PCILoader::GetSharedInstance();

@@ -11,6 +11,7 @@
 #include "frame/IdleTimer.h"
 #include "frame/Notifiers.h"
 #include "frame/SuiteLease.h"
+#include "host/HeldSuites.h"
 #include "host/SPSuites.h"
 #include "menus/MenuTree.h"
 #include "plugincore/PCILoader.h"
@@ -129,9 +130,10 @@ std::int32_t ShutdownPlugin(SPMessageData* message) {
 std::int32_t AboutPlugin(SPMessageData* /*message*/) {
     constexpr const char* kName = "AboutPlugin";
     LogMessage(kLogEntry, "Entering %s", kName);
-    const std::string path = CurrentDocumentPath();
+    // The host offers the about box also after shut-down, when the suites are given back.
+    const std::string path = sDocumentSuite ? CurrentDocumentPath() : std::string();
     std::int32_t result = kNoErr;
-    // The host offers the about box also while the PluginCore is missing or incompatible, and after shut-down.
+    // And also while the PluginCore is missing or incompatible.
     const PCILoader* const pluginCore = sPluginCoreIsUsable ? PCILoader::GetSharedInstance() : nullptr;
     if (pluginCore != nullptr && !pluginCore->pfInvokeCommandDialog.IsNull()) {
         ReplyBuffer<kCommandDialogReplySize> reply;

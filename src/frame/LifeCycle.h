@@ -16,8 +16,8 @@ std::int32_t StartupPlugin(SPInterfaceMessage* message);
 // there is no globals block. What the PluginCore throws goes on when everything has been given back.
 std::int32_t ShutdownPlugin(SPMessageData* message);
 
-// Whether "Startup" has found the library usable, and shut-down has not come since: the about box may then ask it. Set
-// by the handler of "Startup", cleared by ShutdownPlugin.
+// Whether "Startup" has found the library usable, and no closing message has come since: the about box may then ask it.
+// Set by the handler of "Startup", cleared by shut-down and by an unload that is allowed.
 extern bool sPluginCoreIsUsable;
 
 // Lets the PluginCore show its about dialog for the current document. Returns the PluginCore's result, 0

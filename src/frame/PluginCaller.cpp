@@ -4,6 +4,7 @@
 #include "frame/base/PluginGlobals.h"
 #include "frame/base/SuiteOperations.h"
 #include "frame/IdleTimer.h"
+#include "frame/LifeCycle.h"
 #include "frame/Notifiers.h"
 #include "menus/MenuMessages.h"
 #include "support/Log.h"
@@ -41,7 +42,14 @@ std::int32_t HandleTimerMessage(const char* selector) {
 
 // The plug-in stays in memory while it is registered for anything.
 std::int32_t HandleAccessMessage(const char* selector) {
-    return sGlobals != nullptr && TokensAreEqual(selector, kSPAccessUnloadSelector) ? kUnloadRefused : kNoErr;
+    if (!TokensAreEqual(selector, kSPAccessUnloadSelector)) {
+        return kNoErr;
+    }
+    if (sGlobals != nullptr) {
+        return kUnloadRefused;
+    }
+    sPluginCoreIsUsable = false;
+    return kNoErr;
 }
 
 std::int32_t Route(const char* caller, const char* selector, SPMessageData* message) {

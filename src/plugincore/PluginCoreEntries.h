@@ -6,8 +6,10 @@
 // 0 for success; for entries marked "ignored" the caller does not look at it.
 //
 // A library must export all 24. One that accepts the plug-in's version and lacks some is used anyway: a missing
-// entry answers "not found" and writes nothing, so that its message goes on. What that comes to stands behind
-// "Missing:" where it is more than that nothing is told or shown. Thread: main.
+// entry answers "not found" and writes nothing, and the message goes on. "Missing:" says what else that means;
+// without it, the PluginCore is simply not told, or shows nothing.
+//
+// Thread: main.
 #pragma once
 
 #include <cstdint>
@@ -29,7 +31,7 @@ struct PlugPlugState;
     /* After the resolve dialog, and for a closed document that was never saved (empty path); ignored. */             \
     ENTRY(ActivateChosenFonts, (const char* path, char* text, std::uint64_t* size))                                   \
     /* Parses the menu description and calls back once per item. */                                                  \
-    /* Missing: No menu items; and no notifications, because those are only asked for behind the menus. */            \
+    /* Missing: No menu items, and no notifications: those are registered only after the menus. */                    \
     ENTRY(CreateMenusFromJSONBuffer, (const char* json, PluginCoreMenuCallback callback, void* context))              \
     /* 0 when the library understands the plug-in's interface version. */                                            \
     /* Missing: The library is refused, and shown to the user. */                                                     \
@@ -65,7 +67,7 @@ struct PlugPlugState;
     /* Missing: The about box answers 0. */                                                                           \
     ENTRY(InvokeCommandDialog, (const char* path, char* buffer))                                                      \
     /* Lets a person choose among the fonts of an open reply; 0 when they are to be activated. */                    \
-    /* Missing: As if the user had declined. */                                                                       \
+    /* Missing: As if the user had declined with that code; ActivateChosenFonts follows, the hook stays idle. */      \
     ENTRY(InvokeResolveDialog, (char* text, std::uint64_t* size))                                                     \
     /* Ignored. */                                                                                                   \
     ENTRY(InvokeRestrictedFontsDialog, (const char* path, char* buffer))                                              \

@@ -3,7 +3,8 @@
 // | thrown                 | by                                        | caught by                                    |
 // |------------------------|-------------------------------------------|----------------------------------------------|
 // | std::int32_t           | ThrowIfError, AcquireSuiteOrThrow: a code | the operation that asked, which returns it;  |
-// |                        | of the host                               | of a refused menu suite StartupPlugin        |
+// |                        | of the host                               | of a refused menu suite StartupPlugin, or    |
+// |                        |                                           | the dispatch                                 |
 // | ai::Error              | strings and paths of the host             | AddIllustratorMenu; else the dispatch        |
 // | ATE::Exception         | references of the text engine             | the scan, per frame and per run              |
 // | SuiteNotHeld           | HeldSuite: a suite that the host lacks    | the dispatch                                 |
@@ -16,7 +17,9 @@
 // | std::bad_alloc         | the C++ runtime                           | the boundary that was called                 |
 //
 // The boundaries let nothing out: the dispatch (one log line, answer 0), CheckFileFormat (-1), AddIllustratorMenu,
-// SuppressionHookProc, the listener of PortNumberExchange. The first six rows but the first are one family.
+// SuppressionHookProc, StopAtFirstMatch (which rethrows behind Windows' frames), the listener of PortNumberExchange.
+// Rows 2 to 6 are one family. Row 1 stays a plain number, as the host's codes are everywhere, and utf8::exception stays
+// the library's own: its texts are logged.
 #pragma once
 
 #include <cstdint>

@@ -10,5 +10,5 @@ enum class ForegroundMatch {
 };
 
 // Gives the foreground to the desktop and back to the window that had it. Does nothing, and returns false, when no
-// window has it or when it changes hands meanwhile.
+// window has it or when the two answers do not match.
 bool SwitchForegroundAwayAndBack(ForegroundMatch match);

@@ -1,6 +1,6 @@
 #include "frame/SuiteLease.h"
 
-#include <array>
+#include <cstring>
 
 #include "frame/base/Suites.h"
 #include "support/plugincore/MissingPluginCore.h"
@@ -72,11 +72,26 @@ TEST_F(SuiteLeaseTest, ClosingMessageLeavesTheCountOfATableThatIsNotHeldAlone) {
 
 // --- every order of messages ----------------------------------------------------------------------------------------
 
+// A basic suite that only counts what is held: the host's own records each of the millions of calls.
+SPErr QuickAcquire(const char* name, std::int32_t, const void** table) {
+    simhost::OfferedSuite* const suite = simhost::Host().suites.Find(name);
+    ++suite->held;
+    *table = suite->slots.data();
+    return 0;
+}
+SPErr QuickRelease(const char* name, std::int32_t) {
+    --simhost::Host().suites.Find(name)->held;
+    return 0;
+}
+SPBoolean QuickIsEqual(const char* token1, const char* token2) { return std::strcmp(token1, token2) == 0 ? 2 : 0; }
+const SPBasicSuite kQuickBasicSuite{QuickAcquire, QuickRelease, QuickIsEqual, {}};
+
 struct Sender {
     TestHost& host;
 
     std::int32_t Plain(const char* caller, const char* selector) const {
         SPInterfaceMessage message{host.MessageData()};
+        message.d.basic = &kQuickBasicSuite;
         const std::int32_t answer = PluginMain(caller, selector, &message.d);
         host.globals = message.d.globals;
         return answer;
@@ -85,12 +100,13 @@ struct Sender {
         const auto* const globals = static_cast<PluginGlobals*>(host.globals);
         AINotifierMessage message{host.MessageData(), globals == nullptr ? nullptr : globals->applicationShutdown,
                                   "AI Application Shutdown Notifier", nullptr};
+        message.d.basic = &kQuickBasicSuite;
         PluginMain("AI Notifier", "AI Notify", &message.d);
         host.globals = message.d.globals;
     }
 };
 
-enum Action { kStartupUsable, kStartupRefused, kAbout, kTellsShutdown, kShutdown, kUnload, kActionCount };
+enum Action { kStartupUsable, kStartupRefused, kAbout, kOther, kTellsShutdown, kShutdown, kUnload, kActionCount };
 
 // By the first message, so that no single case takes long.
 class EveryOrderTest : public FrameTest, public testing::WithParamInterface<int> {
@@ -106,6 +122,9 @@ class EveryOrderTest : public FrameTest, public testing::WithParamInterface<int>
                 break;
             case kAbout:
                 sender.Plain("SP Interface", "About");
+                break;
+            case kOther:
+                sender.Plain("SP Access", "Reload");
                 break;
             case kTellsShutdown:
                 sender.ApplicationShutdown();
@@ -140,6 +159,7 @@ class EveryOrderTest : public FrameTest, public testing::WithParamInterface<int>
         SCOPED_TRACE(order + ", then the end");
         Perform(kShutdown);
         Perform(kUnload);
+        EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 0);
         ClearRecords();
     }
 
@@ -154,12 +174,14 @@ TEST_P(EveryOrderTest, OfUpToSixMessagesLeavesNothingBehind) {
         }
         orders *= kActionCount;
     }
-    EXPECT_EQ(orders, 46656u);
+    EXPECT_EQ(orders, 117649u);
 }
 
 INSTANTIATE_TEST_SUITE_P(FirstMessages, EveryOrderTest, testing::Range(0, static_cast<int>(kActionCount)));
 
 // --- the about box --------------------------------------------------------------------------------------------------
+
+int WINAPI PressOkInBox(HWND, LPCWSTR, LPCWSTR, UINT) { return IDOK; }
 
 class AboutAtAnyTimeTest : public FrameTest {
   protected:
@@ -188,6 +210,38 @@ TEST_F(AboutAtAnyTimeTest, AsksBetweenAStartUpThatFoundTheLibraryUsableAndShutDo
     EXPECT_EQ(About(), 17);
 }
 
+TEST_F(AboutAtAnyTimeTest, EndsQuietlyWhenTheSuitesAreGivenBack) {
+    Startup();
+    Send("SP Interface", "Shutdown");
+    ClearRecords();
+    EXPECT_EQ(About(), 0);
+    EXPECT_EQ(CountRecorded("Exiting AboutPlugin"), 1);
+    EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 0);
+    EXPECT_TRUE(host.calls.Calls().empty());
+}
+
+TEST_F(AboutAtAnyTimeTest, DoesNotAskALibraryThatTurnsUpAfterAStartUpWithoutOne) {
+    {
+        const MissingPluginCore missing;
+        const ImportPatch box("MessageBoxW", AsReplacement(PressOkInBox));
+        Startup();
+    }
+    LoadFakePluginCore();
+    ClearRecords();
+    EXPECT_EQ(About(), 0);
+    EXPECT_TRUE(PluginCoreCalls().empty());
+}
+
+TEST_F(AboutAtAnyTimeTest, DoesNotAskAfterAnUnloadThatIsAllowed) {
+    host.calls.Fail("AllocateBlock", 1);
+    Startup();
+    EXPECT_EQ(About(), 17);
+    EXPECT_EQ(Send("SP Access", "Unload"), 0);
+    ClearRecords();
+    EXPECT_EQ(About(), 0);
+    EXPECT_TRUE(PluginCoreCalls().empty());
+}
+
 TEST_F(AboutAtAnyTimeTest, DoesNotAskALibraryThatRefusesTheVersion) {
     ThePluginCore().script["GetAPIVersion"].result = 3;
     Startup();
@@ -204,6 +258,18 @@ TEST_F(AboutAtAnyTimeTest, DoesNotAskALibraryThatNowRefusesTheVersion) {
     ThePluginCore().script["GetAPIVersion"].result = 3;
     Startup();
     EXPECT_EQ(About(), 0);
+}
+
+TEST_F(AboutAtAnyTimeTest, StartUpThatTheMenusEndedIsNotRepeatedBeforeShutDown) {
+    host.RefuseSuite("AI Menu Suite", 42);
+    EXPECT_EQ(Startup(), 42);
+    host.EndFaults();
+    ClearRecords();
+    EXPECT_EQ(Startup(), 0);
+    EXPECT_TRUE(PluginCoreCalls().empty());
+    Send("SP Interface", "Shutdown");
+    EXPECT_EQ(Startup(), 0);
+    EXPECT_EQ(host.calls.Count("AddTimer"), 1);
 }
 
 TEST_F(AboutAtAnyTimeTest, StartUpOfAStartedPluginChangesNothing) {

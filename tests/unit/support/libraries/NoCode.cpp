@@ -1,1 +1,1 @@
-// A module of which only the resources are wanted.
+// A module that is only there for its resources.
