@@ -1,5 +1,7 @@
 // The message blocks that the host passes to PluginMain, and the names of their callers and selectors.
 // The host owns every block and everything in it; a block is valid until PluginMain returns.
+//
+// Thread: main.
 #pragma once
 
 #include "host/BasicSuite.h"

@@ -1,4 +1,6 @@
 // A place in a JSON text that moves forward as the text is read.
+//
+// Thread: any.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,6 @@
 // One line of the launch-info file. Needs no Windows.
+//
+// Thread: any.
 #pragma once
 
 #include <optional>

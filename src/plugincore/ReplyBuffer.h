@@ -1,3 +1,4 @@
+// Thread: any.
 #pragma once
 
 #include <algorithm>

@@ -1,4 +1,6 @@
 // What an entry of a double does when it is called.
+//
+// Thread: any.
 #pragma once
 
 #include <cstdint>

@@ -6,6 +6,8 @@
 // and a short text, for unit tests: HandleSaveDocument('C:\a.ai', '{}').
 //
 // Lifetime: the record keeps copies; nothing of the caller's is used after the operation returns.
+//
+// Thread: main.
 #pragma once
 
 #include <cstdint>

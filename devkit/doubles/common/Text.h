@@ -1,4 +1,6 @@
 // Conversions between the texts of Windows and of files.
+//
+// Thread: any.
 #pragma once
 
 #include <optional>

@@ -1,5 +1,7 @@
 // The double of the host: its suites, the model behind them, what it hands out, and the rules that it checks. Suite
-// operations are plain functions without a context, so they find their host through Host(). Main thread only.
+// operations are plain functions without a context, so they find their host through Host().
+//
+// Thread: main.
 #pragma once
 
 #include <string>

@@ -1,6 +1,8 @@
 // The one place through which every host operation goes. It counts and records the calls, and plays scripted events:
 // fault injection, and actions that run inside a call. Scenarios script a step at a time, unit tests script a call at a
 // time; both use the same events. Operations are named suite, slash, operation: "AI Font Suite/GetDefaultFont".
+//
+// Thread: main.
 #pragma once
 
 #include <cstdint>

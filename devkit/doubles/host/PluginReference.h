@@ -1,3 +1,4 @@
+// Thread: main.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,7 @@
 // The rules that a run checks, each by name, and the record of broken ones. A run passes when exactly the violations
 // occurred that its scenario or test expects: usually none.
+//
+// Thread: main.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,6 @@
 // The PluginCore's part in adding menus: it goes through its own description and has the plug-in add each item.
+//
+// Thread: main.
 #pragma once
 
 #include <cstdint>

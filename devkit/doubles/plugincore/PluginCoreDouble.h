@@ -1,4 +1,6 @@
 // The double of the PluginCore: it records each call and answers from its script. See doubles/common/LibraryDouble.h.
+//
+// Thread: main.
 #pragma once
 
 #include "doubles/common/LibraryDouble.h"

@@ -1,5 +1,7 @@
 // The event bus of one process: who listens to what. An event is delivered at once, to every listener of its type, in
-// the order in which they were added. Main thread only.
+// the order in which they were added.
+//
+// Thread: main.
 #pragma once
 
 #include "host/PlugPlug.h"

@@ -1,5 +1,7 @@
 // The double of the host's messaging library: a bus that records each call of the plug-in and answers from its script.
 // See doubles/common/LibraryDouble.h.
+//
+// Thread: main.
 #pragma once
 
 #include "doubles/common/LibraryDouble.h"

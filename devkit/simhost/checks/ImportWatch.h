@@ -1,6 +1,8 @@
 // Listens to a few Windows calls of the plug-in by changing the import table of the loaded file; the calls go on to
 // Windows. For what cannot be seen from outside: the style that a message box was asked for with, whether a message
 // hook was taken out again, and which messaging library the plug-in itself loads: the panel loads one as well.
+//
+// Thread: main.
 #pragma once
 
 #include <windows.h>
@@ -11,7 +13,7 @@
 
 namespace simhost {
 
-// For the loaded module, until it is unloaded. Main thread only.
+// For the loaded module, until it is unloaded.
 void WatchImports(HMODULE module);
 
 // The styles of the message boxes since the last call, in order.

@@ -1,5 +1,7 @@
 // The font manager's panel in the host: it asks the plug-in over the event bus of the host's messaging library, with no
-// message to the plug-in, and keeps what it is told. Main thread only.
+// message to the plug-in, and keeps what it is told.
+//
+// Thread: main.
 #pragma once
 
 #include <windows.h>

@@ -1,5 +1,7 @@
 // The double of the host as unit tests use it: one document is open, fault injection and the record of calls are at
 // hand, and at the end of the test the rules are checked: no stale handle, no bad argument, no trap slot, no leak.
+//
+// Thread: main.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +19,7 @@ using simhost::Rule;
 // A handle as the record of calls shows it: "0x170000000010".
 std::string HandleText(const void* handle);
 
-// Main thread only, one at a time; its life is the test. Its destructor fails the test for each broken rule that the
+// One at a time; its life is the test. Its destructor fails the test for each broken rule that the
 // test has not announced, for each announced one that was kept, and for each fault that no call has reached.
 class TestHost : public simhost::SimulatedHost {
   public:

@@ -1,4 +1,6 @@
 // What the host has: documents with their art, fonts, and what the plug-in has registered.
+//
+// Thread: main.
 #pragma once
 
 #include <cstdint>

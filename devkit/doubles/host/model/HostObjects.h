@@ -1,5 +1,7 @@
 // What the host hands out and must get back: strings, file paths, blocks of memory, handles of found art, references
 // of the text engine. At the end each table reports leaks.
+//
+// Thread: main.
 #pragma once
 
 #include <cstdint>

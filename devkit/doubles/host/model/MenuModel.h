@@ -1,4 +1,6 @@
 // The host's menus: groups of items in the order of adding. A sub-menu is a group that belongs to an item.
+//
+// Thread: main.
 #pragma once
 
 #include <cstdint>

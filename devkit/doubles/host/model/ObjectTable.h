@@ -1,5 +1,7 @@
 // The host's objects of one kind, known to the plug-in by opaque handles. A handle is a number that points nowhere and
 // is never used again, so that the use of one that was given back is noticed instead of crashing.
+//
+// Thread: main.
 #pragma once
 
 #include <cstddef>

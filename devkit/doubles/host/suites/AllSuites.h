@@ -1,4 +1,6 @@
 // Each function puts the operations of some suites into their tables.
+//
+// Thread: main.
 #pragma once
 
 #include "doubles/host/suites/SuiteStore.h"

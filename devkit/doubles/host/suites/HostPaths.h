@@ -1,4 +1,6 @@
 // Host file paths as results of other suites' operations.
+//
+// Thread: main.
 #pragma once
 
 #include <string_view>

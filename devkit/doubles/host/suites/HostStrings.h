@@ -1,4 +1,6 @@
 // Host strings as results of other suites' operations.
+//
+// Thread: main.
 #pragma once
 
 #include <string>

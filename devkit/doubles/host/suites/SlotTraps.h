@@ -1,4 +1,6 @@
 // Functions for the suite slots that the plug-in must not call. Each reports its call.
+//
+// Thread: main.
 #pragma once
 
 #include <cstdint>

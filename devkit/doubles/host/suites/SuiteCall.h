@@ -1,5 +1,7 @@
 // What every suite operation begins with: it counts and records the call, applies fault injection, and reports broken
 // rules.
+//
+// Thread: main.
 #pragma once
 
 #include <concepts>

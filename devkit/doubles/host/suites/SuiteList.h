@@ -1,5 +1,7 @@
 // Which suites the host offers, in which version and with how many slots. Written independently of the plug-in's own
 // list, so that the double refuses what is wrong there.
+//
+// Thread: any.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,6 @@
 // The suites that the host offers: for each a table of slots, and how often it is held.
+//
+// Thread: main.
 #pragma once
 
 #include <cstddef>
