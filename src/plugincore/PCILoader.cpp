@@ -11,7 +11,7 @@ namespace {
 PCILoader* sSharedInstance = nullptr;
 
 // What the count starts from and what the message about an empty library is tied to, although there are 24 entries:
-// a library that lacks all 24 gets the message with the reason. Intentional.
+// a library that lacks all 24 gets the message with the reason. Intentional, both texts are in the field.
 constexpr std::uint32_t kAllFunctionsMissing = 20;
 
 void LogWrongEntryState(const char* entryName, const char* state) {

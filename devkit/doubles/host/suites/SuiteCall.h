@@ -28,7 +28,7 @@ std::string Shown(const Describe& describe) {
     return describe();
 }
 
-// An operation that is counted but not recorded: how often it is called is nobody's promise.
+// An operation that is counted but not recorded: no test depends on how often it is called.
 struct Unrecorded {};
 
 // One call of an operation. Memory that is allocated while it lives is marked as the double's own.
