@@ -10,6 +10,7 @@ QUORVEL_TEXT_ENGINE_SUITES(QUORVEL_DEFINE_SUITE)
 #undef QUORVEL_DEFINE_SUITE
 }  // namespace ATE
 
+// The name of a variable takes no parentheses. NOLINTNEXTLINE(bugprone-macro-parentheses)
 #define QUORVEL_DEFINE_SUITE(name, version, type, variable) HeldSuite<type> variable;
 QUORVEL_HOST_SUITES(QUORVEL_DEFINE_SUITE)
 #undef QUORVEL_DEFINE_SUITE

@@ -169,6 +169,7 @@ QUORVEL_TEXT_ENGINE_SUITES(QUORVEL_DECLARE_SUITE)
 #undef QUORVEL_DECLARE_SUITE
 }  // namespace ATE
 
+// The name of a variable takes no parentheses. NOLINTNEXTLINE(bugprone-macro-parentheses)
 #define QUORVEL_DECLARE_SUITE(name, version, type, variable) extern HeldSuite<type> variable;
 QUORVEL_HOST_SUITES(QUORVEL_DECLARE_SUITE)
 #undef QUORVEL_DECLARE_SUITE
