@@ -13,6 +13,7 @@ const std::array kSuiteTable = {
 #define QUORVEL_SUITE_ROW(word, version, type) SuiteRow{"ATE " #word " Suite", version, ATE::s##word##Suite.Target()},
     QUORVEL_TEXT_ENGINE_SUITES(QUORVEL_SUITE_ROW)
 #undef QUORVEL_SUITE_ROW
+// The name of a variable takes no parentheses. NOLINTNEXTLINE(bugprone-macro-parentheses)
 #define QUORVEL_SUITE_ROW(name, version, type, variable) SuiteRow{name, version, variable.Target()},
         QUORVEL_HOST_SUITES(QUORVEL_SUITE_ROW)
 #undef QUORVEL_SUITE_ROW
