@@ -25,7 +25,7 @@ std::size_t CountOfArt(const Document& document, std::int16_t type) {
     }
 }
 
-// The type and attributes of each specification.
+// The type and attributes that each row asks for.
 std::string ShownSpecs(const AIMatchingArtSpec* specs, std::int16_t count) {
     std::string shown;
     for (std::int16_t i = 0; specs != nullptr && i < count; ++i) {
