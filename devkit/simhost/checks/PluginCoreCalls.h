@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,13 @@ struct PluginCoreCall {
     std::string entry;
     nlohmann::ordered_json arguments;
     std::int32_t answer = 0;
+    // What came back besides the answer, as far as it is known: "text" (and "text_hex" as for an argument), "size",
+    // "flag", "port", "value".
+    nlohmann::ordered_json results = nlohmann::ordered_json::object();
+    // Of what left the entry instead of an answer, in words; nothing when it returned.
+    std::optional<std::string> exception{};
+    // How long the entry took; nothing when nobody measured.
+    std::optional<double> milliseconds{};
 };
 
 // Reads on where it stopped the last time.

@@ -1,11 +1,9 @@
-#include "simhost/ListCommand.h"
-
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
 #include "doubles/host/Rules.h"
+#include "simhost/command/CommandLine.h"
 #include "simhost/scenario/Keys.h"
-#include "simhost/scenario/ScenarioFile.h"
 #include "simhost/verbs/VerbTable.h"
 
 namespace simhost {
@@ -15,8 +13,6 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 Json KeysAsJson(std::string_view keys) { return Json(SplitKeys(keys)); }
-
-}  // namespace
 
 int List() {
     Json verbs = Json::object();
@@ -40,16 +36,12 @@ int List() {
     return 0;
 }
 
-int Expand(const std::filesystem::path& scenario) {
-    const ScenarioFile file(scenario);
-    const Placeholders placeholders = {{"work", "<work>"}, {"plugin", "<plugin>"}, {"version", "<version>"}};
-    Json cases = Json::object();
-    for (const std::string& name : file.Cases()) {
-        file.Read(name, placeholders);
-        cases[name] = file.WrittenOut(name, placeholders);
-    }
-    std::printf("%s\n", cases.dump(2).c_str());
-    return 0;
+}  // namespace
+
+void AddList(CLI::App& app, ChosenCommand& chosen) {
+    CLI::App* const list =
+        app.add_subcommand("list", "Print, as JSON, the verbs and keys that scenarios are made of, and the rules");
+    list->callback([&chosen] { chosen = &List; });
 }
 
 }  // namespace simhost

@@ -1,0 +1,20 @@
+// The commands of the program: what each takes on the command line, and what carries it out.
+//
+// To add a command, write a function of this kind in a file of its own, declare it here, and call it in Main.cpp.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+
+namespace simhost {
+
+// What the command line asks for; answers the program's exit code. Set while the command line is parsed.
+using ChosenCommand = std::function<int()>;
+
+void AddPlay(CLI::App& app, ChosenCommand& chosen);
+void AddExpand(CLI::App& app, ChosenCommand& chosen);
+void AddList(CLI::App& app, ChosenCommand& chosen);
+// Started by the other commands, in a folder that is laid out already; of no use by hand.
+void AddPerform(CLI::App& app, ChosenCommand& chosen);
+
+}  // namespace simhost
