@@ -5,8 +5,8 @@ function(quorvel_warnings)
       target_compile_options(${target} PRIVATE /W4 $<$<BOOL:${QUORVEL_WARNINGS_AS_ERRORS}>:/WX>)
     else()
       target_compile_options(${target} PRIVATE
-        $<$<COMPILE_LANGUAGE:CXX>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Wshadow>
-        $<$<AND:$<COMPILE_LANGUAGE:CXX>,$<BOOL:${QUORVEL_WARNINGS_AS_ERRORS}>>:-Werror>)
+        $<$<COMPILE_LANGUAGE:C,CXX>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Wshadow>
+        $<$<AND:$<COMPILE_LANGUAGE:C,CXX>,$<BOOL:${QUORVEL_WARNINGS_AS_ERRORS}>>:-Werror>)
     endif()
   endforeach()
 endfunction()

@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "doubles/common/Thread.h"
-#include "host/PlugPlug.h"
+#include "plugincore/PluginCore.h"
 
 namespace {
 

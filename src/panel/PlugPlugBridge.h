@@ -7,17 +7,7 @@
 
 #include <cstdint>
 
-#include "host/PlugPlug.h"
-
-// Passed to the PluginCore, which uses the same event bus: the order of the fields is part of the contract.
-struct PlugPlugState {
-    HMODULE module = nullptr;
-    PlugPlugLoadExtension loadExtension = nullptr;
-    PlugPlugUnloadExtension unloadExtension = nullptr;
-    PlugPlugAddEventListener addListener = nullptr;
-    PlugPlugRemoveEventListener removeListener = nullptr;
-    PlugPlugDispatchEvent dispatch = nullptr;
-};
+#include "plugincore/PluginCore.h"
 
 namespace PlugPlugBridge {
 

@@ -101,8 +101,8 @@ void PCILoader::BindEntryPoints(HMODULE module) {
             ++mMissingCount;
         }
     };
-#define QUORVEL_BIND_ENTRY(name, arguments) bind(pf##name, #name);
-    QUORVEL_PLUGINCORE_ENTRIES(QUORVEL_BIND_ENTRY)
+#define QUORVEL_BIND_ENTRY(name) bind(pf##name, #name);
+    PLUGINCORE_ENTRIES(QUORVEL_BIND_ENTRY)
 #undef QUORVEL_BIND_ENTRY
 }
 
@@ -114,8 +114,8 @@ bool PCILoader::CheckEntryPoints(bool expectBound) const {
             allAsExpected = false;
         }
     };
-#define QUORVEL_CHECK_ENTRY(name, arguments) check(pf##name, #name);
-    QUORVEL_PLUGINCORE_ENTRIES(QUORVEL_CHECK_ENTRY)
+#define QUORVEL_CHECK_ENTRY(name) check(pf##name, #name);
+    PLUGINCORE_ENTRIES(QUORVEL_CHECK_ENTRY)
 #undef QUORVEL_CHECK_ENTRY
     return allAsExpected;
 }

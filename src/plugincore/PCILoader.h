@@ -8,10 +8,10 @@
 #include <string>
 
 #include "plugincore/EntryPoint.h"
-#include "plugincore/PluginCoreEntries.h"
+#include "plugincore/PluginCore.h"
 
 // The interface version that the plug-in asks the library for.
-constexpr std::int32_t kPluginCoreInterfaceVersion = 1;
+constexpr std::int32_t kPluginCoreInterfaceVersion = kPluginCoreVersion;
 
 class PCILoader {
   public:
@@ -46,8 +46,8 @@ class PCILoader {
     bool CheckEntryPoints(bool expectBound) const;
 
     // In the alphabetical order of the contract; null when the library lacks the entry.
-#define QUORVEL_DECLARE_ENTRY(name, arguments) EntryPoint<std::int32_t arguments> pf##name;
-    QUORVEL_PLUGINCORE_ENTRIES(QUORVEL_DECLARE_ENTRY)
+#define QUORVEL_DECLARE_ENTRY(name) EntryPoint<decltype(::name)> pf##name;
+    PLUGINCORE_ENTRIES(QUORVEL_DECLARE_ENTRY)
 #undef QUORVEL_DECLARE_ENTRY
 
   private:

@@ -8,6 +8,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "plugincore/PluginCore.h"
+
 // A zeroed buffer of `Capacity` bytes for a text that the PluginCore writes, with the 64-bit size that goes with it.
 template <std::size_t Capacity>
 class ReplyBuffer {
@@ -29,9 +31,9 @@ class ReplyBuffer {
     std::uint64_t mSize = Capacity;
 };
 
-constexpr std::size_t kOpenReplySize = 32767;
-constexpr std::size_t kSettingsSize = 8192;
-constexpr std::size_t kNewDocumentReplySize = 256;
-constexpr std::size_t kCommandDialogReplySize = 256;
-constexpr std::size_t kMenusSize = 4096;
-constexpr std::size_t kDocumentIDSize = 256;
+constexpr std::size_t kOpenReplySize = kPluginCoreOpenReplySize;
+constexpr std::size_t kSettingsSize = kPluginCoreSettingsSize;
+constexpr std::size_t kNewDocumentReplySize = kPluginCoreNewDocumentSize;
+constexpr std::size_t kCommandDialogReplySize = kPluginCoreCommandDialogSize;
+constexpr std::size_t kMenusSize = kPluginCoreMenusSize;
+constexpr std::size_t kDocumentIDSize = kPluginCoreDocumentIDSize;

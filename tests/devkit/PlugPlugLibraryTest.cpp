@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "devkit/LoadedDouble.h"
-#include "host/PlugPlug.h"
+#include "plugincore/PluginCore.h"
 
 namespace {
 

@@ -7,6 +7,7 @@
 #include "doubles/common/OwnMemory.h"
 #include "doubles/plugincore/MessagingState.h"
 #include "doubles/plugincore/PluginCoreDouble.h"
+#include "plugincore/PluginCore.h"
 
 namespace {
 
@@ -18,7 +19,7 @@ using Flag = std::uint8_t;
 using Outcome = ReceivedCall::Outcome;
 
 // Where a caller has no size to pass, the buffer of these entries is this long by contract.
-constexpr std::uint64_t kShortBuffer = 256;
+constexpr std::uint64_t kShortBuffer = kPluginCoreCommandDialogSize;
 
 std::uint64_t CapacityOf(const std::uint64_t* size) { return size == nullptr ? 0 : *size; }
 
@@ -77,7 +78,7 @@ Outcome Resolve(char* text, const std::uint64_t* size) {
                           CapacityOf(size));
 }
 
-Outcome CreateMenus(const char* json, MenuCallback callback, void* context) {
+Outcome CreateMenus(const char* json, PluginCoreMenuCallback callback, void* context) {
     const OwnMemory own;
     ThePluginCore().menuCallback = callback;
     ThePluginCore().menuContext = context;
@@ -126,7 +127,7 @@ Outcome PanelMessages(Flag flag) {
     return Answer(CallRecord("ProcessPanelMessages").Number("flag", flag));
 }
 
-Outcome RegisterBus(void* state) {
+Outcome RegisterBus(PlugPlugState* state) {
     const OwnMemory own;
     ThePluginCore().plugPlug = state;
     const std::optional<std::string> description = DescribeMessagingState(state);
@@ -141,7 +142,7 @@ std::int32_t ActivateChosenFonts(const char* path, char* text, std::uint64_t* si
     return Return(ActivateChosen(path, text, size));
 }
 
-std::int32_t CreateMenusFromJSONBuffer(const char* json, MenuCallback callback, void* context) {
+std::int32_t CreateMenusFromJSONBuffer(const char* json, PluginCoreMenuCallback callback, void* context) {
     return Return(CreateMenus(json, callback, context));
 }
 
@@ -205,7 +206,7 @@ std::int32_t PluginIsEnabled(Flag flag, Flag* enabled) { return Return(Enabled(f
 
 std::int32_t ProcessPanelMessages(Flag flag) { return Return(PanelMessages(flag)); }
 
-std::int32_t RegisterPlugPlug(void* state) { return Return(RegisterBus(state)); }
+std::int32_t RegisterPlugPlug(PlugPlugState* state) { return Return(RegisterBus(state)); }
 
 // Nobody knows its arguments, so none are read.
 std::int32_t SetPathForDocument() { return Return(Plain("SetPathForDocument")); }

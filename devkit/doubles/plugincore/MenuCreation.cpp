@@ -1,5 +1,6 @@
 #include "doubles/plugincore/MenuCreation.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -13,7 +14,7 @@ std::optional<std::string> TextOf(const Json& item, const char* key) {
     return found != item.end() && found->is_string() ? std::optional(found->get<std::string>()) : std::nullopt;
 }
 
-MenuFlag FlagOf(const Json& item, const char* key, bool otherwise) {
+std::uint8_t FlagOf(const Json& item, const char* key, bool otherwise) {
     const auto found = item.find(key);
     return (found != item.end() && found->is_boolean() ? found->get<bool>() : otherwise) ? 1 : 0;
 }
@@ -29,7 +30,7 @@ std::string AnswerInWords(std::int32_t answer) {
 
 class Creation {
   public:
-    Creation(MenuCallback callback, void* context) : mCallback(callback), mContext(context) {}
+    Creation(PluginCoreMenuCallback callback, void* context) : mCallback(callback), mContext(context) {}
 
     void AddAll(const Json& items, const std::optional<std::string>& parent) {
         for (const Json& item : items) {
@@ -57,14 +58,14 @@ class Creation {
         }
     }
 
-    MenuCallback mCallback;
+    PluginCoreMenuCallback mCallback;
     void* mContext;
     std::vector<std::string> mRecord;
 };
 
 }  // namespace
 
-std::vector<std::string> CreateMenuItems(const char* json, MenuCallback callback, void* context) {
+std::vector<std::string> CreateMenuItems(const char* json, PluginCoreMenuCallback callback, void* context) {
     const Json root = json == nullptr ? Json() : Json::parse(json, nullptr, false);
     Creation creation(callback, context);
     if (callback != nullptr && root.is_structured()) {

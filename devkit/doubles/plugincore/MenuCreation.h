@@ -3,15 +3,12 @@
 // Thread: main.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
-using MenuFlag = std::uint8_t;
-using MenuCallback = std::int32_t (*)(const char* id, const char* label, const char* itemText, MenuFlag checked,
-                                      MenuFlag enabled, MenuFlag hasSubMenu, const char* parentId, void* context);
+#include "plugincore/PluginCore.h"
 
 // Calls back once per item, each before its children; an item that is refused does not stop the others. The label is
 // the item's own member "label" when it has one, else its title. Returns for each item its identifier and what the
 // plug-in answered, as in "activate -> 0". A text that is no JSON has no items.
-std::vector<std::string> CreateMenuItems(const char* json, MenuCallback callback, void* context);
+std::vector<std::string> CreateMenuItems(const char* json, PluginCoreMenuCallback callback, void* context);

@@ -2,43 +2,38 @@
 
 #include <windows.h>
 
-#include <array>
-
 namespace {
 
-// The messaging library and its functions, in the order that is part of the contract.
-struct State {
-    HMODULE module;
-    std::array<void*, 5> functions;
-};
-
+// The field, what it is called in the record, and the name that the module exports the function under.
 struct Field {
     const char* name;
     const char* exportedAs;
+    void* function;
 };
 
-constexpr std::array<Field, 5> kFields = {{
-    {"load", "PlugPlugLoadExtension"},
-    {"unload", "PlugPlugUnloadExtension"},
-    {"add", "PlugPlugAddEventListener"},
-    {"remove", "PlugPlugRemoveEventListener"},
-    {"dispatch", "PlugPlugDispatchEvent"},
-}};
+template <class Function>
+void* Address(Function function) {
+    return reinterpret_cast<void*>(function);
+}
 
 void Append(std::string& text, const std::string& word) { text += (text.empty() ? "" : ", ") + word; }
 
 }  // namespace
 
-std::optional<std::string> DescribeMessagingState(const void* state) {
+std::optional<std::string> DescribeMessagingState(const PlugPlugState* state) {
     if (state == nullptr) {
         return std::nullopt;
     }
-    const State& fields = *static_cast<const State*>(state);
-    std::string text = fields.module == nullptr ? "" : "module";
-    for (std::size_t i = 0; i < kFields.size(); ++i) {
-        if (fields.functions[i] != nullptr) {
-            const auto exported = reinterpret_cast<void*>(GetProcAddress(fields.module, kFields[i].exportedAs));
-            Append(text, std::string(kFields[i].name) + (fields.functions[i] == exported ? "" : "?"));
+    const Field fields[] = {{"load", "PlugPlugLoadExtension", Address(state->loadExtension)},
+                            {"unload", "PlugPlugUnloadExtension", Address(state->unloadExtension)},
+                            {"add", "PlugPlugAddEventListener", Address(state->addListener)},
+                            {"remove", "PlugPlugRemoveEventListener", Address(state->removeListener)},
+                            {"dispatch", "PlugPlugDispatchEvent", Address(state->dispatch)}};
+    std::string text = state->module == nullptr ? "" : "module";
+    for (const Field& field : fields) {
+        if (field.function != nullptr) {
+            const bool isExported = field.function == Address(GetProcAddress(state->module, field.exportedAs));
+            Append(text, std::string(field.name) + (isExported ? "" : "?"));
         }
     }
     return text;

@@ -10,9 +10,9 @@ struct PluginCoreDouble : doubles::LibraryDouble {
     PluginCoreDouble();
 
     // What the entries were given last besides texts and numbers; null before.
-    MenuCallback menuCallback = nullptr;
+    PluginCoreMenuCallback menuCallback = nullptr;
     void* menuContext = nullptr;
-    void* plugPlug = nullptr;
+    PlugPlugState* plugPlug = nullptr;
 };
 
 // The one that the entries use; made at the first use.

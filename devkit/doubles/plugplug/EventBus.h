@@ -4,7 +4,9 @@
 // Thread: main.
 #pragma once
 
-#include "host/PlugPlug.h"
+#include <cstdint>
+
+#include "plugincore/PluginCore.h"
 
 namespace plugplug {
 

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "doubles/common/LibraryDouble.h"
-#include "host/PlugPlug.h"
+#include "plugincore/PluginCore.h"
 
 struct PlugPlugDouble : doubles::LibraryDouble {
     PlugPlugDouble();

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/PlugPlug.h"
+#include "plugincore/PluginCore.h"
 #include "simhost/scenario/Scenario.h"
 
 namespace simhost {

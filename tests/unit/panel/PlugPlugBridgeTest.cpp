@@ -56,7 +56,7 @@ class PlugPlugBridgeTest : public testing::Test {
     const TemporaryFolder temporary;
     const fs::path hostFolder = temporary.Path() / L"Gr\u00F6\u00DFe \u2603 \u6587\u5B57";
     const ImportPatch patch{"GetModuleFileNameW", AsReplacement(TellHostProgram)};
-    PlugPlugState state;
+    PlugPlugState state{};
 };
 
 template <class Function>

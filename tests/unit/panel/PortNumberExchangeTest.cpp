@@ -70,7 +70,7 @@ TEST_F(PortNumberExchangeTest, ListenerIsAddedThenThePluginCoreGetsTheBusThenThe
 
 TEST_F(PortNumberExchangeTest, PluginCoreGetsTheBoundState) {
     RegisterPortNumberListener();
-    const auto* const state = static_cast<const PlugPlugState*>(ThePluginCore().plugPlug);
+    const PlugPlugState* const state = ThePluginCore().plugPlug;
     ASSERT_NE(state, nullptr);
     const HMODULE program = GetModuleHandleW(nullptr);
     EXPECT_EQ(state->module, program);
