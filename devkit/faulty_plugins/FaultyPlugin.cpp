@@ -47,6 +47,7 @@ constexpr FaultRow kFaults[] = {
     {"leave a hook", &LeaveHook},
     {"show a box", &ShowBox},
     {"call the PluginCore", &CallPluginCore},
+    {"call the PluginCore unseen", &CallPluginCoreUnseen},
     {"load the messaging library", &LoadMessagingLibrary},
     {"listen to the panel", &ListenToPanel},
     {"throw at the panel", &ThrowAtPanel},

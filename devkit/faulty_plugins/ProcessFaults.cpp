@@ -29,6 +29,14 @@ void ShowBox() { MessageBoxW(nullptr, L"Nobody asked for it.", L"Surprise", MB_O
 
 void CallPluginCore() { reinterpret_cast<std::int32_t (*)()>(PluginCoreEntry("IdleEvent"))(); }
 
+void CallPluginCoreUnseen() {
+    using GetProcAddressFunction = FARPROC(WINAPI*)(HMODULE, LPCSTR);
+    const auto find = reinterpret_cast<GetProcAddressFunction>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "GetProcAddress")));
+    const FARPROC entry = find(LoadLibraryW(L"PluginCoreX64.dll"), "IdleEvent");
+    reinterpret_cast<std::int32_t (*)()>(reinterpret_cast<void*>(entry))();
+}
+
 void AskWhetherEnabled() {
     std::uint8_t enabled = 0;
     const auto entry =

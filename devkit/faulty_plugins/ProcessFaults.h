@@ -4,6 +4,8 @@
 void LeaveHook();
 void ShowBox();
 void CallPluginCore();
+// Without finding its entry as a plug-in does.
+void CallPluginCoreUnseen();
 // For every tick, which is too often.
 void AskWhetherEnabled();
 void AccessViolation();

@@ -84,7 +84,7 @@ CallRecord& CallRecord::Pointer(const char* name, const void* pointer) {
     return Add(name, GivenPointer{pointer != nullptr});
 }
 
-std::string CallRecord::AsJson() const {
+nlohmann::ordered_json CallRecord::Arguments() const {
     Json arguments = Json::object();
     for (const auto& [name, value] : mArguments) {
         std::visit(Overloaded{[&](std::nullptr_t) { arguments[name] = nullptr; },
@@ -102,7 +102,11 @@ std::string CallRecord::AsJson() const {
                               }},
                    value);
     }
-    return Json{{"entry", mEntry}, {"arguments", arguments}, {"answer", mAnswer}}.dump();
+    return arguments;
+}
+
+std::string CallRecord::AsJson() const {
+    return Json{{"entry", mEntry}, {"arguments", Arguments()}, {"answer", mAnswer}}.dump();
 }
 
 std::string CallRecord::AsText() const {

@@ -11,6 +11,7 @@
 #pragma once
 
 #include <cstdint>
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <variant>
@@ -45,6 +46,8 @@ class CallRecord {
     // Without a line end. A text that is not UTF-8, or that holds a control character, stands there a second time as
     // the hexadecimal digits of its bytes, under the argument's name with "_hex" added.
     std::string AsJson() const;
+    // The arguments of that line.
+    nlohmann::ordered_json Arguments() const;
 
     // Texts byte for byte and in quotes; a buffer as "4096 zeros, 4096" or, when it is not zeroed, as its text. Of
     // pointers only the null ones are shown, of the texts that Texts adds none.

@@ -11,6 +11,8 @@ constexpr RuleName kRules[] = {
     {Rule::kPropertyList, "property-list"},
     {Rule::kReply, "reply"},
     {Rule::kCalls, "calls"},
+    {Rule::kContract, "contract"},
+    {Rule::kUnrecorded, "unrecorded"},
     {Rule::kHostCalls, "host-calls"},
     {Rule::kBoxes, "boxes"},
     {Rule::kDialog, "dialog"},

@@ -16,6 +16,8 @@ enum class Rule {
     kPropertyList,
     kReply,
     kCalls,
+    kContract,
+    kUnrecorded,
     kHostCalls,
     kBoxes,
     kDialog,

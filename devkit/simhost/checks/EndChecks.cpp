@@ -6,6 +6,8 @@
 #include "doubles/host/Host.h"
 #include "simhost/checks/ImportWatch.h"
 #include "simhost/checks/LoadedLibraries.h"
+#include "simhost/contract/ContractChecks.h"
+#include "simhost/contract/PluginCoreWatch.h"
 #include "simhost/windows/HostDialog.h"
 
 namespace simhost {
@@ -40,10 +42,19 @@ void CheckHooks() {
     }
 }
 
+// A run must not pass because nobody looked: the plug-in may have found the entries in another way.
+void CheckRecorded() {
+    if (contract::WatchedLibrary() == nullptr && !PluginCoreInProcess().empty()) {
+        Host().rules.Broken(Rule::kUnrecorded, "a PluginCore is loaded, and no call of it was recorded");
+    }
+}
+
 }  // namespace
 
 void CheckEnd(const Expectations& expect, const RunFolder& folder) {
     CheckLibraries(expect, folder);
+    CheckRecorded();
+    contract::ReportFindings("at the end");
     Host().ReportLeftovers();
     CheckHooks();
 }

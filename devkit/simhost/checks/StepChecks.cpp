@@ -5,6 +5,8 @@
 
 #include "doubles/host/Host.h"
 #include "simhost/checks/ImportWatch.h"
+#include "simhost/contract/ContractChecks.h"
+#include "simhost/contract/GuardedCall.h"
 
 namespace simhost {
 
@@ -22,6 +24,7 @@ void StepChecks::Begin() {
 
 void StepChecks::Check(const Step& step) {
     CheckCalls(step);
+    contract::ReportFindings(step.place);
     CheckBoxes(step);
     CheckHostCalls(step);
     CheckForeground(step);
@@ -32,7 +35,7 @@ void StepChecks::Check(const Step& step) {
 }
 
 void StepChecks::CheckCalls(const Step& step) {
-    const std::vector<PluginCoreCall> calls = mCalls.TakeNew();
+    const std::vector<PluginCoreCall> calls = contract::TakeCalls();
     const Tick* const ticks = std::get_if<Tick>(&step.action);
     const bool manyTicks = ticks != nullptr && ticks->times > 1;
     if (!manyTicks) {

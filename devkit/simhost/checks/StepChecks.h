@@ -7,7 +7,6 @@
 
 #include "simhost/checks/BoxWatcher.h"
 #include "simhost/checks/PluginCoreCalls.h"
-#include "simhost/launch/RunFolder.h"
 #include "simhost/report/Transcript.h"
 #include "simhost/scenario/Scenario.h"
 #include "simhost/windows/MainWindow.h"
@@ -17,8 +16,7 @@ namespace simhost {
 class StepChecks {
   public:
     // Shows the host's window: what is checked includes its being in the foreground.
-    StepChecks(const RunFolder& folder, const Transcript& transcript)
-        : mTranscript(transcript), mCalls(folder.Calls()) {}
+    explicit StepChecks(const Transcript& transcript) : mTranscript(transcript) {}
 
     // Just before the step's message is sent.
     void Begin();
@@ -36,7 +34,6 @@ class StepChecks {
     const Transcript& mTranscript;
     MainWindow mWindow;
     BoxWatcher mBoxes;
-    CallLog mCalls;
     std::chrono::steady_clock::time_point mBegan;
 };
 

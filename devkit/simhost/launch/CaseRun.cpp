@@ -45,7 +45,6 @@ class FolderForOneRun {
 };
 
 void NameRecordsAndScripts(const RunFolder& folder) {
-    SetEnvironmentVariableW(L"QUORVEL_PLUGINCORE_RECORD", folder.Calls().c_str());
     SetEnvironmentVariableW(L"QUORVEL_PLUGINCORE_SCRIPT", folder.Answers().c_str());
     SetEnvironmentVariableW(L"QUORVEL_PLUGPLUG_RECORD", folder.BusCalls().c_str());
     SetEnvironmentVariableW(L"QUORVEL_PLUGPLUG_SCRIPT", folder.BusAnswers().c_str());

@@ -2,8 +2,7 @@
 //
 //   host/simhost.exe    the host's program; libraries of bare name are found beside it
 //   host/Plug-ins/      the plug-in
-//   calls.jsonl         what the double of the PluginCore recorded
-//   answers.json        what it answers
+//   answers.json        what the double of the PluginCore answers
 //   bus-calls.jsonl     what the double of the messaging library recorded
 //   bus-answers.json    what it answers
 #pragma once
@@ -24,7 +23,6 @@ class RunFolder {
     const std::filesystem::path& Root() const { return mRoot; }
     std::filesystem::path Program() const { return mRoot / L"host" / L"simhost.exe"; }
     std::filesystem::path Plugin() const { return mRoot / L"host" / L"Plug-ins" / mPluginName; }
-    std::filesystem::path Calls() const { return mRoot / L"calls.jsonl"; }
     std::filesystem::path Answers() const { return mRoot / L"answers.json"; }
     std::filesystem::path BusCalls() const { return mRoot / L"bus-calls.jsonl"; }
     std::filesystem::path BusAnswers() const { return mRoot / L"bus-answers.json"; }

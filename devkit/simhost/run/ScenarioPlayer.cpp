@@ -5,6 +5,7 @@
 
 #include "doubles/host/Host.h"
 #include "simhost/checks/ImportWatch.h"
+#include "simhost/contract/PluginCoreWatch.h"
 #include "simhost/plugin/PluginClock.h"
 #include "simhost/run/HostPreparation.h"
 #include "simhost/run/Performance.h"
@@ -23,11 +24,12 @@ ScenarioPlayer::ScenarioPlayer(const Scenario& scenario, const RunFolder& folder
       mFolder(folder),
       mTranscript(transcript),
       mPlugin((PrepareHost(scenario), folder.Plugin())),
-      mChecks(folder, transcript),
+      mChecks(transcript),
       mPanel(folder.Program().parent_path()),
       mDriver(mPlugin),
       mMessaging(folder, transcript, mPanel) {
     WatchImports(mPlugin.Module());
+    contract::WatchPluginCore(mPlugin.Module());
     InstallPluginClock(mPlugin.Module());
 }
 

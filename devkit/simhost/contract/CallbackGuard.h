@@ -1,0 +1,54 @@
+// Stands between a library and the plug-in's menu callback: checks each item, and passes it on.
+//
+// Lifetime: for good; a library may call back when it must not.
+#pragma once
+
+#include <windows.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "plugincore/PluginCore.h"
+
+namespace simhost::contract {
+
+class CallbackGuard {
+  public:
+    CallbackGuard(PluginCoreMenuCallback callback, void* context, int call)
+        : mCallback(callback), mContext(context), mCall(call) {}
+
+    // What the library is given. The context is the guard itself.
+    static std::int32_t OnItem(const char* id, const char* label, const char* itemText, std::uint8_t checked,
+                               std::uint8_t enabled, std::uint8_t hasSubMenu, const char* parentID, void* context);
+
+    // From now on a call is one too late.
+    void Close() { mIsOpen = false; }
+    // Each item's identifier and what the plug-in answered, as in "activate -> 0".
+    const std::vector<std::string>& Items() const { return mItems; }
+
+  private:
+    struct Item {
+        const char* id;
+        const char* label;
+        const char* itemText;
+        std::uint8_t checked, enabled, hasSubMenu;
+        const char* parentID;
+    };
+    // Whether the plug-in may be called.
+    bool IsInTime(const Item& item) const;
+    void Check(const Item& item);
+    void CheckTexts(const Item& item) const;
+    std::int32_t PassOn(const Item& item);
+
+    PluginCoreMenuCallback mCallback;
+    void* mContext;
+    int mCall;
+    DWORD mThread = GetCurrentThreadId();
+    bool mIsOpen = true;
+    std::set<std::string> mIDs;
+    std::set<std::string> mSubMenus;  // labels of the items that have one
+    std::vector<std::string> mItems;
+};
+
+}  // namespace simhost::contract

@@ -1,0 +1,266 @@
+#include "simhost/contract/GuardedCall.h"
+
+#include <algorithm>
+#include <cstring>
+#include <map>
+#include <memory>
+#include <utility>
+
+#include "doubles/plugincore/MessagingState.h"
+#include "simhost/contract/CodeAddress.h"
+#include "simhost/contract/ContractBook.h"
+#include "simhost/contract/HitFindings.h"
+#include "simhost/contract/TextChecks.h"
+#include "simhost/contract/Timeline.h"
+
+namespace simhost::contract {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// A buffer of more bytes is no buffer of the plug-in's: it is passed on as it is.
+constexpr std::uint64_t kLargestBuffer = 16 << 20;
+
+std::vector<std::unique_ptr<GuardedCall>>& Stack() {
+    static auto* const sStack = new std::vector<std::unique_ptr<GuardedCall>>;
+    return *sStack;
+}
+
+// A call has its place from its beginning on.
+std::vector<std::shared_ptr<PluginCoreCall>>& Recorded() {
+    static auto* const sCalls = new std::vector<std::shared_ptr<PluginCoreCall>>;
+    return *sCalls;
+}
+
+int NextNumberOf(const std::string& entry) {
+    static auto* const sNumbers = new std::map<std::string, int>;
+    return ++(*sNumbers)[entry];
+}
+
+}  // namespace
+
+GuardedCall::GuardedCall(const char* entry)
+    : mEntry(entry), mNumber(NextNumberOf(entry)), mRecord(entry), mCall(std::make_shared<PluginCoreCall>()) {
+    mCall->entry = entry;
+    Recorded().push_back(mCall);
+}
+
+GuardedCall::~GuardedCall() = default;
+
+template <class Type>
+Type* GuardedCall::Lend(const char* name, Type* original, std::size_t size, Access access) {
+    if (original == nullptr || size > kLargestBuffer) {
+        return original;
+    }
+    void* const block = GuardedMemory::Lend(original, size, {mEntry, mNumber, name, access});
+    void* const goesBack = access == Access::kReadWrite ? const_cast<std::remove_const_t<Type>*>(original) : nullptr;
+    mLent.push_back({block, goesBack});
+    return static_cast<Type*>(block);
+}
+
+const char* GuardedCall::Text(const char* name, const char* text) {
+    mRecord.Text(name, text);
+    return Lend(name, text, text == nullptr ? 0 : std::strlen(text) + 1, Access::kReadOnly);
+}
+
+LentReply GuardedCall::LendReply(char* buffer, std::uint64_t* size) {
+    const std::uint64_t capacity = size == nullptr ? 0 : *size;
+    if (buffer != nullptr && size != nullptr && capacity <= kLargestBuffer) {
+        mReply = LentText{std::string(buffer, capacity), buffer, capacity, size};
+    }
+    return {Lend("buffer", buffer, capacity, Access::kReadWrite), Lend("size", size, sizeof *size, Access::kReadWrite)};
+}
+
+LentReply GuardedCall::Reply(char* buffer, std::uint64_t* size) {
+    mRecord.Buffer(buffer, size);
+    return LendReply(buffer, size);
+}
+
+char* GuardedCall::ReplyOf(char* buffer, std::uint64_t capacity) {
+    mRecord.BufferOf(buffer, capacity);
+    if (buffer != nullptr) {
+        mReply = LentText{std::string(buffer, capacity), buffer, capacity, nullptr};
+    }
+    return Lend("buffer", buffer, capacity, Access::kReadWrite);
+}
+
+LentReply GuardedCall::TextAndReply(char* text, std::uint64_t* size) {
+    mRecord.Text("text", text).NumberAt("capacity", size);
+    return LendReply(text, size);
+}
+
+std::uint32_t* GuardedCall::Number(const char* result, std::uint32_t* number) {
+    mRecord.NumberAt("preset", number);
+    mNumberName = result;
+    mNumberOut = number;
+    return Lend(result, number, sizeof *number, Access::kReadWrite);
+}
+
+std::uint8_t* GuardedCall::Flag(std::uint8_t* flag) {
+    mRecord.NumberAt("preset", flag);
+    mFlag = flag;
+    return Lend("flag", flag, sizeof *flag, Access::kReadWrite);
+}
+
+CallbackGuard* GuardedCall::Callback(PluginCoreMenuCallback callback, void* context) {
+    mRecord.Pointer("callback", reinterpret_cast<const void*>(callback)).Pointer("context", context);
+    if (callback != nullptr) {
+        // Never given back: a library may call when it must not.
+        mCallback = new CallbackGuard(callback, context, mNumber);
+    }
+    return mCallback;
+}
+
+PlugPlugState* GuardedCall::State(PlugPlugState* state) {
+    const std::optional<std::string> description = DescribeMessagingState(state);
+    mRecord.Text("state", description ? description->c_str() : nullptr);
+    mState = state;
+    if (state != nullptr) {
+        mStateBefore = *state;
+    }
+    return state;
+}
+
+void GuardedCall::Finding(ClauseId clause, const std::string& what) const {
+    Book().Broken({clause, mEntry, mNumber, what});
+}
+
+void GuardedCall::LeftBy(const std::string& exception) {
+    mCall->exception = exception;
+    Finding(ClauseId::kException, exception + " left the entry");
+}
+
+void GuardedCall::GiveBack() {
+    for (const Lent& lent : mLent) {
+        Book().Tried(lent.original == nullptr ? ClauseId::kArgumentWritten : ClauseId::kBufferBehind);
+        GuardedMemory::Release(lent.block, lent.original);
+    }
+    mLent.clear();
+    NoteHits();
+}
+
+void GuardedCall::CheckReply() {
+    if (!mReply) {
+        return;
+    }
+    const LentText& reply = *mReply;
+    const std::string_view bytes(reply.original, reply.capacity);
+    const std::string text(reply.original, strnlen(reply.original, reply.capacity));
+    if (bytes != reply.before) {
+        mCall->results.update(doubles::CallRecord("").Text("text", text.c_str()).Arguments());
+        Book().Tried(ClauseId::kBufferTerminated);
+        if (text.size() == reply.capacity) {
+            Finding(ClauseId::kBufferTerminated,
+                    "no zero within the " + std::to_string(reply.capacity) + " bytes of the buffer");
+        }
+        Book().Tried(ClauseId::kBufferUtf8);
+        if (!IsUtf8(text)) {
+            Finding(ClauseId::kBufferUtf8, "the reply " + Printable(text) + " is not UTF-8");
+        }
+    }
+    if (reply.size != nullptr) {
+        Book().Tried(ClauseId::kSizeSane);
+        if (*reply.size != reply.capacity) {
+            mCall->results["size"] = *reply.size;
+        }
+        if (*reply.size > reply.capacity || *reply.size < text.size()) {
+            Finding(ClauseId::kSizeSane, "the size became " + std::to_string(*reply.size) + ", with a capacity of " +
+                                             std::to_string(reply.capacity) + " and a text of " +
+                                             std::to_string(text.size()) + " bytes");
+        }
+    }
+    if (mCall->answer == kPluginCoreSuccess && !mCall->exception && !text.empty()) {
+        CheckJson(text);
+    }
+}
+
+void GuardedCall::CheckJson(const std::string& text) {
+    struct Shape {
+        std::string_view entry;
+        ClauseId parses, members;
+        std::optional<ShapeFault> (*faultOf)(const std::string& json);
+    };
+    const Shape shapes[] = {{"GetMenus", ClauseId::kMenuJson, ClauseId::kMenuMembers, &FaultOfMenus},
+                            {"GetSettings", ClauseId::kSettingsJson, ClauseId::kSettingsMembers, &FaultOfSettings}};
+    const auto* const shape = std::find_if(std::begin(shapes), std::end(shapes),
+                                           [&](const Shape& candidate) { return candidate.entry == mEntry; });
+    if (shape == std::end(shapes)) {
+        return;
+    }
+    Book().Tried(shape->parses);
+    const std::optional<ShapeFault> fault = shape->faultOf(text);
+    if (!fault || fault->isJson) {
+        Book().Tried(shape->members);
+    }
+    if (fault) {
+        Finding(fault->isJson ? shape->members : shape->parses, fault->text + ", in " + Printable(text));
+    }
+}
+
+void GuardedCall::CheckState() {
+    if (mState == nullptr) {
+        return;
+    }
+    Book().Tried(ClauseId::kStateWritten);
+    if (std::memcmp(mState, &mStateBefore, sizeof mStateBefore) != 0) {
+        Finding(ClauseId::kStateWritten, "the messaging state was changed");
+    }
+}
+
+void GuardedCall::End() {
+    const auto took = std::chrono::steady_clock::now() - mBegan;
+    mCall->milliseconds = std::chrono::duration<double, std::milli>(took).count();
+    GiveBack();
+    if (mCallback != nullptr) {
+        mCallback->Close();
+        mRecord.Texts("items", mCallback->Items());
+    }
+    CheckReply();
+    CheckState();
+    if (mFlag != nullptr) {
+        mCall->results["flag"] = *mFlag;
+        Book().Tried(ClauseId::kFlagValue);
+        if (*mFlag > 1) {
+            Finding(ClauseId::kFlagValue, "the flag became " + std::to_string(*mFlag));
+        }
+    }
+    if (mNumberOut != nullptr) {
+        mCall->results[mNumberName] = *mNumberOut;
+    }
+    if (!mCall->exception) {
+        Book().Tried(ClauseId::kException);
+    }
+    mCall->arguments = mRecord.Arguments();
+    CheckTimeline(*mCall, mNumber);
+}
+
+GuardedCall& BeginCall(const char* entry) {
+    Stack().push_back(std::make_unique<GuardedCall>(entry));
+    return *Stack().back();
+}
+
+void EndCall() {
+    Stack().back()->End();
+    Stack().pop_back();
+}
+
+std::vector<PluginCoreCall> TakeCalls() {
+    std::vector<PluginCoreCall> calls;
+    for (const auto& call : std::exchange(Recorded(), {})) {
+        calls.push_back(*call);
+    }
+    return calls;
+}
+
+std::optional<std::string> EntryUnderWay() {
+    return Stack().empty() ? std::nullopt : std::optional(Stack().back()->InWords());
+}
+
+void NoteHits() {
+    for (const Hit& hit : GuardedMemory::TakeHits()) {
+        Book().Broken(FindingOf(hit));
+    }
+}
+
+}  // namespace simhost::contract

@@ -1,0 +1,110 @@
+// One call of an entry on its way through the layer: lends guarded memory in place of the plug-in's, has the library
+// called, gives back what it wrote, checks it and records the call. Answers, texts and exceptions reach the plug-in as
+// if nothing stood between.
+//
+// Calls lie on a stack of the layer's own and not in the frames of the forwarding functions: an exception of another
+// compiler runs no destructors there.
+//
+// Thread: main.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "doubles/common/CallRecord.h"
+#include "plugincore/PluginCore.h"
+#include "simhost/checks/PluginCoreCalls.h"
+#include "simhost/contract/CallbackGuard.h"
+#include "simhost/contract/Clauses.h"
+#include "simhost/contract/GuardedMemory.h"
+
+namespace simhost::contract {
+
+// What a library gets in place of a reply buffer and its size.
+struct LentReply {
+    char* text;
+    std::uint64_t* size;
+};
+
+class GuardedCall {
+  public:
+    explicit GuardedCall(const char* entry);
+    GuardedCall(const GuardedCall&) = delete;
+    GuardedCall& operator=(const GuardedCall&) = delete;
+    ~GuardedCall();
+
+    // Arguments, in their order; each returns what the library gets. A null pointer stays one.
+    const char* Text(const char* name, const char* text);
+    LentReply Reply(char* buffer, std::uint64_t* size);
+    // Of a length that the contract knows.
+    char* ReplyOf(char* buffer, std::uint64_t capacity);
+    // A text in the buffer, which the library may replace.
+    LentReply TextAndReply(char* text, std::uint64_t* size);
+    std::uint32_t* Number(const char* result, std::uint32_t* number);
+    std::uint8_t* Flag(std::uint8_t* flag);
+    void PlainNumber(const char* name, std::int64_t number) { mRecord.Number(name, number); }
+    CallbackGuard* Callback(PluginCoreMenuCallback callback, void* context);
+    PlugPlugState* State(PlugPlugState* state);
+
+    // The entry has returned, or was left by an exception.
+    void Returned(std::int32_t answer) { mCall->answer = answer; }
+    void LeftBy(const std::string& exception);
+    // Gives everything back, checks and records.
+    void End();
+
+    // As in "GetMenus, call 3".
+    std::string InWords() const { return std::string(mEntry) + ", call " + std::to_string(mNumber); }
+
+  private:
+    struct Lent {
+        void* block;
+        void* original;  // null: nothing is given back
+    };
+    struct LentText {
+        std::string before;
+        char* original;
+        std::uint64_t capacity;
+        std::uint64_t* size;
+    };
+
+    template <class Type>
+    Type* Lend(const char* name, Type* original, std::size_t size, Access access);
+    LentReply LendReply(char* buffer, std::uint64_t* size);
+    void GiveBack();
+    void CheckReply();
+    void CheckJson(const std::string& text);
+    void CheckState();
+    void Finding(ClauseId clause, const std::string& what) const;
+
+    const char* mEntry;
+    int mNumber;
+    doubles::CallRecord mRecord;
+    std::shared_ptr<PluginCoreCall> mCall;
+    std::vector<Lent> mLent;
+    std::optional<LentText> mReply;
+    std::uint8_t* mFlag = nullptr;
+    std::uint32_t* mNumberOut = nullptr;
+    const char* mNumberName = "";
+    CallbackGuard* mCallback = nullptr;
+    PlugPlugState* mState = nullptr;
+    PlugPlugState mStateBefore{};
+    std::chrono::steady_clock::time_point mBegan = std::chrono::steady_clock::now();
+};
+
+// Begins a call, which End ends and takes away.
+GuardedCall& BeginCall(const char* entry);
+void EndCall();
+
+// The calls since the last time, in the order in which they began.
+std::vector<PluginCoreCall> TakeCalls();
+// The entry that is being called, and the number of its call; nothing while none is. For whoever reports a crash.
+std::optional<std::string> EntryUnderWay();
+
+// Turns what guarded memory has noted into findings. For uses after a return that come at any time.
+void NoteHits();
+
+}  // namespace simhost::contract

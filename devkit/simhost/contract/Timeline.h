@@ -1,0 +1,16 @@
+// What calls promise about each other: what was answered before TerminatePluginCoreInterface must be answered after it.
+//
+// Thread: main.
+#pragma once
+
+#include "simhost/checks/PluginCoreCalls.h"
+
+namespace simhost::contract {
+
+// After each call, once it is answered. `number` is that of the call of its entry.
+void CheckTimeline(const PluginCoreCall& call, int number);
+
+// Whether TerminatePluginCoreInterface has returned.
+bool IsTerminated();
+
+}  // namespace simhost::contract
