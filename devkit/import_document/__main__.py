@@ -1,0 +1,58 @@
+"""Turns a real file into a document for the developer kit.
+
+What is printed is JSON: the document as a scenario describes one, and where the file itself lies. `simhost open` plays it.
+"""
+
+import argparse
+import json
+import pathlib
+import sys
+
+import kinds
+import links
+import page_text
+import svg
+import tools
+
+
+def document_of(file: pathlib.Path) -> dict:
+    kind = kinds.kind_of(file)
+    if kind == kinds.SVG:
+        drawing = svg.Drawing(file)
+        frames, linked = drawing.frames(), drawing.linked_files()
+    else:
+        frames, linked = page_text.frames(file, kind), links.linked_files(file, kind)
+    return {
+        "title": file.name,
+        "source": str(file.resolve()),
+        "document": {
+            "path": links.as_placed(file.name),
+            "frames": frames,
+            "placed": [links.as_placed(link) for link in linked],
+        },
+    }
+
+
+def main() -> int:
+    parser = argparse.ArgumentParser(prog="import-document", description=__doc__.splitlines()[0])
+    parser.add_argument("file", type=pathlib.Path, metavar="FILE", help="a PDF, a PDF-based .ai, an EPS or an SVG")
+    parser.add_argument("-o", "--output", type=pathlib.Path, help="where to write the document; else standard output")
+    arguments = parser.parse_args()
+    try:
+        document = document_of(arguments.file)
+        text = json.dumps(document, indent=2, ensure_ascii=False) + "\n"
+        if arguments.output:
+            arguments.output.write_text(text, encoding="utf-8")
+        else:
+            sys.stdout.reconfigure(encoding="utf-8")
+            sys.stdout.write(text)
+    except (tools.ImportFailed, OSError) as error:
+        print(f"import-document: {error}", file=sys.stderr)
+        return 2
+    if not any(document["document"]["frames"]):
+        print(f"import-document: there is no text in {arguments.file}; is it all outlines or pixels?", file=sys.stderr)
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,126 @@
+"""Which font an element of an SVG asks for: attributes, style sheets, style attributes and inheritance."""
+
+import dataclasses
+
+import cssselect2
+import tinycss2
+
+WEIGHTS = {"normal": 400, "bold": 700}
+SLANTS = ("normal", "italic", "oblique")
+# What a browser shows without any family; nobody can say which font that is.
+NO_FAMILY = "serif"
+PROPERTIES = ("font", "font-family", "font-weight", "font-style")
+
+
+@dataclasses.dataclass(frozen=True)
+class Font:
+    family: str = NO_FAMILY
+    weight: int = 400
+    slant: str = "normal"
+
+
+INITIAL = Font()
+
+
+class Sheet:
+    def __init__(self, texts):
+        self.matcher = cssselect2.Matcher()
+        for text in texts:
+            for rule in tinycss2.parse_stylesheet(text, skip_comments=True, skip_whitespace=True):
+                self.add(rule)
+
+    def add(self, rule) -> None:
+        if rule.type != "qualified-rule":
+            return
+        declarations = tinycss2.parse_declaration_list(rule.content, skip_comments=True, skip_whitespace=True)
+        try:
+            selectors = cssselect2.compile_selector_list(rule.prelude)
+        except cssselect2.SelectorError:
+            # As browsers do: a rule that is not understood is left out.
+            return
+        for selector in selectors:
+            self.matcher.add_selector(selector, declarations)
+
+    def font_of(self, element, inherited: Font) -> Font:
+        font = inherited
+        for declaration in self.declarations_for(element):
+            font = applied(font, declaration.lower_name, significant(declaration.value), inherited)
+        return font
+
+    def declarations_for(self, element) -> list:
+        """The weakest first."""
+        attributes = element.etree_element
+        weakest = [f"{name}: {attributes.get(name)}" for name in PROPERTIES[1:] if attributes.get(name)]
+        found = parse("; ".join(weakest))
+        for match in sorted(self.matcher.match(element), key=lambda match: match[:2]):
+            found += [declaration for declaration in match[-1] if declaration.type == "declaration"]
+        found += parse(attributes.get("style") or "")
+        # sorted keeps the order of equals.
+        return sorted(found, key=lambda declaration: declaration.important)
+
+
+def parse(declarations: str) -> list:
+    parsed = tinycss2.parse_declaration_list(declarations, skip_comments=True, skip_whitespace=True)
+    return [declaration for declaration in parsed if declaration.type == "declaration"]
+
+
+def significant(tokens) -> list:
+    return [token for token in tokens if token.type not in ("whitespace", "comment")]
+
+
+def applied(font: Font, name: str, tokens: list, inherited: Font) -> Font:
+    if not tokens:
+        return font
+    word = tokens[0].lower_value if tokens[0].type == "ident" else None
+    if word == "inherit":
+        field = {"font-family": "family", "font-weight": "weight", "font-style": "slant"}.get(name)
+        return inherited if name == "font" else dataclasses.replace(font, **{field: getattr(inherited, field)}) \
+            if field else font
+    if name == "font-family":
+        return dataclasses.replace(font, family=first_family(tokens))
+    if name == "font-weight":
+        return dataclasses.replace(font, weight=weight_of(tokens[0], inherited.weight))
+    if name == "font-style" and word in SLANTS:
+        return dataclasses.replace(font, slant=word)
+    if name == "font":
+        return shorthand(tokens, inherited)
+    return font
+
+
+def weight_of(token, inherited: int) -> int:
+    if token.type == "number":
+        return int(token.value)
+    word = token.lower_value if token.type == "ident" else ""
+    if word == "bolder":
+        return 700 if inherited < 600 else 900
+    if word == "lighter":
+        return 400 if inherited > 500 else 100
+    return WEIGHTS.get(word, inherited)
+
+
+def first_family(tokens: list) -> str:
+    """The family that the document asks for: what stands behind it is for machines that do not have it."""
+    words = []
+    for token in tokens:
+        if token.type == "literal" and token.value == ",":
+            break
+        words.append(token.value if token.type in ("string", "ident") else "")
+    return " ".join(filter(None, words)) or NO_FAMILY
+
+
+def shorthand(tokens: list, inherited: Font) -> Font:
+    """`font: italic bold 12px/14px "Some Family", serif`; what it does not name has its initial value."""
+    font = Font(family=inherited.family)
+    for i, token in enumerate(tokens):
+        word = token.lower_value if token.type == "ident" else ""
+        if token.type in ("dimension", "percentage"):
+            rest = tokens[i + 1:]
+            if rest and rest[0].type == "literal" and rest[0].value == "/":
+                rest = rest[2:]
+            return dataclasses.replace(font, family=first_family(rest))
+        if word in SLANTS[1:]:
+            font = dataclasses.replace(font, slant=word)
+        elif token.type == "number" or word in ("bold", "bolder", "lighter"):
+            font = dataclasses.replace(font, weight=weight_of(token, inherited.weight))
+    # Without a size it is no font shorthand, or the name of a font of the system.
+    return inherited

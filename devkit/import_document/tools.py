@@ -1,0 +1,32 @@
+"""Running the programs that know the formats."""
+
+import subprocess
+
+TIME_LIMIT_SECONDS = 120
+
+
+class ImportFailed(Exception):
+    """In words for whoever gave the file."""
+
+
+def run(*command: str) -> bytes:
+    """What the program writes to standard output. Raises ImportFailed with the program's own words."""
+    try:
+        done = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, check=False,
+                              timeout=TIME_LIMIT_SECONDS)
+    except FileNotFoundError:
+        raise ImportFailed(f"{command[0]} is missing; scripts/setup installs it") from None
+    except subprocess.TimeoutExpired:
+        raise ImportFailed(f"{command[0]} did not end within {TIME_LIMIT_SECONDS} seconds") from None
+    if done.returncode != 0:
+        words = text_of(done.stderr or done.stdout).strip().splitlines() or ["no reason given"]
+        raise ImportFailed(f"{command[0]} cannot read {command[-1]}: {words[0].strip(' *')}")
+    return done.stdout
+
+
+def text_of(data: bytes) -> str:
+    """Names in old files may be in any encoding."""
+    try:
+        return data.decode("utf-8")
+    except UnicodeDecodeError:
+        return data.decode("latin-1")
