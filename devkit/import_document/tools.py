@@ -19,8 +19,9 @@ def run(*command: str) -> bytes:
     except subprocess.TimeoutExpired:
         raise ImportFailed(f"{command[0]} did not end within {TIME_LIMIT_SECONDS} seconds") from None
     if done.returncode != 0:
-        words = text_of(done.stderr or done.stdout).strip().splitlines() or ["no reason given"]
-        raise ImportFailed(f"{command[0]} cannot read {command[-1]}: {words[0].strip(' *')}")
+        # Ghostscript tells the reason on standard output, and only that there was one on standard error.
+        words = text_of(done.stdout + done.stderr).strip().splitlines() or ["no reason given"]
+        raise ImportFailed(f"{command[0]} cannot read {command[-1]}: {words[0]}")
     return done.stdout
 
 

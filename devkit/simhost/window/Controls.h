@@ -1,0 +1,28 @@
+// The controls of the host's window: which there are, where they lie, and the command that each stands for.
+//
+// Thread: main.
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+
+#include "simhost/window/HostWindow.h"
+
+namespace simhost {
+
+constexpr int kDocumentList = 100;
+constexpr int kFonts = 101;
+constexpr int kPanelText = 102;
+constexpr int kTrace = 103;
+
+void MakeAllControls(HWND window, HFONT font);
+void LayControls(HWND window, int width, int height);
+
+// The command of a button or key; nothing for any other control.
+std::optional<WindowCommand> CommandOf(int identifier);
+// Ctrl and a letter for the document commands. The caller destroys the table.
+HACCEL MakeAccelerators();
+HFONT MakeFont(const wchar_t* face);
+
+}  // namespace simhost

@@ -1,0 +1,137 @@
+#!/usr/bin/env python3
+"""scripts/import-document reads real files: the fonts of their text, the files that they link.
+
+The command to import a document follows on the command line.
+"""
+
+import gzip
+import json
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+import real_documents
+
+COMMAND = sys.argv.pop(1)
+
+
+class ImportDocument(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.temporary = tempfile.TemporaryDirectory()
+        cls.folder = pathlib.Path(cls.temporary.name)
+        cls.files = real_documents.make_all(cls.folder)
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.temporary.cleanup()
+
+    def run_on(self, *arguments):
+        return subprocess.run([COMMAND, *map(str, arguments)], capture_output=True, check=False, encoding="utf-8")
+
+    def document(self, name):
+        done = self.run_on(self.files[name])
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        return json.loads(done.stdout)["document"]
+
+    def refusal(self, file):
+        done = self.run_on(file)
+        self.assertEqual((done.returncode, done.stdout), (2, ""))
+        return done.stderr.removeprefix("import-document: ").strip().replace(str(file), "FILE")
+
+    def write(self, name, data):
+        file = self.folder / name
+        file.write_bytes(data)
+        return file
+
+    def test_fonts_are_those_that_other_tools_list(self):
+        for name, file in self.files.items():
+            with self.subTest(name):
+                fonts = {font for frame in self.document(name)["frames"] for font in frame}
+                self.assertEqual(fonts, real_documents.fonts_by_other_tools(file, self.folder))
+
+    def test_runs_come_in_the_order_in_which_one_reads(self):
+        self.assertEqual(self.document("Überschrift.pdf")["frames"],
+                         [["URWGothic-Book", "P052-Italic", "URWGothic-Demi", "DejaVuSerif"]])
+
+    def test_each_page_is_a_frame(self):
+        frames = self.document("typeset.pdf")["frames"]
+        self.assertEqual(len(frames), 2)
+        self.assertEqual(frames[0][:4], ["Times-Bold", "Times-Italic", "Times-Roman", "Times-Bold"])
+        self.assertIn("Helvetica-Bold", frames[1])
+        self.assertNotIn("Helvetica-Bold", frames[0])
+
+    def test_composite_font_has_the_name_of_the_font_alone(self):
+        self.assertEqual(self.document("scripts.pdf")["frames"], [["DejaVuSans"]])
+
+    def test_font_that_is_not_installed_keeps_its_name(self):
+        self.assertEqual(self.document("advertisement.eps")["frames"], [["Frutiger-Light", "Helvetica-Bold"]])
+
+    def test_svg_runs_follow_sheets_attributes_and_nesting(self):
+        self.assertEqual(self.document("drawing.svg")["frames"],
+                         [["NimbusRoman-Regular", "NimbusRoman-Bold", "DejaVuSans-Oblique", "NimbusRoman-Regular"],
+                          ["C059-Roman"]])
+
+    def test_svg_font_that_nobody_has_is_named_after_the_family(self):
+        file = self.write("missing.svg", b'<svg xmlns="http://www.w3.org/2000/svg"><text font-family="Some Family" '
+                          b'font-weight="bold">a</text><text font-family="NimbusRoman-Bold">b</text></svg>')
+        document = json.loads(self.run_on(file).stdout)["document"]
+        self.assertEqual(document["frames"], [["SomeFamily-Bold"], ["NimbusRoman-Bold"]])
+
+    def test_linked_files(self):
+        placed = {name: self.document(name)["placed"] for name in self.files}
+        self.assertEqual(placed, {
+            "typeset.pdf": [], "typeset.eps": [], "Überschrift.pdf": [], "scripts.pdf": [],
+            "drawing.svg": ["${work}\\Pictures\\A harbour.png"],
+            "illustration.ai": ["C:\\Jobs\\Logo.psd", "${work}\\Links\\Photo.tif"],
+            "advertisement.eps": ["Z:\\Volumes\\Pictures\\A large photo.tif"],
+        })
+
+    def test_document_names_its_file(self):
+        done = json.loads(self.run_on(self.files["Überschrift.pdf"]).stdout)
+        self.assertEqual(done["title"], "Überschrift.pdf")
+        self.assertEqual(done["source"], str(self.files["Überschrift.pdf"].resolve()))
+        self.assertEqual(done["document"]["path"], "${work}\\Überschrift.pdf")
+
+    def test_output_file(self):
+        output = self.folder / "document.json"
+        done = self.run_on(self.files["scripts.pdf"], "--output", output)
+        self.assertEqual((done.returncode, done.stdout), (0, ""))
+        self.assertEqual(json.loads(output.read_text(encoding="utf-8"))["document"]["frames"], [["DejaVuSans"]])
+
+    def test_compressed_svg(self):
+        file = self.write("drawing.svgz", gzip.compress(real_documents.DRAWING.encode()))
+        self.assertEqual(json.loads(self.run_on(file).stdout)["document"]["frames"],
+                         self.document("drawing.svg")["frames"])
+
+    def test_document_without_text_is_said(self):
+        done = self.run_on(self.write("empty.svg", b'<svg xmlns="http://www.w3.org/2000/svg"/>'))
+        self.assertEqual(json.loads(done.stdout)["document"]["frames"], [])
+        self.assertIn("there is no text in", done.stderr)
+
+    def test_files_that_are_none_are_refused(self):
+        protected = self.folder / "protected.pdf"
+        real_documents.run("gs", "-q", "-sDEVICE=pdfwrite", "-sOwnerPassword=a", "-sUserPassword=b",
+                           "-dEncryptionR=3", "-dKeyLength=128", f"-sOutputFile={protected}", "-dBATCH", "-dNOPAUSE",
+                           str(self.files["scripts.pdf"]))
+        cases = {
+            self.write("text.pdf", b"not a PDF\n"): "FILE is neither a PDF (or an .ai based on one) nor an EPS nor an SVG",
+            self.write("nothing.pdf", b""): "FILE is empty",
+            self.write("damaged.pdf", b"%PDF-1.4\ngarbage"): "FILE cannot be read: PDF document is damaged",
+            protected: "FILE cannot be read: Document is encrypted",
+            self.write("broken.eps", b"%!PS-Adobe-3.0 EPSF-3.0\nnot PostScript at all (\n"):
+                "gs cannot read FILE: Error: /stackunderflow in --not--",
+            self.write("broken.svg", b"<svg"): "FILE is not well-formed: unclosed token: line 1, column 0",
+            self.write("broken.svgz", b"\x1f\x8bgarbage"):
+                "FILE is neither a PDF (or an .ai based on one) nor an EPS nor an SVG",
+            self.folder / "absent.pdf": "[Errno 2] No such file or directory: 'FILE'",
+        }
+        for file, complaint in cases.items():
+            with self.subTest(file.name):
+                self.assertEqual(self.refusal(file), complaint)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=0)

@@ -1,0 +1,125 @@
+"""Real documents, made by the programs of this machine, and what independent tools say about them."""
+
+import pathlib
+import re
+import subprocess
+
+MANUSCRIPT = r"""
+.TL
+A brochure
+.AU
+Somebody
+.PP
+Text in Times with \fBbold\fP and \fIitalic\fP and \f[CR]typewriter\fP words.
+.NH
+Heading
+.PP
+More text in \f[HR]Helvetica\fP and \f[PR]Palatino\fP.
+.bp
+.PP
+\f[HB]A second page\fP with little text.
+"""
+
+MARKUP = ('Hello <span font="P052 Italic 15">world</span> <b>bold</b> '
+          '<span font="DejaVu Serif 10">with umlauts: ÄÖÜ</span>')
+
+DRAWING = """<?xml version="1.0" encoding="UTF-8"?>
+<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink" width="300" height="200">
+  <style>.caption { font-family: C059; } @import url(other.css); text > .strong { font-weight: 700 }</style>
+  <image xlink:href="Pictures/A%20harbour.png" x="0" y="0" width="40" height="40"/>
+  <image href="data:image/png;base64,AAAA" width="1" height="1"/>
+  <text x="10" y="60" font-family="'Nimbus Roman', serif" font-size="12">Roman
+    <tspan class="strong">and bold</tspan>
+    <tspan style="font: oblique 10px/12px 'DejaVu Sans'">and slanted</tspan> and Roman again</text>
+  <text class="caption" x="10" y="90">A caption</text>
+</svg>
+"""
+
+# What a drawing program writes about the files that a document is made from.
+METADATA = """<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?><x:xmpmeta xmlns:x='adobe:ns:meta/'>
+<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><rdf:Description rdf:about=''
+xmlns:xmpMM='http://ns.adobe.com/xap/1.0/mm/' xmlns:stMfs='http://ns.adobe.com/xap/1.0/sType/ManifestItem#'
+xmlns:stRef='http://ns.adobe.com/xap/1.0/sType/ResourceRef#'><xmpMM:Manifest><rdf:Bag>
+%s</rdf:Bag></xmpMM:Manifest></rdf:Description></rdf:RDF></x:xmpmeta><?xpacket end='w'?>"""
+METADATA_ITEM = """<rdf:li rdf:parseType='Resource'><stMfs:linkForm>ReferenceStream</stMfs:linkForm>
+<stMfs:reference rdf:parseType='Resource'><stRef:filePath>%s</stRef:filePath></stMfs:reference></rdf:li>
+"""
+LINKS_OF_ILLUSTRATION = ("C:\\Jobs\\Logo.psd", "Links/Photo.tif")
+
+ILLUSTRATION = """%%!PS
+[ /_objdef {metadata} /type /stream /OBJ pdfmark
+[ {metadata} (%s) /PUT pdfmark
+[ {metadata} << /Type /Metadata /Subtype /XML >> /PUT pdfmark
+[ {Catalog} << /Metadata {metadata} >> /PUT pdfmark
+/URWGothic-Book findfont 20 scalefont setfont 100 600 moveto (A headline) show
+/P052-Roman findfont 12 scalefont setfont 100 560 moveto (and a line of text) show
+showpage
+"""
+
+# A font that is not installed, and an image that a page-layout program has left out.
+ADVERTISEMENT = """%!PS-Adobe-3.0 EPSF-3.0
+%%BoundingBox: 0 0 300 200
+%%DocumentNeededResources: font Frutiger-Light Helvetica-Bold
+%%EndComments
+%ALDImageFileName: /Volumes/Pictures/A large photo.tif
+%ALDImageCropRect: 0 0 10 10
+/Frutiger-Light findfont 20 scalefont setfont 100 100 moveto (Somebody else's font) show
+/Helvetica-Bold findfont 20 scalefont setfont 100 50 moveto (A bold line) show
+showpage
+%%EOF
+"""
+
+
+def run(*command, stdin: bytes = b"") -> bytes:
+    return subprocess.run(command, input=stdin, capture_output=True, check=True).stdout
+
+
+def letters_of_many_scripts() -> str:
+    """More glyphs than a simple font can encode."""
+    blocks = (range(0x391, 0x3A1), range(0x400, 0x480), range(0x100, 0x17F), range(0x531, 0x556))
+    return "".join(chr(code) for block in blocks for code in block)
+
+
+def escaped(text: str) -> str:
+    return re.sub(r"([()\\])", r"\\\1", text)
+
+
+def make_all(folder: pathlib.Path) -> dict[str, pathlib.Path]:
+    """By name; made anew."""
+    files = {name: folder / name for name in (
+        "typeset.pdf", "typeset.eps", "Überschrift.pdf", "scripts.pdf", "drawing.svg", "illustration.ai",
+        "advertisement.eps")}
+    files["typeset.pdf"].write_bytes(run("groff", "-ms", "-Tpdf", stdin=MANUSCRIPT.encode()))
+    page = run("groff", "-ms", "-Tps", stdin=MANUSCRIPT.encode())
+    run("gs", "-q", "-sDEVICE=eps2write", "-dLastPage=1", f"-sOutputFile={files['typeset.eps']}", "-dBATCH", "-dNOPAUSE",
+        "-", stdin=page)
+    run("pango-view", "--no-display", "--font=URW Gothic 20", "--markup", f"--text={MARKUP}",
+        f"--output={files['Überschrift.pdf']}")
+    run("pango-view", "--no-display", "--font=DejaVu Sans 12", f"--text={letters_of_many_scripts()}", "--wrap=char",
+        "--width=400", f"--output={files['scripts.pdf']}")
+    files["drawing.svg"].write_text(DRAWING, encoding="utf-8")
+    metadata = METADATA % "".join(METADATA_ITEM % link for link in LINKS_OF_ILLUSTRATION)
+    run("gs", "-q", "-sDEVICE=pdfwrite", f"-sOutputFile={files['illustration.ai']}", "-dBATCH", "-dNOPAUSE", "-",
+        stdin=(ILLUSTRATION % escaped(metadata)).encode())
+    files["advertisement.eps"].write_text(ADVERTISEMENT, encoding="utf-8")
+    return files
+
+
+def fonts_by_other_tools(file: pathlib.Path, folder: pathlib.Path) -> set[str]:
+    """The PostScript names without the prefixes of subsets: of a PDF as pdffonts lists them; of an EPS as its own header
+    names them, else as pdffonts lists them of the PDF that Ghostscript makes; of an SVG as librsvg embeds them."""
+    if file.suffix == ".eps":
+        needed = re.findall(rb"^%%DocumentNeededResources: font (.*)$", file.read_bytes(), re.MULTILINE)
+        if needed:
+            return set(needed[0].decode().split())
+        file = converted(file, folder, "ps2pdf", str(file))
+    elif file.suffix == ".svg":
+        file = converted(file, folder, "rsvg-convert", "--format=pdf", str(file), "--output")
+    lines = run("pdffonts", str(file)).decode().splitlines()[2:]
+    return {re.sub(r"^[A-Z]{6}\+", "", line.split()[0]) for line in lines}
+
+
+def converted(file: pathlib.Path, folder: pathlib.Path, *command: str) -> pathlib.Path:
+    pages = folder / (file.stem + "-converted.pdf")
+    run(*command, str(pages))
+    return pages
