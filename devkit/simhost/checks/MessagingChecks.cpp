@@ -55,7 +55,7 @@ void MessagingChecks::CheckCalls(const Step& step) {
         }
     }
     const std::string difference = DifferenceOf(step.expect.busCalls, calls);
-    if (!difference.empty()) {
+    if (!difference.empty() && !step.expect.anything) {
         Host().rules.Broken(Rule::kBusCalls, step.place + ": " + difference);
     }
 }
@@ -70,6 +70,9 @@ void MessagingChecks::CheckPanelEvents(const Step& step) {
             continue;
         }
         mTranscript.Line(kIndent, "the panel is told: " + events[i].data.value_or("nothing"));
+        if (step.expect.anything) {
+            continue;
+        }
         if (i >= step.expect.panelEvents.size()) {
             Host().rules.Broken(Rule::kPanelEvents, number + "nothing was expected, but came " + Describe(events[i]));
         } else if (events[i] != step.expect.panelEvents[i]) {

@@ -12,7 +12,7 @@ namespace simhost {
 
 class MessagingChecks {
   public:
-    MessagingChecks(const RunFolder& folder, const Transcript& transcript, Panel& panel)
+    MessagingChecks(const RunFolder& folder, Transcript& transcript, Panel& panel)
         : mFolder(folder), mTranscript(transcript), mPanel(panel), mCalls(folder.BusCalls()) {}
 
     // After a step's message. Broken rules go into the host's book.
@@ -24,7 +24,7 @@ class MessagingChecks {
     void CheckPanelEvents(const Step& step);
 
     const RunFolder& mFolder;
-    const Transcript& mTranscript;
+    Transcript& mTranscript;
     Panel& mPanel;
     CallLog mCalls;
 };

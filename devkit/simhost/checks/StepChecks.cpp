@@ -16,13 +16,19 @@ constexpr int kIndent = 6;
 
 }  // namespace
 
-void StepChecks::Begin() {
+void StepChecks::Begin(const Step& step) {
     mWindow.TakeForegroundSwitches();
-    mBoxes.Watch();
+    if (!step.expect.anything) {
+        mBoxes.Watch();
+    }
     mBegan = std::chrono::steady_clock::now();
 }
 
 void StepChecks::Check(const Step& step) {
+    if (step.expect.anything) {
+        ShowCalls(contract::TakeCalls());
+        return;
+    }
     CheckCalls(step);
     contract::ReportFindings(step.place);
     CheckBoxes(step);
@@ -49,7 +55,7 @@ void StepChecks::CheckCalls(const Step& step) {
     }
 }
 
-void StepChecks::ShowCalls(const std::vector<PluginCoreCall>& calls) const {
+void StepChecks::ShowCalls(const std::vector<PluginCoreCall>& calls) {
     for (const PluginCoreCall& call : calls) {
         for (const std::string& line : LinesOf(call)) {
             mTranscript.Line(kIndent, line);

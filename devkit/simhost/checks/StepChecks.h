@@ -16,22 +16,22 @@ namespace simhost {
 class StepChecks {
   public:
     // Shows the host's window: what is checked includes its being in the foreground.
-    explicit StepChecks(const Transcript& transcript) : mTranscript(transcript) {}
+    explicit StepChecks(Transcript& transcript) : mTranscript(transcript) {}
 
     // Just before the step's message is sent.
-    void Begin();
+    void Begin(const Step& step);
     // Afterwards. Broken rules go into the host's book.
     void Check(const Step& step);
 
   private:
     void CheckCalls(const Step& step);
-    void ShowCalls(const std::vector<PluginCoreCall>& calls) const;
+    void ShowCalls(const std::vector<PluginCoreCall>& calls);
     std::int64_t SecondsSinceBegin() const;
     void CheckBoxes(const Step& step);
     void CheckHostCalls(const Step& step);
     void CheckForeground(const Step& step);
 
-    const Transcript& mTranscript;
+    Transcript& mTranscript;
     MainWindow mWindow;
     BoxWatcher mBoxes;
     std::chrono::steady_clock::time_point mBegan;

@@ -26,22 +26,38 @@ std::string ShowControlCharacters(const std::string& text) {
 
 }  // namespace
 
-void Transcript::Title(std::string_view title) const {
+void Transcript::Title(std::string_view title) {
     Line(0, title);
     Line(0, std::string(title.size(), '='));
 }
 
-void Transcript::Step(std::string_view say) const {
+void Transcript::Step(std::string_view say) {
     Line(0, "");
     Line(0, say);
 }
 
-void Transcript::Line(int indent, std::string_view text) const {
-    if (mQuiet) {
+void Transcript::Line(int indent, std::string_view text) {
+    const std::string line = std::string(static_cast<std::size_t>(indent), ' ') + Shorten(text);
+    if (mHeldBack) {
+        mHeldBack->push_back(line);
         return;
     }
-    std::printf("%*s%s\n", indent, "", Shorten(text).c_str());
-    std::fflush(stdout);
+    mLines.push_back(line);
+    if (!mQuiet) {
+        std::printf("%s\n", line.c_str());
+        std::fflush(stdout);
+    }
+    if (mListener) {
+        mListener(line);
+    }
+}
+
+std::vector<std::string> Transcript::HoldBack(const std::function<void()>& action) {
+    mHeldBack.emplace();
+    action();
+    std::vector<std::string> lines = std::move(*mHeldBack);
+    mHeldBack.reset();
+    return lines;
 }
 
 std::string Transcript::Shorten(std::string_view text) const {

@@ -60,8 +60,10 @@ std::vector<PanelEvent> Panel::TakeEvents() { return std::exchange(mEvents, {});
 // Goes through the place of the host's operations, which knows on which thread the host is to be called.
 void Panel::OnEvent(const PlugPlugEvent* event, void* context) {
     Host().operations.Begin("Panel", "OnEvent");
-    static_cast<Panel*>(context)->mEvents.push_back({CopyOf(event->type), event->scope, CopyOf(event->applicationID),
-                                                     CopyOf(event->extensionID), CopyOf(event->data)});
+    auto& panel = *static_cast<Panel*>(context);
+    panel.mLastTold = CopyOf(event->data);
+    panel.mEvents.push_back({CopyOf(event->type), event->scope, CopyOf(event->applicationID),
+                             CopyOf(event->extensionID), CopyOf(event->data)});
 }
 
 std::string Describe(const PanelEvent& event) {

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -32,6 +33,8 @@ class Panel {
     // must be open.
     std::int32_t RequestPort() const;
 
+    // The data of what it was told last; nothing when it was told nothing yet.
+    const std::optional<std::string>& LastTold() const { return mLastTold; }
     // What it was told since the last call, in order.
     std::vector<PanelEvent> TakeEvents();
 
@@ -41,6 +44,7 @@ class Panel {
     std::filesystem::path mHostFolder;
     PlugPlugDispatchEvent mDispatch = nullptr;  // set once it is open
     std::vector<PanelEvent> mEvents;
+    std::optional<std::string> mLastTold;
 };
 
 // In one line, for people.

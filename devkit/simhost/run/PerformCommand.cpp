@@ -23,8 +23,7 @@ int Conclude(const Scenario& scenario, const PerformOptions& options) {
     return verdict.passed ? 0 : 1;
 }
 
-void Play(const Scenario& scenario, const RunFolder& folder, const Transcript& transcript,
-          const PerformOptions& options) {
+void Play(const Scenario& scenario, const RunFolder& folder, Transcript& transcript, const PerformOptions& options) {
     InstallCrashGuard([&](const std::string& what) {
         Host().rules.Broken(Rule::kCrash, (sPlayer == nullptr ? "" : sPlayer->WhereItIs() + ": ") + what);
         Conclude(scenario, options);
@@ -47,7 +46,7 @@ int Perform(const PerformOptions& options) {
     const RunFolder folder(options.workFolder, options.pluginName);
     const auto* const scenario =
         new Scenario(ScenarioFile(options.scenario).Read(options.caseName, folder.PlaceholdersForScenarios()));
-    const auto* const transcript = new Transcript(folder.PlaceholdersForScenarios().at("work"), options.quiet);
+    auto* const transcript = new Transcript(folder.PlaceholdersForScenarios().at("work"), options.quiet);
     transcript->Title(scenario->title);
     try {
         Play(*scenario, folder, *transcript, options);

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <utility>
 
 #include "doubles/host/Rules.h"
 #include "simhost/launch/RunFolder.h"
@@ -18,21 +20,25 @@ class Performance {
   public:
     // Of one step; lives no longer than any of the arguments. The members throw HostLost where a message is sent.
     Performance(const Step& step, MessageDriver& theDriver, PluginModule& thePlugin, Panel& thePanel,
-                const RunFolder& theFolder, const Transcript& transcript)
+                const RunFolder& theFolder, Transcript& theTranscript, std::function<void(const Step& step)> play)
         : driver(theDriver),
           plugin(thePlugin),
           panel(thePanel),
           folder(theFolder),
+          transcript(theTranscript),
           mStep(step),
-          mTranscript(transcript) {}
+          mPlay(std::move(play)) {}
 
     MessageDriver& driver;
     PluginModule& plugin;
     Panel& panel;
     const RunFolder& folder;
+    Transcript& transcript;
 
     // A line for the transcript.
     void Tell(const std::string& line) const;
+    // Plays another step within this one, which must reach the plug-in no more itself.
+    void Play(const Step& step) const { mPlay(step); }
     // Tells the message and its answer; another answer than the step expects breaks a rule.
     void NoteAnswer(const std::string& message, std::int32_t answer) const;
     // The host would not send this.
@@ -42,7 +48,7 @@ class Performance {
 
   private:
     const Step& mStep;
-    const Transcript& mTranscript;
+    std::function<void(const Step& step)> mPlay;
 };
 
 }  // namespace simhost

@@ -19,7 +19,7 @@ constexpr int kMessageIndent = 2;
 
 }  // namespace
 
-ScenarioPlayer::ScenarioPlayer(const Scenario& scenario, const RunFolder& folder, const Transcript& transcript)
+ScenarioPlayer::ScenarioPlayer(const Scenario& scenario, const RunFolder& folder, Transcript& transcript)
     : mScenario(scenario),
       mFolder(folder),
       mTranscript(transcript),
@@ -58,14 +58,15 @@ void ScenarioPlayer::Play(const Step& step) {
 
 void ScenarioPlayer::PlayToPlugin(const Step& step) {
     PrepareStepEvents(step);
-    mChecks.Begin();
+    mChecks.Begin(step);
     PerformVerb(step);
     mChecks.Check(step);
     mMessaging.Check(step);
 }
 
 void ScenarioPlayer::PerformVerb(const Step& step) {
-    Performance performance(step, mDriver, mPlugin, mPanel, mFolder, mTranscript);
+    Performance performance(step, mDriver, mPlugin, mPanel, mFolder, mTranscript,
+                            [this](const Step& within) { Play(within); });
     if (step.verb->needsPlugin && !mPlugin.IsLoaded()) {
         performance.NotReached("the plug-in is not loaded any more");
         return;

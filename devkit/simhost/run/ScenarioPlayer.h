@@ -17,7 +17,7 @@ namespace simhost {
 class ScenarioPlayer {
   public:
     // Prepares the host and loads the plug-in. Throws std::runtime_error in words when that fails.
-    ScenarioPlayer(const Scenario& scenario, const RunFolder& folder, const Transcript& transcript);
+    ScenarioPlayer(const Scenario& scenario, const RunFolder& folder, Transcript& transcript);
 
     // Throws HostLost when an exception leaves the plug-in.
     void PlaySteps();
@@ -34,7 +34,7 @@ class ScenarioPlayer {
 
     const Scenario& mScenario;
     const RunFolder& mFolder;
-    const Transcript& mTranscript;
+    Transcript& mTranscript;
     PluginModule mPlugin;
     StepChecks mChecks;
     Panel mPanel;

@@ -34,6 +34,8 @@ struct PanelEvent {
 // What a step brings about that reaches the plug-in. A nested step has nothing but the answer: the rest belongs to the
 // step around it.
 struct StepExpectations {
+    // Nothing is compared: whatever comes is only shown, and boxes are answered by a person.
+    bool anything = false;
     std::int32_t answer = 0;
     nlohmann::ordered_json calls = nlohmann::ordered_json::array();
     nlohmann::ordered_json busCalls = nlohmann::ordered_json::array();

@@ -81,6 +81,7 @@ constexpr Verb kVerbs[] = {
                           [](Reader& r) -> Action { return ReadCheckState(r); }),
     SilentRow<ShowDialog>("dialog", "title class ok_button created_before expect",
                           [](Reader& r) -> Action { return ReadShowDialog(r); }),
+    SilentRow<OperateByHand>("window", "", [](Reader&) -> Action { return OperateByHand{}; }),
 };
 
 }  // namespace

@@ -44,8 +44,8 @@ constexpr Button kButtons[] = {
     {L"Save &As", WindowCommand::kSaveAs, 'S', {9, 1, 6, 8}},
     {L"&Close", WindowCommand::kClose, 'w', {10, 1, 0, 2}},
     {L"C&hange", WindowCommand::kChange, 0, {14, 1, 0, 2}},
-    {L"As&k for the port", WindowCommand::kAskForPort, 0, {18, 1, 0, 4}},
-    {L"&Raise \"Missing Fonts\"", WindowCommand::kRaiseDialog, 0, {20, 1, 0, 5}},
+    {L"As&k for the port", WindowCommand::kAskForPort, 0, {19, 1, 0, 4}},
+    {L"&Raise \"Missing Fonts\"", WindowCommand::kRaiseDialog, 0, {21, 1, 0, 5}},
 };
 
 struct Field {
@@ -58,18 +58,18 @@ struct Field {
 constexpr Field kFields[] = {
     {kDocumentList, L"LISTBOX", WS_BORDER | WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT, {1, 8, 0, 8}},
     {kFonts, L"EDIT", WS_BORDER | WS_TABSTOP | ES_AUTOHSCROLL, {13, 1, 0, 8}},
-    {kPanelText, L"STATIC", SS_LEFT | SS_NOPREFIX, {17, 1, 0, 8}},
+    {kPanelText, L"STATIC", SS_LEFT | SS_NOPREFIX, {17, 2, 0, 8}},
 };
 
-constexpr DWORD kTraceStyle = WS_BORDER | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_READONLY |
-                              ES_AUTOVSCROLL | ES_AUTOHSCROLL;
+constexpr DWORD kTraceStyle =
+    WS_BORDER | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | ES_AUTOHSCROLL;
 // The default lets the trace of a long session grow into nothing: nobody would see the newest lines.
 constexpr WPARAM kTraceCharacters = 64 * 1024 * 1024;
 
 void Make(HWND window, const wchar_t* windowClass, const wchar_t* text, DWORD style, int identifier, HFONT font) {
-    const HWND control = CreateWindowExW(0, windowClass, text, WS_CHILD | WS_VISIBLE | style, 0, 0, 10, 10, window,
-                                         reinterpret_cast<HMENU>(INT_PTR{identifier}), GetModuleHandleW(nullptr),
-                                         nullptr);
+    const HWND control =
+        CreateWindowExW(0, windowClass, text, WS_CHILD | WS_VISIBLE | style, 0, 0, 10, 10, window,
+                        reinterpret_cast<HMENU>(INT_PTR{identifier}), GetModuleHandleW(nullptr), nullptr);
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
 }
 

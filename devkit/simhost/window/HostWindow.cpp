@@ -23,11 +23,11 @@ HostWindow::HostWindow(MenuModel& menus, WindowEvents events)
     windowClass.lpfnWndProc = &WindowProcedure;
     windowClass.hInstance = GetModuleHandleW(nullptr);
     windowClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
-    windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    windowClass.hCursor = LoadCursorW(nullptr, MAKEINTRESOURCEW(32512));
     windowClass.lpszClassName = kClassName;
     RegisterClassW(&windowClass);
-    mWindow = CreateWindowExW(0, kClassName, L"Simulated host", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 20, 20, 1100,
-                              700, nullptr, nullptr, windowClass.hInstance, this);
+    mWindow = CreateWindowExW(0, kClassName, L"Host by hand", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 20, 20, 1100, 700,
+                              nullptr, nullptr, windowClass.hInstance, this);
     if (mWindow == nullptr) {
         throw std::runtime_error("the host's window cannot be made: is there a display?");
     }
@@ -142,7 +142,8 @@ void HostWindow::ShowDocuments(const std::vector<DocumentLine>& documents) {
     SendMessageW(list, LB_RESETCONTENT, 0, 0);
     mNames.clear();
     for (const DocumentLine& document : documents) {
-        const LRESULT index = SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(document.text).c_str()));
+        const LRESULT index =
+            SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(document.text).c_str()));
         mNames.push_back(document.name);
         if (document.current || document.name == selected) {
             SendMessageW(list, LB_SETCURSEL, static_cast<WPARAM>(index), 0);

@@ -19,7 +19,6 @@ UINT StateOf(const MenuItem& item) {
 
 }  // namespace
 
-
 void MenuBar::ShowIn(HWND window, const MenuModel& menus) {
     mItems.clear();
     mOpenables.clear();

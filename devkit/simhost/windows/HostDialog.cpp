@@ -22,11 +22,17 @@ constexpr DWORD kLongestMilliseconds = 1000;
 
 // The dialog on show. There is one at a time.
 DialogRecord* sRecord = nullptr;
+// Whether a person has closed it.
+bool sClosed = false;
 
 INT_PTR CALLBACK DialogProcedure(HWND, UINT message, WPARAM wParam, LPARAM) {
     if (message == WM_COMMAND && LOWORD(wParam) == IDOK && sRecord != nullptr) {
         // Kept open until its queue is empty, so that what was posted behind the click is seen too.
         sRecord->endedWithOk = true;
+        return TRUE;
+    }
+    if (message == WM_CLOSE || (message == WM_COMMAND && LOWORD(wParam) == IDCANCEL)) {
+        sClosed = true;
         return TRUE;
     }
     return FALSE;
@@ -110,7 +116,7 @@ void NotePosted(const MSG& message, HWND window, DialogRecord& record) {
     }
 }
 
-void HandleMessages(HWND window, DialogRecord& record) {
+void HandleMessages(HWND window, bool staysOpen, DialogRecord& record) {
     const ULONGLONG longest = GetTickCount64() + kLongestMilliseconds;
     ULONGLONG end = GetTickCount64() + kQuietMilliseconds;
     for (;;) {
@@ -125,10 +131,12 @@ void HandleMessages(HWND window, DialogRecord& record) {
             continue;
         }
         const ULONGLONG now = GetTickCount64();
-        if (record.endedWithOk || now >= end) {
+        const bool waitsForAPerson = staysOpen && !sClosed;
+        if (record.endedWithOk || (now >= end && !waitsForAPerson)) {
             return;
         }
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, static_cast<DWORD>(end - now), QS_ALLINPUT);
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, waitsForAPerson ? INFINITE : static_cast<DWORD>(end - now),
+                                  QS_ALLINPUT);
     }
 }
 
@@ -137,6 +145,7 @@ void HandleMessages(HWND window, DialogRecord& record) {
 DialogRecord ShowHostDialog(const DialogToShow& dialog) {
     DialogRecord record;
     sRecord = &record;
+    sClosed = false;
     const HWND waiting = dialog.createdBefore.empty() ? nullptr : CreateFromTemplate(L"", Wide(dialog.createdBefore));
     const HWND window = Create(dialog);
     if (window == nullptr) {
@@ -147,7 +156,7 @@ DialogRecord ShowHostDialog(const DialogToShow& dialog) {
         AddOkButton(window);
     }
     ShowWindow(window, SW_SHOWNORMAL);
-    HandleMessages(window, record);
+    HandleMessages(window, dialog.staysOpen, record);
     DestroyWindow(window);
     if (waiting != nullptr) {
         DestroyWindow(waiting);

@@ -14,6 +14,7 @@ struct DialogToShow {
     DialogKind kind = DialogKind::kStandard;
     bool okButton = true;
     std::string createdBefore{};  // title of a dialog that was created before and is not shown yet; may be empty
+    bool staysOpen = false;       // until somebody closes it; else for a moment only
 };
 
 // What reached a dialog from outside, in order, for example {"BM_CLICK to OK", "WM_SHOWWINDOW 0"}, and how it ended.

@@ -1,0 +1,268 @@
+#include "simhost/window/WindowSession.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <sstream>
+#include <utility>
+
+#include "doubles/common/Text.h"
+#include "doubles/host/Host.h"
+#include "doubles/host/PluginReference.h"
+#include "host/MenuSuite.h"
+#include "simhost/verbs/VerbTable.h"
+
+namespace simhost {
+
+namespace {
+
+constexpr const char* kDialogTitle = "Missing Fonts";
+
+bool IsOpen(const std::string& document) {
+    const auto& open = Host().model.open;
+    return std::find(open.begin(), open.end(), document) != open.end();
+}
+
+// One that was never saved has a bare title for a path.
+bool HasFile(const Document& document) { return document.path.find('\\') != std::string::npos; }
+
+std::string FontsOf(const Document& document) {
+    std::string fonts;
+    for (const TextFrame& frame : document.frames) {
+        for (const std::string& font : frame.runs) {
+            fonts += (fonts.empty() ? "" : ", ") + font;
+        }
+    }
+    return fonts;
+}
+
+std::vector<TextFrame> FramesWith(const std::string& fonts) {
+    TextFrame frame;
+    std::istringstream stream(fonts);
+    for (std::string font; std::getline(stream, font, ',');) {
+        font.erase(0, font.find_first_not_of(' '));
+        font.erase(font.find_last_not_of(' ') + 1);
+        if (!font.empty()) {
+            frame.runs.push_back(font);
+        }
+    }
+    return frame.runs.empty() ? std::vector<TextFrame>() : std::vector{std::move(frame)};
+}
+
+std::vector<DocumentLine> DocumentLines() {
+    std::vector<DocumentLine> lines;
+    for (const auto& [name, document] : Host().model.documents) {
+        const bool open = IsOpen(name);
+        const bool current = name == Host().model.current;
+        const char* const state = current ? " (current" : open ? " (open" : " (closed";
+        lines.push_back({name, name + state + (open && document.modified ? ", changed)" : ")"), current});
+    }
+    return lines;
+}
+
+bool WantsUpdates(const void* handle) {
+    const MenuItem* const item = Host().model.menus.items.Find(handle);
+    return item != nullptr && item->owner == kPluginRef && (item->options & kMenuItemWantsUpdateOption) != 0;
+}
+
+// As the verbs name an item: by its text, and its number among the items of that text.
+ChooseItem ChooseByHandle(const void* handle, bool update) {
+    std::int64_t nth = 0;
+    const std::string text = Host().model.menus.items.Find(handle)->text;
+    for (const auto& [other, item] : Host().model.menus.items.Objects()) {
+        nth += item.text == text ? 1 : 0;
+        if (other == reinterpret_cast<std::uintptr_t>(handle)) {
+            break;
+        }
+    }
+    return {update, text, nth};
+}
+
+}  // namespace
+
+WindowSession::WindowSession(Performance& performance)
+    : mPerformance(performance),
+      mWindow(Host().model.menus, {[this](WindowCommand command) { OnCommand(command); },
+                                   [this](const std::string& document) { OnDocumentSelected(document); },
+                                   [this](const std::vector<const void*>& items) { OnMenuOpened(items); },
+                                   [this](const void* item) { OnMenuItem(item); }, [this] { OnIdle(); }}) {}
+
+void WindowSession::Run() {
+    for (const std::string& line : mPerformance.transcript.Lines()) {
+        mWindow.Append(line);
+    }
+    mPerformance.transcript.ListenWith([this](const std::string& line) { mWindow.Append(line); });
+    ShowState();
+    mWindow.Run();
+    mPerformance.transcript.ListenWith({});
+    while (!Host().model.open.empty()) {
+        Close(Host().model.open.back());
+    }
+}
+
+void WindowSession::OnCommand(WindowCommand command) {
+    const std::string selected = mWindow.SelectedDocument();
+    const std::string current = Host().model.current;
+    switch (command) {
+        case WindowCommand::kNew:
+            return Act("A document is created", [&] { New(); });
+        case WindowCommand::kOpen:
+            if (!selected.empty() && !IsOpen(selected)) {
+                Act(selected + " is opened", [&] { Open(selected); });
+            }
+            return;
+        case WindowCommand::kAskForPort:
+            return Act("The panel asks for the port", [&] { Play("panel_request", RequestPort{}); });
+        case WindowCommand::kRaiseDialog:
+            return Act("The host shows a dialog", [&] { RaiseDialog(); });
+        default:
+            break;
+    }
+    if (current.empty()) {
+        return;
+    }
+    switch (command) {
+        case WindowCommand::kSave:
+            return Act(current + " is saved", [&] { Save(current); });
+        case WindowCommand::kSaveAs:
+            return Act(current + " is saved under another name", [&] { SaveAs(current); });
+        case WindowCommand::kClose:
+            return Act(current + " is closed", [&] { Close(current); });
+        case WindowCommand::kChange:
+            return Act(current + " is changed", [&] { ChangeFonts(current); });
+        default:
+            return;
+    }
+}
+
+void WindowSession::OnDocumentSelected(const std::string& document) {
+    if (IsOpen(document) && document != Host().model.current) {
+        Act(document + " becomes the current document", [&] { Play("switch_to", SwitchTo{document}); });
+    }
+}
+
+void WindowSession::OnMenuOpened(const std::vector<const void*>& items) {
+    if (std::any_of(items.begin(), items.end(), &WantsUpdates)) {
+        Act("A menu is opened", [&] {
+            for (const void* const item : items) {
+                // An update may take away an item that is still to come.
+                if (WantsUpdates(item)) {
+                    Play("menu_update", ChooseByHandle(item, true));
+                }
+            }
+        });
+    }
+}
+
+void WindowSession::OnMenuItem(const void* item) {
+    const MenuItem* const chosen = Host().model.menus.items.Find(item);
+    if (chosen != nullptr && chosen->owner == kPluginRef) {
+        Act("\"" + chosen->text + "\" is chosen", [&] { Play("menu_go", ChooseByHandle(item, false)); });
+    }
+}
+
+// A tick is shown only when it brings about something that none has brought about since the last act.
+void WindowSession::OnIdle() {
+    const auto timers = static_cast<std::int64_t>(Host().model.ActiveTimers().size());
+    if (timers == 0 || std::exchange(mActs, true)) {
+        return;
+    }
+    const std::vector<std::string> lines = mPerformance.transcript.HoldBack([&] { Play("tick", Tick{1, timers}); });
+    if (mTicksShown.insert(lines).second) {
+        mPerformance.transcript.Step("The host is idle");
+        for (const std::string& line : lines) {
+            mPerformance.transcript.Line(0, line);
+        }
+        ShowState();
+    }
+    mActs = false;
+}
+
+void WindowSession::Act(const std::string& say, const std::function<void()>& act) {
+    if (std::exchange(mActs, true)) {
+        MessageBeep(MB_OK);
+        return;
+    }
+    mTicksShown.clear();
+    mPerformance.transcript.Step(say);
+    act();
+    ShowState();
+    mActs = false;
+}
+
+void WindowSession::Play(const char* verb, Action action) {
+    Step step;
+    step.place = "the window";
+    step.verb = &FindVerb(verb, step.place);
+    step.action = std::move(action);
+    step.expect.anything = true;
+    mPerformance.Play(step);
+}
+
+void WindowSession::New() {
+    Document document;
+    document.name = "Untitled-" + std::to_string(++mCreated);
+    document.path = document.name;
+    document.frames = FramesWith(mWindow.Fonts());
+    const std::string name = document.name;
+    Host().model.documents.insert_or_assign(name, std::move(document));
+    Play("new", OpenDocument{name, "AI Document New Notifier"});
+}
+
+// The host asks the formats first.
+void WindowSession::Open(const std::string& name) {
+    const Document& document = Host().model.Named(name);
+    if (HasFile(document) && Host().model.FileFormatFor(document.path) != nullptr) {
+        Play("check_file", CheckFile{document.path});
+    }
+    Play("open", OpenDocument{name, "AI Document Opened Notifier"});
+}
+
+void WindowSession::Save(const std::string& name) {
+    if (!HasFile(Host().model.Named(name))) {
+        SaveAs(name);
+        return;
+    }
+    Play("save", SaveDocument{name, {}, true, "AI Command Notifier: After Save"});
+}
+
+void WindowSession::SaveAs(const std::string& name) {
+    const Document& document = Host().model.Named(name);
+    const std::filesystem::path before(Wide(document.path));
+    const std::filesystem::path folder = HasFile(document) ? before.parent_path() : mPerformance.folder.Root();
+    const std::wstring title = before.stem().wstring() + (HasFile(document) ? L" copy" : L"");
+    DocumentChange change;
+    change.path = Utf8((folder / (title + L".ai")).wstring());
+    mPerformance.folder.WriteFile({*change.path, "saved by the simulated host\n", std::nullopt});
+    Play("save_as", SaveDocument{name, change, true, "AI Command Notifier: After Save As"});
+}
+
+void WindowSession::Close(const std::string& name) {
+    Play("about_to_close", Notify{"AI Document About To Close Notifier", name});
+    Play("close", CloseDocument{name, true});
+}
+
+void WindowSession::ChangeFonts(const std::string& name) {
+    DocumentChange change;
+    change.frames = FramesWith(mWindow.Fonts());
+    change.modified = true;
+    Play("change", EditDocument{name, change, "AI Document Changed Notifier"});
+}
+
+void WindowSession::RaiseDialog() {
+    DialogToShow dialog{kDialogTitle};
+    dialog.staysOpen = true;
+    const DialogRecord record = ShowHostDialog(dialog);
+    mPerformance.Tell("dialog \"" + dialog.title + "\": " + Describe(record));
+}
+
+void WindowSession::ShowState() {
+    mWindow.ShowDocuments(DocumentLines());
+    mWindow.ShowMenus();
+    if (const Document* const current = Host().model.Current()) {
+        mWindow.ShowFonts(FontsOf(*current));
+    }
+    mTold = mPerformance.panel.LastTold().value_or(mTold);
+    mWindow.ShowPanel(mTold.empty() ? "was told nothing yet" : "was told " + mTold);
+}
+
+}  // namespace simhost

@@ -1,0 +1,52 @@
+// A host that a person operates: what each command does, played as a step whose outcome is only shown.
+//
+// Thread: main.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "simhost/run/Performance.h"
+#include "simhost/window/HostWindow.h"
+
+namespace simhost {
+
+class WindowSession {
+  public:
+    explicit WindowSession(Performance& performance);
+
+    // Until the window is closed; what is open then is closed as a host does it.
+    void Run();
+
+  private:
+    void OnCommand(WindowCommand command);
+    void OnDocumentSelected(const std::string& document);
+    void OnMenuOpened(const std::vector<const void*>& items);
+    void OnMenuItem(const void* item);
+    void OnIdle();
+
+    void New();
+    void Open(const std::string& document);
+    void Save(const std::string& document);
+    void SaveAs(const std::string& document);
+    void Close(const std::string& document);
+    void ChangeFonts(const std::string& document);
+    void RaiseDialog();
+
+    // Not while an act is under way: a dialog of the plug-in handles messages too.
+    void Act(const std::string& say, const std::function<void()>& act);
+    void Play(const char* verb, Action action);
+    void ShowState();
+
+    Performance& mPerformance;
+    HostWindow mWindow;
+    bool mActs = false;
+    std::int64_t mCreated = 0;                       // new documents so far
+    std::string mTold;                               // to the panel, last
+    std::set<std::vector<std::string>> mTicksShown;  // since the last act
+};
+
+}  // namespace simhost
