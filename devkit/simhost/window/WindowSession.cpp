@@ -172,7 +172,8 @@ void WindowSession::OnIdle() {
         for (const std::string& line : lines) {
             mPerformance.transcript.Line(0, line);
         }
-        ShowState();
+        // Not the fonts: somebody may be typing.
+        ShowWhatThePluginMade();
     }
     mActs = false;
 }
@@ -256,11 +257,15 @@ void WindowSession::RaiseDialog() {
 }
 
 void WindowSession::ShowState() {
+    ShowWhatThePluginMade();
     mWindow.ShowDocuments(DocumentLines());
-    mWindow.ShowMenus();
     if (const Document* const current = Host().model.Current()) {
         mWindow.ShowFonts(FontsOf(*current));
     }
+}
+
+void WindowSession::ShowWhatThePluginMade() {
+    mWindow.ShowMenus();
     mTold = mPerformance.panel.LastTold().value_or(mTold);
     mWindow.ShowPanel(mTold.empty() ? "was told nothing yet" : "was told " + mTold);
 }

@@ -40,6 +40,7 @@ class WindowSession {
     void Act(const std::string& say, const std::function<void()>& act);
     void Play(const char* verb, Action action);
     void ShowState();
+    void ShowWhatThePluginMade();
 
     Performance& mPerformance;
     HostWindow mWindow;
