@@ -4,22 +4,24 @@
    by defining PLUGINCORE_EXPORTS before it includes this header. 64-bit Windows has one calling convention; there is
    nothing else to state.
 
-   Texts        Arguments are terminated UTF-8. They stay the caller's: read-only, and gone when the entry returns. Copy
-                what you keep.
-   Replies      A text comes out in a buffer that the caller owns and has zeroed. `*size` is its capacity in bytes.
-   Write the text and its terminating zero within the capacity. Leave `*size` as it is, or set it to what the text
-   needs, at most the capacity. A null buffer comes with a size of 0 and wants no text. The buffer is gone when the
-   entry returns. A library never hands out memory. Flags        One byte, 0 or 1, in both directions. Not a Windows
-   BOOL: that would overwrite three bytes more. Results      0 is success. "Ignored" means that the caller does not look
-   at it. Exceptions   None may leave an entry. The plug-in survives those of Visual C++ and of its own compiler, no
-   others. Threads      Every entry is called on the host's main thread, one at a time, never within another one; while
-                an entry runs, the host does not. A library may have threads of its own; they call neither the plug-in
-                nor the host, and have ended when TerminatePluginCoreInterface returns.
-   Left behind  When TerminatePluginCoreInterface returns, no hook, window, thread or started process is left that the
-                host would meet. The library stays loaded, and some entries are still called: see there.
-   Missing      A library must export all 24 entries. One that accepts the plug-in's version and lacks some is used
-                anyway: a missing entry counts as one that answers "not found" (0x15000000) and writes nothing. Below,
-                "Missing:" says what else that means; without it, the library is not told, or shows nothing.
+   - Texts: arguments are terminated UTF-8. They stay the caller's: read-only, and gone when the entry returns.
+     Copy what you keep.
+   - Replies: a text comes out in a buffer that the caller owns and has zeroed. `*size` is its capacity in bytes.
+     Write the text and its terminating zero within the capacity. Leave `*size` as it is, or set it to what the
+     text needs, at most the capacity. A null buffer comes with a size of 0 and wants no text. The buffer is gone
+     when the entry returns. A library never hands out memory.
+   - Flags: one byte, 0 or 1, in both directions. Not a Windows BOOL: that would overwrite three bytes more.
+   - Results: 0 is success. "Ignored" means that the caller does not look at it.
+   - Exceptions: none may leave an entry. The plug-in survives those of Visual C++ and of its own compiler, no
+     others.
+   - Threads: every entry is called on the host's main thread, one at a time, never within another one; while an
+     entry runs, the host does not. A library may have threads of its own; they call neither the plug-in nor the
+     host, and have ended when TerminatePluginCoreInterface returns.
+   - Left behind: when TerminatePluginCoreInterface returns, no hook, window, thread or started process is left
+     that the host would meet. The library stays loaded, and some entries are still called: see there.
+   - Missing entries: a library must export all 24. One that accepts the plug-in's version and lacks some is used
+     anyway: a missing entry counts as one that answers "not found" (0x15000000) and writes nothing. Below,
+     "Missing:" says what else that means; without it, the library is not told, or shows nothing.
 
    `simhost contract X.dll` checks a library against all of this. */
 #ifndef QUORVEL_PLUGINCORE_PLUGINCORE_H
