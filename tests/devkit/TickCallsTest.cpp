@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "simhost/checks/PluginCoreCalls.h"
+#include "simhost/checks/CallDifference.h"
 
 namespace {
 

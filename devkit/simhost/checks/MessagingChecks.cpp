@@ -5,7 +5,9 @@
 
 #include "doubles/common/Text.h"
 #include "doubles/host/Host.h"
+#include "simhost/checks/CallDifference.h"
 #include "simhost/checks/ImportWatch.h"
+#include "simhost/report/CallLines.h"
 
 namespace simhost {
 

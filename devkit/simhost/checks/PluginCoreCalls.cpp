@@ -1,64 +1,8 @@
 #include "simhost/checks/PluginCoreCalls.h"
 
-#include <algorithm>
-#include <cstdio>
 #include <fstream>
-#include <iterator>
-
-#include "simhost/scenario/CallDefaults.h"
 
 namespace simhost {
-
-namespace {
-
-using Json = nlohmann::ordered_json;
-
-PluginCoreCall ExpectedCall(const Json& expected) {
-    const Json full = FullCall(expected, "an expected call");
-    return {full.begin().key(), full.begin().value()};
-}
-
-bool EndsWith(const std::string& text, const std::string& end) {
-    return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
-}
-
-// The digits beside a text need not be expected: a text that holds no invalid bytes says the same.
-bool SameArguments(const Json& expected, const Json& actual) {
-    for (const auto& [name, value] : actual.items()) {
-        const auto found = expected.find(name);
-        if (found == expected.end() ? !EndsWith(name, "_hex") : *found != value) {
-            return false;
-        }
-    }
-    return std::all_of(expected.items().begin(), expected.items().end(),
-                       [&](const auto& item) { return actual.contains(item.key()); });
-}
-
-bool IsCall(const PluginCoreCall& expectedCall, const PluginCoreCall& call) {
-    return expectedCall.entry == call.entry && SameArguments(expectedCall.arguments, call.arguments);
-}
-
-std::string OneLine(const PluginCoreCall& call) {
-    return call.entry + " " + call.arguments.dump(-1, ' ', false, Json::error_handler_t::replace);
-}
-
-std::string AnswerInWords(std::int32_t answer) {
-    char text[16];
-    // Codes are readable in hexadecimal only.
-    std::snprintf(text, sizeof text, answer >= -255 && answer <= 255 ? "%d" : "0x%08X", static_cast<unsigned>(answer));
-    return text;
-}
-
-// `value` is a text or a list of texts.
-void AddTextLines(std::vector<std::string>& lines, const std::string& name, const Json& value) {
-    const Json list = value.is_array() ? value : Json::array({value});
-    for (const Json& element : list) {
-        const auto text = element.get<std::string>();
-        lines.push_back("    " + name + ": " + (text.empty() ? "(empty)" : text));
-    }
-}
-
-}  // namespace
 
 std::vector<PluginCoreCall> CallLog::TakeNew() {
     std::ifstream stream(mFile, std::ios::binary);
@@ -67,70 +11,11 @@ std::vector<PluginCoreCall> CallLog::TakeNew() {
     std::string line;
     while (std::getline(stream, line)) {
         mRead += line.size() + 1;
-        const Json record = Json::parse(line);
+        const auto record = nlohmann::ordered_json::parse(line);
         calls.push_back(
             {record.at("entry").get<std::string>(), record.at("arguments"), record.at("answer").get<std::int32_t>()});
     }
     return calls;
-}
-
-std::string DifferenceOf(const Json& expected, const std::vector<PluginCoreCall>& calls) {
-    const std::size_t count = std::max(expected.size(), calls.size());
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::string number = "call " + std::to_string(i + 1) + ": ";
-        if (i >= expected.size()) {
-            return number + "nothing was expected, but came " + OneLine(calls[i]);
-        }
-        const PluginCoreCall expectedCall = ExpectedCall(expected[i]);
-        if (i >= calls.size()) {
-            return number + "expected " + OneLine(expectedCall) + ", but nothing came";
-        }
-        if (!IsCall(expectedCall, calls[i])) {
-            return number + "expected " + OneLine(expectedCall) + ", but came " + OneLine(calls[i]);
-        }
-    }
-    return {};
-}
-
-std::string DifferenceOfTicks(const Json& each, std::int64_t ticks, const std::vector<PluginCoreCall>& calls,
-                              std::int64_t seconds) {
-    constexpr std::int64_t kSecondsBetweenQuestions = 10;
-    const PluginCoreCall question = ExpectedCall("PluginIsEnabled");
-    std::int64_t questionsLeft = seconds / kSecondsBetweenQuestions + 1;
-    auto next = calls.begin();
-    for (std::int64_t tick = 1; tick <= ticks; ++tick) {
-        if (next != calls.end() && questionsLeft > 0 && IsCall(question, *next)) {
-            --questionsLeft;
-            ++next;
-        }
-        const auto end = next + std::min<std::ptrdiff_t>(std::ssize(each), calls.end() - next);
-        const std::string difference = DifferenceOf(each, {next, end});
-        if (!difference.empty()) {
-            return "tick " + std::to_string(tick) + ": " + difference;
-        }
-        next = end;
-    }
-    return next == calls.end() ? "" : "after the last tick came " + OneLine(*next);
-}
-
-// Numbers, and whatever else is short, go into the entry's line; texts and lists of texts get lines of their own.
-std::vector<std::string> LinesOf(const PluginCoreCall& call) {
-    std::string numbers;
-    std::vector<std::string> texts;
-    for (const auto& [name, value] : call.arguments.items()) {
-        if (EndsWith(name, "_hex")) {
-            continue;
-        }
-        if (value.is_string() || value.is_array()) {
-            AddTextLines(texts, name, value);
-        } else {
-            numbers += (numbers.empty() ? "" : ", ") + name + " " + value.dump();
-        }
-    }
-    std::vector<std::string> lines{call.entry + (numbers.empty() ? "" : " (" + numbers + ")") + " -> " +
-                                   AnswerInWords(call.answer)};
-    lines.insert(lines.end(), texts.begin(), texts.end());
-    return lines;
 }
 
 }  // namespace simhost

@@ -1,5 +1,4 @@
-// The calls that reached the double of the PluginCore or of the messaging library: read from that library's
-// record, compared with what a scenario expects, shown.
+// The calls that reached the double of the PluginCore or of the messaging library, read from that library's record.
 #pragma once
 
 #include <cstdint>
@@ -34,16 +33,5 @@ class CallLog {
     std::filesystem::path mFile;
     std::size_t mRead = 0;
 };
-
-// In words what differs; empty when the calls are exactly the expected ones. `expected` is the array of a step.
-std::string DifferenceOf(const nlohmann::ordered_json& expected, const std::vector<PluginCoreCall>& calls);
-
-// The same for many ticks, of which each brings about `each`. At most 1 + seconds/10 ticks begin with the question
-// whether the PluginCore is enabled.
-std::string DifferenceOfTicks(const nlohmann::ordered_json& each, std::int64_t ticks,
-                              const std::vector<PluginCoreCall>& calls, std::int64_t seconds);
-
-// One line for the entry, its numbers and its answer, and one for each text.
-std::vector<std::string> LinesOf(const PluginCoreCall& call);
 
 }  // namespace simhost

@@ -4,9 +4,11 @@
 #include <vector>
 
 #include "doubles/host/Host.h"
+#include "simhost/checks/CallDifference.h"
 #include "simhost/checks/ImportWatch.h"
 #include "simhost/contract/ContractChecks.h"
 #include "simhost/contract/GuardedCall.h"
+#include "simhost/report/CallLines.h"
 
 namespace simhost {
 

@@ -1,0 +1,80 @@
+#include "simhost/checks/CallDifference.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "simhost/scenario/CallDefaults.h"
+
+namespace simhost {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+PluginCoreCall ExpectedCall(const Json& expected) {
+    const Json full = FullCall(expected, "an expected call");
+    return {full.begin().key(), full.begin().value()};
+}
+
+// The digits beside a text need not be expected: a text that holds no invalid bytes says the same.
+bool SameArguments(const Json& expected, const Json& actual) {
+    for (const auto& [name, value] : actual.items()) {
+        const auto found = expected.find(name);
+        if (found == expected.end() ? !name.ends_with("_hex") : *found != value) {
+            return false;
+        }
+    }
+    return std::all_of(expected.items().begin(), expected.items().end(),
+                       [&](const auto& item) { return actual.contains(item.key()); });
+}
+
+bool IsCall(const PluginCoreCall& expectedCall, const PluginCoreCall& call) {
+    return expectedCall.entry == call.entry && SameArguments(expectedCall.arguments, call.arguments);
+}
+
+std::string OneLine(const PluginCoreCall& call) {
+    return call.entry + " " + call.arguments.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+}  // namespace
+
+std::string DifferenceOf(const Json& expected, const std::vector<PluginCoreCall>& calls) {
+    const std::size_t count = std::max(expected.size(), calls.size());
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string number = "call " + std::to_string(i + 1) + ": ";
+        if (i >= expected.size()) {
+            return number + "nothing was expected, but came " + OneLine(calls[i]);
+        }
+        const PluginCoreCall expectedCall = ExpectedCall(expected[i]);
+        if (i >= calls.size()) {
+            return number + "expected " + OneLine(expectedCall) + ", but nothing came";
+        }
+        if (!IsCall(expectedCall, calls[i])) {
+            return number + "expected " + OneLine(expectedCall) + ", but came " + OneLine(calls[i]);
+        }
+    }
+    return {};
+}
+
+std::string DifferenceOfTicks(const Json& each, std::int64_t ticks, const std::vector<PluginCoreCall>& calls,
+                              std::int64_t seconds) {
+    constexpr std::int64_t kSecondsBetweenQuestions = 10;
+    const PluginCoreCall question = ExpectedCall("PluginIsEnabled");
+    std::int64_t questionsLeft = seconds / kSecondsBetweenQuestions + 1;
+    auto next = calls.begin();
+    for (std::int64_t tick = 1; tick <= ticks; ++tick) {
+        if (next != calls.end() && questionsLeft > 0 && IsCall(question, *next)) {
+            --questionsLeft;
+            ++next;
+        }
+        const auto end = next + std::min<std::ptrdiff_t>(std::ssize(each), calls.end() - next);
+        const std::string difference = DifferenceOf(each, {next, end});
+        if (!difference.empty()) {
+            return "tick " + std::to_string(tick) + ": " + difference;
+        }
+        next = end;
+    }
+    return next == calls.end() ? "" : "after the last tick came " + OneLine(*next);
+}
+
+}  // namespace simhost

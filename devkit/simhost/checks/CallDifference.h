@@ -1,0 +1,21 @@
+// Compares recorded calls with those that a scenario expects.
+#pragma once
+
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "simhost/checks/PluginCoreCalls.h"
+
+namespace simhost {
+
+// In words what differs; empty when the calls are exactly the expected ones. `expected` is the array of a step.
+std::string DifferenceOf(const nlohmann::ordered_json& expected, const std::vector<PluginCoreCall>& calls);
+
+// The same for many ticks, of which each brings about `each`. At most 1 + seconds/10 ticks begin with the question
+// whether the PluginCore is enabled.
+std::string DifferenceOfTicks(const nlohmann::ordered_json& each, std::int64_t ticks,
+                              const std::vector<PluginCoreCall>& calls, std::int64_t seconds);
+
+}  // namespace simhost
