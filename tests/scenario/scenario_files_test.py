@@ -2,7 +2,7 @@
 """What all scenario files must keep to, and what must not be forgotten.
 
  - every file names the schema, and the schema accepts it
- - the schema and the reader know the same verbs, keys and rules
+ - the schema and the reader know the same verbs, keys, functions and rules
  - every rule is broken by a scenario in faults/, every fault of the faulty plug-in is committed by one
  - every library and plug-in that is built for scenarios is used by one
  - no other file lies among the scenarios
@@ -89,6 +89,8 @@ def check_schema_and_reader(known: dict):
             yield from check_same_keys(f"verb {verb!r} of {name}", listed, keys)
     for kind, keys in known["objects"].items():
         yield from check_same_keys(kind, definitions.get(kind, {}).get("properties", {}), keys)
+    for name in ("function", "bus_function"):
+        yield from check_same_keys(name, definitions[name]["enum"], known["functions"][name])
     rules = definitions["expect"]["properties"]["violations"]["propertyNames"]["enum"]
     yield from check_same_keys("rules", rules, known["rules"])
 

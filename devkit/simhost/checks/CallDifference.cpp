@@ -12,7 +12,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 PluginCoreCall ExpectedCall(const Json& expected) {
-    const Json full = FullCall(expected, "an expected call");
+    const Json full = FullCall(expected);
     return {full.begin().key(), full.begin().value()};
 }
 

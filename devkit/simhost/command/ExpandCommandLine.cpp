@@ -18,9 +18,9 @@ using Json = nlohmann::ordered_json;
 int Expand(const std::filesystem::path& scenario) {
     const ScenarioFile file(scenario);
     const Placeholders placeholders = {{"work", "<work>"}, {"plugin", "<plugin>"}, {"version", "<version>"}};
+    file.Check();
     Json cases = Json::object();
     for (const std::string& name : file.Cases()) {
-        file.Read(name, placeholders);
         cases[name] = file.WrittenOut(name, placeholders);
     }
     std::printf("%s\n", cases.dump(2).c_str());

@@ -6,11 +6,11 @@
 #include <cstdio>
 #include <exception>
 #include <fstream>
-#include <stdexcept>
 #include <vector>
 
 #include "doubles/common/Text.h"
 #include "simhost/launch/CaseRun.h"
+#include "simhost/launch/Selection.h"
 
 namespace simhost {
 
@@ -20,39 +20,19 @@ constexpr int kPassed = 0;
 constexpr int kFailed = 1;
 constexpr int kNotPlayed = 2;
 
-bool IsScenario(const std::filesystem::path& file) {
-    const std::wstring name = file.filename().wstring();
-    return name.ends_with(L".json") && !name.ends_with(L".schema.json");
-}
-
-// By name, so that every run plays in the same order.
-std::vector<std::filesystem::path> ScenariosIn(const std::filesystem::path& path) {
-    if (!std::filesystem::is_directory(path)) {
-        return {path};
-    }
-    std::vector<std::filesystem::path> files;
-    for (const auto& entry : std::filesystem::directory_iterator(path)) {
-        if (IsScenario(entry.path())) {
-            files.push_back(entry.path());
-        }
-    }
-    std::sort(files.begin(), files.end());
-    if (files.empty()) {
-        throw std::runtime_error("there is no scenario in " + Utf8(path.wstring()));
-    }
-    return files;
-}
-
 // Plays what the options name, and keeps what came of it.
 class Programme {
   public:
     explicit Programme(const PlayOptions& options) : mOptions(options) {}
 
     int Play() {
-        const std::vector<std::filesystem::path> scenarios = ScenariosIn(mOptions.scenario);
-        mSeveral = scenarios.size() > 1;
-        for (const std::filesystem::path& scenario : scenarios) {
-            Try("", [&] { PlayFile(ScenarioFile(scenario)); });
+        const Selection selection = SelectCases(ScenariosNamed(mOptions.scenarios), mOptions.cases);
+        mSeveral = selection.cases.size() > 1;
+        for (const Unplayable& unplayable : selection.unplayable) {
+            NotPlayed(unplayable.lines);
+        }
+        for (const SelectedCase& selected : selection.cases) {
+            Try([&] { PlayCase(*selected.file, selected.name); });
         }
         WriteRecord();
         if (mWorst == kPassed) {
@@ -64,24 +44,22 @@ class Programme {
 
   private:
     template <class Action>
-    void Try(const std::string& where, const Action& action) {
+    void Try(const Action& action) {
         try {
             action();
+        } catch (const ScenarioError& error) {
+            NotPlayed(error.Lines());
         } catch (const std::exception& error) {
-            std::fprintf(stderr, "simhost: %s%s\n", where.c_str(), error.what());
-            mWorst = kNotPlayed;
+            NotPlayed({error.what()});
         }
         std::fflush(stdout);
     }
 
-    void PlayFile(const ScenarioFile& file) {
-        const std::vector<std::string> cases =
-            mOptions.caseName.empty() ? file.Cases() : std::vector<std::string>{mOptions.caseName};
-        mSeveral = mSeveral || cases.size() > 1;
-        for (const std::string& name : cases) {
-            // Errors of the scenario name their place; others do not.
-            Try("", [&] { PlayCase(file, name); });
+    void NotPlayed(const std::vector<std::string>& why) {
+        for (const std::string& line : why) {
+            std::fprintf(stderr, "simhost: %s\n", line.c_str());
         }
+        mWorst = kNotPlayed;
     }
 
     void PlayCase(const ScenarioFile& file, const std::string& name) {

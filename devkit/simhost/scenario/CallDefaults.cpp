@@ -1,5 +1,9 @@
 #include "simhost/scenario/CallDefaults.h"
 
+#include <string_view>
+#include <vector>
+
+#include "simhost/scenario/NearestWord.h"
 #include "simhost/scenario/ObjectReader.h"
 
 namespace simhost {
@@ -8,45 +12,19 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-const Json& Defaults() {
-    static const Json* const sDefaults = new Json(Json::parse(R"({
-        "ActivateChosenFonts": {"capacity": 32767},
-        "CreateMenusFromJSONBuffer": {"json": "", "callback": "set", "context": "set", "items": []},
-        "GetAPIVersion": {"preset": 0, "interface_version": 1},
-        "GetIDForDocument": {"path": "", "capacity": 256, "zeroed": true},
-        "GetMenus": {"path": "", "capacity": 4096, "zeroed": true},
-        "GetSettings": {"capacity": 8192, "zeroed": true},
-        "GetSocketPort": {"preset": 0},
-        "HandleCreateNewDocument": {"capacity": 256, "zeroed": true},
-        "HandleOpenExistingDocument": {"capacity": 32767, "zeroed": true},
-        "InvokeCommandDialog": {"capacity": 256, "zeroed": true},
-        "InvokeResolveDialog": {"capacity": 32767},
-        "PluginIsEnabled": {"flag": 1, "preset": 0},
-        "ProcessPanelMessages": {"flag": 1},
-        "RegisterPlugPlug": {"state": "module, load, unload, add, remove, dispatch"},
-        "PlugPlugAddEventListener":
-            {"type": "com.quorvel.portnumberrequest", "listener": "set", "context": "null"},
-        "PlugPlugDispatchEvent":
-            {"type": "com.quorvel.portnumberresponse", "scope": 1, "application": "test", "extension": null}
-    })"));
-    return *sDefaults;
-}
-
 // The record has lists under this name alone; any other array or object is a JSON text.
 constexpr const char* kNameOfLists = "items";
 
-Json FullArguments(const std::string& entry, const Json& written, const std::string& place) {
-    if (!written.is_object()) {
-        throw ScenarioError(place, "the arguments of " + entry + " must be an object");
-    }
+Json FullArguments(const std::string& entry, const Json& written) {
     Json arguments = written;
     for (auto& [name, value] : arguments.items()) {
         if (value.is_structured() && name != kNameOfLists) {
             value = value.dump();
         }
     }
-    const Json defaults = Defaults().value(entry, Json::object());
-    for (const auto& [name, value] : defaults.items()) {
+    const CallRow* const row = FindCall(entry);
+    const Json always = row == nullptr ? Json::object() : Json::parse(row->always);
+    for (const auto& [name, value] : always.items()) {
         if (!arguments.contains(name)) {
             arguments[name] = value;
         }
@@ -54,17 +32,116 @@ Json FullArguments(const std::string& entry, const Json& written, const std::str
     return arguments;
 }
 
+// Complains and answers null when the library has no such function.
+const CallRow* NeedCall(const std::string& entry, Library library, const Place& place) {
+    const CallRow* const row = FindCall(entry);
+    if (row != nullptr && row->library == library) {
+        return row;
+    }
+    place.Complain(std::string(library == Library::kPluginCore ? "the PluginCore" : "the messaging library") +
+                   " has no function \"" + entry + "\"" + DidYouMean(entry, EntriesOf(library)));
+    return nullptr;
+}
+
+struct NumberRow {
+    std::string_view argument;
+    Range range;
+};
+
+constexpr NumberRow kNumbers[] = {
+    {"flag", ranges::kByte},
+    {"scope", ranges::kInt32},
+    {"interface_version", ranges::kInt32},
+};
+
+void CheckArgument(const CallRow& row, const std::string& name, const Json& value, const Place& place) {
+    const auto known = SplitKeys(row.arguments);
+    // The digits of a text that is no UTF-8 may be expected as well.
+    const std::string text = name.ends_with("_hex") ? name.substr(0, name.size() - 4) : name;
+    if (!known.contains(text)) {
+        place.ComplainOfKey("\"" + std::string(row.entry) + "\" has no argument \"" + name + "\"" +
+                            DidYouMean(name, {known.begin(), known.end()}));
+        return;
+    }
+    for (const NumberRow& number : kNumbers) {
+        if (number.argument == name) {
+            NumberOf(value, place, number.range);
+        }
+    }
+}
+
+void CheckAnswer(const CallRow& row, const Json& answer, const Place& place) {
+    ObjectReader reader(answer, place, "result throw " + std::string(row.answers));
+    reader.Int32("result", 0);
+    if (reader.Find("throw") != nullptr) {
+        reader.NeedChoice("throw", {"foreign", "cpp"});
+    }
+    if (row.answers == "text") {
+        const Json* const text = reader.Find("text");
+        if (text != nullptr && !text->is_structured()) {
+            TextOf(*text, reader.PlaceOf("text"));
+        }
+    } else if (row.answers == "enabled") {
+        reader.Number("enabled", 1, ranges::kByte);
+    } else if (row.answers == "port") {
+        reader.Number("port", 0, ranges::kUint32);
+    }
+    reader.Finish();
+}
+
 }  // namespace
 
-Json FullCall(const Json& call, const std::string& place) {
+Json FullCall(const Json& call) {
     if (call.is_string()) {
-        return {{call.get<std::string>(), FullArguments(call.get<std::string>(), Json::object(), place)}};
+        return {{call.get<std::string>(), FullArguments(call.get<std::string>(), Json::object())}};
     }
-    if (!call.is_object() || call.size() != 1) {
-        throw ScenarioError(place, "an expected call is a name or an object with one member");
+    if (!call.is_object() || call.size() != 1 || !call.begin().value().is_object()) {
+        return call;
     }
     const std::string& entry = call.begin().key();
-    return {{entry, FullArguments(entry, call.begin().value(), place)}};
+    return {{entry, FullArguments(entry, call.begin().value())}};
+}
+
+void CheckCall(const Json& call, Library library, const Place& place) {
+    if (call.is_string()) {
+        NeedCall(call.get<std::string>(), library, place);
+        return;
+    }
+    if (!call.is_object() || call.size() != 1) {
+        place.Complain("an expected call is a name or an object with one member");
+        return;
+    }
+    const std::string& entry = call.begin().key();
+    const Json& arguments = call.begin().value();
+    const Place inside = place.Member(entry);
+    const CallRow* const row = NeedCall(entry, library, inside);
+    if (!arguments.is_object()) {
+        inside.Complain("the arguments of a call are an object");
+        return;
+    }
+    for (const auto& [name, value] : arguments.items()) {
+        if (row != nullptr) {
+            CheckArgument(*row, name, value, inside.Member(name));
+        }
+    }
+}
+
+void CheckAnswers(const Json& answers, Library library, const Place& place) {
+    if (!answers.is_object()) {
+        place.Complain("must be an object");
+        return;
+    }
+    for (const auto& [entry, list] : answers.items()) {
+        const Place inside = place.Member(entry);
+        const CallRow* const row = NeedCall(entry, library, inside);
+        if (!list.is_array() || list.empty()) {
+            inside.Complain("must be an array of answers");
+            continue;
+        }
+        for (std::size_t i = 0; row != nullptr && i < list.size(); ++i) {
+            CheckAnswer(*row, list[i], inside.Element(i));
+        }
+    }
 }
 
 }  // namespace simhost

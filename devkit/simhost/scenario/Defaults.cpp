@@ -1,39 +1,16 @@
 #include "simhost/scenario/Defaults.h"
 
+#include <utility>
+
 #include "simhost/scenario/CallDefaults.h"
 #include "simhost/scenario/ObjectReader.h"
+#include "simhost/scenario/UsualCalls.h"
 
 namespace simhost {
 
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-const Json& UsualLists() {
-    static const Json* const sLists = new Json(Json::parse(R"({
-        "start-up": [
-            {"usual": "start-up until the menus"},
-            "CreateMenusFromJSONBuffer",
-            {"usual": "start-up after the menus"}
-        ],
-        "start-up with a word file": [
-            {"usual": "start-up until the menus"},
-            "CreateMenusFromJSONBuffer",
-            "PluginIsEnabled",
-            "GetAPIVersion"
-        ],
-        "start-up until the menus": [
-            "GetAPIVersion",
-            {"InitializePluginCoreInterface": {"text": "${plugin}"}},
-            "GetMenus"
-        ],
-        "start-up after the menus": ["PluginIsEnabled", "GetAPIVersion", "GetSettings"],
-        "tick": ["IdleEvent", "ProcessPanelMessages"],
-        "shut-down": ["TerminatePluginCoreInterface", "GetAPIVersion", "GetSettings"],
-        "shut-down with a word file": ["TerminatePluginCoreInterface", "GetAPIVersion"]
-    })"));
-    return *sLists;
-}
 
 Json DefaultBegin() {
     return Json::parse(R"([{"do": "startup", "say": "The host starts", "calls": [{"usual": "start-up"}]}])");
@@ -48,8 +25,10 @@ Json DefaultEnd() {
 }
 
 // "none", an array of steps, or an object that changes the first step of the default.
-Json StepsOf(const Json& story, const char* key, Json usual, const std::string& place) {
+Json StepsOf(const Json& story, const char* key, Json usual, const Place& place) {
+    Origins& origins = place.Context().origins;
     if (!story.contains(key)) {
+        origins.SetDefault(place.Pointer());
         return usual;
     }
     const Json& written = story.at(key);
@@ -57,126 +36,153 @@ Json StepsOf(const Json& story, const char* key, Json usual, const std::string& 
         return Json::array();
     }
     if (written.is_object()) {
-        usual.front().update(written);
+        const Place first = place.Element(0);
+        const Place aside = place.Aside(place);
+        origins.SetDefault(place.Pointer());
+        for (const auto& [name, value] : written.items()) {
+            usual.front()[name] = value;
+            origins.SetCopy(first.Member(name).Pointer(), aside.Member(name).Pointer());
+        }
         return usual;
     }
     if (!written.is_array()) {
-        throw ScenarioError(place + "." + key, "must be \"none\", an array of steps or an object");
+        place.GiveUp("must be \"none\", an array of steps or an object");
+        return Json::array();
     }
     return written;
 }
 
-Json TextOfAnswer(const Json& text) { return text.is_structured() ? Json(text.dump()) : text; }
-
 // A text in an answer may be written as the JSON value that it stands for.
-void WriteAnswerTexts(Json& answers, const std::string& place) {
-    if (!answers.is_object()) {
-        throw ScenarioError(place, "must be an object");
-    }
-    for (auto& [entry, list] : answers.items()) {
-        if (!list.is_array()) {
-            throw ScenarioError(place + "." + entry, "must be an array");
-        }
+void WriteAnswerTexts(Json& answers) {
+    for (Json& list : answers) {
         for (Json& answer : list) {
-            if (answer.is_object() && answer.contains("text")) {
-                answer["text"] = TextOfAnswer(answer["text"]);
+            if (answer.is_object() && answer.contains("text") && answer["text"].is_structured()) {
+                answer["text"] = answer["text"].dump();
             }
         }
+    }
+}
+
+void CheckAndWriteAnswers(Json& holder, const char* key, Library library, const Place& place) {
+    if (holder.contains(key)) {
+        CheckAnswers(holder[key], library, place.Member(key));
+        WriteAnswerTexts(holder[key]);
     }
 }
 
 class CallWriter {
   public:
     // `menus` is what the PluginCore answers the first GetMenus: the plug-in passes it on to CreateMenusFromJSONBuffer.
-    explicit CallWriter(std::string menus) : mMenus(std::move(menus)) {}
+    CallWriter(std::string menus, Values& values) : mMenus(std::move(menus)), mValues(values) {}
 
-    void WriteSteps(Json& steps, const std::string& place) const {
+    void WriteSteps(Json& steps, const Place& place) const {
         for (std::size_t i = 0; i < steps.size(); ++i) {
-            WriteStep(steps[i], place + "[" + std::to_string(i) + "]");
+            WriteStep(steps[i], place.Element(i));
         }
     }
 
   private:
-    void WriteStep(Json& step, const std::string& place) const {
+    struct KindRow {
+        const char* key;
+        Library library;
+    };
+
+    void WriteStep(Json& step, const Place& place) const {
         if (!step.is_object()) {
             return;  // the reader will complain
         }
-        for (const char* const key : {"calls", "bus_calls"}) {
-            if (step.contains(key) && step[key].is_array()) {
-                step[key] = Written(step[key], place + "." + key);
+        for (const KindRow& kind :
+             {KindRow{"calls", Library::kPluginCore}, KindRow{"bus_calls", Library::kMessaging}}) {
+            if (step.contains(kind.key) && step[kind.key].is_array()) {
+                step[kind.key] = Written(step[kind.key], kind.library, place.Member(kind.key));
             }
         }
-        if (step.contains("set")) {
-            WriteAnswerTexts(step["set"], place + ".set");
+        if (step.contains("do") && step["do"] == "answers") {
+            CheckAndWriteAnswers(step, "set", Library::kPluginCore, place);
         }
     }
 
-    Json Written(const Json& calls, const std::string& place) const {
+    Json Written(const Json& calls, Library library, const Place& place) const {
         Json written = Json::array();
-        for (const Json& call : calls) {
-            if (call.is_object() && call.contains("usual")) {
-                const Json list = UsualList(call, place);
+        for (std::size_t i = 0; i < calls.size(); ++i) {
+            if (calls[i].is_object() && calls[i].contains("usual")) {
+                const Json list = UsualList(calls[i], place.Element(i));
                 written.insert(written.end(), list.begin(), list.end());
             } else {
-                written.push_back(FullCall(WithMenus(call), place));
+                CheckCall(calls[i], library, place.Element(i));
+                written.push_back(FullCall(WithMenus(calls[i])));
             }
         }
         return written;
     }
 
     // {"usual": name}, and for a start-up "items": what the PluginCore asks the plug-in to add to the menu.
-    Json UsualList(const Json& call, const std::string& place) const {
+    Json UsualList(const Json& call, const Place& place) const {
         ObjectReader reader(call, place, keys::kUsual);
         const std::string name = reader.NeedText("usual");
         const Json* const items = reader.Find("items");
         reader.Finish();
-        if (!UsualLists().contains(name)) {
-            throw ScenarioError(place, "there are no usual calls \"" + name + "\"");
-        }
-        Json list = Written(UsualLists().at(name), place);
+        CheckKnown(name, "list of usual calls", NamesOfUsualLists(), reader.PlaceOf("usual"));
+        Json list = Expanded(name);
         if (items == nullptr) {
             return list;
         }
+        TextsOf(*items, reader.PlaceOf("items"));
         for (Json& each : list) {
-            if (each.contains("CreateMenusFromJSONBuffer")) {
-                each["CreateMenusFromJSONBuffer"]["items"] = *items;
+            if (each.contains(kCreation)) {
+                each[kCreation]["items"] = *items;
                 return list;
             }
         }
-        throw ScenarioError(place, "the usual calls \"" + name + "\" create no menus");
+        reader.PlaceOf("items").ComplainOfKey("the usual calls \"" + name + "\" create no menus, so have no \"items\"");
+        return list;
+    }
+
+    // What is not a list is empty; somebody has complained by then.
+    Json Expanded(const std::string& name) const {
+        Json list = Json::array();
+        for (const Json& call : UsualLists().value(name, Json::array())) {
+            if (call.is_object() && call.contains("usual")) {
+                const Json inner = Expanded(call["usual"].get<std::string>());
+                list.insert(list.end(), inner.begin(), inner.end());
+            } else {
+                list.push_back(FullCall(WithMenus(mValues.FillIn(call))));
+            }
+        }
+        return list;
     }
 
     Json WithMenus(const Json& call) const {
-        constexpr const char* kEntry = "CreateMenusFromJSONBuffer";
-        Json written = call.is_string() && call == kEntry ? Json{{kEntry, Json::object()}} : call;
-        if (written.is_object() && written.contains(kEntry) && !written[kEntry].contains("json")) {
-            written[kEntry]["json"] = mMenus;
+        Json written = call.is_string() && call == kCreation ? Json{{kCreation, Json::object()}} : call;
+        if (written.is_object() && written.contains(kCreation) && written[kCreation].is_object() &&
+            !written[kCreation].contains("json")) {
+            written[kCreation]["json"] = mMenus;
         }
         return written;
     }
 
+    static constexpr const char* kCreation = "CreateMenusFromJSONBuffer";
+
     std::string mMenus;
+    Values& mValues;
 };
 
 std::string FirstMenus(const Json& story) {
     const Json::json_pointer first("/answers/GetMenus/0/text");
-    return story.contains(first) ? story.at(first).get<std::string>() : "";
+    return story.contains(first) && story.at(first).is_string() ? story.at(first).get<std::string>() : "";
 }
 
 }  // namespace
 
-void WriteDefaults(Json& story, const std::string& place) {
-    for (const char* const key : {"answers", "bus_answers"}) {
-        if (story.contains(key)) {
-            WriteAnswerTexts(story[key], place + "." + key);
-        }
-    }
-    story["begin"] = StepsOf(story, "begin", DefaultBegin(), place);
-    story["end"] = StepsOf(story, "end", DefaultEnd(), place);
-    const CallWriter calls(FirstMenus(story));
+void WriteDefaults(Json& story, Values& values, const Place& place) {
+    CheckAndWriteAnswers(story, "answers", Library::kPluginCore, place);
+    CheckAndWriteAnswers(story, "bus_answers", Library::kMessaging, place);
+    story["begin"] = StepsOf(story, "begin", DefaultBegin(), place.Member("begin"));
+    story["end"] = StepsOf(story, "end", DefaultEnd(), place.Member("end"));
+    const CallWriter calls(FirstMenus(story), values);
     for (const char* const key : {"begin", "steps", "end"}) {
         if (story.contains(key) && story[key].is_array()) {
-            calls.WriteSteps(story[key], place + "." + key);
+            calls.WriteSteps(story[key], place.Member(key));
         }
     }
 }

@@ -1,9 +1,9 @@
 #include "simhost/scenario/FilesOfRun.h"
 
-#include <cstdio>
-#include <ctime>
-
-#include "simhost/scenario/ObjectReader.h"
+#include <array>
+#include <charconv>
+#include <chrono>
+#include <optional>
 
 namespace simhost {
 
@@ -11,49 +11,74 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::int64_t ReadTime(const std::string& text, const std::string& place) {
-    int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
-    if (std::sscanf(text.c_str(), "%d-%d-%dT%d:%d:%dZ", &year, &month, &day, &hour, &minute, &second) != 6) {
-        throw ScenarioError(place, "must be a time like 2024-05-01T12:00:00Z");
+// Seconds since 1970 of a time like 2024-05-01T12:00:00Z; nothing when it is none.
+std::optional<std::int64_t> SecondsOf(const std::string& text) {
+    constexpr std::string_view kForm = "0000-00-00T00:00:00Z";
+    std::array<int, 6> parts{};
+    std::size_t part = 0;
+    if (text.size() != kForm.size()) {
+        return std::nullopt;
     }
-    std::tm parts{};
-    parts.tm_year = year - 1900;
-    parts.tm_mon = month - 1;
-    parts.tm_mday = day;
-    parts.tm_hour = hour;
-    parts.tm_min = minute;
-    parts.tm_sec = second;
-    return static_cast<std::int64_t>(_mkgmtime64(&parts));
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (kForm[i] != '0') {
+            if (text[i] != kForm[i]) {
+                return std::nullopt;
+            }
+            ++part;
+        } else if (text[i] < '0' || text[i] > '9') {
+            return std::nullopt;
+        } else {
+            parts[part] = parts[part] * 10 + (text[i] - '0');
+        }
+    }
+    const auto [year, month, day, hour, minute, second] = parts;
+    const std::chrono::year_month_day date{std::chrono::year(year), std::chrono::month(static_cast<unsigned>(month)),
+                                           std::chrono::day(static_cast<unsigned>(day))};
+    // A file's time begins with 1601.
+    if (!date.ok() || year < 1601 || hour > 23 || minute > 59 || second > 59) {
+        return std::nullopt;
+    }
+    const auto days = std::chrono::sys_days(date).time_since_epoch().count();
+    return ((static_cast<std::int64_t>(days) * 24 + hour) * 60 + minute) * 60 + second;
+}
+
+std::int64_t ReadTime(const std::string& text, const Place& place) {
+    const auto seconds = SecondsOf(text);
+    if (!seconds) {
+        place.Complain("must be a time like 2024-05-01T12:00:00Z");
+    }
+    return seconds.value_or(0);
 }
 
 }  // namespace
 
 FileToMake FileOfDocument(const std::string& path) {
-    return {path, "not read by anybody\n", ReadTime("2024-05-01T12:00:00Z", path)};
+    return {path, "not read by anybody\n", SecondsOf("2024-05-01T12:00:00Z")};
 }
 
-std::vector<FileToMake> ReadFiles(const Json& array, const std::string& place) {
+std::vector<FileToMake> ReadFiles(ObjectReader& reader) {
     std::vector<FileToMake> files;
-    for (const Json& value : array) {
-        ObjectReader reader(value, place, keys::kFile);
-        FileToMake file{reader.NeedText("path"), reader.Text("text", ""), std::nullopt};
-        if (const auto time = reader.OptionalText("modified")) {
-            file.modified = ReadTime(*time, reader.PlaceOf("modified"));
+    reader.ForEach("files", keys::kFile, [&](ObjectReader& value) {
+        FileToMake file{value.NeedText("path"), value.Text("text", ""), std::nullopt};
+        if (const auto time = value.OptionalText("modified")) {
+            file.modified = ReadTime(*time, value.PlaceOf("modified"));
         }
-        reader.Finish();
         files.push_back(std::move(file));
-    }
+    });
     return files;
 }
 
-std::vector<CopyToMake> ReadCopies(const Json& array, const std::string& place) {
+std::vector<CopyToMake> UsualCopies() { return {{"PluginCoreX64.dll", "host/PluginCoreX64.dll"}}; }
+
+std::vector<CopyToMake> ReadCopies(ObjectReader& reader) {
+    const Json& array = reader.Array("copies");
     std::vector<CopyToMake> copies;
-    for (const Json& value : array) {
-        if (value.is_string()) {
-            copies.push_back({value.get<std::string>(), "host/" + value.get<std::string>()});
+    for (std::size_t i = 0; i < array.size(); ++i) {
+        if (array[i].is_string()) {
+            copies.push_back({array[i].get<std::string>(), "host/" + array[i].get<std::string>()});
             continue;
         }
-        ObjectReader copy(value, place, keys::kCopy);
+        ObjectReader copy(array[i], reader.PlaceOf("copies").Element(i), keys::kCopy);
         copies.push_back({copy.NeedText("copy"), copy.NeedText("to")});
         copy.Finish();
     }

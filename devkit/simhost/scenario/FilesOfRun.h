@@ -2,10 +2,11 @@
 #pragma once
 
 #include <cstdint>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "simhost/scenario/ObjectReader.h"
 
 namespace simhost {
 
@@ -28,8 +29,11 @@ struct FileToMove {
 // What a document's file holds when its scenario does not care: nobody reads it.
 FileToMake FileOfDocument(const std::string& path);
 
-std::vector<FileToMake> ReadFiles(const nlohmann::ordered_json& array, const std::string& place);
-// A text stands for a file that is copied beside the host's program under its own name.
-std::vector<CopyToMake> ReadCopies(const nlohmann::ordered_json& array, const std::string& place);
+// The member "files" of what is being read.
+std::vector<FileToMake> ReadFiles(ObjectReader& reader);
+// The member "copies". A text stands for a file that is copied beside the host's program under its own name.
+std::vector<CopyToMake> ReadCopies(ObjectReader& reader);
+// What is laid out when a scenario does not say.
+std::vector<CopyToMake> UsualCopies();
 
 }  // namespace simhost

@@ -1,9 +1,11 @@
 #include "simhost/scenario/HostReader.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <charconv>
+#include <system_error>
 
 #include "doubles/common/Text.h"
+#include "doubles/host/OperationList.h"
 #include "simhost/scenario/ObjectReader.h"
 #include "simhost/verbs/DocumentVerbs.h"
 
@@ -14,19 +16,18 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 std::map<std::int32_t, std::string> ReadDefaultFonts(ObjectReader& reader) {
-    const Json* const value = reader.Find("default_fonts");
-    if (value == nullptr) {
+    if (reader.Find("default_fonts") == nullptr) {
         return {{0, "MyriadPro-Regular"}, {1, "KozMinPr6N-Regular"}};
     }
     std::map<std::int32_t, std::string> fonts;
-    for (const auto& [script, name] : value->items()) {
-        const std::string place = reader.PlaceOf("default_fonts." + script);
-        char* end = nullptr;
-        const long code = std::strtol(script.c_str(), &end, 10);
-        if (script.empty() || *end != '\0') {
-            throw ScenarioError(place, "the key must be a script code");
+    for (const auto& [script, name] : reader.Object("default_fonts").items()) {
+        const Place place = reader.PlaceOf("default_fonts").Member(script);
+        std::int32_t code = 0;
+        const auto [end, error] = std::from_chars(script.data(), script.data() + script.size(), code);
+        if (error != std::errc() || end != script.data() + script.size()) {
+            place.ComplainOfKey("\"" + script + "\" is no script code");
         }
-        fonts[static_cast<std::int32_t>(code)] = TextOf(name, place);
+        fonts[code] = TextOf(name, place);
     }
     return fonts;
 }
@@ -37,65 +38,67 @@ bool IsWritten(const std::vector<FileToMake>& files, const std::string& path, co
     });
 }
 
-void ReadDocument(const Json& value, const std::string& name, const std::string& place, const std::string& workFolder,
+void ReadDocument(const Json& value, const std::string& name, const Place& place, const std::string& workFolder,
                   Scenario& scenario) {
     ObjectReader reader(value, place, keys::kDocument);
     Document document;
     document.name = name;
     document.path = reader.Text("path", workFolder + "\\" + name + ".ai");
     document.modified = reader.Flag("modified", false);
-    document.frames = ReadFrames(reader.Array("frames"), reader.PlaceOf("frames"));
-    document.placed = TextsOf(reader.Array("placed"), reader.PlaceOf("placed"));
+    document.frames = ReadFrames(reader);
+    if (const Json* const placed = reader.Find("placed")) {
+        document.placed = TextsOf(*placed, reader.PlaceOf("placed"));
+    }
     const bool hasFile = reader.Flag("file", document.path.starts_with(workFolder));
     reader.Finish();
     if (hasFile && !IsWritten(scenario.files, document.path, workFolder)) {
         scenario.files.push_back(FileOfDocument(document.path));
     }
+    place.Context().known.documents.insert(name);
     scenario.documents.push_back(std::move(document));
 }
 
-void ReadOtherPlugins(ObjectReader& reader, Scenario& scenario) {
-    for (const Json& value : reader.Array("plugins")) {
-        ObjectReader plugin(value, reader.PlaceOf("plugins"), keys::kPlugin);
-        scenario.otherPlugins.push_back(
-            {plugin.NeedText("name"), static_cast<std::int32_t>(plugin.Number("result", 0))});
-        plugin.Finish();
+void ReadRefusedSuites(ObjectReader& reader, Scenario& scenario) {
+    if (const Json* const value = reader.Find("refused_suites")) {
+        const Place place = reader.PlaceOf("refused_suites");
+        scenario.refusedSuites = TextsOf(*value, place);
+        for (std::size_t i = 0; i < scenario.refusedSuites.size(); ++i) {
+            CheckKnown(scenario.refusedSuites[i], "suite", SuiteNames(), place.Element(i));
+        }
     }
 }
 
-void CheckOwner(const Scenario& scenario, const std::string& owner, const std::string& place) {
-    const auto& plugins = scenario.otherPlugins;
-    if (!owner.empty() &&
-        std::none_of(plugins.begin(), plugins.end(), [&](const auto& plugin) { return plugin.name == owner; })) {
-        throw ScenarioError(place, "there is no plug-in \"" + owner + "\"");
-    }
+void ReadOtherPlugins(ObjectReader& reader, Scenario& scenario) {
+    reader.ForEach("plugins", keys::kPlugin, [&](ObjectReader& plugin) {
+        scenario.otherPlugins.push_back({plugin.NeedText("name"), plugin.Int32("result", 0)});
+        plugin.OwnPlace().Context().known.otherPlugins.insert(scenario.otherPlugins.back().name);
+    });
 }
 
 void ReadMenuItems(ObjectReader& reader, Scenario& scenario) {
-    for (const Json& value : reader.Array("menu")) {
-        ObjectReader item(value, reader.PlaceOf("menu"), keys::kHostMenuItem);
+    reader.ForEach("menu", keys::kHostMenuItem, [&](ObjectReader& item) {
         MenuItemToMake made;
         made.item.text = item.NeedText("text");
         made.item.group = item.NeedText("group");
         made.item.shortcutKey = item.Text("key", "");
         made.owner = item.Text("owner", "");
-        CheckOwner(scenario, made.owner, item.PlaceOf("owner"));
-        item.Finish();
+        if (!made.owner.empty()) {
+            const auto& known = item.OwnPlace().Context().known.otherPlugins;
+            CheckKnown(made.owner, "plug-in", {known.begin(), known.end()}, item.PlaceOf("owner"));
+        }
         scenario.menuItems.push_back(std::move(made));
-    }
+    });
 }
 
 }  // namespace
 
-void ReadHost(const Json& value, const std::string& place, const std::string& workFolder, Scenario& scenario) {
+void ReadHost(const Json& value, const Place& place, const std::string& workFolder, Scenario& scenario) {
     ObjectReader reader(value, place, keys::kHost);
     scenario.defaultFonts = ReadDefaultFonts(reader);
     scenario.emptyHandleForNoMatches = reader.Flag("empty_handle_for_no_matches", false);
-    scenario.refusedSuites = TextsOf(reader.Array("refused_suites"), reader.PlaceOf("refused_suites"));
-    if (const Json* const documents = reader.Find("documents")) {
-        for (const auto& [name, document] : documents->items()) {
-            ReadDocument(document, name, reader.PlaceOf("documents." + name), workFolder, scenario);
-        }
+    ReadRefusedSuites(reader, scenario);
+    for (const auto& [name, document] : reader.Object("documents").items()) {
+        ReadDocument(document, name, reader.PlaceOf("documents").Member(name), workFolder, scenario);
     }
     ReadOtherPlugins(reader, scenario);
     ReadMenuItems(reader, scenario);

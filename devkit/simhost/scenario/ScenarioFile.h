@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "simhost/scenario/JsonText.h"
 #include "simhost/scenario/Scenario.h"
 #include "simhost/scenario/Values.h"
 
@@ -13,7 +14,7 @@ namespace simhost {
 
 class ScenarioFile {
   public:
-    // Throws ScenarioError, which names file and place, for what is no JSON and for cases that cannot be.
+    // Throws ScenarioError for what cannot be read or is no JSON.
     explicit ScenarioFile(std::filesystem::path file);
 
     const std::filesystem::path& Path() const { return mPath; }
@@ -22,18 +23,34 @@ class ScenarioFile {
     // As reports call a case: "file.json", or "file.json/case".
     std::string PlaceOf(const std::string& caseName) const;
 
+    // As it was written, which may be with placeholders.
+    std::string TitleOf(const std::string& caseName) const;
+
+    // Reads all cases. Throws ScenarioError with everything that is wrong in any of them.
+    void Check() const;
+
     // The file name, beside simhost.exe, of the plug-in that the case is played to.
     std::string PluginOf(const std::string& caseName) const;
 
-    // The story with its values and all defaults written into it. Throws ScenarioError for whatever is not understood.
+    // The story with its values and all defaults written into it. These throw ScenarioError with everything that is
+    // wrong in the case, and when there is no such case.
     nlohmann::ordered_json WrittenOut(const std::string& caseName, const Placeholders& placeholders) const;
     Scenario Read(const std::string& caseName, const Placeholders& placeholders) const;
 
   private:
-    nlohmann::ordered_json StoryOf(const std::string& caseName) const;
+    struct Reading {
+        nlohmann::ordered_json story;
+        Scenario scenario;
+    };
+
+    Problems ProblemsOfFile() const;
+    Reading ReadStory(const std::string& caseName, const Placeholders& placeholders, Problems& problems) const;
+    Reading ReadOrThrow(const std::string& caseName, const Placeholders& placeholders) const;
+    nlohmann::ordered_json StoryOf(const std::string& caseName, Origins& origins) const;
+    void ThrowIfAny(const Problems& problems) const;
 
     std::filesystem::path mPath;
-    nlohmann::ordered_json mJson;
+    JsonText mText;
     std::vector<std::string> mCases;
 };
 

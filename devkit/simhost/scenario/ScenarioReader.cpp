@@ -1,9 +1,10 @@
 #include "simhost/scenario/ScenarioReader.h"
 
-#include <algorithm>
+#include <utility>
 
 #include "doubles/host/Rules.h"
 #include "simhost/scenario/HostReader.h"
+#include "simhost/scenario/MenuTexts.h"
 #include "simhost/scenario/ObjectReader.h"
 #include "simhost/scenario/StepReader.h"
 
@@ -24,22 +25,26 @@ LaunchInfo ReadLaunchInfo(ObjectReader& reader) {
     return info;
 }
 
-Expectations ReadExpectations(const Json& value, const std::string& place) {
+std::vector<std::string> RuleNames() {
+    std::vector<std::string> names;
+    for (const RuleName& rule : AllRules()) {
+        names.emplace_back(rule.name);
+    }
+    return names;
+}
+
+Expectations ReadExpectations(const Json& value, const Place& place) {
     ObjectReader reader(value, place, keys::kExpect);
     Expectations expect;
     expect.library = reader.OptionalText("library");
     expect.messagingLibrary = reader.OptionalText("messaging_library");
-    if (const Json* const violations = reader.Find("violations")) {
-        for (const auto& [rule, amount] : violations->items()) {
-            if (FindRule(rule) == nullptr) {
-                throw ScenarioError(reader.PlaceOf("violations"), "there is no rule \"" + rule + "\"");
-            }
-            const std::string member = reader.PlaceOf("violations." + rule);
-            if (amount.is_array()) {
-                expect.violationTexts[rule] = TextsOf(amount, member);
-            } else {
-                expect.violations[rule] = NumberOf(amount, member);
-            }
+    for (const auto& [rule, amount] : reader.Object("violations").items()) {
+        const Place member = reader.PlaceOf("violations").Member(rule);
+        CheckKnown(rule, "rule", RuleNames(), member);
+        if (amount.is_array()) {
+            expect.violationTexts[rule] = TextsOf(amount, member);
+        } else {
+            expect.violations[rule] = NumberOf(amount, member, ranges::kCount);
         }
     }
     reader.Finish();
@@ -47,42 +52,51 @@ Expectations ReadExpectations(const Json& value, const std::string& place) {
 }
 
 void AddSteps(ObjectReader& reader, const char* key, std::vector<Step>& steps) {
-    for (Step& step : ReadSteps(reader.Need(key), reader.PlaceOf(key))) {
-        steps.push_back(std::move(step));
+    if (const Json* const value = reader.Need(key)) {
+        for (Step& step : ReadSteps(*value, reader.PlaceOf(key))) {
+            steps.push_back(std::move(step));
+        }
     }
 }
 
-Json ObjectOrEmpty(ObjectReader& reader, const char* key) {
-    const Json* const value = reader.Find(key);
-    return value == nullptr ? Json::object() : *value;
+// Names that steps use. An item that is named although it cannot be in the menu is no slip when the scenario says that
+// it is not reached, and nobody knows what another plug-in than the shipped one adds to the menu.
+void LearnMenuItems(const Json& story, const Expectations& expect, KnownNames& known) {
+    const std::string notReached = NameOf(Rule::kNotReached);
+    if (!story.contains("plugin") && !expect.violations.contains(notReached) &&
+        !expect.violationTexts.contains(notReached)) {
+        known.menuItems = MenuTextsOf(story);
+    }
 }
 
 }  // namespace
 
-Scenario ReadScenario(const Json& story, const std::string& place, const std::string& workFolder) {
+Scenario ReadScenario(const Json& story, const Place& place, const std::string& workFolder) {
     static const Json sNothing = Json::object();
-    static const Json sUsualCopies = Json::array({"PluginCoreX64.dll"});
     ObjectReader reader(story, place, keys::kStory);
     Scenario scenario;
     scenario.title = reader.NeedText("title");
     reader.OptionalText("plugin");  // needed before the story is read: see ScenarioFile::PluginOf
-    if (const Json* const limit = reader.Find("time_limit")) {
-        scenario.timeLimitSeconds = NumberOf(*limit, reader.PlaceOf("time_limit"));
-    }
-    scenario.files = ReadFiles(reader.Array("files"), reader.PlaceOf("files"));
-    scenario.copies =
-        ReadCopies(reader.Find("copies") == nullptr ? sUsualCopies : reader.Array("copies"), reader.PlaceOf("copies"));
+    scenario.timeLimitSeconds = reader.OptionalNumber("time_limit", ranges::kTimeLimit);
+    scenario.files = ReadFiles(reader);
+    scenario.copies = reader.Find("copies") == nullptr ? UsualCopies() : ReadCopies(reader);
     scenario.launchInfo = ReadLaunchInfo(reader);
-    scenario.processes = TextsOf(reader.Array("processes"), reader.PlaceOf("processes"));
-    scenario.answers = ObjectOrEmpty(reader, "answers");
-    scenario.busAnswers = ObjectOrEmpty(reader, "bus_answers");
+    if (const Json* const processes = reader.Find("processes")) {
+        scenario.processes = TextsOf(*processes, reader.PlaceOf("processes"));
+    }
+    scenario.answers = reader.Object("answers");
+    scenario.busAnswers = reader.Object("bus_answers");
     const Json* const host = reader.Find("host");
     ReadHost(host == nullptr ? sNothing : *host, reader.PlaceOf("host"), workFolder, scenario);
+    if (const Json* const expect = reader.Find("expect")) {
+        scenario.expect = ReadExpectations(*expect, reader.PlaceOf("expect"));
+    }
+    LearnMenuItems(story, scenario.expect, place.Context().known);
     for (const char* const key : {"begin", "steps", "end"}) {
         AddSteps(reader, key, scenario.steps);
     }
-    if (const Json* const expect = reader.Find("expect")) {
-        scenario.expect = ReadExpectations(*expect, reader.PlaceOf("expect"));
+    if (scenario.steps.empty() && story.contains("steps")) {
+        reader.PlaceOf("steps").Complain("there is no step, and nothing would be played");
     }
     reader.Finish();
     return scenario;

@@ -1,6 +1,7 @@
 // A step of a scenario: what happens, and what it must bring about. What the keys mean stands in docs/devkit.md.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <nlohmann/json.hpp>
@@ -37,8 +38,9 @@ struct StepExpectations {
     // Nothing is compared: whatever comes is only shown, and boxes are answered by a person.
     bool anything = false;
     std::int32_t answer = 0;
-    nlohmann::ordered_json calls = nlohmann::ordered_json::array();
-    nlohmann::ordered_json busCalls = nlohmann::ordered_json::array();
+    // Nothing: any calls.
+    std::optional<nlohmann::ordered_json> calls = nlohmann::ordered_json::array();
+    std::optional<nlohmann::ordered_json> busCalls = nlohmann::ordered_json::array();
     std::vector<PanelEvent> panelEvents;
     std::optional<std::vector<std::string>> loads;  // files of the messaging library that the plug-in loads
     std::vector<BoxToExpect> boxes;
@@ -61,8 +63,9 @@ struct NestedStep {
 };
 
 struct Step {
-    std::string place;  // in the file, for messages
-    std::string say;    // for the transcript; may be empty
+    std::string place;     // in the file, for messages
+    std::size_t line = 0;  // in the file; 0: it is a default
+    std::string say;       // for the transcript; may be empty
     const Verb* verb = nullptr;
     Action action;
     StepExpectations expect;

@@ -1,5 +1,8 @@
 #include "simhost/scenario/StepReader.h"
 
+#include <utility>
+
+#include "doubles/host/OperationList.h"
 #include "simhost/scenario/ObjectReader.h"
 #include "simhost/verbs/VerbTable.h"
 
@@ -9,108 +12,141 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::vector<BoxToExpect> ReadBoxes(const Json& array, const std::string& place) {
-    std::vector<BoxToExpect> boxes;
-    for (const Json& value : array) {
-        ObjectReader reader(value, place, keys::kBox);
-        boxes.push_back({reader.NeedText("caption"), reader.NeedText("text"),
-                         static_cast<std::uint32_t>(reader.Number("style", 0))});
-        reader.Finish();
+std::string NeedOperation(ObjectReader& reader, const char* key) {
+    std::string operation = reader.NeedText(key);
+    if (!operation.empty()) {
+        CheckKnown(operation, "operation of the host", HostOperationNames(), reader.PlaceOf(key));
     }
+    return operation;
+}
+
+std::vector<BoxToExpect> ReadBoxes(ObjectReader& reader) {
+    std::vector<BoxToExpect> boxes;
+    reader.ForEach("boxes", keys::kBox, [&](ObjectReader& box) {
+        boxes.push_back({box.NeedText("caption"), box.NeedText("text"),
+                         static_cast<std::uint32_t>(box.Number("style", 0, ranges::kUint32))});
+    });
     return boxes;
 }
 
 // A text stands for the event as the plug-in always sends it, with that text for its data.
-std::vector<PanelEvent> ReadPanelEvents(const Json& array, const std::string& place) {
+std::vector<PanelEvent> ReadPanelEvents(ObjectReader& reader) {
+    const Json& array = reader.Array("panel_events");
     std::vector<PanelEvent> events;
-    for (const Json& value : array) {
-        if (value.is_string()) {
-            events.push_back({"com.quorvel.portnumberresponse", 1, "test", std::nullopt, value.get<std::string>()});
+    for (std::size_t i = 0; i < array.size(); ++i) {
+        if (array[i].is_string()) {
+            events.push_back({"com.quorvel.portnumberresponse", 1, "test", std::nullopt, array[i].get<std::string>()});
             continue;
         }
-        ObjectReader reader(value, place, keys::kPanelEvent);
-        events.push_back({reader.OptionalText("type"), static_cast<std::int32_t>(reader.Number("scope", 0)),
-                          reader.OptionalText("application"), reader.OptionalText("extension"),
-                          reader.OptionalText("data")});
-        reader.Finish();
+        ObjectReader event(array[i], reader.PlaceOf("panel_events").Element(i), keys::kPanelEvent);
+        events.push_back({event.OptionalText("type"), event.Int32("scope", 0), event.OptionalText("application"),
+                          event.OptionalText("extension"), event.OptionalText("data")});
+        event.Finish();
     }
     return events;
 }
 
-std::vector<FailureToScript> ReadFailures(const Json& array, const std::string& place) {
+std::vector<FailureToScript> ReadFailures(ObjectReader& reader) {
     std::vector<FailureToScript> failures;
-    for (const Json& value : array) {
-        ObjectReader reader(value, place, keys::kFailure);
-        failures.push_back({reader.NeedText("operation"), reader.Number("nth", 1),
-                            static_cast<std::int32_t>(reader.NeedNumber("code"))});
-        reader.Finish();
-    }
+    reader.ForEach("fail", keys::kFailure, [&](ObjectReader& failure) {
+        failures.push_back(
+            {NeedOperation(failure, "operation"), failure.Number("nth", 1, ranges::kNth), failure.NeedInt32("code")});
+        if (failure.Find("code") != nullptr && *failure.Find("code") == 0) {
+            failure.PlaceOf("code").Complain("must not be 0, for 0 is no failure");
+        }
+    });
     return failures;
 }
 
-Step ReadStep(const Json& value, const std::string& place, bool nested);
+Step ReadStep(const Json& value, const Place& place, bool nested);
 
-std::vector<NestedStep> ReadNested(const Json& array, const std::string& place) {
+std::vector<NestedStep> ReadNested(ObjectReader& reader) {
     std::vector<NestedStep> nested;
-    for (const Json& value : array) {
-        ObjectReader reader(value, place, keys::kNested);
-        nested.push_back({reader.NeedText("during"),
-                          reader.Number("nth", 1),
-                          {ReadStep(reader.Need("step"), reader.PlaceOf("step"), true)}});
-        reader.Finish();
-    }
+    reader.ForEach("nested", keys::kNested, [&](ObjectReader& each) {
+        NestedStep step{NeedOperation(each, "during"), each.Number("nth", 1, ranges::kNth), {}};
+        if (const Json* const value = each.Need("step")) {
+            step.step.push_back(ReadStep(*value, each.PlaceOf("step"), true));
+        }
+        nested.push_back(std::move(step));
+    });
     return nested;
 }
 
-std::map<std::string, std::int64_t> ReadCounts(ObjectReader& reader, const char* key) {
+std::map<std::string, std::int64_t> ReadHostCalls(ObjectReader& reader) {
     std::map<std::string, std::int64_t> counts;
-    if (const Json* const written = reader.Find(key)) {
-        for (const auto& [operation, count] : written->items()) {
-            counts[operation] = NumberOf(count, reader.PlaceOf(key) + "." + operation);
-        }
+    for (const auto& [operation, count] : reader.Object("host_calls").items()) {
+        const Place place = reader.PlaceOf("host_calls").Member(operation);
+        CheckKnown(operation, "operation of the host", HostOperationNames(), place);
+        counts[operation] = NumberOf(count, place, ranges::kCount);
     }
     return counts;
 }
 
+// An array of calls, or "any". The calls themselves were checked when the defaults were written.
+std::optional<Json> ReadCalls(const Json& value, const Place& place) {
+    if (value == "any") {
+        return std::nullopt;
+    }
+    if (!value.is_array()) {
+        place.Complain("must be an array of calls or \"any\"");
+        return Json::array();
+    }
+    return value;
+}
+
 StepExpectations ReadExpectations(ObjectReader& reader) {
     StepExpectations expect;
-    if (!reader.Need("calls").is_array()) {
-        throw ScenarioError(reader.PlaceOf("calls"), "must be an array");
+    if (const Json* const calls = reader.Need("calls")) {
+        expect.calls = ReadCalls(*calls, reader.PlaceOf("calls"));
     }
-    expect.calls = reader.Need("calls");
-    expect.busCalls = reader.Array("bus_calls");
-    expect.panelEvents = ReadPanelEvents(reader.Array("panel_events"), reader.PlaceOf("panel_events"));
-    if (reader.Find("loads") != nullptr) {
-        expect.loads = TextsOf(reader.Array("loads"), reader.PlaceOf("loads"));
+    if (const Json* const calls = reader.Find("bus_calls")) {
+        expect.busCalls = ReadCalls(*calls, reader.PlaceOf("bus_calls"));
     }
-    expect.boxes = ReadBoxes(reader.Array("boxes"), reader.PlaceOf("boxes"));
-    expect.hostCalls = ReadCounts(reader, "host_calls");
-    if (const Json* const switches = reader.Find("foreground_switches")) {
-        expect.foregroundSwitches = NumberOf(*switches, reader.PlaceOf("foreground_switches"));
+    expect.panelEvents = ReadPanelEvents(reader);
+    if (const Json* const loads = reader.Find("loads")) {
+        expect.loads = TextsOf(*loads, reader.PlaceOf("loads"));
     }
+    expect.boxes = ReadBoxes(reader);
+    expect.hostCalls = ReadHostCalls(reader);
+    expect.foregroundSwitches = reader.OptionalNumber("foreground_switches", ranges::kCount);
     return expect;
 }
 
-Step ReadStep(const Json& value, const std::string& place, bool nested) {
+// Complains and answers null for what is no step at all.
+const Verb* ReadVerb(const Json& value, const Place& place) {
     if (!value.is_object() || !value.contains("do")) {
-        throw ScenarioError(place, "must be an object with \"do\"");
+        place.Complain("must be an object with \"do\"");
+        return nullptr;
     }
-    const Verb& verb = FindVerb(TextOf(value["do"], place + ".do"), place);
+    const std::string name = TextOf(value["do"], place.Member("do"));
+    const Verb* const verb = FindVerb(name);
+    if (verb == nullptr && value["do"].is_string()) {
+        CheckKnown(name, "verb", VerbNames(), place.Member("do"));
+    }
+    return verb;
+}
+
+Step ReadStep(const Json& value, const Place& place, bool nested) {
+    Step step;
+    step.place = place.Text();
+    step.line = place.Source().line;
+    step.verb = ReadVerb(value, place);
+    if (step.verb == nullptr) {
+        return step;
+    }
+    const Verb& verb = *step.verb;
     ObjectReader reader(value, place, KeysOf(verb, nested));
     reader.Need("do");
-    Step step;
-    step.place = place;
     step.say = reader.Text("say", "");
-    step.verb = &verb;
     step.action = verb.read(reader);
     if (verb.reachesPlugin) {
         // The calls of a nested message are those of the step around it.
         if (!nested) {
             step.expect = ReadExpectations(reader);
-            step.failures = ReadFailures(reader.Array("fail"), reader.PlaceOf("fail"));
-            step.nested = ReadNested(reader.Array("nested"), reader.PlaceOf("nested"));
+            step.failures = ReadFailures(reader);
+            step.nested = ReadNested(reader);
         }
-        step.expect.answer = static_cast<std::int32_t>(reader.Number("answer", 0));
+        step.expect.answer = reader.Int32("answer", 0);
     }
     reader.Finish();
     return step;
@@ -118,13 +154,14 @@ Step ReadStep(const Json& value, const std::string& place, bool nested) {
 
 }  // namespace
 
-std::vector<Step> ReadSteps(const Json& value, const std::string& place) {
-    if (!value.is_array()) {
-        throw ScenarioError(place, "must be an array");
-    }
+std::vector<Step> ReadSteps(const Json& value, const Place& place) {
     std::vector<Step> steps;
-    for (const Json& step : value) {
-        steps.push_back(ReadStep(step, place + "[" + std::to_string(steps.size()) + "]", false));
+    if (!value.is_array()) {
+        place.Complain("must be an array");
+        return steps;
+    }
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        steps.push_back(ReadStep(value[i], place.Element(i), false));
     }
     return steps;
 }

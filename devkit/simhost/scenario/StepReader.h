@@ -1,14 +1,14 @@
 #pragma once
 
 #include <nlohmann/json.hpp>
-#include <string>
 #include <vector>
 
+#include "simhost/scenario/Place.h"
 #include "simhost/scenario/Step.h"
 
 namespace simhost {
 
-// Throws ScenarioError.
-std::vector<Step> ReadSteps(const nlohmann::ordered_json& value, const std::string& place);
+// Complains at the places of the steps. A step of an unknown verb has none: nobody can play it.
+std::vector<Step> ReadSteps(const nlohmann::ordered_json& value, const Place& place);
 
 }  // namespace simhost

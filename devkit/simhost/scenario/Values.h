@@ -5,6 +5,9 @@
 #include <nlohmann/json.hpp>
 #include <set>
 #include <string>
+#include <vector>
+
+#include "simhost/scenario/Place.h"
 
 namespace simhost {
 
@@ -15,25 +18,29 @@ class Values {
   public:
     using Json = nlohmann::ordered_json;
 
-    // `own` is the object of the scenario's own values; they may use each other in any order. Throws ScenarioError for
-    // a name that has a meaning already, one that is used in itself, and for unknown ones.
-    Values(const Placeholders& placeholders, const Json& own, const std::string& place);
+    // `own` is the object of the scenario's own values; they may use each other in any order. Complains about a name
+    // that has a meaning already, one that is used in itself, and about unknown ones.
+    Values(const Placeholders& placeholders, const Json& own, const Place& place);
 
     // A text that is nothing but "${name}" becomes the value; in a longer text a value that is no text becomes its
-    // compact JSON. {"like": name, "set": {pointer: value}} becomes a changed copy of the value.
-    Json FillIn(const Json& value, const std::string& place) const;
+    // compact JSON. {"like": name, "set": {pointer: value}} becomes a changed copy of the value. What has no value
+    // becomes null. The origins of the place's context know afterwards what was written where.
+    Json FillIn(const Json& value, const Place& place);
+    // The same for what was written nowhere.
+    Json FillIn(const Json& value) { return FillIn(value, mPlace.Aside(mPlace)); }
 
   private:
-    const Json& Named(const std::string& name, const std::string& place);
-    template <class Lookup>
-    static Json Filled(const Json& value, const std::string& place, const Lookup& lookup);
-    template <class Lookup>
-    static Json ChangedCopy(const Json& like, const std::string& place, const Lookup& lookup);
+    const Json* Named(const std::string& name, const Place& place);
+    Json FilledMembers(const Json& value, const Place& place);
+    Json FilledText(const std::string& text, const Place& place);
+    void NoteCopy(const std::string& name, const Place& place) const;
+    Json ChangedCopy(const Json& like, const Place& place);
+    std::vector<std::string> Names() const;
 
     std::map<std::string, Json> mKnown;
     Json mWaiting;  // not resolved yet
     std::set<std::string> mResolving;
-    std::string mPlace;
+    Place mPlace;
 };
 
 }  // namespace simhost

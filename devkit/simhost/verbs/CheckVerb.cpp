@@ -10,81 +10,77 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-Json ReadGroups(const Json& array, const std::string& place);
+Json ReadGroups(ObjectReader& reader, const char* key);
 
-Json ReadMenuItem(const Json& value, const std::string& place) {
-    ObjectReader reader(value, place, keys::kMenuItem);
-    Json item = {{"text", reader.NeedText("text")},
-                 {"options", reader.Number("options", kMenuItemWantsUpdateOption)},
-                 {"enabled", reader.Flag("enabled", true)},
-                 {"checked", reader.Flag("checked", false)},
-                 {"key", reader.Text("key", "")},
-                 {"owner", reader.Text("owner", "")},
-                 {"groups", ReadGroups(reader.Array("groups"), reader.PlaceOf("groups"))}};
-    reader.Finish();
-    return item;
+// "host", one of the other plug-ins, or nothing: the plug-in itself.
+std::string ReadOwner(ObjectReader& reader) {
+    const std::string owner = reader.Text("owner", "");
+    const auto& plugins = reader.OwnPlace().Context().known.otherPlugins;
+    std::vector<std::string> known(plugins.begin(), plugins.end());
+    known.insert(known.end(), {"", "host"});
+    CheckKnown(owner, "plug-in", known, reader.PlaceOf("owner"));
+    return owner;
 }
 
-Json ReadGroups(const Json& array, const std::string& place) {
+Json ReadMenuItem(ObjectReader& reader) {
+    return {{"text", reader.NeedText("text")},         {"options", reader.Int32("options", kMenuItemWantsUpdateOption)},
+            {"enabled", reader.Flag("enabled", true)}, {"checked", reader.Flag("checked", false)},
+            {"key", reader.Text("key", "")},           {"owner", ReadOwner(reader)},
+            {"groups", ReadGroups(reader, "groups")}};
+}
+
+Json ReadGroups(ObjectReader& reader, const char* key) {
     Json groups = Json::array();
-    for (const Json& value : array) {
-        ObjectReader reader(value, place, keys::kMenuGroup);
+    reader.ForEach(key, keys::kMenuGroup, [&](ObjectReader& group) {
         Json items = Json::array();
-        for (const Json& item : reader.Array("items")) {
-            items.push_back(ReadMenuItem(item, reader.PlaceOf("items")));
-        }
-        groups.push_back({{"group", reader.NeedText("group")}, {"items", std::move(items)}});
-        reader.Finish();
-    }
+        group.ForEach("items", keys::kMenuItem, [&](ObjectReader& item) { items.push_back(ReadMenuItem(item)); });
+        groups.push_back({{"group", group.NeedText("group")}, {"items", std::move(items)}});
+    });
     return groups;
 }
 
-Json ReadTimers(const Json& array, const std::string& place) {
+Json ReadTimers(ObjectReader& reader, const char* key) {
     Json timers = Json::array();
-    for (const Json& value : array) {
-        ObjectReader reader(value, place, keys::kTimer);
-        timers.push_back({{"name", reader.NeedText("name")},
-                          {"period", reader.NeedNumber("period")},
-                          {"active", reader.Flag("active", true)}});
-        reader.Finish();
-    }
+    reader.ForEach(key, keys::kTimer, [&](ObjectReader& timer) {
+        timers.push_back({{"name", timer.NeedText("name")},
+                          {"period", timer.NeedInt32("period")},
+                          {"active", timer.Flag("active", true)}});
+    });
     return timers;
 }
 
-Json ReadFileFormats(const Json& array, const std::string& place) {
+Json ReadFileFormats(ObjectReader& reader, const char* key) {
     Json formats = Json::array();
-    for (const Json& value : array) {
-        ObjectReader reader(value, place, keys::kFileFormat);
-        formats.push_back({{"name", reader.NeedText("name")},
-                           {"types", TextsOf(reader.Array("types"), reader.PlaceOf("types"))},
-                           {"title", reader.NeedText("title")},
-                           {"title_order", reader.NeedNumber("title_order")},
-                           {"extensions", reader.NeedText("extensions")},
-                           {"options", reader.NeedNumber("options")},
-                           {"extended_options", reader.NeedNumber("extended_options")},
-                           {"priority", reader.NeedNumber("priority")}});
-        reader.Finish();
-    }
+    reader.ForEach(key, keys::kFileFormat, [&](ObjectReader& format) {
+        const Json* const types = format.Need("types");
+        formats.push_back(
+            {{"name", format.NeedText("name")},
+             {"types", types == nullptr ? std::vector<std::string>() : TextsOf(*types, format.PlaceOf("types"))},
+             {"title", format.NeedText("title")},
+             {"title_order", format.NeedInt32("title_order")},
+             {"extensions", format.NeedText("extensions")},
+             {"options", format.NeedInt32("options")},
+             {"extended_options", format.NeedInt32("extended_options")},
+             {"priority", format.NeedInt32("priority")}});
+    });
     return formats;
 }
 
-Json ReadSentMessages(const Json& array, const std::string& place) {
+Json ReadSentMessages(ObjectReader& reader, const char* key) {
     Json messages = Json::array();
-    for (const Json& value : array) {
-        ObjectReader reader(value, place, keys::kSentMessage);
-        messages.push_back({{"to", reader.NeedText("to")},
-                            {"caller", reader.NeedText("caller")},
-                            {"selector", reader.NeedText("selector")},
-                            {"item", reader.Text("item", "")},
-                            {"set_up", reader.Flag("set_up", true)}});
-        reader.Finish();
-    }
+    reader.ForEach(key, keys::kSentMessage, [&](ObjectReader& message) {
+        messages.push_back({{"to", message.NeedText("to")},
+                            {"caller", message.NeedText("caller")},
+                            {"selector", message.NeedText("selector")},
+                            {"item", message.Text("item", "")},
+                            {"set_up", message.Flag("set_up", true)}});
+    });
     return messages;
 }
 
 struct KindRow {
     const char* key;
-    Json (*read)(const Json& array, const std::string& place);
+    Json (*read)(ObjectReader& reader, const char* key);
 };
 
 constexpr KindRow kKinds[] = {
@@ -100,11 +96,11 @@ CheckState ReadCheckState(ObjectReader& reader) {
     CheckState check{Json::object()};
     for (const KindRow& kind : kKinds) {
         if (reader.Find(kind.key) != nullptr) {
-            check.state[kind.key] = kind.read(reader.Array(kind.key), reader.PlaceOf(kind.key));
+            check.state[kind.key] = kind.read(reader, kind.key);
         }
     }
     if (check.state.empty()) {
-        throw ScenarioError(reader.Place(), "says nothing that could be checked");
+        reader.OwnPlace().Complain("says nothing that could be checked");
     }
     return check;
 }

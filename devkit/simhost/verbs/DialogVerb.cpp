@@ -4,40 +4,12 @@
 
 namespace simhost {
 
-namespace {
-
-DialogKind ReadDialogKind(const std::string& name, const std::string& place) {
-    if (name == "standard") {
-        return DialogKind::kStandard;
-    }
-    if (name == "standard by name") {
-        return DialogKind::kStandardByName;
-    }
-    if (name == "other") {
-        return DialogKind::kOtherClass;
-    }
-    throw ScenarioError(place, "must be \"standard\", \"standard by name\" or \"other\"");
-}
-
-DialogEnd ReadDialogEnd(const std::string& name, const std::string& place) {
-    if (name == "untouched") {
-        return DialogEnd::kUntouched;
-    }
-    if (name == "clicked OK") {
-        return DialogEnd::kClickedOk;
-    }
-    if (name == "pressed Enter") {
-        return DialogEnd::kPressedEnter;
-    }
-    throw ScenarioError(place, "must be \"untouched\", \"clicked OK\" or \"pressed Enter\"");
-}
-
-}  // namespace
-
 ShowDialog ReadShowDialog(ObjectReader& reader) {
-    return {{reader.NeedText("title"), ReadDialogKind(reader.Text("class", "standard"), reader.PlaceOf("class")),
+    constexpr DialogKind kKinds[] = {DialogKind::kStandard, DialogKind::kStandardByName, DialogKind::kOtherClass};
+    constexpr DialogEnd kEnds[] = {DialogEnd::kUntouched, DialogEnd::kClickedOk, DialogEnd::kPressedEnter};
+    return {{reader.NeedText("title"), kKinds[reader.Choice("class", {"standard", "standard by name", "other"}, 0)],
              reader.Flag("ok_button", true), reader.Text("created_before", "")},
-            ReadDialogEnd(reader.NeedText("expect"), reader.PlaceOf("expect"))};
+            kEnds[reader.NeedChoice("expect", {"untouched", "clicked OK", "pressed Enter"})]};
 }
 
 void Perform(const ShowDialog& action, Performance& performance) {

@@ -19,10 +19,10 @@ DocumentChange ReadChange(ObjectReader& reader) {
         change.modified = FlagOf(*modified, reader.PlaceOf("modified"));
     }
     if (reader.Find("frames") != nullptr) {
-        change.frames = ReadFrames(reader.Array("frames"), reader.PlaceOf("frames"));
+        change.frames = ReadFrames(reader);
     }
-    if (reader.Find("placed") != nullptr) {
-        change.placed = TextsOf(reader.Array("placed"), reader.PlaceOf("placed"));
+    if (const Json* const placed = reader.Find("placed")) {
+        change.placed = TextsOf(*placed, reader.PlaceOf("placed"));
     }
     return change;
 }
@@ -44,15 +44,18 @@ void WriteSavedFile(const std::string& path, const RunFolder& folder) {
 
 }  // namespace
 
-std::vector<TextFrame> ReadFrames(const Json& array, const std::string& place) {
+std::vector<TextFrame> ReadFrames(ObjectReader& reader) {
+    const Json& array = reader.Array("frames");
     std::vector<TextFrame> frames;
-    for (const Json& runs : array) {
-        if (!runs.is_array()) {
-            throw ScenarioError(place, "a frame is an array of PostScript names, one per run");
+    for (std::size_t i = 0; i < array.size(); ++i) {
+        const Place place = reader.PlaceOf("frames").Element(i);
+        if (!array[i].is_array()) {
+            place.Complain("a frame is an array of PostScript names, one per run");
+            continue;
         }
         TextFrame frame;
-        for (const Json& font : runs) {
-            frame.runs.push_back({TextOf(font, place)});
+        for (const std::string& font : TextsOf(array[i], place)) {
+            frame.runs.push_back({font});
         }
         frames.push_back(std::move(frame));
     }
@@ -65,7 +68,7 @@ void Perform(const OpenDocument& action, Performance& performance) {
 }
 
 EditDocument ReadEditDocument(ObjectReader& reader, const std::string& notification) {
-    return {reader.NeedText("document"), ReadChange(reader), notification};
+    return {reader.NeedDocument("document"), ReadChange(reader), notification};
 }
 
 void Perform(const EditDocument& action, Performance& performance) {
@@ -76,11 +79,11 @@ void Perform(const EditDocument& action, Performance& performance) {
 }
 
 SaveDocument ReadSave(ObjectReader& reader) {
-    return {reader.NeedText("document"), {}, reader.Flag("file_written", true), "AI Command Notifier: After Save"};
+    return {reader.NeedDocument("document"), {}, reader.Flag("file_written", true), "AI Command Notifier: After Save"};
 }
 
 SaveDocument ReadSaveAs(ObjectReader& reader) {
-    return {reader.NeedText("document"), ReadChange(reader), reader.Flag("file_written", true),
+    return {reader.NeedDocument("document"), ReadChange(reader), reader.Flag("file_written", true),
             "AI Command Notifier: After Save As"};
 }
 
@@ -96,7 +99,7 @@ void Perform(const SaveDocument& action, Performance& performance) {
 }
 
 CloseDocument ReadCloseDocument(ObjectReader& reader) {
-    return {reader.NeedText("document"), reader.Flag("document_gone", true)};
+    return {reader.NeedDocument("document"), reader.Flag("document_gone", true)};
 }
 
 void Perform(const CloseDocument& action, Performance& performance) {

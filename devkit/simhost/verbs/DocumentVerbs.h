@@ -19,7 +19,8 @@ struct DocumentChange {
     std::optional<std::vector<std::string>> placed;
 };
 
-std::vector<TextFrame> ReadFrames(const ObjectReader::Json& array, const std::string& place);
+// The member "frames" of what is being read; none when there is no such member.
+std::vector<TextFrame> ReadFrames(ObjectReader& reader);
 
 // The document becomes open and current.
 struct OpenDocument {

@@ -19,8 +19,8 @@ bool IsUntouched(const ai::FilePathData& path, const void* handle, const std::u1
 }  // namespace
 
 CheckFile ReadCheckFile(ObjectReader& reader) {
-    const auto& path = reader.Need("path");
-    return {path.is_null() ? std::nullopt : std::optional(TextOf(path, reader.PlaceOf("path")))};
+    const auto* const path = reader.Need("path");
+    return {path == nullptr || path->is_null() ? std::nullopt : std::optional(TextOf(*path, reader.PlaceOf("path")))};
 }
 
 void Perform(const CheckFile& action, Performance& performance) {

@@ -4,7 +4,7 @@
 
 namespace simhost {
 
-WriteFiles ReadWriteFiles(ObjectReader& reader) { return {ReadFiles(reader.Array("files"), reader.PlaceOf("files"))}; }
+WriteFiles ReadWriteFiles(ObjectReader& reader) { return {ReadFiles(reader)}; }
 
 void Perform(const WriteFiles& action, Performance& performance) {
     for (const FileToMake& file : action.files) {
@@ -15,6 +15,12 @@ void Perform(const WriteFiles& action, Performance& performance) {
 MoveWithin ReadMoveWithin(ObjectReader& reader) { return {{reader.NeedText("from"), reader.NeedText("to")}}; }
 
 void Perform(const MoveWithin& action, Performance& performance) { performance.folder.Move(action.move); }
+
+// The answers themselves were checked when the defaults were written.
+ReplaceAnswers ReadReplaceAnswers(ObjectReader& reader) {
+    reader.Need("set");
+    return {reader.Object("set")};
+}
 
 void Perform(const ReplaceAnswers& action, Performance& performance) {
     performance.folder.WriteAnswers(action.answers);

@@ -27,6 +27,7 @@ void Perform(const MoveWithin& action, Performance& performance);
 struct ReplaceAnswers {
     nlohmann::ordered_json answers;
 };
+ReplaceAnswers ReadReplaceAnswers(ObjectReader& reader);
 void Perform(const ReplaceAnswers& action, Performance& performance);
 
 }  // namespace simhost

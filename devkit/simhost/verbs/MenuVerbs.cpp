@@ -19,9 +19,14 @@ std::string ReasonNotToSend(const MenuItem& item, bool update) {
 }  // namespace
 
 ChooseItem ReadChooseItem(ObjectReader& reader, bool update) {
-    const auto& item = reader.Need("item");
-    return {update, item.is_null() ? std::nullopt : std::optional(TextOf(item, reader.PlaceOf("item"))),
-            reader.Number("nth", 1)};
+    const auto* const item = reader.Need("item");
+    const bool named = item != nullptr && !item->is_null();
+    const auto& known = reader.OwnPlace().Context().known.menuItems;
+    if (named && known && item->is_string()) {
+        CheckKnown(item->get<std::string>(), "menu item", {known->begin(), known->end()}, reader.PlaceOf("item"));
+    }
+    return {update, named ? std::optional(TextOf(*item, reader.PlaceOf("item"))) : std::nullopt,
+            reader.Number("nth", 1, ranges::kNth)};
 }
 
 void Perform(const ChooseItem& action, Performance& performance) {

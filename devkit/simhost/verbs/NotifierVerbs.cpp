@@ -18,7 +18,10 @@ void* HandleToTell(const std::string& name) {
 
 }  // namespace
 
-Notify ReadNotify(ObjectReader& reader) { return {reader.NeedText("type"), reader.Text("document", "")}; }
+Notify ReadNotify(ObjectReader& reader) {
+    const bool aboutNone = reader.Text("document", "").empty();
+    return {reader.NeedText("type"), aboutNone ? "" : reader.NeedDocument("document")};
+}
 
 void Perform(const Notify& action, Performance& performance) {
     void* const data = HandleToTell(action.document);

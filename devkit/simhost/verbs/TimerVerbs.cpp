@@ -25,8 +25,8 @@ std::map<std::int32_t, std::int64_t> SendTicks(MessageDriver& driver, std::int64
 }  // namespace
 
 Tick ReadTick(ObjectReader& reader) {
-    const std::int64_t times = reader.Number("times", 1);
-    return {times, reader.Number("sent", times)};
+    const std::int64_t times = reader.Number("times", 1, ranges::kCount);
+    return {times, reader.Number("sent", times, ranges::kCount)};
 }
 
 void Perform(const Tick& action, Performance& performance) {

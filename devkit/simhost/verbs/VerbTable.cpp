@@ -44,11 +44,11 @@ constexpr Verb kVerbs[] = {
 
     Row<OpenDocument>("open", "document",
                       [](Reader& r) -> Action {
-                          return OpenDocument{r.NeedText("document"), "AI Document Opened Notifier"};
+                          return OpenDocument{r.NeedDocument("document"), "AI Document Opened Notifier"};
                       }),
     Row<OpenDocument>("new", "document",
                       [](Reader& r) -> Action {
-                          return OpenDocument{r.NeedText("document"), "AI Document New Notifier"};
+                          return OpenDocument{r.NeedDocument("document"), "AI Document New Notifier"};
                       }),
     Row<EditDocument>("change", "document path modified frames placed",
                       [](Reader& r) -> Action { return ReadEditDocument(r, "AI Document Changed Notifier"); }),
@@ -57,17 +57,19 @@ constexpr Verb kVerbs[] = {
                       [](Reader& r) -> Action { return ReadSaveAs(r); }),
     Row<Notify>("about_to_close", "document",
                 [](Reader& r) -> Action {
-                    return Notify{"AI Document About To Close Notifier", r.NeedText("document")};
+                    return Notify{"AI Document About To Close Notifier", r.NeedDocument("document")};
                 }),
     Row<CloseDocument>("close", "document document_gone", [](Reader& r) -> Action { return ReadCloseDocument(r); }),
     SilentRow<EditDocument>("edit", "document path modified frames placed",
                             [](Reader& r) -> Action { return ReadEditDocument(r, ""); }),
-    SilentRow<SwitchTo>("switch_to", "document", [](Reader& r) -> Action { return SwitchTo{r.NeedText("document")}; }),
+    SilentRow<SwitchTo>("switch_to", "document",
+                        [](Reader& r) -> Action { return SwitchTo{r.NeedDocument("document")}; }),
 
     Row<ChooseItem>("menu_update", "item nth", [](Reader& r) -> Action { return ReadChooseItem(r, true); }),
     Row<ChooseItem>("menu_go", "item nth", [](Reader& r) -> Action { return ReadChooseItem(r, false); }),
     Row<Tick>("tick", "times sent", [](Reader& r) -> Action { return ReadTick(r); }),
-    SilentRow<Wait>("wait", "seconds", [](Reader& r) -> Action { return Wait{r.NeedNumber("seconds")}; }),
+    SilentRow<Wait>("wait", "seconds",
+                    [](Reader& r) -> Action { return Wait{r.NeedNumber("seconds", ranges::kSeconds)}; }),
     Row<CheckFile>("check_file", "path", [](Reader& r) -> Action { return ReadCheckFile(r); }),
 
     {"panel_request", "", [](Reader&) -> Action { return RequestPort{}; }, &PerformAs<RequestPort>, true, false},
@@ -75,7 +77,7 @@ constexpr Verb kVerbs[] = {
 
     SilentRow<WriteFiles>("write", "files", [](Reader& r) -> Action { return ReadWriteFiles(r); }),
     SilentRow<MoveWithin>("move", "from to", [](Reader& r) -> Action { return ReadMoveWithin(r); }),
-    SilentRow<ReplaceAnswers>("answers", "set", [](Reader& r) -> Action { return ReplaceAnswers{r.Need("set")}; }),
+    SilentRow<ReplaceAnswers>("answers", "set", [](Reader& r) -> Action { return ReadReplaceAnswers(r); }),
 
     SilentRow<CheckState>("check", "menu timers file_formats messages",
                           [](Reader& r) -> Action { return ReadCheckState(r); }),
@@ -88,13 +90,18 @@ constexpr Verb kVerbs[] = {
 
 std::span<const Verb> AllVerbs() { return kVerbs; }
 
-const Verb& FindVerb(const std::string& name, const std::string& place) {
+const Verb* FindVerb(std::string_view name) {
     const auto* const row =
         std::find_if(std::begin(kVerbs), std::end(kVerbs), [&](const Verb& verb) { return verb.name == name; });
-    if (row == std::end(kVerbs)) {
-        throw ScenarioError(place, "nobody knows how to do \"" + name + "\"");
+    return row == std::end(kVerbs) ? nullptr : row;
+}
+
+std::vector<std::string> VerbNames() {
+    std::vector<std::string> names;
+    for (const Verb& verb : kVerbs) {
+        names.emplace_back(verb.name);
     }
-    return *row;
+    return names;
 }
 
 std::string KeysOf(const Verb& verb, bool nested) {

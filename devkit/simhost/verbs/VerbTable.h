@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "simhost/scenario/ObjectReader.h"
 #include "simhost/scenario/Step.h"
@@ -13,7 +14,7 @@ namespace simhost {
 struct Verb {
     std::string_view name;  // the value of "do"
     std::string_view keys;  // what only this verb has, separated by blanks
-    // Asks for each of the keys. Throws ScenarioError.
+    // Asks for each of the keys.
     Action (*read)(ObjectReader& reader);
     // Sends to the plug-in what the step says, and notes the answer. Throws HostLost.
     void (*perform)(const Action& action, Performance& performance);
@@ -23,8 +24,9 @@ struct Verb {
 
 std::span<const Verb> AllVerbs();
 
-// Throws ScenarioError when nobody knows the verb.
-const Verb& FindVerb(const std::string& name, const std::string& place);
+// Null when there is no such verb.
+const Verb* FindVerb(std::string_view name);
+std::vector<std::string> VerbNames();
 
 // All keys that a step of the verb can have, separated by blanks.
 std::string KeysOf(const Verb& verb, bool nested);

@@ -1,7 +1,9 @@
 #include "doubles/host/suites/SuiteCall.h"
 
 #include <cstdio>
+#include <cstdlib>
 
+#include "doubles/host/OperationList.h"
 #include "doubles/host/PluginReference.h"
 
 namespace simhost {
@@ -16,8 +18,17 @@ std::string Shown(const void* address) {
 }
 
 SuiteCall::SuiteCall(const char* suite, const char* operation, Unrecorded) : mName(NameOf(suite, operation)) {
+    CheckListed();
     CheckHeld(suite);
     mFate = Host().operations.Begin(suite, operation);
+}
+
+// A mistake in this double, not in the plug-in: the whole test ends.
+void SuiteCall::CheckListed() const {
+    if (!IsHostOperation(mName)) {
+        std::fprintf(stderr, "double of the host: %s is not in OperationList.cpp\n", mName.c_str());
+        std::abort();
+    }
 }
 
 void SuiteCall::CheckHeld(const char* suite) const {

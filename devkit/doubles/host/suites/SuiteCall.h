@@ -38,6 +38,7 @@ class SuiteCall {
     template <class... Arguments>
     SuiteCall(const char* suite, const char* operation, const Arguments&... arguments)
         : mName(NameOf(suite, operation)) {
+        CheckListed();
         CheckHeld(suite);
         std::string list;
         (AppendArgument(list, Shown(arguments)), ...);
@@ -81,6 +82,7 @@ class SuiteCall {
     static void AppendArgument(std::string& list, const std::string& argument) {
         list += (list.empty() ? "" : ", ") + argument;
     }
+    void CheckListed() const;
     void CheckHeld(const char* suite) const;
     std::int32_t StaleHandle(bool wasGiven, const void* handle, const char* kind) const;
 
