@@ -1,8 +1,10 @@
 #include "doubles/common/AnswerScript.h"
 
 #include <algorithm>
+#include <charconv>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
+#include <system_error>
 
 namespace doubles {
 
@@ -20,6 +22,21 @@ Throw ThrowNamed(const std::string& name) {
     throw std::runtime_error("\"throw\" must be \"foreign\" or \"cpp\", not \"" + name + "\"");
 }
 
+// Texts that JSON cannot hold, because they are no UTF-8, are written in hexadecimal digits.
+std::string BytesOf(const std::string& digits) {
+    std::string bytes;
+    for (std::size_t i = 0; i < digits.size(); i += 2) {
+        unsigned byte = 0;
+        const char* const begin = digits.data() + i;
+        const char* const end = begin + std::min<std::size_t>(2, digits.size() - i);
+        if (const auto [at, error] = std::from_chars(begin, end, byte, 16); error != std::errc() || at != begin + 2) {
+            throw std::runtime_error("\"text_hex\" must be pairs of hexadecimal digits");
+        }
+        bytes += static_cast<char>(byte);
+    }
+    return bytes;
+}
+
 void ReadKey(Answer& answer, const std::string& key, const Json& value) {
     if (key == "result") {
         answer.result = value.get<std::int32_t>();
@@ -27,6 +44,8 @@ void ReadKey(Answer& answer, const std::string& key, const Json& value) {
         answer.throws = ThrowNamed(value.get<std::string>());
     } else if (key == "text") {
         answer.text = value.get<std::string>();
+    } else if (key == "text_hex") {
+        answer.text = BytesOf(value.get<std::string>());
     } else if (key == "enabled") {
         answer.enabled = value.get<std::uint8_t>();
     } else if (key == "port") {

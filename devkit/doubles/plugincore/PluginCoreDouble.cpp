@@ -1,8 +1,10 @@
 #include "doubles/plugincore/PluginCoreDouble.h"
 
 PluginCoreDouble::PluginCoreDouble()
-    : LibraryDouble(
-          {"PluginCore", L"QUORVEL_PLUGINCORE_SCRIPT", L"QUORVEL_PLUGINCORE_RECORD", {"text", "enabled", "port"}}) {}
+    : LibraryDouble({"PluginCore",
+                     L"QUORVEL_PLUGINCORE_SCRIPT",
+                     L"QUORVEL_PLUGINCORE_RECORD",
+                     {"text", "text_hex", "enabled", "port"}}) {}
 
 PluginCoreDouble& ThePluginCore() {
     static PluginCoreDouble sPluginCore;

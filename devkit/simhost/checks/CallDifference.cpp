@@ -11,11 +11,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-PluginCoreCall ExpectedCall(const Json& expected) {
-    const Json full = FullCall(expected);
-    return {full.begin().key(), full.begin().value()};
-}
-
 // The digits beside a text need not be expected: a text that holds no invalid bytes says the same.
 bool SameArguments(const Json& expected, const Json& actual) {
     for (const auto& [name, value] : actual.items()) {
@@ -28,15 +23,20 @@ bool SameArguments(const Json& expected, const Json& actual) {
                        [&](const auto& item) { return actual.contains(item.key()); });
 }
 
-bool IsCall(const PluginCoreCall& expectedCall, const PluginCoreCall& call) {
-    return expectedCall.entry == call.entry && SameArguments(expectedCall.arguments, call.arguments);
-}
-
 std::string OneLine(const PluginCoreCall& call) {
     return call.entry + " " + call.arguments.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 }  // namespace
+
+PluginCoreCall ExpectedCall(const Json& expected) {
+    const Json full = FullCall(expected);
+    return {full.begin().key(), full.begin().value()};
+}
+
+bool IsCall(const PluginCoreCall& expected, const PluginCoreCall& call) {
+    return expected.entry == call.entry && SameArguments(expected.arguments, call.arguments);
+}
 
 std::string DifferenceOf(const Json& expected, const std::vector<PluginCoreCall>& calls) {
     const std::size_t count = std::max(expected.size(), calls.size());

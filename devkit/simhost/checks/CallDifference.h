@@ -10,6 +10,12 @@
 
 namespace simhost {
 
+// An element of a step's "calls", with all its arguments.
+PluginCoreCall ExpectedCall(const nlohmann::ordered_json& expected);
+
+// Whether it is the expected call: same function, same arguments, same bytes.
+bool IsCall(const PluginCoreCall& expected, const PluginCoreCall& call);
+
 // In words what differs; empty when the calls are exactly the expected ones. `expected` is the array of a step.
 std::string DifferenceOf(const nlohmann::ordered_json& expected, const std::vector<PluginCoreCall>& calls);
 

@@ -1,19 +1,37 @@
 #include "simhost/checks/MessagingChecks.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "doubles/common/Text.h"
 #include "doubles/host/Host.h"
+#include "simhost/checks/CallAlignment.h"
 #include "simhost/checks/CallDifference.h"
 #include "simhost/checks/ImportWatch.h"
-#include "simhost/report/CallLines.h"
 
 namespace simhost {
 
 namespace {
 
-constexpr int kIndent = 6;
+using Json = nlohmann::ordered_json;
+
+// As a scenario writes it.
+Json AsJson(const PanelEvent& event) {
+    Json json = {{"scope", event.scope}};
+    const auto add = [&json](const char* key, const std::optional<std::string>& text) {
+        if (text) {
+            json[key] = *text;
+        }
+    };
+    add("type", event.type);
+    add("application", event.application);
+    add("extension", event.extension);
+    add("data", event.data);
+    return json;
+}
 
 // As a scenario names them: relative to the folder of the run.
 std::vector<std::string> TakeLoads(const RunFolder& folder) {
@@ -43,6 +61,7 @@ void MessagingChecks::Check(const Step& step) {
 
 void MessagingChecks::CheckLoads(const Step& step) {
     const std::vector<std::string> loads = TakeLoads(mFolder);
+    mReport.Observed("loads", loads);
     if (step.expect.loads && *step.expect.loads != loads) {
         Host().rules.Broken(Rule::kMessagingLibrary, step.place + ": the plug-in loaded " + Listed(loads) +
                                                          ", expected " + Listed(*step.expect.loads));
@@ -51,19 +70,22 @@ void MessagingChecks::CheckLoads(const Step& step) {
 
 void MessagingChecks::CheckCalls(const Step& step) {
     const std::vector<PluginCoreCall> calls = mCalls.TakeNew();
-    for (const PluginCoreCall& call : calls) {
-        for (const std::string& line : LinesOf(call)) {
-            mTranscript.Line(kIndent, line);
-        }
-    }
+    mReport.Calls(Library::kMessaging, calls);
     const std::string difference = step.expect.busCalls ? DifferenceOf(*step.expect.busCalls, calls) : "";
     if (!difference.empty() && !step.expect.anything) {
-        Host().rules.Broken(Rule::kBusCalls, step.place + ": " + difference);
+        const std::string text = step.place + ": " + difference;
+        mReport.Explain(text, LinesOfCallDifference(*step.expect.busCalls, calls));
+        Host().rules.Broken(Rule::kBusCalls, text);
     }
 }
 
 void MessagingChecks::CheckPanelEvents(const Step& step) {
     const std::vector<PanelEvent> events = mPanel.TakeEvents();
+    Json observed = Json::array();
+    for (const PanelEvent& event : events) {
+        observed.push_back(AsJson(event));
+    }
+    mReport.Observed("panel_events", std::move(observed));
     for (std::size_t i = 0; i < std::max(events.size(), step.expect.panelEvents.size()); ++i) {
         const std::string number = step.place + ": event " + std::to_string(i + 1) + ": ";
         if (i >= events.size()) {
@@ -71,7 +93,7 @@ void MessagingChecks::CheckPanelEvents(const Step& step) {
                                 number + "expected " + Describe(step.expect.panelEvents[i]) + ", but nothing came");
             continue;
         }
-        mTranscript.Line(kIndent, "the panel is told: " + events[i].data.value_or("nothing"));
+        mReport.Line("the panel is told: " + events[i].data.value_or("nothing"));
         if (step.expect.anything) {
             continue;
         }

@@ -4,7 +4,7 @@
 
 #include "simhost/checks/PluginCoreCalls.h"
 #include "simhost/launch/RunFolder.h"
-#include "simhost/report/Transcript.h"
+#include "simhost/report/RunReport.h"
 #include "simhost/run/Panel.h"
 #include "simhost/scenario/Scenario.h"
 
@@ -12,11 +12,13 @@ namespace simhost {
 
 class MessagingChecks {
   public:
-    MessagingChecks(const RunFolder& folder, Transcript& transcript, Panel& panel)
-        : mFolder(folder), mTranscript(transcript), mPanel(panel), mCalls(folder.BusCalls()) {}
+    MessagingChecks(const RunFolder& folder, RunReport& report, Panel& panel)
+        : mFolder(folder), mReport(report), mPanel(panel), mCalls(folder.BusCalls()) {}
 
     // After a step's message. Broken rules go into the host's book.
     void Check(const Step& step);
+    // Tells what has come so far when the step cannot go on.
+    void TellRest() { mReport.Calls(Library::kMessaging, mCalls.TakeNew()); }
 
   private:
     void CheckLoads(const Step& step);
@@ -24,7 +26,7 @@ class MessagingChecks {
     void CheckPanelEvents(const Step& step);
 
     const RunFolder& mFolder;
-    Transcript& mTranscript;
+    RunReport& mReport;
     Panel& mPanel;
     CallLog mCalls;
 };

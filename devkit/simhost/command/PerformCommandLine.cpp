@@ -10,8 +10,10 @@ namespace simhost {
 namespace {
 
 struct Texts {
-    std::string scenario, caseName, workFolder, pluginName, record;
-    bool quiet = false;
+    std::string scenario, caseName, workFolder, pluginName, record, events;
+    Verbosity verbosity = Verbosity::kFull;
+    ColourChoice colour = ColourChoice::kAuto;
+    Variation variation;
 };
 
 }  // namespace
@@ -25,11 +27,20 @@ void AddPerform(CLI::App& app, ChosenCommand& chosen) {
     perform->add_option("--work-folder", texts->workFolder)->required();
     perform->add_option("--plugin-name", texts->pluginName)->required();
     perform->add_option("--record", texts->record)->required();
-    perform->add_flag("--quiet", texts->quiet);
+    perform->add_option("--events", texts->events);
+    perform->add_option("--verbosity", texts->verbosity);
+    perform->add_option("--colour", texts->colour);
+    perform->add_option("--until", texts->variation.until);
+    perform->add_option("--seed", texts->variation.seed);
     perform->callback([texts, &chosen] {
         chosen = [texts] {
-            return Perform({Wide(texts->scenario), texts->caseName, Wide(texts->workFolder), Wide(texts->pluginName),
-                            Wide(texts->record), texts->quiet});
+            return Perform({Wide(texts->scenario),
+                            texts->caseName,
+                            Wide(texts->workFolder),
+                            Wide(texts->pluginName),
+                            Wide(texts->record),
+                            {texts->verbosity, texts->colour, Wide(texts->events)},
+                            texts->variation});
         };
     });
 }

@@ -1,4 +1,5 @@
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -12,9 +13,10 @@ namespace {
 
 struct Texts {
     std::vector<std::string> scenarios, cases;
-    std::string plugin, workFolder, record;
-    std::optional<std::int64_t> timeLimit;
+    std::string plugin, workFolder, record, jsonLines, junit, colour = "auto";
     bool quiet = false;
+    bool brief = false;
+    PlayOptions options;
 };
 
 std::vector<std::filesystem::path> Paths(const std::vector<std::string>& texts) {
@@ -25,27 +27,61 @@ std::vector<std::filesystem::path> Paths(const std::vector<std::string>& texts) 
     return paths;
 }
 
+PlayOptions OptionsOf(const Texts& texts) {
+    PlayOptions options = texts.options;
+    options.scenarios = Paths(texts.scenarios);
+    options.cases = texts.cases;
+    options.plugin = Wide(texts.plugin);
+    options.workFolder = Wide(texts.workFolder);
+    options.record = Wide(texts.record);
+    options.jsonLines = Wide(texts.jsonLines);
+    options.junit = Wide(texts.junit);
+    options.tell.verbosity = texts.quiet ? Verbosity::kQuiet : texts.brief ? Verbosity::kBrief : Verbosity::kFull;
+    options.tell.colour = texts.colour == "auto"     ? ColourChoice::kAuto
+                          : texts.colour == "always" ? ColourChoice::kAlways
+                                                     : ColourChoice::kNever;
+    return options;
+}
+
+void AddWhatIsPlayed(CLI::App& play, Texts& texts) {
+    play.add_option("scenario", texts.scenarios, "Scenarios: files, folders of files, and patterns as in menu-*");
+    play.add_option("--case", texts.cases, "The cases to play, by name or pattern; else all")->allow_extra_args(false);
+    play.add_flag("--only-failed", texts.options.onlyFailed, "Of those, or of all, what failed the last time");
+    play.add_option("--plugin", texts.plugin,
+                    "The plug-in's file; else the one that the scenario names, beside this program");
+    play.add_option("--until", texts.options.variation.until,
+                    "The last step to play: its number, or what it says. What is left over is not checked then");
+    play.add_option("--seed", texts.options.variation.seed,
+                    "Let the PluginCore give random answers that it should never give, the same for the same number");
+    play.add_option("--work-folder", texts.workFolder,
+                    "The folder to play in: emptied first, kept afterwards; else one of its own, removed afterwards");
+    play.add_option("--time-limit", texts.options.timeLimitSeconds,
+                    "End each run after so many seconds; else after 60");
+}
+
+void AddWhatIsTold(CLI::App& play, Texts& texts) {
+    play.add_option("--record", texts.record, "Where to write the result as JSON");
+    play.add_option("--json-lines", texts.jsonLines,
+                    "Where to append all that happens, one JSON object a line; - for standard output");
+    play.add_option("--junit", texts.junit, "Where to write the results as JUnit XML");
+    CLI::Option* const brief = play.add_flag("--brief", texts.brief, "Print a line for each step, all of failed ones");
+    play.add_flag("--quiet", texts.quiet, "Print complaints only")->excludes(brief);
+    play.add_option("--color", texts.colour, "Colour: auto (on a terminal), always or never")
+        ->check(CLI::IsMember({"auto", "always", "never"}));
+}
+
 }  // namespace
 
 void AddPlay(CLI::App& app, ChosenCommand& chosen) {
     const auto texts = std::make_shared<Texts>();
     CLI::App* const play = app.add_subcommand("play", "Play scenarios to the plug-in and print what happens");
-    play->add_option("scenario", texts->scenarios, "Scenarios: files, folders of files, and patterns as in menu-*.json")
-        ->required();
-    play->add_option("--case", texts->cases, "The cases to play, by name or pattern; else all")
-        ->allow_extra_args(false);
-    play->add_option("--plugin", texts->plugin,
-                     "The plug-in's file; else the one that the scenario names, beside this program");
-    play->add_option("--work-folder", texts->workFolder,
-                     "The folder to play in: emptied first, kept afterwards; else one of its own, removed afterwards");
-    play->add_option("--record", texts->record, "Where to write the result as JSON");
-    play->add_option("--time-limit", texts->timeLimit, "End each run after so many seconds; else after 60");
-    play->add_flag("--quiet", texts->quiet, "Print complaints only");
+    AddWhatIsPlayed(*play, *texts);
+    AddWhatIsTold(*play, *texts);
     play->callback([texts, &chosen] {
-        chosen = [texts] {
-            return Play({Paths(texts->scenarios), texts->cases, Wide(texts->plugin), Wide(texts->workFolder),
-                         Wide(texts->record), texts->timeLimit, texts->quiet});
-        };
+        if (texts->scenarios.empty() && !texts->options.onlyFailed) {
+            throw CLI::RequiredError("scenario");
+        }
+        chosen = [texts] { return Play(OptionsOf(*texts)); };
     });
 }
 

@@ -51,7 +51,8 @@ void NameRecordsAndScripts(const RunFolder& folder) {
 }
 
 std::vector<std::wstring> ArgumentsOfHost(const std::filesystem::path& scenario, const std::string& caseName,
-                                          const RunFolder& folder, const std::filesystem::path& record, bool quiet) {
+                                          const RunFolder& folder, const std::filesystem::path& record,
+                                          const TellOptions& tell, const Variation& variation) {
     std::vector<std::wstring> arguments = {
         L"perform",       std::filesystem::absolute(scenario).wstring(), L"--work-folder", folder.Root().wstring(),
         L"--plugin-name", folder.Plugin().filename().wstring(),          L"--record",      record.wstring()};
@@ -59,8 +60,11 @@ std::vector<std::wstring> ArgumentsOfHost(const std::filesystem::path& scenario,
         arguments.emplace_back(L"--case");
         arguments.push_back(Wide(caseName));
     }
-    if (quiet) {
-        arguments.emplace_back(L"--quiet");
+    for (const std::string& argument : AsArguments(tell)) {
+        arguments.push_back(Wide(argument));
+    }
+    for (const std::string& argument : AsArguments(variation)) {
+        arguments.push_back(Wide(argument));
     }
     return arguments;
 }
@@ -98,7 +102,8 @@ std::filesystem::path KitFolder() {
 Verdict RunCase(const ScenarioFile& file, const std::string& caseName, const RunOptions& options) {
     const std::filesystem::path plugin = PluginFile(options.plugin, file.PluginOf(caseName));
     const RunFolder folder(options.workFolder, plugin);
-    const Scenario scenario = file.Read(caseName, folder.PlaceholdersForScenarios());
+    Scenario scenario = file.Read(caseName, folder.PlaceholdersForScenarios());
+    Vary(scenario, options.variation);
     const FolderForOneRun forOneRun(folder.Root(), options.keepFolder);
     folder.LayOut(scenario, plugin, KitFolder());
     const LaunchInfoFiles launchInfo(scenario.launchInfo);
@@ -108,7 +113,7 @@ Verdict RunCase(const ScenarioFile& file, const std::string& caseName, const Run
         options.record.empty() ? folder.Root() / L"result.json" : std::filesystem::absolute(options.record);
     std::filesystem::remove(record);
     NameRecordsAndScripts(folder);
-    RunHost(scenario, folder, ArgumentsOfHost(file.Path(), caseName, folder, record, options.quiet),
+    RunHost(scenario, folder, ArgumentsOfHost(file.Path(), caseName, folder, record, options.tell, options.variation),
             options.timeLimitSeconds.value_or(scenario.timeLimitSeconds.value_or(kUsualSeconds)), record);
     return ReadResult(record);
 }

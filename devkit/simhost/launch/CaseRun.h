@@ -7,7 +7,9 @@
 #include <string>
 
 #include "simhost/report/ResultRecord.h"
+#include "simhost/report/TellOptions.h"
 #include "simhost/scenario/ScenarioFile.h"
+#include "simhost/scenario/Variation.h"
 
 namespace simhost {
 
@@ -17,7 +19,8 @@ struct RunOptions {
     bool keepFolder = false;
     std::filesystem::path record;                    // empty: none is kept
     std::optional<std::int64_t> timeLimitSeconds{};  // nothing: the scenario's, else 60
-    bool quiet = false;
+    TellOptions tell{};
+    Variation variation{};
 };
 
 // Returns when the host's process has ended or was ended. Throws std::exception when the case cannot be played.

@@ -3,14 +3,20 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <exception>
 #include <fstream>
+#include <stdexcept>
 #include <vector>
 
 #include "doubles/common/Text.h"
 #include "simhost/launch/CaseRun.h"
+#include "simhost/launch/EventFile.h"
 #include "simhost/launch/Selection.h"
+#include "simhost/report/JUnit.h"
+#include "simhost/report/LastRun.h"
+#include "simhost/report/Summary.h"
 
 namespace simhost {
 
@@ -20,65 +26,121 @@ constexpr int kPassed = 0;
 constexpr int kFailed = 1;
 constexpr int kNotPlayed = 2;
 
+// How the person calls this program: a script that starts it says so.
+std::string ProgramName() {
+    wchar_t name[MAX_PATH] = L"";
+    const DWORD length = GetEnvironmentVariableW(L"SIMHOST_COMMAND", name, MAX_PATH);
+    return length == 0 || length >= MAX_PATH ? "simhost" : Utf8(std::wstring_view(name, length));
+}
+
 // Plays what the options name, and keeps what came of it.
 class Programme {
   public:
     explicit Programme(const PlayOptions& options) : mOptions(options) {}
 
     int Play() {
-        const Selection selection = SelectCases(ScenariosNamed(mOptions.scenarios), mOptions.cases);
+        const std::vector<FailedCase> failed = mOptions.onlyFailed ? FailedBefore() : std::vector<FailedCase>();
+        if (mOptions.onlyFailed && failed.empty()) {
+            std::printf("Nothing failed the last time, so nothing is played.\n");
+            return kPassed;
+        }
+        Selection selection = SelectCases(Files(failed), mOptions.cases);
+        if (mOptions.onlyFailed) {
+            KeepOnly(failed, selection);
+        }
         mSeveral = selection.cases.size() > 1;
         for (const Unplayable& unplayable : selection.unplayable) {
-            NotPlayed(unplayable.lines);
+            NotPlayed(
+                {unplayable.file, "", Utf8(unplayable.file.filename().wstring()), "", false, false, unplayable.lines});
         }
         for (const SelectedCase& selected : selection.cases) {
-            Try([&] { PlayCase(*selected.file, selected.name); });
+            PlayCase(*selected.file, selected.name);
         }
-        WriteRecord();
-        if (mWorst == kPassed) {
-            std::printf("%sPassed: everything came as expected, and nothing is left over.\n",
-                        mOptions.quiet || mSeveral ? "" : "\n");
-        }
+        Conclude();
         return mWorst;
     }
 
   private:
-    template <class Action>
-    void Try(const Action& action) {
-        try {
-            action();
-        } catch (const ScenarioError& error) {
-            NotPlayed(error.Lines());
-        } catch (const std::exception& error) {
-            NotPlayed({error.what()});
+    static std::vector<FailedCase> FailedBefore() {
+        auto failed = FailedLastTime();
+        if (!failed) {
+            throw std::runtime_error("nothing has been played yet, so nobody knows what failed");
         }
-        std::fflush(stdout);
+        return *failed;
     }
 
-    void NotPlayed(const std::vector<std::string>& why) {
-        for (const std::string& line : why) {
+    std::vector<std::filesystem::path> Files(const std::vector<FailedCase>& failed) const {
+        std::vector<std::filesystem::path> named = mOptions.scenarios;
+        for (std::size_t i = 0; mOptions.scenarios.empty() && i < failed.size(); ++i) {
+            named.push_back(failed[i].file);
+        }
+        return ScenariosNamed(named);
+    }
+
+    // Takes a case back out of the programme when it can be played and did not fail.
+    static void KeepOnly(const std::vector<FailedCase>& failed, Selection& selection) {
+        std::erase_if(selection.cases, [&](const SelectedCase& selected) {
+            const auto file = std::filesystem::absolute(selected.file->Path()).lexically_normal();
+            // Of a file that could not be read nobody knew the cases.
+            return std::none_of(failed.begin(), failed.end(), [&](const FailedCase& one) {
+                return one.file == file && (one.caseName == selected.name || one.caseName.empty());
+            });
+        });
+    }
+
+    void NotPlayed(RunOutcome outcome) {
+        for (const std::string& line : outcome.complaints) {
             std::fprintf(stderr, "simhost: %s\n", line.c_str());
         }
         mWorst = kNotPlayed;
+        mOutcomes.push_back(std::move(outcome));
     }
 
     void PlayCase(const ScenarioFile& file, const std::string& name) {
-        const std::string place = file.PlaceOf(name);
-        const RunOptions run = OptionsFor(file, name);
-        const Verdict verdict = RunCase(file, name, run);
-        KeepRecord(place, run.record);
-        for (const std::string& complaint : verdict.complaints) {
-            std::fprintf(stderr, "FAILED %s%s\n", mSeveral ? (place + ": ").c_str() : "", complaint.c_str());
+        RunOutcome outcome{file.Path(), name, file.PlaceOf(name), file.TitleOf(name)};
+        const auto began = std::chrono::steady_clock::now();
+        EventFile events(mOptions.jsonLines);
+        try {
+            const RunOptions run = OptionsFor(file, name, events);
+            const Verdict verdict = RunCase(file, name, run);
+            const Transcript transcript(Utf8(run.workFolder.wstring()), Verbosity::kQuiet, false);
+            KeepRecord(outcome.name, run.record);
+            outcome.played = true;
+            outcome.passed = verdict.passed;
+            for (const std::string& complaint : verdict.complaints) {
+                outcome.complaints.push_back(transcript.Shorten(complaint));
+            }
+        } catch (const ScenarioError& error) {
+            outcome.complaints = error.Lines();
+        } catch (const std::exception& error) {
+            outcome.complaints = {error.what()};
         }
-        if (!verdict.passed) {
-            mWorst = std::max(mWorst, kFailed);
-        }
-        if (mSeveral) {
-            std::printf("%s%s: %s\n", mOptions.quiet ? "" : "\n", place.c_str(), verdict.passed ? "passed" : "failed");
-        }
+        outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count();
+        outcome.failed = outcome.passed ? std::nullopt : FirstFailedStep(events.Complete(outcome));
+        Tell(std::move(outcome));
+        std::fflush(stdout);
     }
 
-    RunOptions OptionsFor(const ScenarioFile& file, const std::string& name) const {
+    void Tell(RunOutcome outcome) {
+        if (!outcome.played) {
+            NotPlayed(std::move(outcome));
+            return;
+        }
+        for (const std::string& complaint : outcome.complaints) {
+            std::fprintf(stderr, "FAILED %s%s\n", mSeveral ? (outcome.name + ": ").c_str() : "", complaint.c_str());
+        }
+        mWorst = std::max(mWorst, outcome.passed ? kPassed : kFailed);
+        if (mSeveral && TellsPeople()) {
+            std::printf("%s%s: %s\n", mOptions.tell.verbosity == Verbosity::kQuiet ? "" : "\n", outcome.name.c_str(),
+                        outcome.passed ? "passed" : "failed");
+        }
+        mOutcomes.push_back(std::move(outcome));
+    }
+
+    // Standard output is for the machine when that asks for it.
+    bool TellsPeople() const { return mOptions.jsonLines != L"-"; }
+
+    RunOptions OptionsFor(const ScenarioFile& file, const std::string& name, const EventFile& events) const {
         const std::wstring run = file.Path().stem().wstring() + (name.empty() ? L"" : L"-" + Wide(name));
         const bool kept = !mOptions.workFolder.empty();
         std::filesystem::path folder = kept ? std::filesystem::absolute(mOptions.workFolder)
@@ -87,8 +149,11 @@ class Programme {
         if (kept && mSeveral) {
             folder /= run;
         }
-        return {mOptions.plugin, folder.make_preferred(),   kept,
-                mOptions.record, mOptions.timeLimitSeconds, mOptions.quiet};
+        TellOptions tell = mOptions.tell;
+        tell.events = events.Path();
+        tell.verbosity = TellsPeople() ? tell.verbosity : Verbosity::kQuiet;
+        return {mOptions.plugin, folder.make_preferred(), kept, mOptions.record, mOptions.timeLimitSeconds,
+                std::move(tell), mOptions.variation};
     }
 
     // Several runs share one file: their records are put together there, by name.
@@ -100,15 +165,43 @@ class Programme {
         mRecords[place] = nlohmann::ordered_json::parse(stream);
     }
 
-    void WriteRecord() const {
+    void Conclude() const {
         if (!mRecords.empty()) {
             std::ofstream(mOptions.record, std::ios::binary | std::ios::trunc) << mRecords.dump(2) << "\n";
         }
+        if (!mOptions.junit.empty()) {
+            std::ofstream(mOptions.junit, std::ios::binary | std::ios::trunc) << AsJUnit(mOutcomes);
+        }
+        RememberFailures(mOutcomes);
+        if (!TellsPeople()) {
+            return;
+        }
+        const char* const before = mOptions.tell.verbosity == Verbosity::kQuiet || mSeveral ? "" : "\n";
+        if (mWorst == kPassed) {
+            std::printf(
+                "%sPassed: everything came as expected, and %s.\n", before,
+                mOptions.variation.until.empty() ? "nothing is left over" : "what is left over was not looked at");
+        }
+        for (const std::string& line : SummaryOf(mOutcomes, ProgramName(), OptionsToRepeat())) {
+            std::printf("%s\n", line.c_str());
+        }
+    }
+
+    std::vector<std::string> OptionsToRepeat() const {
+        std::vector<std::string> options;
+        if (!mOptions.plugin.empty()) {
+            options.insert(options.end(), {"--plugin", Utf8(mOptions.plugin.generic_wstring())});
+        }
+        if (mOptions.variation.seed) {
+            options.insert(options.end(), {"--seed", std::to_string(*mOptions.variation.seed)});
+        }
+        return options;
     }
 
     const PlayOptions& mOptions;
     bool mSeveral = false;  // more than one run, so each is told by name
     int mWorst = kPassed;
+    std::vector<RunOutcome> mOutcomes;
     nlohmann::ordered_json mRecords;
 };
 

@@ -6,16 +6,23 @@
 #include <string>
 #include <vector>
 
+#include "simhost/report/TellOptions.h"
+#include "simhost/scenario/Variation.h"
+
 namespace simhost {
 
 struct PlayOptions {
-    std::vector<std::filesystem::path> scenarios;  // files, folders of files, and patterns
+    std::vector<std::filesystem::path> scenarios;  // files, folders of files, and patterns; empty: what failed last
     std::vector<std::string> cases;                // names and patterns; empty: all
+    bool onlyFailed = false;                       // of those, what failed the last time
     std::filesystem::path plugin;                  // empty: the one that the scenario names
     std::filesystem::path workFolder;              // empty: one of its own for each run, removed afterwards
     std::filesystem::path record;                  // empty: none is kept
+    std::filesystem::path jsonLines;               // empty: none; "-": standard output
+    std::filesystem::path junit;                   // empty: none
     std::optional<std::int64_t> timeLimitSeconds{};
-    bool quiet = false;
+    TellOptions tell{};
+    Variation variation{};
 };
 
 // Checks all scenarios whole, then plays their cases one after the other. Says on standard error what is wrong.

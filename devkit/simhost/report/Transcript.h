@@ -9,16 +9,28 @@
 #include <utility>
 #include <vector>
 
+#include "simhost/report/Colour.h"
+
 namespace simhost {
+
+enum class Verbosity {
+    kQuiet,  // nothing
+    kBrief,  // a line for each step, and all about one that failed
+    kFull,
+};
 
 class Transcript {
   public:
-    // Prints nothing when `quiet`.
-    Transcript(std::string workFolder, bool quiet) : mWorkFolder(std::move(workFolder)), mQuiet(quiet) {}
+    Transcript(std::string workFolder, Verbosity verbosity, bool colour)
+        : mWorkFolder(std::move(workFolder)), mVerbosity(verbosity), mColour(colour) {}
 
     void Title(std::string_view title);
+    // A heading within a step.
     void Step(std::string_view say);
-    void Line(int indent, std::string_view text);
+    // What follows is about one step, until EndStep tells what came of it.
+    void BeginStep(const std::string& heading);
+    void Line(int indent, std::string_view text, Tone tone = Tone::kPlain);
+    void EndStep(bool passed);
 
     // What was told so far, also when nothing is printed.
     const std::vector<std::string>& Lines() const { return mLines; }
@@ -27,15 +39,25 @@ class Transcript {
     // The lines that `action` brings about, which are not told.
     std::vector<std::string> HoldBack(const std::function<void()>& action);
 
-    // The text with the work folder shortened, and control characters made visible.
+    // The text with the work folder shortened.
     std::string Shorten(std::string_view text) const;
 
   private:
+    void Tell(std::string line, Tone tone);
+    void Print(const std::string& line, Tone tone = Tone::kPlain) const;
+
     std::string mWorkFolder;
-    bool mQuiet;
+    Verbosity mVerbosity;
+    bool mColour;
+    std::string mHeading;
+    bool mInStep = false;
+    std::vector<std::string> mOfStep;  // the lines of the step, as long as nobody knows whether they are printed
     std::vector<std::string> mLines;
     std::optional<std::vector<std::string>> mHeldBack;
     std::function<void(const std::string& line)> mListener;
 };
+
+// Control characters made visible: "<0A>".
+std::string ShowControlCharacters(std::string_view text);
 
 }  // namespace simhost

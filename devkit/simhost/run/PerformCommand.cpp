@@ -23,19 +23,22 @@ int Conclude(const Scenario& scenario, const PerformOptions& options) {
     return verdict.passed ? 0 : 1;
 }
 
-void Play(const Scenario& scenario, const RunFolder& folder, Transcript& transcript, const PerformOptions& options) {
+void Play(const Scenario& scenario, const RunFolder& folder, RunReport& report, const PerformOptions& options) {
     InstallCrashGuard([&](const std::string& what) {
         Host().rules.Broken(Rule::kCrash, (sPlayer == nullptr ? "" : sPlayer->WhereItIs() + ": ") + what);
         Conclude(scenario, options);
     });
     try {
-        sPlayer = new ScenarioPlayer(scenario, folder, transcript);
+        sPlayer = new ScenarioPlayer(scenario, folder, report);
     } catch (const std::exception& error) {
         Host().rules.Broken(Rule::kPropertyList, error.what());
         return;
     }
     sPlayer->PlaySteps();
-    CheckEnd(scenario.expect, folder);
+    if (scenario.endIsChecked) {
+        report.BeginEnd();
+        CheckEnd(scenario.expect, folder);
+    }
 }
 
 }  // namespace
@@ -44,17 +47,21 @@ int Perform(const PerformOptions& options) {
     // Never destroyed: the plug-in may call the host until the process ends.
     [[maybe_unused]] const auto* const host = new SimulatedHost;
     const RunFolder folder(options.workFolder, options.pluginName);
-    const auto* const scenario =
-        new Scenario(ScenarioFile(options.scenario).Read(options.caseName, folder.PlaceholdersForScenarios()));
-    auto* const transcript = new Transcript(folder.PlaceholdersForScenarios().at("work"), options.quiet);
-    transcript->Title(scenario->title);
+    const ScenarioFile file(options.scenario);
+    auto* const scenario = new Scenario(file.Read(options.caseName, folder.PlaceholdersForScenarios()));
+    Vary(*scenario, options.variation);
+    const Transcript transcript(folder.PlaceholdersForScenarios().at("work"), options.tell.verbosity,
+                                UsesColour(options.tell.colour));
+    auto* const report = new RunReport(*scenario, transcript, options.tell.events);
+    report->BeginRun(file.PlaceOf(options.caseName));
     try {
-        Play(*scenario, folder, *transcript, options);
+        Play(*scenario, folder, *report, options);
     } catch (const HostLost&) {
         // Noted already.
     } catch (const std::exception& error) {
         Host().rules.Broken(Rule::kNotReached, error.what());
     }
+    report->EndStep();
     return Conclude(*scenario, options);
 }
 

@@ -3,6 +3,9 @@
 #include <filesystem>
 #include <string>
 
+#include "simhost/report/TellOptions.h"
+#include "simhost/scenario/Variation.h"
+
 namespace simhost {
 
 struct PerformOptions {
@@ -11,7 +14,8 @@ struct PerformOptions {
     std::filesystem::path workFolder;  // laid out already
     std::filesystem::path pluginName;
     std::filesystem::path record;
-    bool quiet = false;
+    TellOptions tell{};
+    Variation variation{};
 };
 
 // Plays one case of a scenario in this process and writes the result record. The process is the host: it may be lost to

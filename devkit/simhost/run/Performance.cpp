@@ -10,10 +10,10 @@ constexpr int kIndent = 2;
 
 }  // namespace
 
-void Performance::Tell(const std::string& line) const { transcript.Line(kIndent, line); }
+void Performance::Tell(const std::string& line) const { report.Line(line, kIndent); }
 
 void Performance::NoteAnswer(const std::string& message, std::int32_t answer) const {
-    Tell(message + " -> " + std::to_string(answer));
+    report.Message(message, answer);
     if (answer != mStep.expect.answer && !mStep.expect.anything) {
         Broken(Rule::kReply, message + " was answered with " + std::to_string(answer) + ", expected " +
                                  std::to_string(mStep.expect.answer));

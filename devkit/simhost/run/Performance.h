@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <utility>
 
@@ -10,7 +11,7 @@
 #include "simhost/launch/RunFolder.h"
 #include "simhost/plugin/MessageDriver.h"
 #include "simhost/plugin/PluginModule.h"
-#include "simhost/report/Transcript.h"
+#include "simhost/report/RunReport.h"
 #include "simhost/run/Panel.h"
 #include "simhost/scenario/Step.h"
 
@@ -20,12 +21,12 @@ class Performance {
   public:
     // Of one step; lives no longer than any of the arguments. The members throw HostLost where a message is sent.
     Performance(const Step& step, MessageDriver& theDriver, PluginModule& thePlugin, Panel& thePanel,
-                const RunFolder& theFolder, Transcript& theTranscript, std::function<void(const Step& step)> play)
+                const RunFolder& theFolder, RunReport& theReport, std::function<void(const Step& step)> play)
         : driver(theDriver),
           plugin(thePlugin),
           panel(thePanel),
           folder(theFolder),
-          transcript(theTranscript),
+          report(theReport),
           mStep(step),
           mPlay(std::move(play)) {}
 
@@ -33,8 +34,12 @@ class Performance {
     PluginModule& plugin;
     Panel& panel;
     const RunFolder& folder;
-    Transcript& transcript;
+    RunReport& report;
 
+    // What came of the step, as it would be written under that key in a scenario.
+    void Observed(const std::string& key, nlohmann::ordered_json value) const {
+        report.Observed(key, std::move(value));
+    }
     // A line for the transcript.
     void Tell(const std::string& line) const;
     // Plays another step within this one, which must reach the plug-in no more itself.

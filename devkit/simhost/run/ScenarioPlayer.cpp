@@ -1,5 +1,6 @@
 #include "simhost/run/ScenarioPlayer.h"
 
+#include <exception>
 #include <utility>
 #include <vector>
 
@@ -13,21 +14,15 @@
 
 namespace simhost {
 
-namespace {
-
-constexpr int kMessageIndent = 2;
-
-}  // namespace
-
-ScenarioPlayer::ScenarioPlayer(const Scenario& scenario, const RunFolder& folder, Transcript& transcript)
+ScenarioPlayer::ScenarioPlayer(const Scenario& scenario, const RunFolder& folder, RunReport& report)
     : mScenario(scenario),
       mFolder(folder),
-      mTranscript(transcript),
+      mReport(report),
       mPlugin((PrepareHost(scenario), folder.Plugin())),
-      mChecks(transcript),
+      mChecks(report),
       mPanel(folder.Program().parent_path()),
       mDriver(mPlugin),
-      mMessaging(folder, transcript, mPanel) {
+      mMessaging(folder, report, mPanel) {
     WatchImports(mPlugin.Module());
     contract::WatchPluginCore(mPlugin.Module());
     InstallPluginClock(mPlugin.Module());
@@ -39,12 +34,25 @@ std::string ScenarioPlayer::WhereItIs() const {
 }
 
 void ScenarioPlayer::PlaySteps() {
-    for (const Step& step : mScenario.steps) {
+    for (std::size_t i = 0; i < mScenario.steps.size(); ++i) {
+        const Step& step = mScenario.steps[i];
         mStep = &step;
-        if (!step.say.empty()) {
-            mTranscript.Step(step.say);
-        }
+        mReport.BeginStep(i + 1, step);
+        PlayAndGoOn(step);
+        mReport.EndStep();
+    }
+}
+
+void ScenarioPlayer::PlayAndGoOn(const Step& step) {
+    try {
         Play(step);
+    } catch (const HostLost&) {
+        throw;
+    } catch (const std::exception& error) {
+        if (!mScenario.goesOnWhenNotReached) {
+            throw;
+        }
+        Host().rules.Broken(Rule::kNotReached, step.place + ": " + error.what());
     }
 }
 
@@ -59,13 +67,19 @@ void ScenarioPlayer::Play(const Step& step) {
 void ScenarioPlayer::PlayToPlugin(const Step& step) {
     PrepareStepEvents(step);
     mChecks.Begin(step);
-    PerformVerb(step);
+    try {
+        PerformVerb(step);
+    } catch (...) {
+        mChecks.TellRest();
+        mMessaging.TellRest();
+        throw;
+    }
     mChecks.Check(step);
     mMessaging.Check(step);
 }
 
 void ScenarioPlayer::PerformVerb(const Step& step) {
-    Performance performance(step, mDriver, mPlugin, mPanel, mFolder, mTranscript,
+    Performance performance(step, mDriver, mPlugin, mPanel, mFolder, mReport,
                             [this](const Step& within) { Play(within); });
     if (step.verb->needsPlugin && !mPlugin.IsLoaded()) {
         performance.NotReached("the plug-in is not loaded any more");
@@ -86,7 +100,7 @@ void ScenarioPlayer::PrepareStepEvents(const Step& step) {
 }
 
 void ScenarioPlayer::PlayNested(const NestedStep& nested) {
-    mTranscript.Line(kMessageIndent, "inside " + nested.operation + ":");
+    mReport.NestedInto(nested.operation);
     PerformVerb(nested.step.front());
 }
 

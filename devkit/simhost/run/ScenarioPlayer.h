@@ -8,7 +8,7 @@
 #include "simhost/launch/RunFolder.h"
 #include "simhost/plugin/MessageDriver.h"
 #include "simhost/plugin/PluginModule.h"
-#include "simhost/report/Transcript.h"
+#include "simhost/report/RunReport.h"
 #include "simhost/run/Panel.h"
 #include "simhost/scenario/Scenario.h"
 
@@ -17,7 +17,7 @@ namespace simhost {
 class ScenarioPlayer {
   public:
     // Prepares the host and loads the plug-in. Throws std::runtime_error in words when that fails.
-    ScenarioPlayer(const Scenario& scenario, const RunFolder& folder, Transcript& transcript);
+    ScenarioPlayer(const Scenario& scenario, const RunFolder& folder, RunReport& report);
 
     // Throws HostLost when an exception leaves the plug-in.
     void PlaySteps();
@@ -26,6 +26,7 @@ class ScenarioPlayer {
     std::string WhereItIs() const;
 
   private:
+    void PlayAndGoOn(const Step& step);
     void Play(const Step& step);
     void PlayToPlugin(const Step& step);
     void PlayNested(const NestedStep& nested);
@@ -34,7 +35,7 @@ class ScenarioPlayer {
 
     const Scenario& mScenario;
     const RunFolder& mFolder;
-    Transcript& mTranscript;
+    RunReport& mReport;
     PluginModule mPlugin;
     StepChecks mChecks;
     Panel mPanel;

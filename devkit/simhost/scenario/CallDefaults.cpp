@@ -76,10 +76,14 @@ void CheckAnswer(const CallRow& row, const Json& answer, const Place& place) {
     if (reader.Find("throw") != nullptr) {
         reader.NeedChoice("throw", {"foreign", "cpp"});
     }
-    if (row.answers == "text") {
+    if (row.answers.starts_with("text")) {
         const Json* const text = reader.Find("text");
         if (text != nullptr && !text->is_structured()) {
             TextOf(*text, reader.PlaceOf("text"));
+        }
+        const std::string digits = reader.Text("text_hex", "");
+        if (digits.size() % 2 != 0 || digits.find_first_not_of("0123456789ABCDEFabcdef") != std::string::npos) {
+            reader.PlaceOf("text_hex").Complain("must be pairs of hexadecimal digits");
         }
     } else if (row.answers == "enabled") {
         reader.Number("enabled", 1, ranges::kByte);

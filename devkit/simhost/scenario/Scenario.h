@@ -6,6 +6,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,7 @@ struct Expectations {
     std::optional<std::string> messagingLibrary;                     // the file that the plug-in loaded; empty: none
     std::map<std::string, std::int64_t> violations;                  // amounts by rule
     std::map<std::string, std::vector<std::string>> violationTexts;  // where these are known, by rule
+    std::set<std::string> ignored{};                                 // rules that may be broken or not
 };
 
 struct Scenario {
@@ -48,7 +50,9 @@ struct Scenario {
     std::vector<std::string> refusedSuites;
     std::vector<OtherPlugin> otherPlugins;
     std::vector<MenuItemToMake> menuItems;
-    std::vector<Step> steps;  // with beginning and end
+    std::vector<Step> steps;            // with beginning and end
+    bool endIsChecked = true;           // what is left over after the last step
+    bool goesOnWhenNotReached = false;  // a step that cannot be played does not end the run
     Expectations expect;
 };
 

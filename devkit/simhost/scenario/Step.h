@@ -66,6 +66,7 @@ struct Step {
     std::string place;     // in the file, for messages
     std::size_t line = 0;  // in the file; 0: it is a default
     std::string say;       // for the transcript; may be empty
+    std::string inShort;   // the verb and what it is about, for steps that say nothing
     const Verb* verb = nullptr;
     Action action;
     StepExpectations expect;

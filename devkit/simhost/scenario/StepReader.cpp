@@ -126,6 +126,17 @@ const Verb* ReadVerb(const Json& value, const Place& place) {
     return verb;
 }
 
+// The verb and the first text that tells what it is about: "save Brochure".
+std::string InShort(const Json& step) {
+    std::string words = step["do"].get<std::string>();
+    for (const char* const key : {"document", "item", "path", "selector", "title", "type"}) {
+        if (step.contains(key) && step[key].is_string()) {
+            return words + " " + step[key].get<std::string>();
+        }
+    }
+    return words;
+}
+
 Step ReadStep(const Json& value, const Place& place, bool nested) {
     Step step;
     step.place = place.Text();
@@ -138,6 +149,7 @@ Step ReadStep(const Json& value, const Place& place, bool nested) {
     ObjectReader reader(value, place, KeysOf(verb, nested));
     reader.Need("do");
     step.say = reader.Text("say", "");
+    step.inShort = InShort(value);
     step.action = verb.read(reader);
     if (verb.reachesPlugin) {
         // The calls of a nested message are those of the step around it.

@@ -107,6 +107,9 @@ CheckState ReadCheckState(ObjectReader& reader) {
 
 void Perform(const CheckState& action, Performance& performance) {
     const Json present = PresentState();
+    for (const auto& [kind, expected] : action.state.items()) {
+        performance.Observed(kind, present[kind]);
+    }
     if (action.state.contains("menu")) {
         for (const std::string& line : MenuLines(present["menu"])) {
             performance.Tell(line);

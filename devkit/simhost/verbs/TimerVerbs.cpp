@@ -36,6 +36,7 @@ void Perform(const Tick& action, Performance& performance) {
                                answer);
         sent += count;
     }
+    performance.Observed("sent", sent);
     if (sent != action.sent) {
         performance.Broken(Rule::kTicks,
                            std::to_string(sent) + " ticks were sent, expected " + std::to_string(action.sent));

@@ -87,13 +87,13 @@ WindowSession::WindowSession(Performance& performance)
                                    [this](const void* item) { OnMenuItem(item); }, [this] { OnIdle(); }}) {}
 
 void WindowSession::Run() {
-    for (const std::string& line : mPerformance.transcript.Lines()) {
+    for (const std::string& line : mPerformance.report.People().Lines()) {
         mWindow.Append(line);
     }
-    mPerformance.transcript.ListenWith([this](const std::string& line) { mWindow.Append(line); });
+    mPerformance.report.People().ListenWith([this](const std::string& line) { mWindow.Append(line); });
     ShowState();
     mWindow.Run();
-    mPerformance.transcript.ListenWith({});
+    mPerformance.report.People().ListenWith({});
     while (!Host().model.open.empty()) {
         Close(Host().model.open.back());
     }
@@ -166,11 +166,11 @@ void WindowSession::OnIdle() {
     if (timers == 0 || std::exchange(mActs, true)) {
         return;
     }
-    const std::vector<std::string> lines = mPerformance.transcript.HoldBack([&] { Play("tick", Tick{1, timers}); });
+    const std::vector<std::string> lines = mPerformance.report.People().HoldBack([&] { Play("tick", Tick{1, timers}); });
     if (mTicksShown.insert(lines).second) {
-        mPerformance.transcript.Step("The host is idle");
+        mPerformance.report.People().Step("The host is idle");
         for (const std::string& line : lines) {
-            mPerformance.transcript.Line(0, line);
+            mPerformance.report.People().Line(0, line);
         }
         // Not the fonts: somebody may be typing.
         ShowWhatThePluginMade();
@@ -184,7 +184,7 @@ void WindowSession::Act(const std::string& say, const std::function<void()>& act
         return;
     }
     mTicksShown.clear();
-    mPerformance.transcript.Step(say);
+    mPerformance.report.People().Step(say);
     act();
     ShowState();
     mActs = false;
@@ -193,7 +193,7 @@ void WindowSession::Act(const std::string& say, const std::function<void()>& act
 void WindowSession::Play(const char* verb, Action action) {
     Step step;
     step.place = "the window";
-    step.verb = &FindVerb(verb, step.place);
+    step.verb = FindVerb(verb);
     step.action = std::move(action);
     step.expect.anything = true;
     mPerformance.Play(step);

@@ -1,0 +1,32 @@
+// A run for machines: one JSON object per line, each written out before anything else happens, so that a lost process
+// loses none. docs/devkit.md describes the lines.
+//
+// Thread: main.
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+
+namespace simhost {
+
+class EventLog {
+  public:
+    // Appends to the file; writes nothing when there is no name. Throws std::runtime_error when it cannot be written.
+    explicit EventLog(const std::filesystem::path& file);
+
+    void Write(const std::string& event, const nlohmann::ordered_json& members);
+
+  private:
+    struct Closer {
+        void operator()(std::FILE* file) const { std::fclose(file); }
+    };
+    std::unique_ptr<std::FILE, Closer> mFile;
+};
+
+// One such line, without its end. Texts that are not UTF-8 are replaced.
+std::string LineOfEvent(const std::string& event, const nlohmann::ordered_json& members);
+
+}  // namespace simhost

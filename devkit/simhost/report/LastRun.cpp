@@ -1,0 +1,55 @@
+#include "simhost/report/LastRun.h"
+
+#include <shlobj.h>
+#include <windows.h>
+
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <system_error>
+
+#include "doubles/common/Text.h"
+
+namespace simhost {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::filesystem::path StateFile() {
+    wchar_t folder[MAX_PATH] = L"";
+    SHGetFolderPathW(nullptr, CSIDL_LOCAL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, folder);
+    return std::filesystem::path(folder) / L"simhost" / L"last-run.json";
+}
+
+}  // namespace
+
+std::optional<std::vector<FailedCase>> FailedLastTime() {
+    std::ifstream stream(StateFile(), std::ios::binary);
+    const Json state = stream ? Json::parse(stream, nullptr, false) : Json();
+    if (!state.is_object() || !state.contains("failed") || !state["failed"].is_array()) {
+        return std::nullopt;
+    }
+    std::vector<FailedCase> failed;
+    for (const Json& entry : state["failed"]) {
+        if (entry.is_object()) {
+            failed.push_back({Wide(entry.value("file", std::string())), entry.value("case", std::string())});
+        }
+    }
+    return failed;
+}
+
+void RememberFailures(const std::vector<RunOutcome>& runs) {
+    Json failed = Json::array();
+    for (const RunOutcome& run : runs) {
+        if (!run.passed) {
+            const auto file = std::filesystem::absolute(run.file).lexically_normal();
+            failed.push_back({{"file", Utf8(file.wstring())}, {"case", run.caseName}});
+        }
+    }
+    std::error_code ignored;
+    const std::filesystem::path file = StateFile();
+    std::filesystem::create_directories(file.parent_path(), ignored);
+    std::ofstream(file, std::ios::binary | std::ios::trunc) << Json{{"failed", failed}}.dump(2) << "\n";
+}
+
+}  // namespace simhost

@@ -1,0 +1,157 @@
+#include "simhost/report/RunReport.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "doubles/host/Host.h"
+#include "simhost/report/CallLines.h"
+#include "simhost/verbs/VerbTable.h"
+
+namespace simhost {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr int kMessageIndent = 2;
+constexpr int kCallIndent = 6;
+
+const char* NameOf(Library library) { return library == Library::kPluginCore ? "plugincore" : "messaging"; }
+const char* KeyOf(Library library) { return library == Library::kPluginCore ? "calls" : "bus_calls"; }
+
+Json AsJson(const PluginCoreCall& call, Library library) {
+    Json json = {
+        {"library", NameOf(library)}, {"entry", call.entry}, {"arguments", call.arguments}, {"answer", call.answer}};
+    if (!call.results.empty()) {
+        json["results"] = call.results;
+    }
+    if (call.exception) {
+        json["exception"] = *call.exception;
+    }
+    if (call.milliseconds) {
+        json["ms"] = *call.milliseconds;
+    }
+    return json;
+}
+
+std::string HeadingOf(std::size_t number, const Step& step) {
+    return std::to_string(number) + ". " + (step.say.empty() ? step.inShort : step.say);
+}
+
+}  // namespace
+
+RunReport::RunReport(const Scenario& scenario, Transcript transcript, const std::filesystem::path& events)
+    : mScenario(scenario), mTranscript(std::move(transcript)), mEvents(events) {}
+
+void RunReport::BeginRun(const std::string& name) {
+    mTranscript.Title(mScenario.title);
+    mEvents.Write("run_begin", {{"run", name}, {"title", mScenario.title}, {"steps", mScenario.steps.size()}});
+}
+
+void RunReport::BeginStep(std::size_t number, const Step& step) {
+    mPlace = step.place;
+    Json members = {{"step", number}, {"place", step.place}, {"line", step.line}, {"do", step.inShort}};
+    if (!step.say.empty()) {
+        members["say"] = step.say;
+    }
+    Open(HeadingOf(number, step), std::move(members));
+}
+
+void RunReport::BeginEnd() {
+    mPlace.clear();
+    Open("After the last step", {{"step", nullptr}});
+}
+
+void RunReport::Open(const std::string& heading, Json members) {
+    EndStep();
+    mStep = std::move(members);
+    mPassed = true;
+    mObserved = Json::object();
+    mBegan = std::chrono::steady_clock::now();
+    mTranscript.BeginStep(heading);
+    mEvents.Write("step_begin", mStep);
+}
+
+void RunReport::EndStep() {
+    if (mStep.is_null()) {
+        return;
+    }
+    TellViolations();
+    const auto time = std::chrono::steady_clock::now() - mBegan;
+    const Json members = {{"step", mStep["step"]},
+                          {"passed", mPassed},
+                          {"ms", std::chrono::duration_cast<std::chrono::milliseconds>(time).count()},
+                          {"observed", mObserved}};
+    mTranscript.EndStep(mPassed);
+    mEvents.Write("step_end", members);
+    mStep = nullptr;
+}
+
+bool RunReport::IsExpected(const std::string& rule, const std::string& text) const {
+    const auto texts = mScenario.expect.violationTexts.find(rule);
+    return mScenario.expect.ignored.contains(rule) || mScenario.expect.violations.contains(rule) ||
+           (texts != mScenario.expect.violationTexts.end() &&
+            std::find(texts->second.begin(), texts->second.end(), text) != texts->second.end());
+}
+
+void RunReport::TellViolations() {
+    const std::vector<Violation>& violations = Host().rules.Violations();
+    for (; mTold < violations.size(); ++mTold) {
+        const Violation& violation = violations[mTold];
+        const std::string rule = simhost::NameOf(violation.rule);
+        const bool expected = IsExpected(rule, violation.text);
+        mPassed = mPassed && expected;
+        std::string text = violation.text;
+        if (!mPlace.empty() && text.starts_with(mPlace + ": ")) {
+            text.erase(0, mPlace.size() + 2);
+        }
+        const auto explained = mExplained.find(violation.text);
+        const bool inLines = explained != mExplained.end() && !explained->second.empty();
+        const Tone tone = expected ? Tone::kWarning : Tone::kBad;
+        mTranscript.Line(kMessageIndent,
+                         (expected ? "as announced, " : "! ") + rule + ":" + (inLines ? "" : " " + text), tone);
+        for (std::size_t i = 0; inLines && i < explained->second.size(); ++i) {
+            mTranscript.Line(kMessageIndent + 4, explained->second[i], tone);
+        }
+        mEvents.Write("complaint", {{"step", mStep["step"]},
+                                    {"rule", rule},
+                                    {"text", violation.text},
+                                    {"amount", violation.amount},
+                                    {"expected", expected}});
+    }
+}
+
+void RunReport::Message(const std::string& text, std::int32_t answer) {
+    mTranscript.Line(kMessageIndent, text + " -> " + std::to_string(answer));
+    mEvents.Write("message", {{"text", text}, {"answer", answer}});
+    Observed("answer", answer);
+}
+
+void RunReport::NestedInto(const std::string& operation) {
+    mTranscript.Line(kMessageIndent, "inside " + operation + ":");
+    mEvents.Write("nested", {{"during", operation}});
+}
+
+void RunReport::Calls(Library library, const std::vector<PluginCoreCall>& calls, bool shown) {
+    Json& observed = mObserved[KeyOf(library)];
+    observed = observed.is_array() ? observed : Json::array();
+    for (const PluginCoreCall& call : calls) {
+        if (shown) {
+            for (const std::string& line :
+                 LinesOf(call, [this](const std::string& text) { return mTranscript.Shorten(text); })) {
+                mTranscript.Line(kCallIndent, line);
+            }
+        }
+        mEvents.Write("call", AsJson(call, library));
+        observed.push_back({{call.entry, call.arguments}});
+    }
+}
+
+void RunReport::Line(const std::string& text, int indent) {
+    mTranscript.Line(indent, text);
+    mEvents.Write("note", {{"text", text}});
+}
+
+void RunReport::Observed(const std::string& key, Json value) { mObserved[key] = std::move(value); }
+
+}  // namespace simhost

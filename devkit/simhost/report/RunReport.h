@@ -1,0 +1,66 @@
+// What a run tells, to people and to machines, while it takes place: all that happens in it goes through here.
+//
+// Thread: main.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "simhost/checks/PluginCoreCalls.h"
+#include "simhost/report/EventLog.h"
+#include "simhost/report/Transcript.h"
+#include "simhost/scenario/CallTable.h"
+#include "simhost/scenario/Scenario.h"
+
+namespace simhost {
+
+class RunReport {
+  public:
+    using Json = nlohmann::ordered_json;
+
+    // Of one run; lives no longer than the scenario.
+    RunReport(const Scenario& scenario, Transcript transcript, const std::filesystem::path& events);
+
+    void BeginRun(const std::string& name);
+    // `number` counts all steps of the run, from 1.
+    void BeginStep(std::size_t number, const Step& step);
+    // What is checked once all steps are done.
+    void BeginEnd();
+    // Tells which rules were broken since the step began, and so whether it passed. Harmless when none is open.
+    void EndStep();
+
+    void Message(const std::string& text, std::int32_t answer);
+    void NestedInto(const std::string& operation);
+    void Calls(Library library, const std::vector<PluginCoreCall>& calls, bool shown = true);
+    // Anything else that is worth a line.
+    void Line(const std::string& text, int indent = 6);
+
+    // What a step brought about, as it would be written under that key in a scenario.
+    void Observed(const std::string& key, Json value);
+    Transcript& People() { return mTranscript; }
+    // What to print instead of a broken rule's text.
+    void Explain(const std::string& text, std::vector<std::string> lines) { mExplained[text] = std::move(lines); }
+
+  private:
+    void Open(const std::string& heading, Json members);
+    void TellViolations();
+    bool IsExpected(const std::string& rule, const std::string& text) const;
+
+    const Scenario& mScenario;
+    Transcript mTranscript;
+    EventLog mEvents;
+    Json mStep;             // what tells the open step; null when none is open
+    std::string mPlace;     // of the open step
+    std::size_t mTold = 0;  // how many broken rules were told
+    bool mPassed = true;    // the open step, so far
+    Json mObserved;
+    std::map<std::string, std::vector<std::string>> mExplained;
+    std::chrono::steady_clock::time_point mBegan;
+};
+
+}  // namespace simhost
