@@ -24,7 +24,7 @@ def document_of(file: pathlib.Path) -> dict:
         frames, linked = page_text.frames(file, kind), links.linked_files(file, kind)
     return {
         "title": file.name,
-        "source": str(file.resolve()),
+        "source": links.as_placed(str(file.resolve())),
         "document": {
             "path": links.as_placed(file.name),
             "frames": frames,

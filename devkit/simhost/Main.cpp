@@ -40,6 +40,8 @@ int Run() {
     app.allow_windows_style_options(false);
     simhost::ChosenCommand chosen;
     simhost::AddPlay(app, chosen);
+    simhost::AddOpen(app, chosen);
+    simhost::AddWindow(app, chosen);
     simhost::AddExpand(app, chosen);
     simhost::AddList(app, chosen);
     simhost::AddPerform(app, chosen);

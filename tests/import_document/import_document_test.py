@@ -92,7 +92,7 @@ class ImportDocument(unittest.TestCase):
     def test_document_names_its_file(self):
         done = json.loads(self.run_on(self.files["Überschrift.pdf"]).stdout)
         self.assertEqual(done["title"], "Überschrift.pdf")
-        self.assertEqual(done["source"], str(self.files["Überschrift.pdf"].resolve()))
+        self.assertEqual(done["source"], "Z:" + str(self.files["Überschrift.pdf"].resolve()).replace("/", "\\"))
         self.assertEqual(done["document"]["path"], "${work}\\Überschrift.pdf")
 
     def test_output_file(self):

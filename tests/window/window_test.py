@@ -153,8 +153,7 @@ class Window(unittest.TestCase):
         host.click(TRACE)
         host.keys("ctrl+s")
         host.expect("^Brochure is saved$", "AI Command Notifier: After Save -> 0", "HandleSaveDocument",
-                    'report: {"DocumentFonts":\\[{"PostScriptName":"Univers-Condensed"},'
-                    '{"PostScriptName":"Optima-Roman"}\\]')
+                    r'"DocumentFonts":\[\{"PostScriptName":"Univers-Condensed"\},\{"PostScriptName":"Optima-Roman"\}\]')
         host.keys("ctrl+shift+s")
         host.expect("^Brochure is saved under another name$", "After Save As -> 0", r"path: <work>.* copy\.ai$")
 

@@ -12,6 +12,8 @@ namespace simhost {
 using ChosenCommand = std::function<int()>;
 
 void AddPlay(CLI::App& app, ChosenCommand& chosen);
+void AddOpen(CLI::App& app, ChosenCommand& chosen);
+void AddWindow(CLI::App& app, ChosenCommand& chosen);
 void AddExpand(CLI::App& app, ChosenCommand& chosen);
 void AddList(CLI::App& app, ChosenCommand& chosen);
 // Started by the other commands, in a folder that is laid out already; of no use by hand.

@@ -172,7 +172,9 @@ class Programme {
         if (!mOptions.junit.empty()) {
             std::ofstream(mOptions.junit, std::ios::binary | std::ios::trunc) << AsJUnit(mOutcomes);
         }
-        RememberFailures(mOutcomes);
+        if (mOptions.repeatedBy.empty()) {
+            RememberFailures(mOutcomes);
+        }
         if (!TellsPeople()) {
             return;
         }
@@ -182,7 +184,7 @@ class Programme {
                 "%sPassed: everything came as expected, and %s.\n", before,
                 mOptions.variation.until.empty() ? "nothing is left over" : "what is left over was not looked at");
         }
-        for (const std::string& line : SummaryOf(mOutcomes, ProgramName(), OptionsToRepeat())) {
+        for (const std::string& line : SummaryOf(mOutcomes, ProgramName(), mOptions.repeatedBy, OptionsToRepeat())) {
             std::printf("%s\n", line.c_str());
         }
     }

@@ -75,7 +75,11 @@ void RunFolder::LayOut(const Scenario& scenario, const std::filesystem::path& pl
 void RunFolder::WriteFile(const FileToMake& file) const {
     const std::filesystem::path path = At(file.path);
     std::filesystem::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << file.text;
+    if (file.from.empty()) {
+        std::ofstream(path, std::ios::binary | std::ios::trunc) << file.text;
+    } else {
+        Copy(Wide(file.from), path);
+    }
     if (file.modified) {
         SetModificationTime(path, *file.modified);
     }

@@ -22,15 +22,17 @@ std::string WhereOf(const RunOutcome& run) {
            (run.failed->line == 0 ? "" : " (line " + std::to_string(run.failed->line) + ")") + ": " + run.failed->say;
 }
 
-std::string CommandOf(const RunOutcome& run, const std::string& program, const std::vector<std::string>& options) {
-    std::string command = program + " play " + AsShellWord(Utf8(run.file.generic_wstring()));
+std::string CommandOf(const RunOutcome& run, const std::string& program, const std::string& named,
+                      const std::vector<std::string>& options) {
+    std::string command =
+        program + " " + (named.empty() ? "play " + AsShellWord(Utf8(run.file.generic_wstring())) : named);
     if (!run.caseName.empty()) {
         command += " --case " + run.caseName;
     }
     for (const std::string& option : options) {
         command += " " + AsShellWord(option);
     }
-    if (run.played && run.failed && run.failed->number != 0) {
+    if (named.empty() && run.played && run.failed && run.failed->number != 0) {
         command += " --until " + std::to_string(run.failed->number);
     }
     return command;
@@ -49,7 +51,7 @@ std::string AsShellWord(const std::string& word) {
 }
 
 std::vector<std::string> SummaryOf(const std::vector<RunOutcome>& runs, const std::string& program,
-                                   const std::vector<std::string>& options) {
+                                   const std::string& command, const std::vector<std::string>& options) {
     const auto failed = std::count_if(runs.begin(), runs.end(), [](const RunOutcome& run) { return !run.passed; });
     if (failed == 0) {
         return {};
@@ -59,7 +61,7 @@ std::vector<std::string> SummaryOf(const std::vector<RunOutcome>& runs, const st
     for (const RunOutcome& run : runs) {
         if (!run.passed) {
             lines.push_back("  " + run.name + ": " + WhereOf(run));
-            lines.push_back("    again: " + CommandOf(run, program, options));
+            lines.push_back("    again: " + CommandOf(run, program, command, options));
         }
     }
     return lines;

@@ -63,6 +63,10 @@ std::vector<FileToMake> ReadFiles(ObjectReader& reader) {
         if (const auto time = value.OptionalText("modified")) {
             file.modified = ReadTime(*time, value.PlaceOf("modified"));
         }
+        file.from = value.Text("from", "");
+        if (!file.from.empty() && !file.text.empty()) {
+            value.OwnPlace().Complain("holds either \"text\" or what it is copied \"from\"");
+        }
         files.push_back(std::move(file));
     });
     return files;

@@ -14,6 +14,7 @@ struct FileToMake {
     std::string path;
     std::string text;
     std::optional<std::int64_t> modified;  // seconds since 1970
+    std::string from{};                    // a file anywhere, of which this one is a copy; empty: it holds the text
 };
 
 struct CopyToMake {

@@ -24,7 +24,7 @@ inline constexpr ObjectKind kCase{
     "expect"};
 inline constexpr ObjectKind kLike{"like", "like set"};
 inline constexpr ObjectKind kUsual{"usual", "usual items"};
-inline constexpr ObjectKind kFile{"file", "path text modified"};
+inline constexpr ObjectKind kFile{"file", "path text from modified"};
 inline constexpr ObjectKind kCopy{"copy", "copy to"};
 inline constexpr ObjectKind kLaunchInfo{"launch_info", "local common"};
 inline constexpr ObjectKind kExpect{"expect", "library messaging_library violations"};

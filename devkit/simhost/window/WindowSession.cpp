@@ -166,7 +166,9 @@ void WindowSession::OnIdle() {
     if (timers == 0 || std::exchange(mActs, true)) {
         return;
     }
-    const std::vector<std::string> lines = mPerformance.report.People().HoldBack([&] { Play("tick", Tick{1, timers}); });
+    const std::vector<std::string> lines = mPerformance.report.People().HoldBack([&] {
+        Play("tick", Tick{1, timers});
+    });
     if (mTicksShown.insert(lines).second) {
         mPerformance.report.People().Step("The host is idle");
         for (const std::string& line : lines) {

@@ -1,0 +1,41 @@
+// Scenarios that commands make themselves: of an imported document, and of a host to be operated by hand.
+#pragma once
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+namespace simhost {
+
+// A file in a temporary folder of its own, which is removed with the object.
+class GeneratedScenario {
+  public:
+    // `name` becomes the file's name. Throws std::runtime_error when it cannot be written.
+    GeneratedScenario(const std::string& name, const nlohmann::ordered_json& scenario);
+    ~GeneratedScenario();
+    GeneratedScenario(const GeneratedScenario&) = delete;
+    GeneratedScenario& operator=(const GeneratedScenario&) = delete;
+
+    const std::filesystem::path& Path() const { return mPath; }
+
+  private:
+    std::filesystem::path mPath;
+};
+
+// A document as scripts/import-document writes it.
+struct ImportedDocument {
+    std::string title;
+    std::string source;               // the file that it was made from
+    nlohmann::ordered_json document;  // as a scenario describes one
+};
+
+// Throws std::runtime_error, with the file's name and what is wrong.
+ImportedDocument ReadImportedDocument(const std::filesystem::path& file);
+
+// The document is opened, changed, saved and closed; whatever the PluginCore is told is only shown.
+nlohmann::ordered_json ScenarioThatOpens(const ImportedDocument& imported);
+// A host with these documents, in its window. Without documents it has one of its own.
+nlohmann::ordered_json ScenarioWithWindow(const std::vector<ImportedDocument>& documents);
+
+}  // namespace simhost

@@ -1,0 +1,46 @@
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "doubles/common/Text.h"
+#include "simhost/command/CommandLine.h"
+#include "simhost/command/GeneratedScenario.h"
+#include "simhost/launch/PlayCommand.h"
+#include "simhost/report/Summary.h"
+
+namespace simhost {
+
+namespace {
+
+struct Texts {
+    std::vector<std::string> documents;
+    std::string plugin;
+};
+
+int ShowWindow(const Texts& texts) {
+    std::vector<ImportedDocument> documents;
+    std::string command = "window";
+    for (const std::string& document : texts.documents) {
+        documents.push_back(ReadImportedDocument(Wide(document)));
+        command += " " + AsShellWord(document);
+    }
+    const GeneratedScenario scenario("window", ScenarioWithWindow(documents));
+    PlayOptions options;
+    options.scenarios = {scenario.Path()};
+    options.repeatedBy = command;
+    options.plugin = Wide(texts.plugin);
+    return Play(options);
+}
+
+}  // namespace
+
+void AddWindow(CLI::App& app, ChosenCommand& chosen) {
+    const auto texts = std::make_shared<Texts>();
+    CLI::App* const window = app.add_subcommand("window", "Show a host to operate by hand, and print what happens");
+    window->add_option("document", texts->documents,
+                       "Documents to have at hand, as scripts/import-document makes them; else an example");
+    window->add_option("--plugin", texts->plugin, "The plug-in's file; else the shipped one, beside this program");
+    window->callback([texts, &chosen] { chosen = [texts] { return ShowWindow(*texts); }; });
+}
+
+}  // namespace simhost
