@@ -1,0 +1,351 @@
+#include "Faults.h"
+
+#include <windows.h>
+
+#include <stdlib.h>
+#include <string.h>
+
+/* Kept from call to call, as a library should not. */
+static const char* sKeptText;
+static char* sKeptBuffer;
+static PluginCoreMenuCallback sKeptCallback;
+static void* sKeptContext;
+static int sStarts;
+static int sIsTerminated;
+
+/* ---- Memory of the caller ---- */
+
+static void WriteBehindBuffer(Call* call) {
+    if (call->buffer != NULL) {
+        call->buffer[*call->size] = 'x';
+    }
+}
+
+static void WriteInFrontOfBuffer(Call* call) {
+    if (call->buffer != NULL) {
+        call->buffer[-1] = '\\';
+    }
+}
+
+static void WriteFlagAsBool(Call* call) { *(BOOL*)(void*)call->flag = TRUE; }
+
+/* As strncpy does it. */
+static void FillWithoutZero(Call* call) {
+    if (call->buffer != NULL) {
+        memset(call->buffer, 'x', (size_t)*call->size);
+    }
+}
+
+static void AnswerInLatin1(Call* call) {
+    if (call->buffer != NULL && *call->size > 8) {
+        memcpy(call->buffer, "Gr\xF6\xDF" "e", 6);
+    }
+}
+
+static void GrowSize(Call* call) {
+    if (call->buffer != NULL) {
+        *call->size += 4096;
+    }
+}
+
+static void WriteToNullBuffer(Call* call) {
+    if (call->buffer == NULL) {
+        call->buffer[0] = '\0';
+    }
+}
+
+static void RefuseNullBuffer(Call* call) { call->answer = call->buffer == NULL ? 87 : call->answer; }
+
+static void ReadBehindText(Call* call) {
+    static char sCopy[65536];
+    memcpy(sCopy, call->path, strlen(call->path) + 64);
+}
+
+/* As strtok does it. */
+static void WriteToText(Call* call) {
+    char* const separator = strrchr((char*)call->path, '\\');
+    if (separator != NULL) {
+        *separator = '\0';
+    }
+}
+
+static void KeepText(Call* call) {
+    static volatile char sFirst;
+    if (sKeptText != NULL) {
+        sFirst = sKeptText[0];
+    }
+    sKeptText = call->path;
+    (void)sFirst;
+}
+
+static void KeepBuffer(Call* call) {
+    if (sKeptBuffer != NULL) {
+        sKeptBuffer[0] = '\0';
+    }
+    sKeptBuffer = call->buffer;
+}
+
+static void FreeText(Call* call) { free((char*)call->report); }
+
+static void ChangeState(Call* call) { call->state->loadExtension = NULL; }
+
+static void AnswerTwo(Call* call) { *call->flag = 2; }
+
+/* ---- Exceptions ---- */
+
+static void Throw(Call* call) {
+    const ULONG_PTR parameters[4] = {0x19930520, 0, 0, 0};
+    (void)call;
+    RaiseException(0xE06D7363, EXCEPTION_NONCONTINUABLE, 4, parameters);
+}
+
+/* ---- Menus ---- */
+
+static void AddWithoutLabel(Call* call) { call->callback("bare", NULL, "Bare", 0, 1, 0, NULL, call->context); }
+
+static void AddWithOddFlag(Call* call) { call->callback("odd", "Odd", "Odd", 255, 1, 0, NULL, call->context); }
+
+static void AddChildFirst(Call* call) {
+    call->callback("activate", "Activate", "Activate", 0, 1, 0, "Fonts", call->context);
+    call->callback("fonts", "Fonts", "Fonts", 0, 1, 1, NULL, call->context);
+}
+
+static void AddTwice(Call* call) { call->callback("activate", "Again", "Again", 0, 1, 0, NULL, call->context); }
+
+static DWORD WINAPI AddOne(void* call) {
+    Call* const of = call;
+    of->callback("late", "Late", "Late", 0, 1, 0, NULL, of->context);
+    return 0;
+}
+
+static void AddOnOtherThread(Call* call) {
+    const HANDLE thread = CreateThread(NULL, 0, &AddOne, call, 0, NULL);
+    WaitForSingleObject(thread, INFINITE);
+    CloseHandle(thread);
+}
+
+static void KeepCallback(Call* call) {
+    sKeptCallback = call->callback;
+    sKeptContext = call->context;
+}
+
+static void UseKeptCallback(Call* call) {
+    (void)call;
+    if (sKeptCallback != NULL) {
+        sKeptCallback("late", "Late", "Late", 0, 1, 0, NULL, sKeptContext);
+        sKeptCallback = NULL;
+    }
+}
+
+static void Answer(Call* call, const char* text) {
+    if (call->buffer != NULL && *call->size > strlen(text)) {
+        memcpy(call->buffer, text, strlen(text) + 1);
+    }
+}
+
+static void AnswerCutJson(Call* call) { Answer(call, "[{\"id\":\"fonts\",\"ti"); }
+
+static void AnswerWithoutChild(Call* call) {
+    Answer(call, "[{\"id\":\"fonts\",\"title\":\"Fonts\",\"enabled\":true,\"checked\":false}]");
+}
+
+static void AnswerIni(Call* call) { Answer(call, "DialogSuppression=1"); }
+
+static void AnswerTrue(Call* call) { Answer(call, "{\"DialogSuppression\":true}"); }
+
+/* ---- Life cycle ---- */
+
+static void RefuseVersion(Call* call) { call->answer = 5; }
+
+static void NoteTerminated(Call* call) {
+    (void)call;
+    sIsTerminated = 1;
+}
+
+static void NoteStarted(Call* call) {
+    (void)call;
+    sIsTerminated = 0;
+}
+
+static void FailOnceTerminated(Call* call) { call->answer = sIsTerminated ? 6 : call->answer; }
+
+static void FailSecondStart(Call* call) { call->answer = ++sStarts > 1 ? 5 : call->answer; }
+
+/* ---- Left behind ---- */
+
+static LRESULT CALLBACK PassOn(int code, WPARAM wParam, LPARAM lParam) {
+    return CallNextHookEx(NULL, code, wParam, lParam);
+}
+
+static void LeaveHook(Call* call) {
+    (void)call;
+    SetWindowsHookExW(WH_GETMESSAGE, &PassOn, NULL, GetCurrentThreadId());
+}
+
+static void LeaveWindow(Call* call) {
+    (void)call;
+    CreateWindowExW(0, L"Static", L"", 0, 0, 0, 1, 1, HWND_MESSAGE, NULL, NULL, NULL);
+}
+
+static DWORD WINAPI Wait(void* ignored) {
+    (void)ignored;
+    Sleep(INFINITE);
+    return 0;
+}
+
+static void LeaveThread(Call* call) {
+    (void)call;
+    CloseHandle(CreateThread(NULL, 0, &Wait, NULL, 0, NULL));
+}
+
+/* One that ends by itself in the end, should nobody else end it. */
+static void LeaveProcess(Call* call) {
+    wchar_t line[] = L"ping.exe -n 20 127.0.0.1";
+    STARTUPINFOW startup = {.cb = sizeof startup};
+    PROCESS_INFORMATION process;
+    (void)call;
+    if (CreateProcessW(NULL, line, NULL, NULL, FALSE, CREATE_NO_WINDOW, NULL, NULL, &startup, &process)) {
+        CloseHandle(process.hThread);
+        CloseHandle(process.hProcess);
+    }
+}
+
+static void Leak(Call* call) {
+    static void* volatile sLost;
+    (void)call;
+    sLost = malloc(40);
+    (void)sLost;
+}
+
+/* ---- Ends of the process, and waits ---- */
+
+static void Crash(Call* call) {
+    static volatile uintptr_t sNowhere = 16;
+    (void)call;
+    *(volatile int*)sNowhere = 1;
+}
+
+static void OverflowStack(Call* call) {
+    volatile char frame[4096];
+    frame[0] = (char)call->answer;
+    if (call->answer == kPluginCoreSuccess) {
+        OverflowStack(call);
+    }
+    call->answer = frame[0];
+}
+
+static void CopyIntoShortBuffer(Call* call) {
+    volatile size_t length = strlen(call->path);
+    if (length > MAX_PATH) {
+        Crash(call);
+    }
+}
+
+static void Hang(Call* call) {
+    (void)call;
+    Sleep(INFINITE);
+}
+
+static void Exit(Call* call) {
+    (void)call;
+    ExitProcess(0);
+}
+
+static void CallExit(Call* call) {
+    (void)call;
+    exit(3);
+}
+
+static void Terminate(Call* call) {
+    (void)call;
+    TerminateProcess(GetCurrentProcess(), 0);
+}
+
+static void Abort(Call* call) {
+    (void)call;
+    abort();
+}
+
+/* What a broken stack guard does. */
+static void FailFast(Call* call) {
+    (void)call;
+    RaiseFailFastException(NULL, NULL, 0);
+}
+
+static void ShowDialog(Call* call) {
+    (void)call;
+    MessageBoxW(NULL, L"Sign in?", L"Font manager", MB_OKCANCEL);
+}
+
+static void TakeTime(Call* call) {
+    (void)call;
+    Sleep(120);
+}
+
+typedef struct Fault {
+    const char* name;
+    const char* entry;
+    void (*commit)(Call* call);
+} Fault;
+
+static const Fault kFaults[] = {
+    {"WritesBehindBuffer", "GetMenus", &WriteBehindBuffer},
+    {"WritesInFrontOfBuffer", "GetIDForDocument", &WriteInFrontOfBuffer},
+    {"WritesFlagAsBool", "PluginIsEnabled", &WriteFlagAsBool},
+    {"Unterminated", "GetIDForDocument", &FillWithoutZero},
+    {"AnswersInLatin1", "GetIDForDocument", &AnswerInLatin1},
+    {"GrowsSize", "HandleOpenExistingDocument", &GrowSize},
+    {"WritesToNullBuffer", "HandleOpenExistingDocument", &WriteToNullBuffer},
+    {"RefusesNullBuffer", "HandleOpenExistingDocument", &RefuseNullBuffer},
+    {"ReadsBehindText", "HandleSaveDocument", &ReadBehindText},
+    {"WritesToText", "HandleCloseDocument", &WriteToText},
+    {"KeepsText", "HandleOpenExistingDocument", &KeepText},
+    {"KeepsBuffer", "HandleCreateNewDocument", &KeepBuffer},
+    {"FreesText", "HandleSaveDocument", &FreeText},
+    {"ChangesState", "RegisterPlugPlug", &ChangeState},
+    {"AnswersTwo", "PluginIsEnabled", &AnswerTwo},
+    {"Throws", "HandleSaveDocument", &Throw},
+    {"AddsWithoutLabel", "CreateMenusFromJSONBuffer", &AddWithoutLabel},
+    {"AddsWithOddFlag", "CreateMenusFromJSONBuffer", &AddWithOddFlag},
+    {"ChildrenFirst", "CreateMenusFromJSONBuffer", &AddChildFirst},
+    {"AddsTwice", "CreateMenusFromJSONBuffer", &AddTwice},
+    {"AddsOnOtherThread", "CreateMenusFromJSONBuffer", &AddOnOtherThread},
+    {"AddsLate", "CreateMenusFromJSONBuffer", &KeepCallback},
+    {"AddsLate", "IdleEvent", &UseKeptCallback},
+    {"AnswersCutJson", "GetMenus", &AnswerCutJson},
+    {"AnswersWithoutChild", "GetMenus", &AnswerWithoutChild},
+    {"AnswersIni", "GetSettings", &AnswerIni},
+    {"AnswersTrue", "GetSettings", &AnswerTrue},
+    {"RefusesVersion", "GetAPIVersion", &RefuseVersion},
+    {"SilentAfterTerminate", "TerminatePluginCoreInterface", &NoteTerminated},
+    {"SilentAfterTerminate", "InitializePluginCoreInterface", &NoteStarted},
+    {"SilentAfterTerminate", "GetSettings", &FailOnceTerminated},
+    {"FailsSecondStart", "InitializePluginCoreInterface", &FailSecondStart},
+    {"LeavesHook", "InitializePluginCoreInterface", &LeaveHook},
+    {"LeavesWindow", "InitializePluginCoreInterface", &LeaveWindow},
+    {"LeavesThread", "InitializePluginCoreInterface", &LeaveThread},
+    {"LeavesProcess", "InitializePluginCoreInterface", &LeaveProcess},
+    {"Leaks", "IdleEvent", &Leak},
+    {"Crashes", "HandleOpenExistingDocument", &Crash},
+    {"CrashesWithLongPath", "HandleOpenExistingDocument", &CopyIntoShortBuffer},
+    {"OverflowsStack", "HandleOpenExistingDocument", &OverflowStack},
+    {"Hangs", "HandleOpenExistingDocument", &Hang},
+    {"Exits", "HandleOpenExistingDocument", &Exit},
+    {"CallsExit", "HandleOpenExistingDocument", &CallExit},
+    {"Terminates", "HandleOpenExistingDocument", &Terminate},
+    {"Aborts", "HandleOpenExistingDocument", &Abort},
+    {"FailsFast", "HandleOpenExistingDocument", &FailFast},
+    {"ShowsDialog", "HandleOpenExistingDocument", &ShowDialog},
+    {"TakesTime", "HandleSaveDocument", &TakeTime},
+};
+
+int HasFault(const char* fault) { return strcmp(kFault, fault) == 0; }
+
+void Commit(const char* entry, Call* call) {
+    size_t i;
+    for (i = 0; i < sizeof kFaults / sizeof *kFaults; ++i) {
+        if (HasFault(kFaults[i].name) && strcmp(kFaults[i].entry, entry) == 0) {
+            kFaults[i].commit(call);
+        }
+    }
+}
