@@ -44,6 +44,9 @@ int Run() {
     simhost::AddWindow(app, chosen);
     simhost::AddExpand(app, chosen);
     simhost::AddList(app, chosen);
+    simhost::AddContract(app, chosen);
+    simhost::AddExplain(app, chosen);
+    simhost::AddProbe(app, chosen);
     simhost::AddPerform(app, chosen);
     try {
         app.parse(ArgumentsBackwards());

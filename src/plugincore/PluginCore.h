@@ -27,6 +27,7 @@
 #ifndef QUORVEL_PLUGINCORE_PLUGINCORE_H
 #define QUORVEL_PLUGINCORE_PLUGINCORE_H
 
+/* C has no other words for it. NOLINTBEGIN(modernize-use-using,modernize-deprecated-headers) */
 #include <stdint.h>
 
 #ifdef PLUGINCORE_EXPORTS
@@ -247,6 +248,8 @@ PLUGINCORE_API int32_t GetSocketPort(uint32_t* port);
     ENTRY(SetPathForDocument)            \
     ENTRY(TerminatePluginCoreInterface)  \
     ENTRY(UpdateDocumentFontUsage)
+
+/* NOLINTEND(modernize-use-using,modernize-deprecated-headers) */
 
 #ifdef __cplusplus
 }

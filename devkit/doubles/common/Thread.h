@@ -38,7 +38,7 @@ class Thread {
         if (mHandle == nullptr) {
             throw std::runtime_error("Windows starts no thread");
         }
-        owned.release();
+        static_cast<void>(owned.release());
     }
     Thread(const Thread&) = delete;
     Thread& operator=(const Thread&) = delete;

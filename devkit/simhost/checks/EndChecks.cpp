@@ -6,6 +6,7 @@
 #include "doubles/host/Host.h"
 #include "simhost/checks/ImportWatch.h"
 #include "simhost/checks/LoadedLibraries.h"
+#include "simhost/contract/ContractBook.h"
 #include "simhost/contract/ContractChecks.h"
 #include "simhost/contract/PluginCoreWatch.h"
 #include "simhost/windows/HostDialog.h"
@@ -57,6 +58,7 @@ void CheckEnd(const Expectations& expect, const RunFolder& folder) {
     contract::ReportFindings("at the end");
     Host().ReportLeftovers();
     CheckHooks();
+    contract::Book().Done();
 }
 
 }  // namespace simhost

@@ -16,6 +16,10 @@ void AddOpen(CLI::App& app, ChosenCommand& chosen);
 void AddWindow(CLI::App& app, ChosenCommand& chosen);
 void AddExpand(CLI::App& app, ChosenCommand& chosen);
 void AddList(CLI::App& app, ChosenCommand& chosen);
+void AddContract(CLI::App& app, ChosenCommand& chosen);
+void AddExplain(CLI::App& app, ChosenCommand& chosen);
+// Started by "contract".
+void AddProbe(CLI::App& app, ChosenCommand& chosen);
 // Started by the other commands, in a folder that is laid out already; of no use by hand.
 void AddPerform(CLI::App& app, ChosenCommand& chosen);
 

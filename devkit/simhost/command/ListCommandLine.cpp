@@ -9,6 +9,7 @@
 #include "doubles/host/OperationList.h"
 #include "doubles/host/Rules.h"
 #include "simhost/command/CommandLine.h"
+#include "simhost/contract/Clauses.h"
 #include "simhost/launch/Selection.h"
 #include "simhost/scenario/CallTable.h"
 #include "simhost/scenario/Keys.h"
@@ -55,6 +56,14 @@ Json Rules() {
     return rules;
 }
 
+Json Clauses() {
+    Json clauses = Json::array();
+    for (const contract::Clause& clause : contract::AllClauses()) {
+        clauses.push_back(clause.name);
+    }
+    return clauses;
+}
+
 Json Functions() {
     return {{"function", EntriesOf(Library::kPluginCore)}, {"bus_function", EntriesOf(Library::kMessaging)}};
 }
@@ -85,6 +94,7 @@ constexpr KindRow kKinds[] = {
     {"functions", [](const ListOptions&) { return Functions(); }, true},
     {"usual", [](const ListOptions&) { return UsualLists(); }, true},
     {"rules", [](const ListOptions&) { return Rules(); }, true},
+    {"clauses", [](const ListOptions&) { return Clauses(); }, true},
     {"operations", [](const ListOptions&) { return Json(HostOperationNames()); }, false},
     {"suites", [](const ListOptions&) { return Json(SuiteNames()); }, false},
     {"scenarios", [](const ListOptions& options) { return Scenarios(options.scenarios); }, false},

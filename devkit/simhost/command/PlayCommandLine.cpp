@@ -13,7 +13,7 @@ namespace {
 
 struct Texts {
     std::vector<std::string> scenarios, cases;
-    std::string plugin, workFolder, record, jsonLines, junit, colour = "auto";
+    std::string plugin, pluginCore, workFolder, record, jsonLines, junit, colour = "auto";
     bool quiet = false;
     bool brief = false;
     PlayOptions options;
@@ -32,6 +32,7 @@ PlayOptions OptionsOf(const Texts& texts) {
     options.scenarios = Paths(texts.scenarios);
     options.cases = texts.cases;
     options.plugin = Wide(texts.plugin);
+    options.pluginCore = Wide(texts.pluginCore);
     options.workFolder = Wide(texts.workFolder);
     options.record = Wide(texts.record);
     options.jsonLines = Wide(texts.jsonLines);
@@ -49,6 +50,8 @@ void AddWhatIsPlayed(CLI::App& play, Texts& texts) {
     play.add_flag("--only-failed", texts.options.onlyFailed, "Of those, or of all, what failed the last time");
     play.add_option("--plugin", texts.plugin,
                     "The plug-in's file; else the one that the scenario names, beside this program");
+    play.add_option("--plugincore", texts.pluginCore,
+                    "The library to play with as PluginCoreX64.dll; else the kit's double");
     play.add_option("--until", texts.options.variation.until,
                     "The last step to play: its number, or what it says. What is left over is not checked then");
     play.add_option("--seed", texts.options.variation.seed,

@@ -61,8 +61,9 @@ constexpr Clause kClauses[] = {
     {kCallbackText, "callback-text", kContract, "The menu callback gets an id and a label, all texts in UTF-8.",
      "The plug-in refuses an item without id or label; its children have no place then.",
      "Pass empty texts instead of null. `itemText` and `parentID` alone may be null."},
-    {kCallbackFlag, "callback-flag", kRobust, "The menu callback gets flags of 0 or 1.",
-     "The plug-in takes any other value for 1.", "Pass `checked ? 1 : 0`."},
+    {kCallbackFlag, "callback-flag", kPedantic, "The menu callback gets flags of 0 or 1.",
+     "`checked` and `enabled` count only once the menu opens; the plug-in takes any other `hasSubMenu` for 1.",
+     "Pass `checked ? 1 : 0`."},
     {kCallbackParent, "callback-parent", kContract, "A parent is passed before its children, with hasSubMenu set.",
      "`parentID` is the parent's label, and the name of its sub-menu, which the host does not have yet: the items "
      "appear nowhere.",
@@ -112,6 +113,11 @@ constexpr Clause kClauses[] = {
     {kEntriesMissing, "entries-missing", kContract, "All 24 entries are exported.",
      "The plug-in uses a library that accepts its version all the same: a missing entry does nothing.",
      "Export every entry, those that do nothing too; `PLUGINCORE_EXPORTS` or a module definition file does it."},
+    {kDialog, "dialog", kRobust, "Only the entries that are there for it show dialogs and wait.",
+     "The host waits in the middle of what it does: it opens a document, or is idle.",
+     "Show dialogs in InvokeResolveDialog, InvokeRestrictedFontsDialog and InvokeCommandDialog, or in a process of "
+     "your "
+     "own."},
     {kCrash, "crash", kContract, "No entry crashes.", "The host crashes with it.",
      "See the place in the code that was named."},
     {kHang, "hang", kContract, "Every entry returns.",

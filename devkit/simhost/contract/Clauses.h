@@ -45,6 +45,7 @@ enum class ClauseId {
     kProcessLeft,
     kMemoryGrows,
     kEntriesMissing,
+    kDialog,
     kCrash,
     kHang,
     kEnded,

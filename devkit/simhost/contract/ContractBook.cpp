@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <mutex>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
 #include <utility>
 
 namespace simhost::contract {
@@ -13,7 +15,9 @@ std::string Describe(const Finding& finding) {
 
 void ContractBook::Tried(ClauseId clause) {
     const std::lock_guard lock(mMutex);
-    ++mTried[clause];
+    if (++mTried[clause] == 1) {
+        Write({{"tried", ClauseOf(clause).name}});
+    }
 }
 
 void ContractBook::Broken(Finding finding) {
@@ -23,6 +27,10 @@ void ContractBook::Broken(Finding finding) {
         return other.clause == finding.clause && other.entry == finding.entry && other.seen == finding.seen;
     });
     if (!known) {
+        Write({{"clause", ClauseOf(finding.clause).name},
+               {"entry", finding.entry},
+               {"call", finding.call},
+               {"seen", finding.seen}});
         mFindings.push_back(std::move(finding));
     }
 }
@@ -35,9 +43,45 @@ std::int64_t ContractBook::TimesTried(ClauseId clause) const {
 
 std::vector<Finding> ContractBook::TakeNew() {
     const std::lock_guard lock(mMutex);
-    const std::vector<Finding> added(mFindings.begin() + static_cast<std::ptrdiff_t>(mTaken), mFindings.end());
+    std::vector<Finding> added(mFindings.begin() + static_cast<std::ptrdiff_t>(mTaken), mFindings.end());
     mTaken = mFindings.size();
     return added;
+}
+
+void ContractBook::KeepIn(const std::filesystem::path& file) {
+    mFile = _wfopen(file.c_str(), L"wb");
+    if (mFile == nullptr) {
+        throw std::runtime_error("the record of the contract cannot be written");
+    }
+}
+
+void ContractBook::Begin(const std::string& entry, int call) {
+    const std::lock_guard lock(mMutex);
+    Write({{"begin", entry}, {"call", call}});
+}
+
+void ContractBook::End() {
+    const std::lock_guard lock(mMutex);
+    Write({{"end", true}});
+}
+
+void ContractBook::Done() {
+    const std::lock_guard lock(mMutex);
+    Write({{"done", true}});
+}
+
+void ContractBook::Refused(const std::string& why) {
+    const std::lock_guard lock(mMutex);
+    Write({{"refused", why}});
+}
+
+// Flushed to Windows: the process may be lost at any time.
+void ContractBook::Write(const nlohmann::ordered_json& line) {
+    if (mFile != nullptr) {
+        const std::string text = line.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+        std::fwrite(text.data(), 1, text.size(), mFile);
+        std::fflush(mFile);
+    }
 }
 
 ContractBook& Book() {

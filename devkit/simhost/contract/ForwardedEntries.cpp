@@ -1,6 +1,8 @@
 #include "simhost/contract/ForwardedEntries.h"
 
+#include <algorithm>
 #include <exception>
+#include <iterator>
 #include <string>
 
 #include "plugincore/PluginCore.h"
@@ -15,6 +17,7 @@ constexpr DWORD kVisualCppException = 0xE06D7363;
 
 // The library's own entries; null until the plug-in has asked for them.
 struct RealEntries {
+// A name to be declared takes no parentheses. NOLINTNEXTLINE(bugprone-macro-parentheses)
 #define DECLARE_ENTRY(name) decltype(&::name) name = nullptr;
     PLUGINCORE_ENTRIES(DECLARE_ENTRY)
 #undef DECLARE_ENTRY
@@ -192,7 +195,7 @@ std::int32_t InvokeResolveDialog(char* text, std::uint64_t* size) {
 std::int32_t InvokeRestrictedFontsDialog(const char* path, char* buffer) {
     GuardedCall& call = BeginCall("InvokeRestrictedFontsDialog");
     const char* const lentPath = call.Text("path", path);
-    char* const lentText = const_cast<char*>(call.Text("text", buffer));
+    char* const lentText = call.Text("text", buffer);
     return Through(call, [=] { return sReal.InvokeRestrictedFontsDialog(lentPath, lentText); });
 }
 
@@ -227,18 +230,29 @@ std::int32_t UpdateDocumentFontUsage(const char* documentID, const char* report)
 
 }  // namespace forward
 
+// Notes the library's entry and gives the one in its place.
+template <class Entry>
+FARPROC Replace(Entry& entry, FARPROC real, Entry forwarding) {
+    entry = reinterpret_cast<Entry>(reinterpret_cast<void*>(real));
+    return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(forwarding));
+}
+
+struct Row {
+    std::string_view name;
+    FARPROC (*replace)(FARPROC real);
+};
+
+#define REPLACE_ENTRY(name) \
+    {#name, [](FARPROC real) { return Replace<decltype(&::name)>(sReal.name, real, &forward::name); }},
+constexpr Row kRows[] = {PLUGINCORE_ENTRIES(REPLACE_ENTRY)};
+#undef REPLACE_ENTRY
+
 }  // namespace
 
 FARPROC Forwarding(std::string_view name, FARPROC real) {
-#define FORWARD_ENTRY(entry)                                                               \
-    if (name == #entry) {                                                                  \
-        static_assert(std::is_same_v<decltype(&forward::entry), decltype(&::entry)>);      \
-        sReal.entry = reinterpret_cast<decltype(&::entry)>(reinterpret_cast<void*>(real)); \
-        return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&forward::entry));        \
-    }
-    PLUGINCORE_ENTRIES(FORWARD_ENTRY)
-#undef FORWARD_ENTRY
-    return nullptr;
+    const auto* const row =
+        std::find_if(std::begin(kRows), std::end(kRows), [&](const Row& r) { return r.name == name; });
+    return row == std::end(kRows) ? nullptr : row->replace(real);
 }
 
 }  // namespace simhost::contract

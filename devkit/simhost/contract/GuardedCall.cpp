@@ -4,8 +4,10 @@
 #include <cstring>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <utility>
 
+#include "doubles/common/Thread.h"
 #include "doubles/plugincore/MessagingState.h"
 #include "simhost/contract/CodeAddress.h"
 #include "simhost/contract/ContractBook.h"
@@ -19,8 +21,11 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// A buffer of more bytes is no buffer of the plug-in's: it is passed on as it is.
-constexpr std::uint64_t kLargestBuffer = 16 << 20;
+// No buffer of the plug-in's is larger, whatever its size says: a library may have changed that in the call before.
+constexpr std::uint64_t kLargestBuffer = kPluginCoreOpenReplySize;
+
+// The main thread alone changes the stack.
+Mutex sStackMutex;
 
 std::vector<std::unique_ptr<GuardedCall>>& Stack() {
     static auto* const sStack = new std::vector<std::unique_ptr<GuardedCall>>;
@@ -44,32 +49,37 @@ GuardedCall::GuardedCall(const char* entry)
     : mEntry(entry), mNumber(NextNumberOf(entry)), mRecord(entry), mCall(std::make_shared<PluginCoreCall>()) {
     mCall->entry = entry;
     Recorded().push_back(mCall);
+    Book().Begin(entry, mNumber);
 }
 
 GuardedCall::~GuardedCall() = default;
 
 template <class Type>
-Type* GuardedCall::Lend(const char* name, Type* original, std::size_t size, Access access) {
-    if (original == nullptr || size > kLargestBuffer) {
-        return original;
+Type* GuardedCall::Lend(const char* name, Type* original, std::size_t size) {
+    if (original == nullptr) {
+        return nullptr;
     }
-    void* const block = GuardedMemory::Lend(original, size, {mEntry, mNumber, name, access});
-    void* const goesBack = access == Access::kReadWrite ? const_cast<std::remove_const_t<Type>*>(original) : nullptr;
-    mLent.push_back({block, goesBack});
+    void* const block = GuardedMemory::Lend(original, size, {mEntry, mNumber, name, Access::kReadWrite});
+    mLent.push_back({block, original});
     return static_cast<Type*>(block);
 }
 
-const char* GuardedCall::Text(const char* name, const char* text) {
+char* GuardedCall::Text(const char* name, const char* text) {
     mRecord.Text(name, text);
-    return Lend(name, text, text == nullptr ? 0 : std::strlen(text) + 1, Access::kReadOnly);
+    if (text == nullptr) {
+        return nullptr;
+    }
+    void* const block = GuardedMemory::Lend(text, std::strlen(text) + 1, {mEntry, mNumber, name, Access::kReadOnly});
+    mLent.push_back({block, nullptr});
+    return static_cast<char*>(block);
 }
 
 LentReply GuardedCall::LendReply(char* buffer, std::uint64_t* size) {
-    const std::uint64_t capacity = size == nullptr ? 0 : *size;
-    if (buffer != nullptr && size != nullptr && capacity <= kLargestBuffer) {
-        mReply = LentText{std::string(buffer, capacity), buffer, capacity, size};
+    const std::uint64_t capacity = size == nullptr ? 0 : std::min(*size, kLargestBuffer);
+    if (buffer != nullptr && size != nullptr) {
+        mReply = LentText{std::string(buffer, capacity), buffer, capacity, *size, size};
     }
-    return {Lend("buffer", buffer, capacity, Access::kReadWrite), Lend("size", size, sizeof *size, Access::kReadWrite)};
+    return {Lend("buffer", buffer, capacity), Lend("size", size, sizeof *size)};
 }
 
 LentReply GuardedCall::Reply(char* buffer, std::uint64_t* size) {
@@ -80,9 +90,9 @@ LentReply GuardedCall::Reply(char* buffer, std::uint64_t* size) {
 char* GuardedCall::ReplyOf(char* buffer, std::uint64_t capacity) {
     mRecord.BufferOf(buffer, capacity);
     if (buffer != nullptr) {
-        mReply = LentText{std::string(buffer, capacity), buffer, capacity, nullptr};
+        mReply = LentText{std::string(buffer, capacity), buffer, capacity, capacity, nullptr};
     }
-    return Lend("buffer", buffer, capacity, Access::kReadWrite);
+    return Lend("buffer", buffer, capacity);
 }
 
 LentReply GuardedCall::TextAndReply(char* text, std::uint64_t* size) {
@@ -94,13 +104,13 @@ std::uint32_t* GuardedCall::Number(const char* result, std::uint32_t* number) {
     mRecord.NumberAt("preset", number);
     mNumberName = result;
     mNumberOut = number;
-    return Lend(result, number, sizeof *number, Access::kReadWrite);
+    return Lend(result, number, sizeof *number);
 }
 
 std::uint8_t* GuardedCall::Flag(std::uint8_t* flag) {
     mRecord.NumberAt("preset", flag);
     mFlag = flag;
-    return Lend("flag", flag, sizeof *flag, Access::kReadWrite);
+    return Lend("flag", flag, sizeof *flag);
 }
 
 CallbackGuard* GuardedCall::Callback(PluginCoreMenuCallback callback, void* context) {
@@ -133,7 +143,11 @@ void GuardedCall::LeftBy(const std::string& exception) {
 
 void GuardedCall::GiveBack() {
     for (const Lent& lent : mLent) {
-        Book().Tried(lent.original == nullptr ? ClauseId::kArgumentWritten : ClauseId::kBufferBehind);
+        const bool isText = lent.original == nullptr;
+        Book().Tried(isText ? ClauseId::kArgumentWritten : ClauseId::kBufferInFront);
+        Book().Tried(isText ? ClauseId::kArgumentBehind : ClauseId::kBufferBehind);
+        Book().Tried(ClauseId::kArgumentKept);
+        Book().Tried(ClauseId::kArgumentFreed);
         GuardedMemory::Release(lent.block, lent.original);
     }
     mLent.clear();
@@ -161,12 +175,13 @@ void GuardedCall::CheckReply() {
     }
     if (reply.size != nullptr) {
         Book().Tried(ClauseId::kSizeSane);
-        if (*reply.size != reply.capacity) {
+        const bool isChanged = *reply.size != reply.sizeBefore;
+        if (isChanged) {
             mCall->results["size"] = *reply.size;
         }
-        if (*reply.size > reply.capacity || *reply.size < text.size()) {
+        if (isChanged && (*reply.size > reply.sizeBefore || *reply.size < text.size())) {
             Finding(ClauseId::kSizeSane, "the size became " + std::to_string(*reply.size) + ", with a capacity of " +
-                                             std::to_string(reply.capacity) + " and a text of " +
+                                             std::to_string(reply.sizeBefore) + " and a text of " +
                                              std::to_string(text.size()) + " bytes");
         }
     }
@@ -178,14 +193,17 @@ void GuardedCall::CheckReply() {
 void GuardedCall::CheckJson(const std::string& text) {
     struct Shape {
         std::string_view entry;
+        std::uint64_t capacity;  // in a smaller buffer the text may be cut
         ClauseId parses, members;
         std::optional<ShapeFault> (*faultOf)(const std::string& json);
     };
-    const Shape shapes[] = {{"GetMenus", ClauseId::kMenuJson, ClauseId::kMenuMembers, &FaultOfMenus},
-                            {"GetSettings", ClauseId::kSettingsJson, ClauseId::kSettingsMembers, &FaultOfSettings}};
+    const Shape shapes[] = {
+        {"GetMenus", kPluginCoreMenusSize, ClauseId::kMenuJson, ClauseId::kMenuMembers, &FaultOfMenus},
+        {"GetSettings", kPluginCoreSettingsSize, ClauseId::kSettingsJson, ClauseId::kSettingsMembers,
+         &FaultOfSettings}};
     const auto* const shape = std::find_if(std::begin(shapes), std::end(shapes),
                                            [&](const Shape& candidate) { return candidate.entry == mEntry; });
-    if (shape == std::end(shapes)) {
+    if (shape == std::end(shapes) || mReply->capacity < shape->capacity) {
         return;
     }
     Book().Tried(shape->parses);
@@ -233,15 +251,19 @@ void GuardedCall::End() {
     }
     mCall->arguments = mRecord.Arguments();
     CheckTimeline(*mCall, mNumber);
+    Book().End();
 }
 
 GuardedCall& BeginCall(const char* entry) {
-    Stack().push_back(std::make_unique<GuardedCall>(entry));
+    auto call = std::make_unique<GuardedCall>(entry);
+    const std::lock_guard lock(sStackMutex);
+    Stack().push_back(std::move(call));
     return *Stack().back();
 }
 
 void EndCall() {
     Stack().back()->End();
+    const std::lock_guard lock(sStackMutex);
     Stack().pop_back();
 }
 
@@ -253,8 +275,9 @@ std::vector<PluginCoreCall> TakeCalls() {
     return calls;
 }
 
-std::optional<std::string> EntryUnderWay() {
-    return Stack().empty() ? std::nullopt : std::optional(Stack().back()->InWords());
+std::optional<CallUnderWay> EntryUnderWay() {
+    const std::lock_guard lock(sStackMutex);
+    return Stack().empty() ? std::nullopt : std::optional(Stack().back()->UnderWay());
 }
 
 void NoteHits() {

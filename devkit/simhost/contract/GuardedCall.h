@@ -24,6 +24,11 @@
 
 namespace simhost::contract {
 
+struct CallUnderWay {
+    std::string entry;
+    int number = 0;  // of the call of its entry, from 1
+};
+
 // What a library gets in place of a reply buffer and its size.
 struct LentReply {
     char* text;
@@ -38,7 +43,8 @@ class GuardedCall {
     ~GuardedCall();
 
     // Arguments, in their order; each returns what the library gets. A null pointer stays one.
-    const char* Text(const char* name, const char* text);
+    // Lent for reading only.
+    char* Text(const char* name, const char* text);
     LentReply Reply(char* buffer, std::uint64_t* size);
     // Of a length that the contract knows.
     char* ReplyOf(char* buffer, std::uint64_t capacity);
@@ -56,8 +62,7 @@ class GuardedCall {
     // Gives everything back, checks and records.
     void End();
 
-    // As in "GetMenus, call 3".
-    std::string InWords() const { return std::string(mEntry) + ", call " + std::to_string(mNumber); }
+    CallUnderWay UnderWay() const { return {mEntry, mNumber}; }
 
   private:
     struct Lent {
@@ -68,11 +73,12 @@ class GuardedCall {
         std::string before;
         char* original;
         std::uint64_t capacity;
-        std::uint64_t* size;
+        std::uint64_t sizeBefore;
+        std::uint64_t* size;  // null: the contract knows the capacity
     };
 
     template <class Type>
-    Type* Lend(const char* name, Type* original, std::size_t size, Access access);
+    Type* Lend(const char* name, Type* original, std::size_t size);
     LentReply LendReply(char* buffer, std::uint64_t* size);
     void GiveBack();
     void CheckReply();
@@ -101,8 +107,9 @@ void EndCall();
 
 // The calls since the last time, in the order in which they began.
 std::vector<PluginCoreCall> TakeCalls();
-// The entry that is being called, and the number of its call; nothing while none is. For whoever reports a crash.
-std::optional<std::string> EntryUnderWay();
+// For whoever reports a crash or a run that hangs; nothing while no entry is being called.
+// Thread: any.
+std::optional<CallUnderWay> EntryUnderWay();
 
 // Turns what guarded memory has noted into findings. For uses after a return that come at any time.
 void NoteHits();

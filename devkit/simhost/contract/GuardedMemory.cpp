@@ -62,11 +62,11 @@ void Note(HitKind kind, const Block& block, const void* address, bool isWrite, c
 }
 
 // Of pages of which some have no memory yet.
-void MakeAccessible(const unsigned char* from, const unsigned char* to) {
+void MakeAccessible(unsigned char* from, const unsigned char* to) {
     const auto size = static_cast<std::size_t>(to - from);
     DWORD before = 0;
-    VirtualAlloc(const_cast<unsigned char*>(from), size, MEM_COMMIT, PAGE_READWRITE);
-    VirtualProtect(const_cast<unsigned char*>(from), size, PAGE_READWRITE, &before);
+    VirtualAlloc(from, size, MEM_COMMIT, PAGE_READWRITE);
+    VirtualProtect(from, size, PAGE_READWRITE, &before);
 }
 
 // The zone that was hit becomes accessible, so that each zone of a block is noted once.
@@ -181,19 +181,19 @@ void* GuardedMemory::Lend(const void* bytes, std::size_t size, const Loan& loan)
     return first;
 }
 
-void GuardedMemory::Release(void* lent, void* out) {
+void GuardedMemory::Release(void* block, void* out) {
     // This thread alone changes the table.
-    Block* const block = Find(lent);
-    if (block == nullptr || block->isClosed) {
+    Block* const lent = Find(block);
+    if (lent == nullptr || lent->isClosed) {
         return;
     }
     // Not under the lock: a mistake of the caller's goes through the exception handler as well.
-    if (out != nullptr && block->size != 0) {
-        std::memcpy(out, block->bytes, block->size);
+    if (out != nullptr && lent->size != 0) {
+        std::memcpy(out, lent->bytes, lent->size);
     }
     const std::lock_guard lock(sMutex);
-    CheckCanary(*block);
-    Close(*block);
+    CheckCanary(*lent);
+    Close(*lent);
 }
 
 bool GuardedMemory::NoteFreed(const void* pointer, const void* code) {

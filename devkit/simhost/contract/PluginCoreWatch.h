@@ -8,8 +8,18 @@
 
 namespace simhost::contract {
 
+// When it names a file, the contract's book is kept there, and dialogs are closed.
+constexpr const wchar_t* kContractRecordVariable = L"QUORVEL_CONTRACT_RECORD";
+void KeepBookIfAsked();
+
+// Names the folder that a library of one's own was copied from.
+constexpr const wchar_t* kPluginCoreFolderVariable = L"QUORVEL_PLUGINCORE_FOLDER";
+
 // For the loaded plug-in, until it is unloaded.
 void WatchPluginCore(HMODULE plugin);
+
+// The library's entry of that name behind the layer; null when it has none. Any other exported name as it is.
+FARPROC GuardedEntry(HMODULE library, const char* name);
 
 // The library in which the plug-in has looked for entries last; null when in none.
 HMODULE WatchedLibrary();

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "simhost/contract/ContractBook.h"
+#include "simhost/contract/LibraryImports.h"
 
 namespace simhost::contract {
 
@@ -42,10 +43,47 @@ void CheckAfterTerminate(const PluginCoreCall& call, int number, const History& 
     }
 }
 
+void CheckLeftovers(const PluginCoreCall& call, int number) {
+    for (const ClauseId clause :
+         {ClauseId::kHookLeft, ClauseId::kWindowLeft, ClauseId::kThreadLeft, ClauseId::kProcessLeft}) {
+        Book().Tried(clause);
+    }
+    for (const Leftover& left : Leftovers()) {
+        Book().Broken({left.clause, call.entry, number, "it left " + left.what});
+    }
+}
+
+struct Patience {
+    const char* entry;
+    double milliseconds;  // 0: a person may be asked
+};
+
+constexpr Patience kPatience[] = {{"IdleEvent", 10},
+                                  {"ProcessPanelMessages", 10},
+                                  {"InvokeResolveDialog", 0},
+                                  {"InvokeCommandDialog", 0},
+                                  {"InvokeRestrictedFontsDialog", 0}};
+constexpr double kUsualPatience = 100;
+
+void CheckTime(const PluginCoreCall& call, int number) {
+    const auto* const own = std::find_if(std::begin(kPatience), std::end(kPatience),
+                                         [&](const Patience& patience) { return call.entry == patience.entry; });
+    const double limit = own == std::end(kPatience) ? kUsualPatience : own->milliseconds;
+    if (limit == 0) {
+        return;
+    }
+    Book().Tried(ClauseId::kSlow);
+    if (call.milliseconds.value_or(0) > limit) {
+        Book().Broken({ClauseId::kSlow, call.entry, number,
+                       "took " + std::to_string(static_cast<int>(*call.milliseconds)) + " ms"});
+    }
+}
+
 }  // namespace
 
 void CheckTimeline(const PluginCoreCall& call, int number) {
     History& history = TheHistory();
+    CheckTime(call, number);
     if (history.isTerminated) {
         CheckAfterTerminate(call, number, history);
     } else {
@@ -53,6 +91,7 @@ void CheckTimeline(const PluginCoreCall& call, int number) {
     }
     if (call.entry == "TerminatePluginCoreInterface") {
         history.isTerminated = true;
+        CheckLeftovers(call, number);
     } else if (call.entry == "InitializePluginCoreInterface") {
         history.isTerminated = false;
     }

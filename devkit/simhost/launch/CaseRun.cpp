@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "doubles/common/Text.h"
+#include "simhost/contract/PluginCoreWatch.h"
 #include "simhost/launch/ChildProcess.h"
 #include "simhost/launch/LaunchInfoFiles.h"
 #include "simhost/launch/RunFolder.h"
@@ -22,6 +23,18 @@ std::filesystem::path PluginFile(const std::filesystem::path& named, const std::
     if (!std::filesystem::is_regular_file(file)) {
         throw std::runtime_error("there is no plug-in " + Utf8(file.wstring()) +
                                  "; build it, or name one with --plugin");
+    }
+    return file;
+}
+
+// Absolute; empty for the kit's.
+std::filesystem::path PluginCoreFile(const std::filesystem::path& named) {
+    if (named.empty()) {
+        return {};
+    }
+    std::filesystem::path file = std::filesystem::absolute(named).make_preferred();
+    if (!std::filesystem::is_regular_file(file)) {
+        throw std::runtime_error("there is no PluginCore " + Utf8(file.wstring()));
     }
     return file;
 }
@@ -45,6 +58,8 @@ class FolderForOneRun {
 };
 
 void NameRecordsAndScripts(const RunFolder& folder) {
+    // Its calls are recorded on their way to it; kept nowhere else.
+    SetEnvironmentVariableW(L"QUORVEL_PLUGINCORE_RECORD", L"NUL");
     SetEnvironmentVariableW(L"QUORVEL_PLUGINCORE_SCRIPT", folder.Answers().c_str());
     SetEnvironmentVariableW(L"QUORVEL_PLUGPLUG_RECORD", folder.BusCalls().c_str());
     SetEnvironmentVariableW(L"QUORVEL_PLUGPLUG_SCRIPT", folder.BusAnswers().c_str());
@@ -105,7 +120,8 @@ Verdict RunCase(const ScenarioFile& file, const std::string& caseName, const Run
     Scenario scenario = file.Read(caseName, folder.PlaceholdersForScenarios());
     Vary(scenario, options.variation);
     const FolderForOneRun forOneRun(folder.Root(), options.keepFolder);
-    folder.LayOut(scenario, plugin, KitFolder());
+    const std::filesystem::path pluginCore = PluginCoreFile(options.pluginCore);
+    folder.LayOut(scenario, plugin, KitFolder(), pluginCore);
     const LaunchInfoFiles launchInfo(scenario.launchInfo);
     const std::vector<ChildProcess> processes = StartInOrder(Programs(scenario, folder));
 
@@ -113,6 +129,8 @@ Verdict RunCase(const ScenarioFile& file, const std::string& caseName, const Run
         options.record.empty() ? folder.Root() / L"result.json" : std::filesystem::absolute(options.record);
     std::filesystem::remove(record);
     NameRecordsAndScripts(folder);
+    SetEnvironmentVariableW(contract::kPluginCoreFolderVariable,
+                            pluginCore.empty() ? nullptr : pluginCore.parent_path().c_str());
     RunHost(scenario, folder, ArgumentsOfHost(file.Path(), caseName, folder, record, options.tell, options.variation),
             options.timeLimitSeconds.value_or(scenario.timeLimitSeconds.value_or(kUsualSeconds)), record);
     return ReadResult(record);

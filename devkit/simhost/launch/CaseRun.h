@@ -15,6 +15,7 @@ namespace simhost {
 
 struct RunOptions {
     std::filesystem::path plugin;      // empty: the scenario's, beside this program
+    std::filesystem::path pluginCore;  // empty: the double of the kit
     std::filesystem::path workFolder;  // emptied first; never empty
     bool keepFolder = false;
     std::filesystem::path record;                    // empty: none is kept

@@ -152,8 +152,8 @@ class Programme {
         TellOptions tell = mOptions.tell;
         tell.events = events.Path();
         tell.verbosity = TellsPeople() ? tell.verbosity : Verbosity::kQuiet;
-        return {mOptions.plugin, folder.make_preferred(), kept, mOptions.record, mOptions.timeLimitSeconds,
-                std::move(tell), mOptions.variation};
+        return {mOptions.plugin, mOptions.pluginCore,       folder.make_preferred(), kept,
+                mOptions.record, mOptions.timeLimitSeconds, std::move(tell),         mOptions.variation};
     }
 
     // Several runs share one file: their records are put together there, by name.
@@ -193,6 +193,9 @@ class Programme {
         std::vector<std::string> options;
         if (!mOptions.plugin.empty()) {
             options.insert(options.end(), {"--plugin", Utf8(mOptions.plugin.generic_wstring())});
+        }
+        if (!mOptions.pluginCore.empty()) {
+            options.insert(options.end(), {"--plugincore", Utf8(mOptions.pluginCore.generic_wstring())});
         }
         if (mOptions.variation.seed) {
             options.insert(options.end(), {"--seed", std::to_string(*mOptions.variation.seed)});

@@ -16,6 +16,7 @@ struct PlayOptions {
     std::vector<std::string> cases;                // names and patterns; empty: all
     bool onlyFailed = false;                       // of those, what failed the last time
     std::filesystem::path plugin;                  // empty: the one that the scenario names
+    std::filesystem::path pluginCore;              // empty: the double of the kit
     std::filesystem::path workFolder;              // empty: one of its own for each run, removed afterwards
     std::filesystem::path record;                  // empty: none is kept
     std::filesystem::path jsonLines;               // empty: none; "-": standard output

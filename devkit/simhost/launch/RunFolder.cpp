@@ -57,13 +57,14 @@ Placeholders RunFolder::PlaceholdersForScenarios() const {
     return {{"work", Utf8(mRoot.wstring())}, {"plugin", Utf8(Plugin().wstring())}, {"version", QUORVEL_VERSION}};
 }
 
-void RunFolder::LayOut(const Scenario& scenario, const std::filesystem::path& plugin,
-                       const std::filesystem::path& kit) const {
+void RunFolder::LayOut(const Scenario& scenario, const std::filesystem::path& plugin, const std::filesystem::path& kit,
+                       const std::filesystem::path& pluginCore) const {
     std::filesystem::remove_all(mRoot);
     LinkOrCopy(kit / L"simhost.exe", Program());
     LinkOrCopy(plugin, Plugin());
     for (const CopyToMake& copy : scenario.copies) {
-        Copy(kit / Wide(copy.what), At(copy.to));
+        const bool isReplaced = !pluginCore.empty() && copy.what == "PluginCoreX64.dll";
+        Copy(isReplaced ? pluginCore : kit / Wide(copy.what), At(copy.to));
     }
     for (const FileToMake& file : scenario.files) {
         WriteFile(file);

@@ -33,7 +33,9 @@ class RunFolder {
 
     // Makes the folder anew, with everything that the scenario lays out in it. `kit` is the folder of the libraries
     // that are copied. Throws std::runtime_error or std::filesystem::filesystem_error.
-    void LayOut(const Scenario& scenario, const std::filesystem::path& plugin, const std::filesystem::path& kit) const;
+    // `pluginCore` is copied where the scenario wants PluginCoreX64.dll; empty for the kit's double.
+    void LayOut(const Scenario& scenario, const std::filesystem::path& plugin, const std::filesystem::path& kit,
+                const std::filesystem::path& pluginCore) const;
 
     void WriteFile(const FileToMake& file) const;
     void Move(const FileToMove& move) const;

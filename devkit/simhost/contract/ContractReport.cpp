@@ -1,0 +1,127 @@
+#include "simhost/contract/ContractReport.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+namespace simhost::contract {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// Further ones say the same of other entries or calls; all are in the JSON.
+constexpr int kShownPerClause = 3;
+
+const char* StateOf(const ContractResult& result, const Clause& clause) {
+    return result.IsBroken(clause.id) ? "broken" : result.tried.contains(clause.id) ? "kept" : "not tried";
+}
+
+// A text of one paragraph, broken into lines.
+std::string Wrapped(const std::string& text, const std::string& indent) {
+    constexpr std::size_t kWidth = 100;
+    std::string lines;
+    std::string line = indent;
+    std::size_t at = 0;
+    while (at < text.size()) {
+        const std::size_t end = std::min(text.find(' ', at), text.size());
+        const std::string word = text.substr(at, end - at);
+        if (line.size() + 1 + word.size() > kWidth && line != indent) {
+            lines += line + "\n";
+            line = indent;
+        }
+        line += (line == indent ? "" : " ") + word;
+        at = end + 1;
+    }
+    return lines + line + "\n";
+}
+
+std::string Padded(const std::string& text, std::size_t width) {
+    return text + std::string(width > text.size() ? width - text.size() : 1, ' ');
+}
+
+std::string Sightings(const ContractResult& result, ClauseId clause) {
+    std::string lines;
+    int count = 0;
+    for (const Sighting& sighting : result.sightings) {
+        if (sighting.finding.clause == clause && ++count <= kShownPerClause) {
+            lines += Wrapped(Describe(sighting.finding) + " [" + sighting.run + "]", "             ");
+        }
+    }
+    return count > kShownPerClause ? lines + "             and " + std::to_string(count - kShownPerClause) + " more\n"
+                                   : lines;
+}
+
+struct Counts {
+    int kept = 0, broken = 0, notTried = 0;
+};
+
+Counts CountUpTo(const ContractResult& result, Level level) {
+    Counts counts;
+    for (const Clause& clause : AllClauses()) {
+        if (clause.level <= level) {
+            int& count = result.IsBroken(clause.id)         ? counts.broken
+                         : result.tried.contains(clause.id) ? counts.kept
+                                                            : counts.notTried;
+            ++count;
+        }
+    }
+    return counts;
+}
+
+}  // namespace
+
+bool IsKept(const ContractResult& result, Level level) { return CountUpTo(result, level).broken == 0; }
+
+std::string ReportText(const ContractResult& result, Level level, const std::string& library) {
+    std::string text = library + ", level " + NameOf(level) + "\n\n";
+    for (const Clause& clause : AllClauses()) {
+        const bool isHint = clause.level == Level::kHint && result.IsBroken(clause.id);
+        if (clause.level > level && !isHint) {
+            continue;
+        }
+        text += "  " + Padded(isHint ? "hint" : StateOf(result, clause), 11) + Padded(clause.name, 20) + clause.what +
+                "\n" + Sightings(result, clause.id);
+    }
+    for (const std::string& note : result.notes) {
+        text += "\nnote: " + note + "\n";
+    }
+    const Counts counts = CountUpTo(result, level);
+    text += "\n" + std::to_string(counts.kept) + " clauses kept, " + std::to_string(counts.broken) + " broken, " +
+            std::to_string(counts.notTried) + " not tried.\n";
+    return text + (counts.broken == 0
+                       ? "Passed: the library keeps the contract.\n"
+                       : "FAILED: \"simhost explain\" and a clause's name tell why, and how to mend it.\n");
+}
+
+Json ReportJson(const ContractResult& result, Level level, const std::string& library) {
+    Json clauses = Json::array();
+    for (const Clause& clause : AllClauses()) {
+        Json seen = Json::array();
+        for (const Sighting& sighting : result.sightings) {
+            if (sighting.finding.clause == clause.id) {
+                seen.push_back({{"run", sighting.run},
+                                {"entry", sighting.finding.entry},
+                                {"call", sighting.finding.call},
+                                {"text", sighting.finding.seen}});
+            }
+        }
+        clauses.push_back({{"clause", clause.name},
+                           {"level", NameOf(clause.level)},
+                           {"state", StateOf(result, clause)},
+                           {"what", clause.what},
+                           {"seen", seen}});
+    }
+    return {{"library", library},
+            {"level", NameOf(level)},
+            {"passed", IsKept(result, level)},
+            {"clauses", clauses},
+            {"notes", result.notes}};
+}
+
+std::string ExplanationOf(const Clause& clause) {
+    return std::string(clause.name) + ", level " + NameOf(clause.level) + "\n" + Wrapped(clause.what, "  ") + "Why:\n" +
+           Wrapped(clause.reason, "  ") + "What to do:\n" + Wrapped(clause.cure, "  ");
+}
+
+}  // namespace simhost::contract
