@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "FatalFaults.h"
 #include "HeldSuite.h"
 #include "host/Messages.h"
 #include "MessagingFaults.h"
@@ -55,10 +56,24 @@ constexpr FaultRow kFaults[] = {
     {"tell the panel on another thread", &TellPanelOnOtherThread},
     {"dispatch an event without a type", &DispatchWithoutType},
     {"write where nothing is", &AccessViolation},
+    {"pass a bad pointer", &PassBadPointer},
+    {"jump nowhere", &JumpNowhere},
+    {"overflow the stack", &OverflowStack},
     {"throw an exception", &ThrowException},
     {"abort", &Abort},
+    {"fail fast", &FailFast},
     {"hang", &Hang},
+    {"spin", &Spin},
+    {"hang when unloaded", &HangWhenUnloaded},
     {"end the process", &EndProcess},
+    {"exit through the C runtime", &ExitThroughRuntime},
+    {"exit through Windows", &ExitThroughWindows},
+    {"end the main thread", &EndMainThread},
+    {"let another process end it", &LetAnotherEndProcess},
+    {"ask a question", &AskQuestion},
+    {"show a dialog of its own", &ShowOwnDialog},
+    {"leave a process", &LeaveProcess},
+    {"leave a thread", &LeaveThread},
     {"nothing", &DoNothing},
 };
 

@@ -3,8 +3,6 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <cstdlib>
-#include <stdexcept>
 
 namespace {
 
@@ -43,17 +41,3 @@ void AskWhetherEnabled() {
         reinterpret_cast<std::int32_t (*)(std::uint8_t, std::uint8_t*)>(PluginCoreEntry("PluginIsEnabled"));
     entry(1, &enabled);
 }
-
-void AccessViolation() {
-    // Not known to the compiler, which would complain.
-    static volatile std::uintptr_t sNowhere = 16;
-    *reinterpret_cast<volatile int*>(sNowhere) = 1;
-}
-
-void ThrowException() { throw std::runtime_error("not for the host"); }
-
-void Abort() { std::abort(); }
-
-void Hang() { Sleep(INFINITE); }
-
-void EndProcess() { TerminateProcess(GetCurrentProcess(), 0); }

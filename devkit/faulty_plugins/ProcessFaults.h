@@ -1,4 +1,4 @@
-// What a plug-in can do wrong in the host's process: hooks, boxes, calls of the PluginCore, crashes.
+// What a plug-in can do wrong in the host's process: hooks, boxes, calls of the PluginCore.
 #pragma once
 
 void LeaveHook();
@@ -8,8 +8,3 @@ void CallPluginCore();
 void CallPluginCoreUnseen();
 // For every tick, which is too often.
 void AskWhetherEnabled();
-void AccessViolation();
-void ThrowException();
-void Abort();
-void Hang();
-void EndProcess();

@@ -29,6 +29,8 @@ std::vector<std::string> ArgumentsBackwards() {
 }
 
 int Run() {
+    // For the host's process as well: no window of Windows' own waits for somebody.
+    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
     // The transcript is UTF-8, with line feeds alone.
     SetConsoleOutputCP(CP_UTF8);
     _setmode(_fileno(stdout), _O_BINARY);
@@ -48,21 +50,35 @@ int Run() {
     simhost::AddExplain(app, chosen);
     simhost::AddProbe(app, chosen);
     simhost::AddPerform(app, chosen);
+    simhost::AddSymbols(app, chosen);
     try {
         app.parse(ArgumentsBackwards());
     } catch (const CLI::ParseError& error) {
-        return app.exit(error);
+        // Its own codes tell one mistake from the other, which nobody needs.
+        return app.exit(error) == 0 ? 0 : 2;
     }
     return chosen();
+}
+
+// Exit codes are 0, 1 and 2, whatever happens.
+LONG WINAPI OnCrash(EXCEPTION_POINTERS* exception) {
+    std::fprintf(stderr, "simhost: crashed itself, by the exception 0x%08lX at %p\n",
+                 exception->ExceptionRecord->ExceptionCode, exception->ExceptionRecord->ExceptionAddress);
+    TerminateProcess(GetCurrentProcess(), 2);
+    return EXCEPTION_EXECUTE_HANDLER;
 }
 
 }  // namespace
 
 int main() {
+    SetUnhandledExceptionFilter(&OnCrash);
     try {
         return Run();
     } catch (const std::exception& error) {
         std::fprintf(stderr, "simhost: %s\n", error.what());
+        return 2;
+    } catch (...) {
+        std::fprintf(stderr, "simhost: an unknown exception\n");
         return 2;
     }
 }

@@ -41,6 +41,13 @@ constexpr RuleName kRules[] = {
     {Rule::kState, "state"},
     {Rule::kMessagePath, "message-path"},
     {Rule::kTimeLimit, "time-limit"},
+    {Rule::kHang, "hang"},
+    {Rule::kModalDialog, "modal-dialog"},
+    {Rule::kProcessEnded, "process-ended"},
+    {Rule::kFailFast, "fail-fast"},
+    {Rule::kLostVerdict, "lost-verdict"},
+    {Rule::kProcessLeft, "process-left"},
+    {Rule::kThreadLeft, "thread-left"},
 };
 
 }  // namespace
@@ -58,6 +65,9 @@ const RuleName* FindRule(std::string_view name) {
 
 void RuleBook::Broken(Rule rule, std::string text, std::int64_t amount) {
     mViolations.push_back({rule, amount, std::move(text)});
+    if (onBroken) {
+        onBroken(mViolations.back());
+    }
 }
 
 }  // namespace simhost

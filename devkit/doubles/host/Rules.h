@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -46,6 +47,13 @@ enum class Rule {
     kState,
     kMessagePath,
     kTimeLimit,
+    kHang,
+    kModalDialog,
+    kProcessEnded,
+    kFailFast,
+    kLostVerdict,
+    kProcessLeft,
+    kThreadLeft,
 };
 
 struct RuleName {
@@ -69,6 +77,9 @@ class RuleBook {
     void Broken(Rule rule, std::string text, std::int64_t amount = 1);
 
     const std::vector<Violation>& Violations() const { return mViolations; }
+
+    // Is told of each violation as it is noted; may be empty.
+    std::function<void(const Violation&)> onBroken;
 
   private:
     std::vector<Violation> mViolations;

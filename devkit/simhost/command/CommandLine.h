@@ -20,7 +20,8 @@ void AddContract(CLI::App& app, ChosenCommand& chosen);
 void AddExplain(CLI::App& app, ChosenCommand& chosen);
 // Started by "contract".
 void AddProbe(CLI::App& app, ChosenCommand& chosen);
-// Started by the other commands, in a folder that is laid out already; of no use by hand.
+// Started by the other commands, and of no use by hand. AddPerform: the host, in a folder that is laid out already.
 void AddPerform(CLI::App& app, ChosenCommand& chosen);
+void AddSymbols(CLI::App& app, ChosenCommand& chosen);
 
 }  // namespace simhost

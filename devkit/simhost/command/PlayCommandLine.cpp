@@ -6,6 +6,7 @@
 #include "doubles/common/Text.h"
 #include "simhost/command/CommandLine.h"
 #include "simhost/launch/PlayCommand.h"
+#include "simhost/scenario/Ranges.h"
 
 namespace simhost {
 
@@ -57,9 +58,14 @@ void AddWhatIsPlayed(CLI::App& play, Texts& texts) {
     play.add_option("--seed", texts.options.variation.seed,
                     "Let the PluginCore give random answers that it should never give, the same for the same number");
     play.add_option("--work-folder", texts.workFolder,
-                    "The folder to play in: emptied first, kept afterwards; else one of its own, removed afterwards");
-    play.add_option("--time-limit", texts.options.timeLimitSeconds,
-                    "End each run after so many seconds; else after 60");
+                    "The folder to play in: new, empty, or made by a run; kept afterwards. Else one that is removed");
+    const CLI::Range seconds(ranges::kTimeLimit.least, ranges::kTimeLimit.most);
+    play.add_option("--time-limit", texts.options.timeLimitSeconds, "End each run after so many seconds; else after 60")
+        ->check(seconds);
+    play.add_option("--step-time-limit", texts.options.stepTimeLimitSeconds,
+                    "End a run whose step takes so many seconds; else 20")
+        ->check(seconds);
+    play.add_flag("--no-wait", texts.options.noWait, "Do not wait for another simhost that plays");
 }
 
 void AddWhatIsTold(CLI::App& play, Texts& texts) {

@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 
 #include "doubles/common/Text.h"
+#include "simhost/watch/Symbols.h"
 
 namespace simhost::contract {
 
@@ -16,6 +18,12 @@ HMODULE ModuleOf(const void* address) {
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                        static_cast<const wchar_t*>(address), &module);
     return module;
+}
+
+// Empty for no module.
+std::filesystem::path PathOfModule(HMODULE module) {
+    wchar_t path[MAX_PATH] = L"";
+    return module == nullptr || GetModuleFileNameW(module, path, MAX_PATH) == 0 ? L"" : path;
 }
 
 // To the caller's frame. False where the stack ends.
@@ -36,14 +44,7 @@ bool Unwind(CONTEXT& context) {
 
 }  // namespace
 
-std::string FileNameOfModule(HMODULE module) {
-    wchar_t path[MAX_PATH] = L"";
-    if (module == nullptr || GetModuleFileNameW(module, path, MAX_PATH) == 0) {
-        return {};
-    }
-    const std::string file = Utf8(std::wstring_view(path));
-    return file.substr(file.find_last_of('\\') + 1);
-}
+std::string FileNameOfModule(HMODULE module) { return Utf8(PathOfModule(module).filename().wstring()); }
 
 std::string DescribeCode(const void* address) {
     const HMODULE module = ModuleOf(address);
@@ -51,10 +52,14 @@ std::string DescribeCode(const void* address) {
     if (file.empty()) {
         return "code outside all modules";
     }
+    const auto base = reinterpret_cast<std::uint64_t>(module);
+    const Symbol symbol = LookUpSymbols(PathOfModule(module), base, {reinterpret_cast<std::uint64_t>(address)}).front();
+    if (!symbol.function.empty()) {
+        return InWords(symbol, file);
+    }
     char offset[32];
     std::snprintf(offset, sizeof offset, " + 0x%llx",
-                  static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(address) -
-                                                  reinterpret_cast<std::uintptr_t>(module)));
+                  static_cast<unsigned long long>(reinterpret_cast<std::uint64_t>(address) - base));
     return file + offset;
 }
 

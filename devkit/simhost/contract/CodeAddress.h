@@ -1,4 +1,4 @@
-// Names a place in code for people: the one place where a symbolizer would come in.
+// Names a place in code for people.
 //
 // Thread: any.
 #pragma once
@@ -9,7 +9,7 @@
 
 namespace simhost::contract {
 
-// As in "PluginCoreX64.dll + 0x1a2b".
+// As in "Function of PluginCoreX64.dll (File.c:12)", or "PluginCoreX64.dll + 0x1a2b" where no symbols are.
 std::string DescribeCode(const void* address);
 
 // The innermost place inside `library` on the stack of an exception, else where the exception happened: what a library

@@ -16,6 +16,7 @@
 #include "simhost/contract/Probes.h"
 #include "simhost/launch/CaseRun.h"
 #include "simhost/launch/ChildProcess.h"
+#include "simhost/launch/Job.h"
 
 namespace simhost::contract {
 
@@ -129,7 +130,8 @@ class Check {
         const std::filesystem::path program = KitFolder() / L"simhost.exe";
         std::optional<DWORD> exitCode;
         {
-            const ChildProcess child(program, {L"probe", Wide(probe.name), mLibrary.wstring()});
+            const Job job;
+            const ChildProcess child(program, {L"probe", Wide(probe.name), mLibrary.wstring()}, job);
             exitCode = child.WaitFor(kProbeMilliseconds);
         }
         const ContractRecord seen = ReadContractRecord(record);

@@ -14,6 +14,7 @@
 #include "simhost/contract/HitFindings.h"
 #include "simhost/contract/TextChecks.h"
 #include "simhost/contract/Timeline.h"
+#include "simhost/run/FlightRecorder.h"
 
 namespace simhost::contract {
 
@@ -256,12 +257,14 @@ void GuardedCall::End() {
 
 GuardedCall& BeginCall(const char* entry) {
     auto call = std::make_unique<GuardedCall>(entry);
+    EnteredEntry(call->InWords());
     const std::lock_guard lock(sStackMutex);
     Stack().push_back(std::move(call));
     return *Stack().back();
 }
 
 void EndCall() {
+    LeftEntry();
     Stack().back()->End();
     const std::lock_guard lock(sStackMutex);
     Stack().pop_back();

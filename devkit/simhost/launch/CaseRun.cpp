@@ -2,28 +2,33 @@
 
 #include <windows.h>
 
+#include <cstdio>
 #include <stdexcept>
-#include <system_error>
 #include <vector>
 
 #include "doubles/common/Text.h"
 #include "simhost/contract/PluginCoreWatch.h"
 #include "simhost/launch/ChildProcess.h"
+#include "simhost/launch/DesktopLock.h"
+#include "simhost/launch/Job.h"
 #include "simhost/launch/LaunchInfoFiles.h"
+#include "simhost/launch/Leftovers.h"
+#include "simhost/launch/OwnFolder.h"
 #include "simhost/launch/RunFolder.h"
+#include "simhost/plugin/LibraryFile.h"
+#include "simhost/run/FlightRecorder.h"
+#include "simhost/watch/HostWatch.h"
 
 namespace simhost {
 
 namespace {
 
 constexpr std::int64_t kUsualSeconds = 60;
+constexpr std::int64_t kUsualStepSeconds = 20;
 
 std::filesystem::path PluginFile(const std::filesystem::path& named, const std::string& ofScenario) {
     std::filesystem::path file = named.empty() ? KitFolder() / Wide(ofScenario) : std::filesystem::absolute(named);
-    if (!std::filesystem::is_regular_file(file)) {
-        throw std::runtime_error("there is no plug-in " + Utf8(file.wstring()) +
-                                 "; build it, or name one with --plugin");
-    }
+    CheckPluginFile(file);
     return file;
 }
 
@@ -44,9 +49,12 @@ class FolderForOneRun {
   public:
     FolderForOneRun(std::filesystem::path folder, bool keep) : mFolder(std::move(folder)), mKeep(keep) {}
     ~FolderForOneRun() {
-        std::error_code ignored;
-        if (!mKeep) {
-            std::filesystem::remove_all(mFolder, ignored);
+        try {
+            if (!mKeep) {
+                RemoveOwnFolder(mFolder);
+            }
+        } catch (const std::exception& error) {
+            std::fprintf(stderr, "simhost: %s\n", error.what());
         }
     }
     FolderForOneRun(const FolderForOneRun&) = delete;
@@ -92,21 +100,28 @@ std::vector<std::filesystem::path> Programs(const Scenario& scenario, const RunF
     return programs;
 }
 
+WatchLimits LimitsOf(const Scenario& scenario, const RunOptions& options) {
+    const std::int64_t run = options.timeLimitSeconds.value_or(scenario.timeLimitSeconds.value_or(kUsualSeconds));
+    const std::int64_t step =
+        options.stepTimeLimitSeconds.value_or(scenario.stepTimeLimitSeconds.value_or(kUsualStepSeconds));
+    return {run, step};
+}
+
 // There is a result in any case afterwards.
 void RunHost(const Scenario& scenario, const RunFolder& folder, const std::vector<std::wstring>& arguments,
-             std::int64_t seconds, const std::filesystem::path& record) {
-    const ChildProcess host(folder.Program(), arguments);
-    const auto exitCode = host.WaitFor(seconds * 1000);
-    if (!exitCode) {
-        WriteResultForLostRun(record, scenario, Rule::kTimeLimit,
-                              "the run was ended after " + std::to_string(seconds) + " seconds");
-    } else if (!std::filesystem::exists(record)) {
-        WriteResultForLostRun(record, scenario, Rule::kTimeLimit,
-                              "the host's process left no result; its exit code is " + std::to_string(*exitCode));
-    }
+             const WatchLimits& limits, const std::filesystem::path& record) {
+    const FlightRecorder recorder;
+    const HostEnd end = RunAndWatch({folder.Program(), arguments, folder.Root()}, limits, recorder);
+    CompleteResult(record, scenario, end.concluded, folder.Violations(), end.findings);
 }
 
 }  // namespace
+
+void CheckPluginFile(const std::filesystem::path& file) {
+    if (const std::string why = WhyNoLibrary(file); !why.empty()) {
+        throw std::runtime_error("the plug-in " + Utf8(std::filesystem::absolute(file).wstring()) + " " + why);
+    }
+}
 
 std::filesystem::path KitFolder() {
     wchar_t path[MAX_PATH] = L"";
@@ -119,11 +134,15 @@ Verdict RunCase(const ScenarioFile& file, const std::string& caseName, const Run
     const RunFolder folder(options.workFolder, plugin);
     Scenario scenario = file.Read(caseName, folder.PlaceholdersForScenarios());
     Vary(scenario, options.variation);
+    if (TakeDesktop(!options.noWait)) {
+        ClearLeftovers();
+    }
     const FolderForOneRun forOneRun(folder.Root(), options.keepFolder);
     const std::filesystem::path pluginCore = PluginCoreFile(options.pluginCore);
     folder.LayOut(scenario, plugin, KitFolder(), pluginCore);
     const LaunchInfoFiles launchInfo(scenario.launchInfo);
-    const std::vector<ChildProcess> processes = StartInOrder(Programs(scenario, folder));
+    const Job job;
+    const std::vector<ChildProcess> processes = StartInOrder(Programs(scenario, folder), job);
 
     const std::filesystem::path record =
         options.record.empty() ? folder.Root() / L"result.json" : std::filesystem::absolute(options.record);
@@ -132,7 +151,7 @@ Verdict RunCase(const ScenarioFile& file, const std::string& caseName, const Run
     SetEnvironmentVariableW(contract::kPluginCoreFolderVariable,
                             pluginCore.empty() ? nullptr : pluginCore.parent_path().c_str());
     RunHost(scenario, folder, ArgumentsOfHost(file.Path(), caseName, folder, record, options.tell, options.variation),
-            options.timeLimitSeconds.value_or(scenario.timeLimitSeconds.value_or(kUsualSeconds)), record);
+            LimitsOf(scenario, options), record);
     return ReadResult(record);
 }
 

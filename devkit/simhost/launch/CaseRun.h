@@ -16,16 +16,21 @@ namespace simhost {
 struct RunOptions {
     std::filesystem::path plugin;      // empty: the scenario's, beside this program
     std::filesystem::path pluginCore;  // empty: the double of the kit
-    std::filesystem::path workFolder;  // emptied first; never empty
+    std::filesystem::path workFolder;  // see OwnFolder.h; never empty
     bool keepFolder = false;
-    std::filesystem::path record;                    // empty: none is kept
-    std::optional<std::int64_t> timeLimitSeconds{};  // nothing: the scenario's, else 60
+    std::filesystem::path record;                        // empty: none is kept
+    std::optional<std::int64_t> timeLimitSeconds{};      // nothing: the scenario's, else 60
+    std::optional<std::int64_t> stepTimeLimitSeconds{};  // nothing: the scenario's, else 20
+    bool noWait = false;                                 // for another run: it is an error then
     TellOptions tell{};
     Variation variation{};
 };
 
 // Returns when the host's process has ended or was ended. Throws std::exception when the case cannot be played.
 Verdict RunCase(const ScenarioFile& file, const std::string& caseName, const RunOptions& options);
+
+// Throws std::runtime_error, in words, for a file that is no library.
+void CheckPluginFile(const std::filesystem::path& file);
 
 // The folder of this program, with the libraries and plug-ins that scenarios name.
 std::filesystem::path KitFolder();

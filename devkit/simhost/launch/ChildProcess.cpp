@@ -11,19 +11,19 @@ namespace {
 
 constexpr int kAttempts = 64;
 
-std::wstring CommandLine(const std::filesystem::path& program, const std::vector<std::wstring>& arguments) {
+}  // namespace
+
+std::wstring CommandLineOf(const std::filesystem::path& program, const std::vector<std::wstring>& arguments) {
     std::wstring line = L"\"" + program.wstring() + L"\"";
     for (const std::wstring& argument : arguments) {
-        // Paths and option names: neither holds a quote, nor ends in a backslash.
         line += L" \"" + argument + L"\"";
     }
     return line;
 }
 
-}  // namespace
-
-ChildProcess::ChildProcess(const std::filesystem::path& program, const std::vector<std::wstring>& arguments) {
-    std::wstring line = CommandLine(program, arguments);
+ChildProcess::ChildProcess(const std::filesystem::path& program, const std::vector<std::wstring>& arguments,
+                           const Job& job) {
+    std::wstring line = CommandLineOf(program, arguments);
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process{};
@@ -39,6 +39,7 @@ ChildProcess::ChildProcess(const std::filesystem::path& program, const std::vect
     CloseHandle(process.hThread);
     mProcess = process.hProcess;
     mId = process.dwProcessId;
+    job.Add(mProcess);
 }
 
 ChildProcess::ChildProcess(ChildProcess&& other) noexcept
@@ -64,13 +65,13 @@ std::optional<DWORD> ChildProcess::WaitFor(std::int64_t milliseconds) const {
     return code;
 }
 
-std::vector<ChildProcess> StartInOrder(const std::vector<std::filesystem::path>& programs) {
+std::vector<ChildProcess> StartInOrder(const std::vector<std::filesystem::path>& programs, const Job& job) {
     const std::vector<std::wstring> arguments = {std::to_wstring(GetCurrentProcessId())};
     std::vector<ChildProcess> started;
     // Identifiers are used again. One that is too small is held by its process until a greater one turns up.
     std::vector<ChildProcess> tooSmall;
     while (started.size() < programs.size()) {
-        ChildProcess process(programs[started.size()], arguments);
+        ChildProcess process(programs[started.size()], arguments, job);
         if (started.empty() || process.Id() > started.back().Id()) {
             started.push_back(std::move(process));
         } else if (tooSmall.size() < kAttempts) {

@@ -9,12 +9,14 @@
 #include <string>
 #include <vector>
 
+#include "simhost/launch/Job.h"
+
 namespace simhost {
 
 class ChildProcess {
   public:
     // Starts the program in its own folder. Throws std::runtime_error.
-    ChildProcess(const std::filesystem::path& program, const std::vector<std::wstring>& arguments);
+    ChildProcess(const std::filesystem::path& program, const std::vector<std::wstring>& arguments, const Job& job);
     // Ends the process when it still runs.
     ~ChildProcess();
     ChildProcess(ChildProcess&& other) noexcept;
@@ -29,7 +31,11 @@ class ChildProcess {
     DWORD mId;
 };
 
+// The words of a command line; paths and option names: none holds a quote, nor ends in a backslash.
+std::wstring CommandLineOf(const std::filesystem::path& program, const std::vector<std::wstring>& arguments);
+
 // Starts the programs one after the other, such that each has a greater process identifier than the one before.
-std::vector<ChildProcess> StartInOrder(const std::vector<std::filesystem::path>& programs);
+// They belong to the job.
+std::vector<ChildProcess> StartInOrder(const std::vector<std::filesystem::path>& programs, const Job& job);
 
 }  // namespace simhost

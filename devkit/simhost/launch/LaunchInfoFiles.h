@@ -1,4 +1,5 @@
-// The launch-info files in the real application-data folders, for the time of a run. What lay there before is put back.
+// The launch-info files in the real application-data folders, for the time of a run. What lay there before is put back:
+// at the end, or by the next run when this one's process is killed. Until then it lies in a journal.
 #pragma once
 
 #include <filesystem>
@@ -15,6 +16,8 @@ class LaunchInfoFiles {
     // Writes the files that the scenario describes and removes the others. Throws std::runtime_error.
     explicit LaunchInfoFiles(const LaunchInfo& info);
     ~LaunchInfoFiles();
+    // What a run whose process was killed has left. Throws std::runtime_error.
+    static void PutBackLeftovers();
     LaunchInfoFiles(const LaunchInfoFiles&) = delete;
     LaunchInfoFiles& operator=(const LaunchInfoFiles&) = delete;
 
@@ -24,7 +27,9 @@ class LaunchInfoFiles {
         std::optional<std::string> before;
     };
 
-    void Put(int folder, const std::optional<std::string>& contents);
+    void Keep(int folder);
+    void PutBack() const;
+    void WriteJournal() const;
 
     std::vector<Place> mPlaces;
 };

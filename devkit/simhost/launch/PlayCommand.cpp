@@ -11,8 +11,11 @@
 #include <vector>
 
 #include "doubles/common/Text.h"
+#include "simhost/launch/Cancellation.h"
 #include "simhost/launch/CaseRun.h"
 #include "simhost/launch/EventFile.h"
+#include "simhost/launch/Leftovers.h"
+#include "simhost/launch/OwnFolder.h"
 #include "simhost/launch/Selection.h"
 #include "simhost/report/JUnit.h"
 #include "simhost/report/LastRun.h"
@@ -33,12 +36,50 @@ std::string ProgramName() {
     return length == 0 || length >= MAX_PATH ? "simhost" : Utf8(std::wstring_view(name, length));
 }
 
+// An empty path is none that was asked for.
+void CheckCanBeWritten(const std::string& option, const std::filesystem::path& named) {
+    if (named.empty()) {
+        return;
+    }
+    const std::filesystem::path file = std::filesystem::absolute(named);
+    if (!std::filesystem::is_directory(file.parent_path())) {
+        throw std::runtime_error(option + ": there is no folder " + Utf8(file.parent_path().wstring()));
+    }
+    if (std::filesystem::is_directory(file)) {
+        throw std::runtime_error(option + ": " + Utf8(file.wstring()) + " is a folder; name a file");
+    }
+    const bool wasThere = std::filesystem::exists(file);
+    if (!std::ofstream(file, std::ios::binary | std::ios::app)) {
+        throw std::runtime_error(option + ": cannot write " + Utf8(file.wstring()));
+    }
+    if (!wasThere) {
+        std::filesystem::remove(file);
+    }
+}
+
+// Before anything is played: whether it can be read and written where the options say.
+void CheckFilesOf(const PlayOptions& options) {
+    if (!options.plugin.empty()) {
+        CheckPluginFile(options.plugin);
+    }
+    if (!options.workFolder.empty()) {
+        CheckIsOwnOrNew(std::filesystem::absolute(options.workFolder));
+    }
+    CheckCanBeWritten("--record", options.record);
+    CheckCanBeWritten("--junit", options.junit);
+    if (options.jsonLines != L"-") {
+        CheckCanBeWritten("--json-lines", options.jsonLines);
+    }
+}
+
 // Plays what the options name, and keeps what came of it.
 class Programme {
   public:
     explicit Programme(const PlayOptions& options) : mOptions(options) {}
 
     int Play() {
+        ListenForCancellation();
+        CheckFilesOf(mOptions);
         const std::vector<FailedCase> failed = mOptions.onlyFailed ? FailedBefore() : std::vector<FailedCase>();
         if (mOptions.onlyFailed && failed.empty()) {
             std::printf("Nothing failed the last time, so nothing is played.\n");
@@ -110,6 +151,8 @@ class Programme {
             for (const std::string& complaint : verdict.complaints) {
                 outcome.complaints.push_back(transcript.Shorten(complaint));
             }
+        } catch (const Cancelled&) {
+            throw;
         } catch (const ScenarioError& error) {
             outcome.complaints = error.Lines();
         } catch (const std::exception& error) {
@@ -144,16 +187,24 @@ class Programme {
         const std::wstring run = file.Path().stem().wstring() + (name.empty() ? L"" : L"-" + Wide(name));
         const bool kept = !mOptions.workFolder.empty();
         std::filesystem::path folder = kept ? std::filesystem::absolute(mOptions.workFolder)
-                                            : std::filesystem::temp_directory_path() /
-                                                  (L"simhost-" + run + L"-" + std::to_wstring(GetCurrentProcessId()));
+                                            : FolderOfRuns() / (run + L"-" + std::to_wstring(GetCurrentProcessId()));
         if (kept && mSeveral) {
+            ShareFolder(folder);
             folder /= run;
         }
         TellOptions tell = mOptions.tell;
         tell.events = events.Path();
         tell.verbosity = TellsPeople() ? tell.verbosity : Verbosity::kQuiet;
-        return {mOptions.plugin, mOptions.pluginCore,       folder.make_preferred(), kept,
-                mOptions.record, mOptions.timeLimitSeconds, std::move(tell),         mOptions.variation};
+        return {mOptions.plugin,
+                mOptions.pluginCore,
+                folder.make_preferred(),
+                kept,
+                mOptions.record,
+                mOptions.timeLimitSeconds,
+                mOptions.stepTimeLimitSeconds,
+                mOptions.noWait,
+                std::move(tell),
+                mOptions.variation};
     }
 
     // Several runs share one file: their records are put together there, by name.

@@ -22,6 +22,8 @@ struct PlayOptions {
     std::filesystem::path jsonLines;               // empty: none; "-": standard output
     std::filesystem::path junit;                   // empty: none
     std::optional<std::int64_t> timeLimitSeconds{};
+    std::optional<std::int64_t> stepTimeLimitSeconds{};
+    bool noWait = false;
     // How a person repeats it when the scenario is one that a command made for itself; empty: the scenario is a file.
     std::string repeatedBy{};
     TellOptions tell{};

@@ -6,6 +6,8 @@
 #include <stdexcept>
 
 #include "doubles/common/Text.h"
+#include "simhost/launch/OwnFolder.h"
+#include "simhost/launch/RemoveTree.h"
 
 #ifndef QUORVEL_VERSION
 #error "the version number comes from the build"
@@ -15,20 +17,23 @@ namespace simhost {
 
 namespace {
 
+// Where a file is going to be written: its folder is there and is no link to elsewhere, and it is none itself. A former
+// file is removed and not written over, because it may have another name somewhere else.
+void MakeWay(const std::filesystem::path& root, const std::filesystem::path& file) {
+    for (std::filesystem::path folder = file.parent_path(); folder != root && folder.has_relative_path();
+         folder = folder.parent_path()) {
+        if (IsLink(folder)) {
+            throw std::runtime_error(Utf8(folder.wstring()) + " leads out of the folder of the run");
+        }
+    }
+    std::filesystem::create_directories(file.parent_path());
+    std::filesystem::remove(file);
+}
+
 void Copy(const std::filesystem::path& from, const std::filesystem::path& to) {
-    std::filesystem::create_directories(to.parent_path());
     if (CopyFileW(from.c_str(), to.c_str(), FALSE) == 0) {
         throw std::runtime_error("cannot copy " + Utf8(from.wstring()) + " to " + Utf8(to.wstring()) + " (error " +
                                  std::to_string(GetLastError()) + ")");
-    }
-}
-
-// Programs are large and nobody writes to them, so they are linked where the file system can. Libraries are not: two
-// links of one file would be one module to the loader.
-void LinkOrCopy(const std::filesystem::path& from, const std::filesystem::path& to) {
-    std::filesystem::create_directories(to.parent_path());
-    if (CreateHardLinkW(to.c_str(), from.c_str(), nullptr) == 0) {
-        Copy(from, to);
     }
 }
 
@@ -59,11 +64,15 @@ Placeholders RunFolder::PlaceholdersForScenarios() const {
 
 void RunFolder::LayOut(const Scenario& scenario, const std::filesystem::path& plugin, const std::filesystem::path& kit,
                        const std::filesystem::path& pluginCore) const {
-    std::filesystem::remove_all(mRoot);
-    LinkOrCopy(kit / L"simhost.exe", Program());
-    LinkOrCopy(plugin, Plugin());
+    TakeFolder(mRoot);
+    MakeWay(mRoot, Program());
+    // No link: a file that has a running program's contents under another name could not be removed.
+    Copy(kit / L"simhost.exe", Program());
+    MakeWay(mRoot, Plugin());
+    Copy(plugin, Plugin());
     for (const CopyToMake& copy : scenario.copies) {
         const bool isReplaced = !pluginCore.empty() && copy.what == "PluginCoreX64.dll";
+        MakeWay(mRoot, At(copy.to));
         Copy(isReplaced ? pluginCore : kit / Wide(copy.what), At(copy.to));
     }
     for (const FileToMake& file : scenario.files) {
@@ -75,7 +84,7 @@ void RunFolder::LayOut(const Scenario& scenario, const std::filesystem::path& pl
 
 void RunFolder::WriteFile(const FileToMake& file) const {
     const std::filesystem::path path = At(file.path);
-    std::filesystem::create_directories(path.parent_path());
+    MakeWay(mRoot, path);
     if (file.from.empty()) {
         std::ofstream(path, std::ios::binary | std::ios::trunc) << file.text;
     } else {
@@ -87,7 +96,7 @@ void RunFolder::WriteFile(const FileToMake& file) const {
 }
 
 void RunFolder::Move(const FileToMove& move) const {
-    std::filesystem::create_directories(At(move.to).parent_path());
+    MakeWay(mRoot, At(move.to));
     std::filesystem::rename(At(move.from), At(move.to));
 }
 

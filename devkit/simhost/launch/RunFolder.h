@@ -5,6 +5,7 @@
 //   answers.json        what the double of the PluginCore answers
 //   bus-calls.jsonl     what the double of the messaging library recorded
 //   bus-answers.json    what it answers
+//   violations.jsonl    the rules that were broken, written as it happens
 #pragma once
 
 #include <filesystem>
@@ -26,13 +27,15 @@ class RunFolder {
     std::filesystem::path Answers() const { return mRoot / L"answers.json"; }
     std::filesystem::path BusCalls() const { return mRoot / L"bus-calls.jsonl"; }
     std::filesystem::path BusAnswers() const { return mRoot / L"bus-answers.json"; }
+    std::filesystem::path Violations() const { return mRoot / L"violations.jsonl"; }
     // A path of a scenario.
     std::filesystem::path At(const std::string& path) const;
 
     Placeholders PlaceholdersForScenarios() const;
 
-    // Makes the folder anew, with everything that the scenario lays out in it. `kit` is the folder of the libraries
-    // that are copied. Throws std::runtime_error or std::filesystem::filesystem_error.
+    // Takes the folder for the run (see OwnFolder.h) and makes it anew, with everything that the scenario lays out in
+    // it. `kit` is the folder of the libraries that are copied. Throws std::runtime_error or
+    // std::filesystem::filesystem_error.
     // `pluginCore` is copied where the scenario wants PluginCoreX64.dll; empty for the kit's double.
     void LayOut(const Scenario& scenario, const std::filesystem::path& plugin, const std::filesystem::path& kit,
                 const std::filesystem::path& pluginCore) const;

@@ -4,6 +4,7 @@
 
 #include "doubles/host/Host.h"
 #include "doubles/host/suites/AllSuites.h"
+#include "simhost/run/FlightRecorder.h"
 
 namespace simhost {
 
@@ -21,9 +22,11 @@ std::int32_t MessageDriver::CallOrThrow(const char* caller, const char* selector
 std::int32_t MessageDriver::Send(const char* caller, const char* selector, SPMessageData& common, void* message) {
     // A message inside a message: the outer one is current again afterwards.
     const std::string outer = std::exchange(mCurrent, std::string("\"") + caller + "\"/\"" + selector + "\"");
+    RecordMessage(mCurrent);
     const std::int32_t answer = CallOrThrow(caller, selector, message);
     mGlobals = common.globals;
     mCurrent = outer;
+    RecordMessage(mCurrent);
     return answer;
 }
 

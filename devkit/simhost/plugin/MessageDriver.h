@@ -33,9 +33,6 @@ class MessageDriver {
     // Any caller and selector, with a block that holds nothing but the common part.
     std::int32_t SendPlain(const std::string& caller, const std::string& selector, bool withBasicSuite);
 
-    // "" while no message is being handled.
-    const std::string& Current() const { return mCurrent; }
-
   private:
     SPMessageData CommonPart() const;
     std::int32_t CallOrThrow(const char* caller, const char* selector, void* message) const;
@@ -44,7 +41,7 @@ class MessageDriver {
 
     PluginModule& mPlugin;
     void* mGlobals = nullptr;
-    std::string mCurrent;
+    std::string mCurrent;  // "" while no message is being handled
 };
 
 }  // namespace simhost

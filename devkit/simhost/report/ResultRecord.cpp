@@ -2,6 +2,7 @@
 
 #include <fstream>
 #include <stdexcept>
+#include <utility>
 
 #include "doubles/host/Host.h"
 
@@ -44,13 +45,35 @@ void Complain(const std::string& rule, const std::vector<std::string>& texts, st
     }
 }
 
+Json AsJson(const Violation& violation) {
+    return {{"rule", NameOf(violation.rule)}, {"amount", violation.amount}, {"text", violation.text}};
+}
+
 Json ViolationsAsJson(const RuleBook& book) {
     Json violations = Json::array();
     for (const Violation& violation : book.Violations()) {
-        violations.push_back(
-            {{"rule", NameOf(violation.rule)}, {"amount", violation.amount}, {"text", violation.text}});
+        violations.push_back(AsJson(violation));
     }
     return violations;
+}
+
+// Null when there is no such file, or none that can be read.
+Json ReadJson(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    const Json value = Json::parse(stream, nullptr, false);
+    return value.is_discarded() ? Json() : value;
+}
+
+// A process that was lost may have left half a line.
+Json ReadLines(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    Json values = Json::array();
+    for (std::string line; std::getline(stream, line);) {
+        if (Json value = Json::parse(line, nullptr, false); !value.is_discarded()) {
+            values.push_back(std::move(value));
+        }
+    }
+    return values;
 }
 
 }  // namespace
@@ -102,15 +125,35 @@ void WriteResult(const std::filesystem::path& file, const std::string& title, co
                  {"host_calls", hostCalls}});
 }
 
-void WriteResultForLostRun(const std::filesystem::path& file, const Scenario& scenario, Rule rule,
-                           const std::string& text) {
+void NoteViolation(const std::filesystem::path& file, const Violation& violation) {
+    std::ofstream(file, std::ios::binary | std::ios::app)
+        << AsJson(violation).dump(-1, ' ', false, Json::error_handler_t::replace) << "\n";
+}
+
+void CompleteResult(const std::filesystem::path& file, const Scenario& scenario, bool shouldBeThere,
+                    const std::filesystem::path& notedViolations, std::vector<Violation> seenFromOutside) {
+    Json result = shouldBeThere ? ReadJson(file) : Json();
+    const bool isThere = result.is_object();
+    if (shouldBeThere && !isThere) {
+        seenFromOutside.push_back({Rule::kLostVerdict, 1, "the host's process ended, but its result is not there"});
+    }
+    if (isThere && seenFromOutside.empty()) {
+        return;
+    }
     RuleBook book;
-    book.Broken(rule, text);
+    for (const Json& violation : isThere ? result["violations"] : ReadLines(notedViolations)) {
+        book.Broken(FindRule(violation.at("rule").get<std::string>())->rule, violation.at("text"),
+                    violation.at("amount"));
+    }
+    for (Violation& violation : seenFromOutside) {
+        book.Broken(violation.rule, std::move(violation.text), violation.amount);
+    }
     const Verdict verdict = Judge(book, scenario.expect);
-    Write(file, {{"scenario", scenario.title},
-                 {"passed", verdict.passed},
-                 {"complaints", verdict.complaints},
-                 {"violations", ViolationsAsJson(book)}});
+    result["scenario"] = scenario.title;
+    result["passed"] = verdict.passed;
+    result["complaints"] = verdict.complaints;
+    result["violations"] = ViolationsAsJson(book);
+    Write(file, result);
 }
 
 Verdict ReadResult(const std::filesystem::path& file) {

@@ -21,9 +21,13 @@ Verdict Judge(const RuleBook& book, const Expectations& expect);
 // Writes verdict, violations, notes and counts of host calls as JSON.
 void WriteResult(const std::filesystem::path& file, const std::string& title, const Verdict& verdict);
 
-// The result of a run that could not write one itself: the rule alone is broken.
-void WriteResultForLostRun(const std::filesystem::path& file, const Scenario& scenario, Rule rule,
-                           const std::string& text);
+// Keeps a violation as soon as it is noted, for the case that the run writes no result.
+void NoteViolation(const std::filesystem::path& file, const Violation& violation);
+
+// Adds to the result what was seen from outside of the host's process, and judges anew. Without a result, it is made
+// from the violations that were noted one by one; when there should be one, that is a violation itself.
+void CompleteResult(const std::filesystem::path& file, const Scenario& scenario, bool shouldBeThere,
+                    const std::filesystem::path& notedViolations, std::vector<Violation> seenFromOutside);
 
 // Throws std::runtime_error when there is no readable result.
 Verdict ReadResult(const std::filesystem::path& file);

@@ -4,6 +4,7 @@
 
 #include "doubles/host/Host.h"
 #include "simhost/plugin/MessageDriver.h"
+#include "simhost/run/FlightRecorder.h"
 
 namespace simhost {
 
@@ -47,8 +48,11 @@ bool Panel::Open() {
 
 std::int32_t Panel::RequestPort() const {
     const PlugPlugEvent request{"com.quorvel.portnumberrequest", kPlugPlugApplicationScope, "simhost", "panel", ""};
+    RecordMessage("from the panel, a request for the port");
     try {
-        return mDispatch(&request);
+        const std::int32_t answer = mDispatch(&request);
+        RecordMessage("");
+        return answer;
     } catch (...) {
         Host().rules.Broken(Rule::kCrash, "the panel's request: an exception left the plug-in");
         throw HostLost();

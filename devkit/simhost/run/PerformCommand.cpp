@@ -1,12 +1,14 @@
 #include "simhost/run/PerformCommand.h"
 
+#include <windows.h>
+
 #include <exception>
 #include <string>
 
 #include "doubles/host/Host.h"
 #include "simhost/checks/EndChecks.h"
 #include "simhost/report/ResultRecord.h"
-#include "simhost/run/CrashGuard.h"
+#include "simhost/run/FlightRecorder.h"
 #include "simhost/run/ScenarioPlayer.h"
 #include "simhost/scenario/ScenarioFile.h"
 
@@ -14,28 +16,33 @@ namespace simhost {
 
 namespace {
 
-// Set once the plug-in is loaded and kept for good: a crash may be reported as late as the process ends.
-ScenarioPlayer* sPlayer = nullptr;
-
 int Conclude(const Scenario& scenario, const PerformOptions& options) {
     const Verdict verdict = Judge(Host().rules, scenario.expect);
     WriteResult(options.record, scenario.title, verdict);
+    RecordConclusion();
+    RecordStep("the end of the host's process");
     return verdict.passed ? 0 : 1;
 }
 
-void Play(const Scenario& scenario, const RunFolder& folder, RunReport& report, const PerformOptions& options) {
-    InstallCrashGuard([&](const std::string& what) {
-        Host().rules.Broken(Rule::kCrash, (sPlayer == nullptr ? "" : sPlayer->WhereItIs() + ": ") + what);
-        Conclude(scenario, options);
-    });
+// So much is left when the stack overflows that the exception can be raised.
+void KeepStackForHandlers() {
+    ULONG bytes = 64 * 1024;
+    SetThreadStackGuarantee(&bytes);
+}
+
+void Play(const Scenario& scenario, const RunFolder& folder, RunReport& report) {
+    RecordStep("loading the plug-in");
+    // Kept for good: what was loaded may call the host as late as the process ends.
+    ScenarioPlayer* player = nullptr;
     try {
-        sPlayer = new ScenarioPlayer(scenario, folder, report);
+        player = new ScenarioPlayer(scenario, folder, report);
     } catch (const std::exception& error) {
         Host().rules.Broken(Rule::kPropertyList, error.what());
         return;
     }
-    sPlayer->PlaySteps();
+    player->PlaySteps();
     if (scenario.endIsChecked) {
+        RecordStep("the checks after the last step");
         report.BeginEnd();
         CheckEnd(scenario.expect, folder);
     }
@@ -45,8 +52,10 @@ void Play(const Scenario& scenario, const RunFolder& folder, RunReport& report, 
 
 int Perform(const PerformOptions& options) {
     // Never destroyed: the plug-in may call the host until the process ends.
-    [[maybe_unused]] const auto* const host = new SimulatedHost;
+    auto* const host = new SimulatedHost;
     const RunFolder folder(options.workFolder, options.pluginName);
+    host->rules.onBroken = [file = folder.Violations()](const Violation& violation) { NoteViolation(file, violation); };
+    KeepStackForHandlers();
     const ScenarioFile file(options.scenario);
     auto* const scenario = new Scenario(file.Read(options.caseName, folder.PlaceholdersForScenarios()));
     Vary(*scenario, options.variation);
@@ -55,7 +64,7 @@ int Perform(const PerformOptions& options) {
     auto* const report = new RunReport(*scenario, transcript, options.tell.events);
     report->BeginRun(file.PlaceOf(options.caseName));
     try {
-        Play(*scenario, folder, *report, options);
+        Play(*scenario, folder, *report);
     } catch (const HostLost&) {
         // Noted already.
     } catch (const std::exception& error) {

@@ -8,6 +8,7 @@
 #include "simhost/checks/ImportWatch.h"
 #include "simhost/contract/PluginCoreWatch.h"
 #include "simhost/plugin/PluginClock.h"
+#include "simhost/run/FlightRecorder.h"
 #include "simhost/run/HostPreparation.h"
 #include "simhost/run/Performance.h"
 #include "simhost/verbs/VerbTable.h"
@@ -28,15 +29,10 @@ ScenarioPlayer::ScenarioPlayer(const Scenario& scenario, const RunFolder& folder
     InstallPluginClock(mPlugin.Module());
 }
 
-std::string ScenarioPlayer::WhereItIs() const {
-    const std::string step = mStep == nullptr ? "before the first step" : mStep->place;
-    return mDriver.Current().empty() ? step : step + ", message " + mDriver.Current();
-}
-
 void ScenarioPlayer::PlaySteps() {
     for (std::size_t i = 0; i < mScenario.steps.size(); ++i) {
         const Step& step = mScenario.steps[i];
-        mStep = &step;
+        RecordStep(step.place);
         mReport.BeginStep(i + 1, step);
         PlayAndGoOn(step);
         mReport.EndStep();

@@ -1,8 +1,6 @@
 // Plays a scenario's steps to the plug-in and has each checked.
 #pragma once
 
-#include <string>
-
 #include "simhost/checks/MessagingChecks.h"
 #include "simhost/checks/StepChecks.h"
 #include "simhost/launch/RunFolder.h"
@@ -22,9 +20,6 @@ class ScenarioPlayer {
     // Throws HostLost when an exception leaves the plug-in.
     void PlaySteps();
 
-    // The message that is being handled, and the step that it belongs to, for whoever reports a crash.
-    std::string WhereItIs() const;
-
   private:
     void PlayAndGoOn(const Step& step);
     void Play(const Step& step);
@@ -41,7 +36,6 @@ class ScenarioPlayer {
     Panel mPanel;
     MessageDriver mDriver;
     MessagingChecks mMessaging;
-    const Step* mStep = nullptr;
 };
 
 }  // namespace simhost

@@ -5,6 +5,8 @@
 #include <chrono>
 #include <optional>
 
+#include "simhost/scenario/PathsOfRun.h"
+
 namespace simhost {
 
 namespace {
@@ -59,7 +61,7 @@ FileToMake FileOfDocument(const std::string& path) {
 std::vector<FileToMake> ReadFiles(ObjectReader& reader) {
     std::vector<FileToMake> files;
     reader.ForEach("files", keys::kFile, [&](ObjectReader& value) {
-        FileToMake file{value.NeedText("path"), value.Text("text", ""), std::nullopt};
+        FileToMake file{NeedPathInRun(value, "path"), value.Text("text", ""), std::nullopt};
         if (const auto time = value.OptionalText("modified")) {
             file.modified = ReadTime(*time, value.PlaceOf("modified"));
         }
@@ -79,11 +81,13 @@ std::vector<CopyToMake> ReadCopies(ObjectReader& reader) {
     std::vector<CopyToMake> copies;
     for (std::size_t i = 0; i < array.size(); ++i) {
         if (array[i].is_string()) {
+            CheckPathInRun(array[i].get<std::string>(), reader.PlaceOf("copies").Element(i));
             copies.push_back({array[i].get<std::string>(), "host/" + array[i].get<std::string>()});
             continue;
         }
         ObjectReader copy(array[i], reader.PlaceOf("copies").Element(i), keys::kCopy);
-        copies.push_back({copy.NeedText("copy"), copy.NeedText("to")});
+        // What is copied lies beside simhost.exe, which is as little left.
+        copies.push_back({NeedPathInRun(copy, "copy"), NeedPathInRun(copy, "to")});
         copy.Finish();
     }
     return copies;

@@ -7,6 +7,7 @@
 #include "doubles/common/Text.h"
 #include "doubles/host/OperationList.h"
 #include "simhost/scenario/ObjectReader.h"
+#include "simhost/scenario/PathsOfRun.h"
 #include "simhost/verbs/DocumentVerbs.h"
 
 namespace simhost {
@@ -52,6 +53,7 @@ void ReadDocument(const Json& value, const std::string& name, const Place& place
     const bool hasFile = reader.Flag("file", document.path.starts_with(workFolder));
     reader.Finish();
     if (hasFile && !IsWritten(scenario.files, document.path, workFolder)) {
+        CheckPathInRun(document.path, place);
         scenario.files.push_back(FileOfDocument(document.path));
     }
     place.Context().known.documents.insert(name);

@@ -13,15 +13,15 @@ struct ObjectKind {
 
 namespace keys {
 
-inline constexpr ObjectKind kScenario{
-    "scenario",
-    "$schema title values cases plugin time_limit files copies launch_info processes answers bus_answers host begin "
-    "steps end expect"};
+inline constexpr ObjectKind kScenario{"scenario",
+                                      "$schema title values cases plugin time_limit step_time_limit files copies "
+                                      "launch_info processes answers bus_answers host begin "
+                                      "steps end expect"};
 // What a case may replace. "values" is merged by name instead.
-inline constexpr ObjectKind kCase{
-    "case",
-    "title values plugin time_limit files copies launch_info processes answers bus_answers host begin steps end "
-    "expect"};
+inline constexpr ObjectKind kCase{"case",
+                                  "title values plugin time_limit step_time_limit files copies launch_info processes "
+                                  "answers bus_answers host begin steps end "
+                                  "expect"};
 inline constexpr ObjectKind kLike{"like", "like set"};
 inline constexpr ObjectKind kUsual{"usual", "usual items"};
 inline constexpr ObjectKind kFile{"file", "path text from modified"};
@@ -51,9 +51,9 @@ inline constexpr const ObjectKind* kAll[] = {
 };
 
 // A story as it is read, with its values and defaults written out. Nobody writes one.
-inline constexpr ObjectKind kStory{
-    "story",
-    "title plugin time_limit files copies launch_info processes answers bus_answers host begin steps end expect"};
+inline constexpr ObjectKind kStory{"story",
+                                   "title plugin time_limit step_time_limit files copies launch_info processes answers "
+                                   "bus_answers host begin steps end expect"};
 
 // Of every step; of a step that sends a message; of such a step unless it is nested in another.
 inline constexpr std::string_view kOfStep = "do say";

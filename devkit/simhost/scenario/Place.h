@@ -26,6 +26,7 @@ struct StoryContext {
     std::string caseName;  // empty: the file has no cases
     const PositionIndex& positions;
     Problems& problems;
+    std::string workFolder{};  // the folder of the run, as the story's texts have it
     Origins origins{};
     KnownNames known{};
     std::size_t aside = 0;            // how many places there are that are not in the story

@@ -38,6 +38,7 @@ struct Expectations {
 struct Scenario {
     std::string title;
     std::optional<std::int64_t> timeLimitSeconds{};  // of the whole run
+    std::optional<std::int64_t> stepTimeLimitSeconds{};
     std::vector<FileToMake> files;
     std::vector<CopyToMake> copies;
     LaunchInfo launchInfo;

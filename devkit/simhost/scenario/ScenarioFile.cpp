@@ -148,7 +148,7 @@ Problems ScenarioFile::ProblemsOfFile() const {
 
 ScenarioFile::Reading ScenarioFile::ReadStory(const std::string& caseName, const Placeholders& placeholders,
                                               Problems& problems) const {
-    StoryContext context{PlaceOf(caseName), caseName, mText.positions, problems};
+    StoryContext context{PlaceOf(caseName), caseName, mText.positions, problems, placeholders.at("work")};
     const Place place(context);
     if (!mText.value.is_object()) {
         context.givenUp.insert(place.Pointer());  // the check of the file has complained already

@@ -6,6 +6,7 @@
 #include "simhost/scenario/HostReader.h"
 #include "simhost/scenario/MenuTexts.h"
 #include "simhost/scenario/ObjectReader.h"
+#include "simhost/scenario/PathsOfRun.h"
 #include "simhost/scenario/StepReader.h"
 
 namespace simhost {
@@ -78,11 +79,15 @@ Scenario ReadScenario(const Json& story, const Place& place, const std::string& 
     scenario.title = reader.NeedText("title");
     reader.OptionalText("plugin");  // needed before the story is read: see ScenarioFile::PluginOf
     scenario.timeLimitSeconds = reader.OptionalNumber("time_limit", ranges::kTimeLimit);
+    scenario.stepTimeLimitSeconds = reader.OptionalNumber("step_time_limit", ranges::kTimeLimit);
     scenario.files = ReadFiles(reader);
     scenario.copies = reader.Find("copies") == nullptr ? UsualCopies() : ReadCopies(reader);
     scenario.launchInfo = ReadLaunchInfo(reader);
     if (const Json* const processes = reader.Find("processes")) {
         scenario.processes = TextsOf(*processes, reader.PlaceOf("processes"));
+        for (std::size_t i = 0; i < scenario.processes.size(); ++i) {
+            CheckPathInRun(scenario.processes[i], reader.PlaceOf("processes").Element(i));
+        }
     }
     scenario.answers = reader.Object("answers");
     scenario.busAnswers = reader.Object("bus_answers");

@@ -1,6 +1,7 @@
 #include "simhost/verbs/FileVerbs.h"
 
 #include "simhost/run/Performance.h"
+#include "simhost/scenario/PathsOfRun.h"
 
 namespace simhost {
 
@@ -12,7 +13,9 @@ void Perform(const WriteFiles& action, Performance& performance) {
     }
 }
 
-MoveWithin ReadMoveWithin(ObjectReader& reader) { return {{reader.NeedText("from"), reader.NeedText("to")}}; }
+MoveWithin ReadMoveWithin(ObjectReader& reader) {
+    return {{NeedPathInRun(reader, "from"), NeedPathInRun(reader, "to")}};
+}
 
 void Perform(const MoveWithin& action, Performance& performance) { performance.folder.Move(action.move); }
 

@@ -1,9 +1,13 @@
 #include "simhost/verbs/WindowVerb.h"
 
+#include "simhost/run/FlightRecorder.h"
 #include "simhost/window/WindowSession.h"
 
 namespace simhost {
 
-void Perform(const OperateByHand&, Performance& performance) { WindowSession(performance).Run(); }
+void Perform(const OperateByHand&, Performance& performance) {
+    RecordOperationByHand();
+    WindowSession(performance).Run();
+}
 
 }  // namespace simhost

@@ -10,7 +10,6 @@ namespace simhost {
 
 namespace {
 
-constexpr const wchar_t* kClassName = L"QuorvelHostWindow";
 constexpr UINT kFirstMenuCommand = 1000;
 constexpr UINT_PTR kIdleTimer = 1;
 constexpr UINT kIdleMilliseconds = 1000;
@@ -24,10 +23,10 @@ HostWindow::HostWindow(MenuModel& menus, WindowEvents events)
     windowClass.hInstance = GetModuleHandleW(nullptr);
     windowClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
     windowClass.hCursor = LoadCursorW(nullptr, MAKEINTRESOURCEW(32512));
-    windowClass.lpszClassName = kClassName;
+    windowClass.lpszClassName = kHostWindowClass;
     RegisterClassW(&windowClass);
-    mWindow = CreateWindowExW(0, kClassName, L"Host by hand", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 20, 20, 1100, 700,
-                              nullptr, nullptr, windowClass.hInstance, this);
+    mWindow = CreateWindowExW(0, kHostWindowClass, L"Host by hand", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 20, 20, 1100,
+                              700, nullptr, nullptr, windowClass.hInstance, this);
     if (mWindow == nullptr) {
         throw std::runtime_error("the host's window cannot be made: is there a display?");
     }

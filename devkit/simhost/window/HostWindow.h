@@ -15,6 +15,9 @@
 
 namespace simhost {
 
+// Known to whoever looks for other windows of the host.
+inline constexpr const wchar_t* kHostWindowClass = L"QuorvelHostWindow";
+
 enum class WindowCommand { kNew, kOpen, kSave, kSaveAs, kClose, kChange, kAskForPort, kRaiseDialog };
 
 // What a person did. Each may be called while the one before is under way: a dialog on show handles messages.

@@ -7,8 +7,6 @@ namespace simhost {
 
 namespace {
 
-constexpr const wchar_t* kClassName = L"QuorvelSimulatedHost";
-
 // Counted by the window procedure, taken by the one window of the process.
 bool sActive = false;
 bool sLost = false;
@@ -37,10 +35,10 @@ MainWindow::MainWindow() {
     windowClass.lpfnWndProc = &WindowProcedure;
     windowClass.hInstance = GetModuleHandleW(nullptr);
     windowClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
-    windowClass.lpszClassName = kClassName;
+    windowClass.lpszClassName = kMainWindowClass;
     RegisterClassW(&windowClass);
-    mWindow = CreateWindowExW(0, kClassName, L"Simulated host", WS_OVERLAPPEDWINDOW, 40, 40, 640, 400, nullptr, nullptr,
-                              windowClass.hInstance, nullptr);
+    mWindow = CreateWindowExW(0, kMainWindowClass, L"Simulated host", WS_OVERLAPPEDWINDOW, 40, 40, 640, 400, nullptr,
+                              nullptr, windowClass.hInstance, nullptr);
     if (mWindow == nullptr) {
         throw std::runtime_error("the host's window cannot be made: is there a display?");
     }

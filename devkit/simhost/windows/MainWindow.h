@@ -7,6 +7,9 @@
 
 namespace simhost {
 
+// Known to whoever looks for other windows of the host.
+inline constexpr const wchar_t* kMainWindowClass = L"QuorvelSimulatedHost";
+
 class MainWindow {
   public:
     // Throws std::runtime_error when no window can be shown.

@@ -1,0 +1,42 @@
+// Where a thread of the watched process is: addresses, from the innermost frame outwards, and what lies there.
+// Thread: the one that handles the process's debug events.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <vector>
+
+#include "simhost/watch/Modules.h"
+#include "simhost/watch/Symbols.h"
+
+namespace simhost {
+
+using CallStack = std::vector<std::uint64_t>;
+
+struct Frame {
+    std::uint64_t address = 0;
+    const Module* module = nullptr;  // null: outside all
+    Symbol symbol;
+};
+
+class StackReader {
+  public:
+    StackReader(HANDLE process, const Modules& modules) : mProcess(process), mModules(modules) {}
+
+    // The thread must stand still: it is stopped at a debug event, or suspended.
+    CallStack ReadFrom(HANDLE thread) const;
+    // Suspends the thread meanwhile.
+    CallStack ReadRunning(HANDLE thread) const;
+
+    // With names, frame by frame; of the innermost ones only.
+    std::vector<Frame> Describe(const CallStack& stack) const;
+
+  private:
+    bool FindFirstKnownFrame(CONTEXT& context, CallStack& stack) const;
+
+    HANDLE mProcess;
+    const Modules& mModules;
+};
+
+}  // namespace simhost

@@ -1,0 +1,314 @@
+#include "simhost/watch/HostWatch.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+
+#include "doubles/common/Text.h"
+#include "simhost/launch/Cancellation.h"
+#include "simhost/launch/ChildProcess.h"
+#include "simhost/watch/CallStack.h"
+#include "simhost/watch/Culprit.h"
+#include "simhost/watch/EndTraps.h"
+#include "simhost/watch/ExceptionWords.h"
+#include "simhost/watch/OpenDialogs.h"
+#include "simhost/watch/WineDebugging.h"
+
+namespace simhost {
+
+namespace {
+
+constexpr DWORD kPauseMilliseconds = 20;
+// A process that was told to end and does not: then its job is ended.
+constexpr ULONGLONG kPatienceMilliseconds = 5000;
+// Processes that the host started may be ending already.
+constexpr ULONGLONG kTimeToEndMilliseconds = 500;
+constexpr DWORD kEndedFromOutside = 1;
+
+class Watch {
+  public:
+    Watch(const HostProgram& host, const WatchLimits& limits, const FlightRecorder& recorder)
+        : mHost(host), mLimits(limits), mRecorder(recorder), mBegan(GetTickCount64()) {
+        Start();
+    }
+
+    ~Watch() {
+        EndAll();
+        CloseHandle(mProcess);
+    }
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
+
+    HostEnd Run() {
+        while (!mIsGone) {
+            DEBUG_EVENT event{};
+            if (WaitForDebugEvent(&event, kPauseMilliseconds) != 0) {
+                const DWORD answer = Handle(event);
+                ContinueDebugEvent(event.dwProcessId, event.dwThreadId, answer);
+            }
+            ThrowIfCancelled();
+            CheckLimits();
+        }
+        WaitForSingleObject(mProcess, kPatienceMilliseconds);
+        NoteProcessesLeft();
+        mEnd.concluded = mRecorder.Read().concluded != 0;
+        return std::move(mEnd);
+    }
+
+  private:
+    void Start() {
+        // Wine starts the process of its desktop with the first process that has to do with windows: that is not the
+        // host, whose processes are counted.
+        GetDesktopWindow();
+        std::wstring line = CommandLineOf(mHost.program, mHost.arguments);
+        STARTUPINFOW startup{};
+        startup.cb = sizeof startup;
+        PROCESS_INFORMATION process{};
+        constexpr DWORD kFlags = DEBUG_ONLY_THIS_PROCESS | CREATE_SUSPENDED | CREATE_NEW_PROCESS_GROUP;
+        const auto start = [&] {
+            return CreateProcessW(mHost.program.c_str(), line.data(), nullptr, nullptr, TRUE, kFlags, nullptr,
+                                  mHost.program.parent_path().c_str(), &startup, &process) != 0;
+        };
+        // About one start in a thousand fails in Wine itself, with this code and before the program begins.
+        if (!start() && !(GetLastError() == ERROR_INTERNAL_ERROR && start())) {
+            throw std::runtime_error("cannot start " + Utf8(mHost.program.wstring()) + " (error " +
+                                     std::to_string(GetLastError()) + ")");
+        }
+        mProcess = process.hProcess;
+        mProcessId = process.dwProcessId;
+        mMainThread = process.dwThreadId;
+        mModules.emplace(mProcess, mHost.runFolder);
+        mStacks.emplace(mProcess, *mModules);
+        mTraps.emplace(mProcess);
+        try {
+            mJob.Add(mProcess);
+        } catch (...) {
+            TerminateProcess(mProcess, kEndedFromOutside);
+            throw;
+        }
+        ResumeThread(process.hThread);
+        CloseHandle(process.hThread);
+    }
+
+    // Answers how the process goes on.
+    DWORD Handle(const DEBUG_EVENT& event) {
+        switch (event.dwDebugEventCode) {
+            case CREATE_PROCESS_DEBUG_EVENT:
+                // The handles of process and thread are Windows' own.
+                mThreads[event.dwThreadId] = event.u.CreateProcessInfo.hThread;
+                OnModule(event.u.CreateProcessInfo.hFile, event.u.CreateProcessInfo.lpBaseOfImage);
+                break;
+            case CREATE_THREAD_DEBUG_EVENT:
+                mThreads[event.dwThreadId] = event.u.CreateThread.hThread;
+                break;
+            case EXIT_THREAD_DEBUG_EVENT:
+                mThreads.erase(event.dwThreadId);
+                break;
+            case EXIT_PROCESS_DEBUG_EVENT:
+                OnGone(event.u.ExitProcess.dwExitCode);
+                break;
+            case LOAD_DLL_DEBUG_EVENT:
+                OnModule(event.u.LoadDll.hFile, event.u.LoadDll.lpBaseOfDll);
+                break;
+            case UNLOAD_DLL_DEBUG_EVENT:
+                mModules->Unloaded(event.u.UnloadDll.lpBaseOfDll);
+                break;
+            case EXCEPTION_DEBUG_EVENT:
+                return OnException(event);
+            default:
+                break;
+        }
+        return DBG_CONTINUE;
+    }
+
+    void OnModule(HANDLE file, const void* base) {
+        mModules->Loaded(file, base);
+        if (file != nullptr) {
+            CloseHandle(file);
+        }
+    }
+
+    DWORD OnException(const DEBUG_EVENT& event) {
+        const EXCEPTION_RECORD& record = event.u.Exception.ExceptionRecord;
+        const HANDLE thread = mThreads[event.dwThreadId];
+        // The first breakpoint is the loader's: the process is ready to begin.
+        if (record.ExceptionCode == EXCEPTION_BREAKPOINT && !std::exchange(mIsReady, true)) {
+            mTraps->Set();
+            KeepThrownExceptionsInside(mProcess);
+            return DBG_CONTINUE;
+        }
+        if (mTraps->Handles(event, thread)) {
+            if (const auto attempt = mTraps->TakeAttempt()) {
+                OnEndAttempt(*attempt, event.dwThreadId, thread);
+            }
+            return DBG_CONTINUE;
+        }
+        // Raised for debuggers alone.
+        if (record.ExceptionCode == EXCEPTION_INVALID_HANDLE && event.u.Exception.dwFirstChance != 0) {
+            return DBG_CONTINUE;
+        }
+        if (event.u.Exception.dwFirstChance == 0) {
+            OnCrash(record, mStacks->ReadFrom(thread));
+        } else if (IsFault(record.ExceptionCode)) {
+            mLastFault = {record, mStacks->ReadFrom(thread)};
+        }
+        return DBG_EXCEPTION_NOT_HANDLED;
+    }
+
+    void OnCrash(const EXCEPTION_RECORD& record, const CallStack& stack) {
+        Lose(IsFailFast(record.ExceptionCode) ? Rule::kFailFast : Rule::kCrash,
+             InWords(record) + " " + InWords(CulpritOf(stack)));
+    }
+
+    void OnEndAttempt(const EndAttempt& attempt, DWORD threadId, HANDLE thread) {
+        if (mIsLost || (attempt.kind == EndKind::kThread && threadId != mMainThread)) {
+            return;
+        }
+        if (mRecorder.Read().concluded != 0) {
+            NoteThreadsLeft(threadId);
+            mTraps->Remove();
+            return;
+        }
+        const Culprit culprit = CulpritOf(mStacks->ReadFrom(thread));
+        const std::string what = attempt.kind == EndKind::kThread ? "the main thread" : "the process";
+        const std::string ended = what + " was ended with code " + ExitCodeInWords(attempt.code) + " ";
+        const bool isByHost = !culprit.guest && culprit.code && culprit.code->module != nullptr &&
+                              culprit.code->module->path.filename() == mHost.program.filename();
+        if (isByHost) {
+            Lose(Rule::kLostVerdict, ended + InWords(culprit));
+        } else if (culprit.called == "abort") {
+            Lose(Rule::kCrash, "abort() was called " + InWords(culprit));
+        } else {
+            Lose(Rule::kProcessEnded, ended + InWords(culprit));
+        }
+    }
+
+    void OnGone(DWORD exitCode) {
+        mIsGone = true;
+        if (mIsLost || mRecorder.Read().concluded != 0) {
+            return;
+        }
+        if (mLastFault && mLastFault->first.ExceptionCode == exitCode) {
+            OnCrash(mLastFault->first, mLastFault->second);
+        } else if (IsFailFast(exitCode)) {
+            Lose(Rule::kFailFast, "the process ended with " + NameOfException(exitCode));
+        } else {
+            Lose(Rule::kLostVerdict,
+                 "the process was ended from outside, without a result; its exit code is " + ExitCodeInWords(exitCode));
+        }
+    }
+
+    void CheckLimits() {
+        const ULONGLONG now = GetTickCount64();
+        if (mIsLost && now > mLostAt + kPatienceMilliseconds) {
+            EndAll();
+            mIsGone = true;
+        }
+        if (mIsLost || mIsGone) {
+            return;
+        }
+        const FlightRecord record = mRecorder.Read();
+        const auto inStep = record.stepBegan == 0 ? 0 : static_cast<std::int64_t>(now - record.stepBegan);
+        if (inStep > mLimits.stepSeconds * 1000) {
+            OnStepLimit();
+        } else if (static_cast<std::int64_t>(now - mBegan) > mLimits.runSeconds * 1000) {
+            Lose(Rule::kTimeLimit, "the run was ended after " + std::to_string(mLimits.runSeconds) +
+                                       " seconds; the main thread was " + InWords(CulpritOf(StackOf(mMainThread))));
+        }
+    }
+
+    void OnStepLimit() {
+        const std::string after = "after " + std::to_string(mLimits.stepSeconds) + " seconds";
+        if (const auto dialog = FindOpenDialog(mProcessId)) {
+            Lose(Rule::kModalDialog, InWords(*dialog) + " waits for an answer that nobody gives, still " + after +
+                                         "; it was opened " + InWords(CulpritOf(StackOf(dialog->thread))));
+        } else {
+            Lose(Rule::kHang, "the step had not ended " + after + "; the main thread is " +
+                                  InWords(CulpritOf(StackOf(mMainThread))));
+        }
+    }
+
+    // `ending`: the thread that ends the process.
+    void NoteThreadsLeft(DWORD ending) {
+        for (const auto& [id, thread] : mThreads) {
+            const CallStack stack = id == ending ? CallStack{} : mStacks->ReadRunning(thread);
+            if (std::any_of(stack.begin(), stack.end(), [&](std::uint64_t address) { return IsGuest(address); })) {
+                mEnd.findings.push_back(
+                    {Rule::kThreadLeft, 1, "a thread still ran when the host quit, " + InWords(CulpritOf(stack))});
+            }
+        }
+    }
+
+    // Neither the system's nor the host's own.
+    bool IsGuest(std::uint64_t address) const {
+        const Module* const module = mModules->At(address);
+        return module != nullptr && !module->isSystem && module->path.filename() != mHost.program.filename();
+    }
+
+    void NoteProcessesLeft() {
+        const ULONGLONG end = GetTickCount64() + kTimeToEndMilliseconds;
+        std::vector<Job::Member> members = mJob.Members();
+        while (!members.empty() && GetTickCount64() < end) {
+            Sleep(kPauseMilliseconds);
+            members = mJob.Members();
+        }
+        for (const Job::Member& member : members) {
+            mEnd.findings.push_back(
+                {Rule::kProcessLeft, 1, member.program + " was started during the run and still ran after it"});
+        }
+        EndAll();
+    }
+
+    // A process that ends is only gone when its debugger has seen it, or has let go of it.
+    void EndAll() {
+        TerminateProcess(mProcess, kEndedFromOutside);
+        DebugActiveProcessStop(mProcessId);
+        mJob.End();
+    }
+
+    // The run is over; the first finding is the one that counts.
+    void Lose(Rule rule, const std::string& text) {
+        mIsLost = true;
+        mLostAt = GetTickCount64();
+        mEnd.findings.push_back({rule, 1, WhereItIs(mRecorder.Read()) + ": " + text});
+        TerminateProcess(mProcess, kEndedFromOutside);
+    }
+
+    CallStack StackOf(DWORD thread) const {
+        const auto found = mThreads.find(thread);
+        return found == mThreads.end() ? CallStack{} : mStacks->ReadRunning(found->second);
+    }
+
+    Culprit CulpritOf(const CallStack& stack) const { return FindCulprit(mStacks->Describe(stack), mHost.program); }
+
+    const HostProgram& mHost;
+    const WatchLimits& mLimits;
+    const FlightRecorder& mRecorder;
+    const ULONGLONG mBegan;
+    Job mJob;
+    HANDLE mProcess = nullptr;
+    DWORD mProcessId = 0;
+    DWORD mMainThread = 0;
+    std::optional<Modules> mModules;
+    std::optional<StackReader> mStacks;
+    std::optional<EndTraps> mTraps;
+    std::map<DWORD, HANDLE> mThreads;  // those that run; the handles are Windows' own
+    std::optional<std::pair<EXCEPTION_RECORD, CallStack>> mLastFault;
+    HostEnd mEnd;
+    bool mIsReady = false;
+    bool mIsLost = false;  // found guilty, and told to end
+    bool mIsGone = false;
+    ULONGLONG mLostAt = 0;
+};
+
+}  // namespace
+
+HostEnd RunAndWatch(const HostProgram& host, const WatchLimits& limits, const FlightRecorder& recorder) {
+    return Watch(host, limits, recorder).Run();
+}
+
+}  // namespace simhost

@@ -1,0 +1,75 @@
+#include "simhost/watch/OpenDialogs.h"
+
+#include <iterator>
+#include <string_view>
+
+#include "doubles/common/Text.h"
+#include "simhost/window/HostWindow.h"
+#include "simhost/windows/MainWindow.h"
+
+namespace simhost {
+
+namespace {
+
+// A thread that does not handle messages does not answer at all.
+constexpr UINT kPatienceMilliseconds = 500;
+
+struct Search {
+    DWORD process;
+    std::optional<OpenDialog> found;
+};
+
+bool HandlesMessages(HWND window) {
+    DWORD_PTR ignored = 0;
+    return SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, kPatienceMilliseconds, &ignored) != 0;
+}
+
+std::string TextOfWindow(HWND window) {
+    wchar_t text[1024] = L"";
+    DWORD_PTR length = 0;
+    SendMessageTimeoutW(window, WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG,
+                        kPatienceMilliseconds, &length);
+    return Utf8(std::wstring_view(text));
+}
+
+std::wstring ClassOfWindow(HWND window) {
+    wchar_t name[128] = L"";
+    GetClassNameW(window, name, static_cast<int>(std::size(name)));
+    return name;
+}
+
+BOOL CALLBACK AddLabel(HWND control, LPARAM text) {
+    if (ClassOfWindow(control) == L"Static" && IsWindowVisible(control) != 0) {
+        *reinterpret_cast<std::string*>(text) += TextOfWindow(control);
+    }
+    return TRUE;
+}
+
+BOOL CALLBACK OnWindow(HWND window, LPARAM argument) {
+    Search& search = *reinterpret_cast<Search*>(argument);
+    DWORD process = 0;
+    const DWORD thread = GetWindowThreadProcessId(window, &process);
+    const std::wstring className = ClassOfWindow(window);
+    if (process != search.process || IsWindowVisible(window) == 0 || className == kMainWindowClass ||
+        className == kHostWindowClass || !HandlesMessages(window)) {
+        return TRUE;
+    }
+    search.found = OpenDialog{TextOfWindow(window), "", Utf8(std::wstring_view(className)), thread};
+    EnumChildWindows(window, &AddLabel, reinterpret_cast<LPARAM>(&search.found->text));
+    return FALSE;
+}
+
+}  // namespace
+
+std::optional<OpenDialog> FindOpenDialog(DWORD process) {
+    Search search{process, std::nullopt};
+    EnumWindows(&OnWindow, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+std::string InWords(const OpenDialog& dialog) {
+    return "the dialog \"" + dialog.title + "\"" + (dialog.text.empty() ? "" : ", \"" + dialog.text + "\"") +
+           " (class " + dialog.className + ")";
+}
+
+}  // namespace simhost

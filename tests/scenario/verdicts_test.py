@@ -1,0 +1,93 @@
+#!/usr/bin/env python3
+"""Verdicts name who is to blame: the rule, the step, and module, function and file of the code.
+
+Plays scenarios of faults/ and looks at the texts of what was found, which the scenarios themselves only count. The
+command to play a scenario follows on the command line; `--times N` in front of it plays each N times.
+"""
+
+import json
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+
+FAULTS = pathlib.Path(__file__).parent / "faults"
+
+# Scenario, case, rule, and what the text must match: the place in the file, then what happened and who did it.
+PLUGIN = r"of FaultyPlugin\.aip \(FatalFaults\.cpp:\d+\)"
+STEP = r'steps\[0\], message "Fault"/"[^"]+": '
+EXPECTED = {
+    ("crash", "abort"): ("crash", STEP + rf"abort\(\) was called in Abort {PLUGIN}"),
+    ("crash", "access-violation"): (
+        "crash", STEP + rf"access violation \(0xC0000005\) writing 0x10 in AccessViolation {PLUGIN}"),
+    ("crash", "bad-pointer"): (
+        "crash", STEP + rf"access violation .* reading 0x10 in PassBadPointer {PLUGIN}, which called \w+"),
+    ("crash", "null-jump"): ("crash", STEP + rf"access violation .* executing 0x0 in JumpNowhere {PLUGIN}"),
+    ("crash", "stack-overflow"): ("crash", STEP + rf"stack overflow \(0xC00000FD\) in Recurse {PLUGIN}"),
+    ("crash", "exception"): ("crash", r'message "Fault"/"throw an exception": an exception left the plug-in'),
+    ("fail-fast", "interrupt"): ("fail-fast", STEP + rf"fail-fast \(0xC0000409\), reason 7 in FailFast {PLUGIN}"),
+    ("hang", "sleeps"): ("hang", STEP + rf".* after 2 seconds; the main thread is in Hang {PLUGIN}"),
+    ("hang", "spins"): ("hang", STEP + rf".* after 2 seconds; the main thread is in Spin {PLUGIN}"),
+    ("hang", "unload"): ("hang", rf"steps\[1\].*: .* the main thread is in Hang {PLUGIN}"),
+    ("hang", "end"): ("hang", rf"^the end of the host's process: .* the main thread is in Hang {PLUGIN}"),
+    ("process-ended", "terminate"): (
+        "process-ended", STEP + rf"the process was ended with code 0 \(0x00000000\) in EndProcess {PLUGIN}"),
+    ("process-ended", "exit"): (
+        "process-ended", STEP + rf".* code 3 \(0x00000003\) in ExitThroughRuntime {PLUGIN}, which called exit"),
+    ("process-ended", "exit-process"): (
+        "process-ended", STEP + rf".* code 3758096385 \(0xE0000001\) in ExitThroughWindows {PLUGIN}"),
+    ("process-ended", "main-thread"): (
+        "process-ended", STEP + rf"the main thread was ended with code 7 .* in EndMainThread {PLUGIN}"),
+    ("lost-verdict", "killed"): ("lost-verdict", STEP + r"the process was ended from outside, without a result"),
+    ("modal-dialog", "question"): (
+        "modal-dialog",
+        STEP + rf'the dialog "A question", "Do you like it\?" \(class #32770\) .* opened in AskQuestion {PLUGIN}'),
+    ("modal-dialog", "own-class"): (
+        "modal-dialog", STEP + rf'the dialog "Sign in" \(class QuorvelOwnDialog\) .* opened in ShowOwnDialog {PLUGIN}'),
+    ("left-running", "process"): ("process-left", r"^Lumet\.exe was started during the run"),
+    ("left-running", "thread"): ("thread-left", rf"^a thread still ran when the host quit, in WaitForEver {PLUGIN}"),
+    ("time-limit", "hangs"): (
+        "time-limit", STEP + rf"the run was ended after 2 seconds; the main thread was in Hang {PLUGIN}"),
+}
+
+
+def results(command: list[str], scenario: str) -> dict:
+    """The records of all cases, by name of the case."""
+    path = FAULTS / f"{scenario}.json"
+    cases = list(json.loads(path.read_text(encoding="utf-8"))["cases"])
+    with tempfile.TemporaryDirectory() as folder:
+        record = pathlib.Path(folder) / "record.json"
+        subprocess.run([*command, str(path), "--quiet", "--record", str(record)], capture_output=True, check=False)
+        whole = json.loads(record.read_text(encoding="utf-8"))
+    return {case: whole if len(cases) == 1 else whole[f"{path.name}/{case}"] for case in cases}
+
+
+def faults_of(scenario: str, records: dict):
+    for (of_scenario, case), (rule, pattern) in EXPECTED.items():
+        if of_scenario != scenario:
+            continue
+        found = [(violation["rule"], violation["text"]) for violation in records[case]["violations"]]
+        if len(found) != 1 or found[0][0] != rule or not re.search(pattern, found[0][1]):
+            yield f"{scenario}.json/{case}: expected {rule!r} with /{pattern}/, but came {found}"
+    for case in records:
+        if (scenario, case) not in EXPECTED:
+            yield f"{scenario}.json/{case}: nothing says here whom its verdict must name"
+
+
+def main() -> int:
+    command = sys.argv[1:]
+    times = 1
+    if command[0] == "--times":
+        times = int(command[1])
+        command = command[2:]
+    faults = []
+    for _ in range(times):
+        for scenario in dict.fromkeys(scenario for scenario, _ in EXPECTED):
+            faults += faults_of(scenario, results(command, scenario))
+    print("\n".join(faults) or f"All {len(EXPECTED)} verdicts name who is to blame.")
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
