@@ -93,7 +93,7 @@ void CheckPathInRun(const std::string& path, const Place& place) {
 }
 
 std::string NeedPathInRun(ObjectReader& reader, const std::string& key) {
-    const std::string path = reader.NeedText(key);
+    std::string path = reader.NeedText(key);
     // A missing one, or something else than a text, was complained about.
     if (const ObjectReader::Json* const value = reader.Find(key); value != nullptr && value->is_string()) {
         CheckPathInRun(path, reader.PlaceOf(key));
