@@ -117,9 +117,9 @@ FlightRecorder::FlightRecorder() {
         throw std::runtime_error("Windows gives no shared memory (error " + std::to_string(GetLastError()) + ")");
     }
     SetEnvironmentVariableW(kVariable, name.c_str());
-    // Until the host itself knows better.
+    // Until the host itself knows better. How long a process takes to begin is the machine's business.
     Write(mRecord->step, "before the first step");
-    mRecord->stepBegan = GetTickCount64();
+    mRecord->stepBegan = 0;
 }
 
 FlightRecorder::~FlightRecorder() {
