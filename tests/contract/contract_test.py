@@ -137,7 +137,7 @@ def check_play(contract: Contract):
     for library, expected in (
         # The run goes on behind the fault, and names the place.
         ("FaultyWritesBehindBuffer", 'FAILED contract: buffer-behind: any-calls.json.begin[0]: GetMenus, call 1: written 1 '
-                                     'byte behind the end of "buffer" (4096 bytes) (PluginCoreX64.dll + 0x'),
+                                     'byte behind the end of "buffer" (4096 bytes) ('),
         ("FaultyKeepsText", "FAILED contract: argument-kept: any-calls.json.steps[1]: HandleOpenExistingDocument"),
         ("FaultyLeavesHook", "FAILED contract: hook-left: any-calls.json.end[0]: TerminatePluginCoreInterface, call 1: it"),
     ):
