@@ -82,7 +82,9 @@ def main() -> int:
         times = int(command[1])
         command = command[2:]
     faults = []
-    for _ in range(times):
+    for number in range(times):
+        if times > 1:
+            print(f"{number} times so far, with {len(faults)} wrong verdicts", flush=True)
         for scenario in dict.fromkeys(scenario for scenario, _ in EXPECTED):
             faults += faults_of(scenario, results(command, scenario))
     print("\n".join(faults) or f"All {len(EXPECTED)} verdicts name who is to blame.")

@@ -257,7 +257,8 @@ void GuardedCall::End() {
 
 GuardedCall& BeginCall(const char* entry) {
     auto call = std::make_unique<GuardedCall>(entry);
-    EnteredEntry(call->InWords());
+    const CallUnderWay underWay = call->UnderWay();
+    EnteredEntry(std::string(underWay.entry) + ", call " + std::to_string(underWay.number));
     const std::lock_guard lock(sStackMutex);
     Stack().push_back(std::move(call));
     return *Stack().back();

@@ -38,8 +38,8 @@ std::filesystem::path PluginCoreFile(const std::filesystem::path& named) {
         return {};
     }
     std::filesystem::path file = std::filesystem::absolute(named).make_preferred();
-    if (!std::filesystem::is_regular_file(file)) {
-        throw std::runtime_error("there is no PluginCore " + Utf8(file.wstring()));
+    if (const std::string why = WhyNoLibrary(file); !why.empty()) {
+        throw std::runtime_error("the PluginCore " + Utf8(file.wstring()) + " " + why);
     }
     return file;
 }

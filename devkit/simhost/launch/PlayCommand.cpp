@@ -195,16 +195,9 @@ class Programme {
         TellOptions tell = mOptions.tell;
         tell.events = events.Path();
         tell.verbosity = TellsPeople() ? tell.verbosity : Verbosity::kQuiet;
-        return {mOptions.plugin,
-                mOptions.pluginCore,
-                folder.make_preferred(),
-                kept,
-                mOptions.record,
-                mOptions.timeLimitSeconds,
-                mOptions.stepTimeLimitSeconds,
-                mOptions.noWait,
-                std::move(tell),
-                mOptions.variation};
+        return {mOptions.plugin, mOptions.pluginCore,       folder.make_preferred(),       kept,
+                mOptions.record, mOptions.timeLimitSeconds, mOptions.stepTimeLimitSeconds, mOptions.noWait,
+                std::move(tell), mOptions.variation};
     }
 
     // Several runs share one file: their records are put together there, by name.
