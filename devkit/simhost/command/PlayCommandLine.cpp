@@ -14,7 +14,7 @@ namespace {
 
 struct Texts {
     std::vector<std::string> scenarios, cases;
-    std::string plugin, pluginCore, workFolder, record, jsonLines, junit, colour = "auto";
+    std::string plugin, pluginCore, workFolder, record, jsonLines, junit, accept, colour = "auto";
     bool quiet = false;
     bool brief = false;
     PlayOptions options;
@@ -38,6 +38,7 @@ PlayOptions OptionsOf(const Texts& texts) {
     options.record = Wide(texts.record);
     options.jsonLines = Wide(texts.jsonLines);
     options.junit = Wide(texts.junit);
+    options.accept = Wide(texts.accept);
     options.tell.verbosity = texts.quiet ? Verbosity::kQuiet : texts.brief ? Verbosity::kBrief : Verbosity::kFull;
     options.tell.colour = texts.colour == "auto"     ? ColourChoice::kAuto
                           : texts.colour == "always" ? ColourChoice::kAlways
@@ -73,6 +74,9 @@ void AddWhatIsTold(CLI::App& play, Texts& texts) {
     play.add_option("--json-lines", texts.jsonLines,
                     "Where to append all that happens, one JSON object a line; - for standard output");
     play.add_option("--junit", texts.junit, "Where to write the results as JUnit XML");
+    CLI::Option* const accept =
+        play.add_option("--accept", texts.accept, "Write a new scenario, which expects what was observed");
+    play.add_flag("--force", texts.options.overwrite, "Overwrite the scenario that is there already")->needs(accept);
     CLI::Option* const brief = play.add_flag("--brief", texts.brief, "Print a line for each step, all of failed ones");
     play.add_flag("--quiet", texts.quiet, "Print complaints only")->excludes(brief);
     play.add_option("--color", texts.colour, "Colour: auto (on a terminal), always or never")

@@ -129,8 +129,12 @@ std::filesystem::path KitFolder() {
     return std::filesystem::path(path).parent_path();
 }
 
+std::filesystem::path PluginFileOf(const ScenarioFile& file, const std::string& caseName, const RunOptions& options) {
+    return PluginFile(options.plugin, file.PluginOf(caseName));
+}
+
 Verdict RunCase(const ScenarioFile& file, const std::string& caseName, const RunOptions& options) {
-    const std::filesystem::path plugin = PluginFile(options.plugin, file.PluginOf(caseName));
+    const std::filesystem::path plugin = PluginFileOf(file, caseName, options);
     const RunFolder folder(options.workFolder, plugin);
     Scenario scenario = file.Read(caseName, folder.PlaceholdersForScenarios());
     Vary(scenario, options.variation);

@@ -31,6 +31,8 @@ Verdict RunCase(const ScenarioFile& file, const std::string& caseName, const Run
 
 // Throws std::runtime_error, in words, for a file that is no library.
 void CheckPluginFile(const std::filesystem::path& file);
+// The plug-in's file that the case is played to. Throws std::runtime_error when there is none.
+std::filesystem::path PluginFileOf(const ScenarioFile& file, const std::string& caseName, const RunOptions& options);
 
 // The folder of this program, with the libraries and plug-ins that scenarios name.
 std::filesystem::path KitFolder();

@@ -11,11 +11,13 @@
 #include <vector>
 
 #include "doubles/common/Text.h"
+#include "simhost/launch/Acceptance.h"
 #include "simhost/launch/Cancellation.h"
 #include "simhost/launch/CaseRun.h"
 #include "simhost/launch/EventFile.h"
 #include "simhost/launch/Leftovers.h"
 #include "simhost/launch/OwnFolder.h"
+#include "simhost/launch/RunFolder.h"
 #include "simhost/launch/Selection.h"
 #include "simhost/report/JUnit.h"
 #include "simhost/report/LastRun.h"
@@ -90,6 +92,7 @@ class Programme {
             KeepOnly(failed, selection);
         }
         mSeveral = selection.cases.size() > 1;
+        CheckAccept(selection);
         for (const Unplayable& unplayable : selection.unplayable) {
             NotPlayed(
                 {unplayable.file, "", Utf8(unplayable.file.filename().wstring()), "", false, false, unplayable.lines});
@@ -142,7 +145,7 @@ class Programme {
         const auto began = std::chrono::steady_clock::now();
         EventFile events(mOptions.jsonLines);
         try {
-            const RunOptions run = OptionsFor(file, name, events);
+            const RunOptions run = OptionsFor(file, name, events.Path());
             const Verdict verdict = RunCase(file, name, run);
             const Transcript transcript(Utf8(run.workFolder.wstring()), Verbosity::kQuiet, false);
             KeepRecord(outcome.name, run.record);
@@ -159,9 +162,46 @@ class Programme {
             outcome.complaints = {error.what()};
         }
         outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count();
-        outcome.failed = outcome.passed ? std::nullopt : FirstFailedStep(events.Complete(outcome));
+        const std::vector<nlohmann::ordered_json> lines = events.Complete(outcome);
+        outcome.failed = outcome.passed ? std::nullopt : FirstFailedStep(lines);
+        if (!mOptions.accept.empty() && outcome.played && AcceptRun(file, name, outcome, lines)) {
+            outcome.passed = true;
+            outcome.complaints.clear();
+        }
         Tell(std::move(outcome));
         std::fflush(stdout);
+    }
+
+    // Before anything is played.
+    void CheckAccept(const Selection& selection) const {
+        if (mOptions.accept.empty()) {
+            return;
+        }
+        if (selection.cases.size() + selection.unplayable.size() != 1) {
+            throw std::runtime_error("--accept takes one case; name it with --case");
+        }
+        if (std::filesystem::exists(mOptions.accept) && !mOptions.overwrite) {
+            throw std::runtime_error(Utf8(mOptions.accept.generic_wstring()) +
+                                     " is there already; --force overwrites it");
+        }
+    }
+
+    // False when something was observed that no scenario can expect.
+    bool AcceptRun(const ScenarioFile& file, const std::string& name, const RunOutcome& outcome,
+                   const std::vector<nlohmann::ordered_json>& lines) const {
+        const RunOptions run = OptionsFor(file, name, {});
+        const RunFolder folder(run.workFolder, PluginFileOf(file, name, run));
+        const Placeholders placeholders = folder.PlaceholdersForScenarios();
+        const Accepted accepted = AcceptObserved(file.WrittenOut(name, placeholders), placeholders,
+                                                 file.UsualPartsOf(name), lines, outcome.complaints);
+        for (const std::string& refused : accepted.refused) {
+            std::fprintf(stderr, "simhost: cannot be accepted: %s\n", refused.c_str());
+        }
+        if (accepted.refused.empty()) {
+            std::ofstream(mOptions.accept, std::ios::binary | std::ios::trunc) << accepted.scenario.dump(2) << "\n";
+            std::printf("What was observed is now expected by %s.\n", Utf8(mOptions.accept.generic_wstring()).c_str());
+        }
+        return accepted.refused.empty();
     }
 
     void Tell(RunOutcome outcome) {
@@ -183,7 +223,8 @@ class Programme {
     // Standard output is for the machine when that asks for it.
     bool TellsPeople() const { return mOptions.jsonLines != L"-"; }
 
-    RunOptions OptionsFor(const ScenarioFile& file, const std::string& name, const EventFile& events) const {
+    RunOptions OptionsFor(const ScenarioFile& file, const std::string& name,
+                          const std::filesystem::path& events) const {
         const std::wstring run = file.Path().stem().wstring() + (name.empty() ? L"" : L"-" + Wide(name));
         const bool kept = !mOptions.workFolder.empty();
         std::filesystem::path folder = kept ? std::filesystem::absolute(mOptions.workFolder)
@@ -193,7 +234,7 @@ class Programme {
             folder /= run;
         }
         TellOptions tell = mOptions.tell;
-        tell.events = events.Path();
+        tell.events = events;
         tell.verbosity = TellsPeople() ? tell.verbosity : Verbosity::kQuiet;
         return {mOptions.plugin, mOptions.pluginCore,       folder.make_preferred(),       kept,
                 mOptions.record, mOptions.timeLimitSeconds, mOptions.stepTimeLimitSeconds, mOptions.noWait,

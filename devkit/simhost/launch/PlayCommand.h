@@ -21,6 +21,8 @@ struct PlayOptions {
     std::filesystem::path record;                  // empty: none is kept
     std::filesystem::path jsonLines;               // empty: none; "-": standard output
     std::filesystem::path junit;                   // empty: none
+    std::filesystem::path accept;                  // a scenario to write what was observed into; empty: none
+    bool overwrite = false;                        // also when there is one already
     std::optional<std::int64_t> timeLimitSeconds{};
     std::optional<std::int64_t> stepTimeLimitSeconds{};
     bool noWait = false;

@@ -28,10 +28,10 @@ class Generator {
 
     Json AnswerOf(const CallRow& row) {
         Json answer = Json::object();
-        if (Chance(10)) {
+        if (Chance(6)) {
             answer["throw"] = Chance(50) ? "foreign" : "cpp";
         }
-        if (Chance(35)) {
+        if (Chance(20)) {
             answer["result"] = Result();
         }
         if (row.answers.starts_with("text") && Chance(90)) {

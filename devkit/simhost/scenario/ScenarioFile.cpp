@@ -136,6 +136,18 @@ std::string ScenarioFile::TitleOf(const std::string& caseName) const {
     return title.is_string() ? title.get<std::string>() : "";
 }
 
+std::vector<std::string> ScenarioFile::UsualPartsOf(const std::string& caseName) const {
+    Origins origins;
+    const Json story = StoryOf(caseName, origins);
+    std::vector<std::string> parts;
+    for (const char* const part : {"begin", "end"}) {
+        if (!story.contains(part)) {
+            parts.emplace_back(part);
+        }
+    }
+    return parts;
+}
+
 Problems ScenarioFile::ProblemsOfFile() const {
     Problems problems;
     for (const TextMistake& mistake : mText.mistakes) {

@@ -26,6 +26,9 @@ class ScenarioFile {
     // As it was written, which may be with placeholders.
     std::string TitleOf(const std::string& caseName) const;
 
+    // Which of "begin" and "end" the case leaves to the default.
+    std::vector<std::string> UsualPartsOf(const std::string& caseName) const;
+
     // Reads all cases. Throws ScenarioError with everything that is wrong in any of them.
     void Check() const;
 

@@ -62,6 +62,7 @@ constexpr Rule kRulesOfExpectation[] = {
     Rule::kTicks,
     Rule::kNotReached,
     Rule::kState,
+    Rule::kContract,
 };
 
 void AnswerFrom(std::uint64_t seed, Scenario& scenario) {

@@ -1,0 +1,222 @@
+#include "simhost/launch/Acceptance.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+#include <utility>
+
+#include "doubles/common/Text.h"
+#include "simhost/scenario/CallTable.h"
+
+namespace simhost {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// The key under which a step says what the rule is about.
+struct RuleRow {
+    std::string_view rule;
+    const char* key;
+};
+
+constexpr RuleRow kRules[] = {
+    {"reply", "answer"},
+    {"calls", "calls"},
+    {"bus-calls", "bus_calls"},
+    {"panel-events", "panel_events"},
+    {"boxes", "boxes"},
+    {"foreground", "foreground_switches"},
+    {"messaging-library", "loads"},
+    {"host-calls", "host_calls"},
+    {"ticks", "sent"},
+};
+constexpr const char* kKindsOfState[] = {"menu", "timers", "file_formats", "messages"};
+
+bool IsKindOfState(const std::string& key) {
+    return std::find(std::begin(kKindsOfState), std::end(kKindsOfState), key) != std::end(kKindsOfState);
+}
+
+std::vector<std::string> KeysOf(const std::string& rule) {
+    if (rule == "state") {
+        return {std::begin(kKindsOfState), std::end(kKindsOfState)};
+    }
+    const auto* const found =
+        std::find_if(std::begin(kRules), std::end(kRules), [&](const RuleRow& row) { return row.rule == rule; });
+    return found == std::end(kRules) ? std::vector<std::string>() : std::vector<std::string>{found->key};
+}
+
+// A text that is the compact text of a JSON value becomes that value, which says the same and can be read.
+Json AsReadable(const Json& text) {
+    if (text.is_string()) {
+        Json value = Json::parse(text.get<std::string>(), nullptr, false);
+        if (value.is_structured() && value.dump() == text.get<std::string>()) {
+            return value;
+        }
+    }
+    return text;
+}
+
+// Without the arguments that need not be written.
+Json ShortCall(const Json& call) {
+    if (!call.is_object() || call.size() != 1) {
+        return call;
+    }
+    const std::string& entry = call.begin().key();
+    const CallRow* const row = FindCall(entry);
+    const Json always = row == nullptr ? Json::object() : Json::parse(row->always);
+    Json arguments = Json::object();
+    for (const auto& [name, value] : call.begin().value().items()) {
+        // The menus default to what GetMenus answers, which another run may not.
+        const bool isDefault = always.contains(name) && always[name] == value && name != "json";
+        if (!isDefault && !name.ends_with("_hex")) {
+            arguments[name] = AsReadable(value);
+        }
+    }
+    return arguments.empty() ? Json(entry) : Json{{entry, arguments}};
+}
+
+void ShortenCalls(Json& steps) {
+    for (Json& step : steps) {
+        for (const char* const key : {"calls", "bus_calls"}) {
+            if (!step.contains(key) || !step[key].is_array()) {
+                continue;
+            }
+            for (Json& call : step[key]) {
+                call = ShortCall(call);
+            }
+        }
+    }
+}
+
+void MakeAnswersReadable(Json& holder, const char* key) {
+    for (Json& list : holder.contains(key) ? holder[key] : holder["nothing"]) {
+        for (Json& answer : list) {
+            if (answer.contains("text")) {
+                answer["text"] = AsReadable(answer["text"]);
+            }
+        }
+    }
+    holder.erase("nothing");
+}
+
+std::string WithPlaceholders(std::string text, const Placeholders& placeholders) {
+    for (const char* const name : {"plugin", "work"}) {
+        const std::string& meaning = placeholders.at(name);
+        text = ReplaceAll(std::move(text), AsJsonText(meaning), "${" + std::string(name) + ":json}");
+        text = ReplaceAll(std::move(text), meaning, "${" + std::string(name) + "}");
+    }
+    return text;
+}
+
+Json WithPlaceholders(const Json& value, const Placeholders& placeholders) {
+    if (value.is_string()) {
+        return WithPlaceholders(value.get<std::string>(), placeholders);
+    }
+    Json replaced = value;
+    if (value.is_structured()) {
+        for (auto& [key, member] : replaced.items()) {
+            member = WithPlaceholders(Json(member), placeholders);
+        }
+    }
+    return replaced;
+}
+
+class Acceptance {
+  public:
+    explicit Acceptance(Json& story) {
+        for (const char* const part : {"begin", "steps", "end"}) {
+            for (Json& step : story[part]) {
+                mSteps.push_back({&step, part});
+            }
+        }
+    }
+
+    void Take(const std::vector<Json>& events) {
+        std::vector<std::string> broken;
+        for (const Json& event : events) {
+            const std::string kind = event.value("event", std::string());
+            if (kind == "complaint" && !event.value("expected", false)) {
+                broken.push_back(event.value("rule", std::string()));
+            } else if (kind == "step_end" && event["step"].is_number()) {
+                TakeStep(event["step"].get<std::size_t>(), event["observed"], std::exchange(broken, {}));
+            }
+        }
+    }
+
+    std::vector<std::string> changed;  // "begin", "steps", "end"
+
+  private:
+    struct Row {
+        Json* step;
+        std::string part;
+    };
+
+    void TakeStep(std::size_t number, const Json& observed, const std::vector<std::string>& broken) {
+        if (number == 0 || number > mSteps.size()) {
+            return;
+        }
+        Row& row = mSteps[number - 1];
+        for (const std::string& rule : broken) {
+            for (const std::string& key : KeysOf(rule)) {
+                // What a step cannot show is only looked at when it says so.
+                if (row.step->contains(key) || !IsKindOfState(key)) {
+                    Set(key, observed, row);
+                }
+            }
+        }
+        for (const char* const key : {"calls", "bus_calls"}) {
+            if (row.step->contains(key) && (*row.step)[key] == "any") {
+                Set(key, observed, row);
+            }
+        }
+    }
+
+    void Set(const std::string& key, const Json& observed, Row& row) {
+        if (!observed.contains(key)) {
+            return;
+        }
+        // The calls of many ticks cannot be written: they depend on the time.
+        const bool manyTicks = key == "calls" && row.step->value("times", 1) > 1;
+        (*row.step)[key] = manyTicks ? Json("any") : observed[key];
+        changed.push_back(row.part);
+    }
+
+    std::vector<Row> mSteps;
+};
+
+// Rules that no step can speak about.
+std::vector<std::string> RefusedOf(const std::vector<std::string>& complaints) {
+    std::vector<std::string> refused;
+    for (const std::string& complaint : complaints) {
+        if (KeysOf(complaint.substr(0, complaint.find(':'))).empty()) {
+            refused.push_back(complaint);
+        }
+    }
+    return refused;
+}
+
+}  // namespace
+
+Accepted AcceptObserved(Json story, const Placeholders& placeholders, const std::vector<std::string>& usual,
+                        const std::vector<Json>& events, const std::vector<std::string>& complaints) {
+    Acceptance acceptance(story);
+    acceptance.Take(events);
+    for (const char* const part : {"begin", "steps", "end"}) {
+        ShortenCalls(story[part]);
+        for (Json& step : story[part]) {
+            MakeAnswersReadable(step, "set");
+        }
+        const bool isChanged =
+            std::find(acceptance.changed.begin(), acceptance.changed.end(), part) != acceptance.changed.end();
+        if (!isChanged && std::find(usual.begin(), usual.end(), part) != usual.end()) {
+            story.erase(part);
+        }
+    }
+    for (const char* const key : {"answers", "bus_answers"}) {
+        MakeAnswersReadable(story, key);
+    }
+    return {WithPlaceholders(story, placeholders), RefusedOf(complaints)};
+}
+
+}  // namespace simhost

@@ -1,0 +1,230 @@
+#!/usr/bin/env python3
+"""What simhost play prints, writes and remembers. The command that runs simhost follows on the command line."""
+
+import json
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+import xml.etree.ElementTree
+
+ROOT = pathlib.Path(__file__).parents[2]
+SCENARIOS = ROOT / "devkit" / "scenarios"
+COMMAND = []
+
+BROKEN = {
+    "title": "Expectations that do not hold",
+    "host": {"documents": {"A": {"frames": [["Optima-Roman"]], "placed": ["${work}\\B.ai"]}}},
+    "steps": [
+        {"do": "open", "document": "A", "calls": [
+            "PluginIsEnabled", "IdleEvent", {"HandleOpenExistingDocument": {"path": "${work}\\A.ai"}},
+        ]},
+        {"do": "save", "say": "The document is saved", "document": "A", "calls": [
+            "PluginIsEnabled",
+            {"HandleSaveDocument": {"path": "${work}\\A.ai", "report": {
+                "DocumentFonts": [{"PostScriptName": "Optima-Bold"}], "LinkedDocuments": ["${work}\\B.ai"],
+            }}},
+        ]},
+    ],
+}
+
+
+class Play(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def write(self, name, scenario):
+        path = self.folder / name
+        path.write_text(json.dumps(scenario), encoding="utf-8")
+        return path
+
+    def play(self, *arguments, code=0):
+        run = subprocess.run([*COMMAND, "play", *map(str, arguments)], capture_output=True, check=False, cwd=ROOT)
+        printed, complaints = run.stdout.decode("utf-8"), run.stderr.decode("utf-8")
+        self.assertEqual(run.returncode, code, printed + complaints)
+        return printed, complaints
+
+    def test_each_step_has_a_verdict_and_complaints_stand_where_they_happened(self):
+        path = self.write("broken.json", BROKEN)
+        printed, complaints = self.play(path, code=1)
+        steps = printed.split("\n\n")
+        self.assertTrue(steps[1].startswith("1. The host starts\n") and steps[1].endswith("\n  ok"), steps[1])
+        self.assertIn("  ! calls:\n      expected IdleEvent, but it did not come\n  failed", steps[2])
+        self.assertIn(
+            "      call 2: HandleSaveDocument, report:\n"
+            "        at DocumentFonts[0].PostScriptName\n"
+            '          expected  "Optima-Bold"\n'
+            '          came      "Optima-Roman"\n'
+            "  failed", steps[3])
+        self.assertTrue(steps[3].startswith("3. The document is saved\n"), steps[3])
+        self.assertTrue(steps[-1].startswith("After the last step\n  ok"), steps[-1])
+        self.assertIn("1 of 1 run did not pass:\n  broken.json: failed in step 2 (line 1): open A\n"
+                      f"    again: simhost play {path} --until 2\n", printed)
+        self.assertIn("FAILED calls: broken.json.steps[0]: call 2: expected IdleEvent {}", complaints)
+        self.assertIn('"path":"<work>\\\\A.ai"', complaints)
+        self.assertNotIn("\x1b", printed)
+
+    def test_a_disabled_plugincore_looks_disabled(self):
+        printed, _ = self.play(SCENARIOS / "disabled.json")
+        self.assertIn("PluginIsEnabled (flag 1, preset 0) -> 0, disabled", printed)
+
+    def test_what_an_entry_threw_is_no_answer(self):
+        printed, _ = self.play(SCENARIOS / "tick-throws.json", "--case", "c*")
+        self.assertIn("IdleEvent -> threw ", printed)
+        self.assertNotIn("IdleEvent -> 0", printed.split("IdleEvent -> threw ")[0])
+
+    def test_brief_prints_a_line_for_each_step_and_all_of_a_failed_one(self):
+        printed, _ = self.play(self.write("broken.json", BROKEN), "--brief", code=1)
+        self.assertIn("\nok      1. The host starts\nfailed  2. open A\n  \"AI Notifier\"", printed)
+        self.assertNotIn("GetAPIVersion", printed)
+
+    def test_colour_only_when_asked(self):
+        printed, _ = self.play(self.write("broken.json", BROKEN), "--color", "always", code=1)
+        self.assertIn("  \x1b[32mok\x1b[0m\n", printed.replace("\x1b[32m  ok", "  \x1b[32mok"))
+        self.assertIn("\x1b[31m", printed)
+
+    def test_a_run_ends_after_the_step_that_is_named(self):
+        path = self.write("broken.json", BROKEN)
+        printed, _ = self.play(path, "--until", "The document is saved", code=1)
+        self.assertIn("\n3. The document is saved\n", printed)
+        self.assertNotIn("The host quits", printed)
+        self.assertNotIn("After the last step", printed)
+        printed, _ = self.play(path, "--until", "1")
+        self.assertIn("what is left over was not looked at", printed)
+        self.play(SCENARIOS / "saved.json", "--until", "2", "--quiet")
+        for step, complaint in (("9", "there is no step 9; the scenario has 6"),
+                                ("The document was saved", "did you mean \"The document is saved\"?")):
+            self.assertIn(complaint, self.play(path, "--until", step, code=2)[1])
+
+    def test_what_failed_the_last_time_is_played_again(self):
+        good = {"title": "T", "steps": [{"do": "menu_changed", "calls": "any"}]}
+        bad = {**good, "steps": [{"do": "menu_changed", "calls": ["IdleEvent"]}]}
+        cases = self.write("cases.json", {"title": "T", "cases": {
+            "good": {"steps": [{"do": "about", "calls": "any"}]}, "bad": {"steps": [{"do": "about", "calls": []}]}}})
+        path = self.write("one.json", bad)
+        self.play(cases, path, "--quiet", code=1)
+        printed, complaints = self.play("--only-failed", code=1)
+        self.assertIn("cases.json/bad: failed", printed)
+        self.assertNotIn("cases.json/good", printed)
+        self.assertIn("one.json: failed", printed)
+        self.write("one.json", good)
+        printed, _ = self.play(path, "--only-failed")
+        self.assertIn("Passed:", printed)
+        printed, _ = self.play("--only-failed")
+        self.assertEqual(printed, "Nothing failed the last time, so nothing is played.\n")
+
+    def test_several_files_and_patterns(self):
+        printed, _ = self.play("devkit/scenarios/about.json", "devkit/scenarios/changed*", "devkit/scenarios/about.json",
+                               "--quiet")
+        played = [line for line in printed.splitlines() if line.endswith(": passed")]
+        self.assertEqual(played, ["about.json: passed", "changed-without-a-document.json: passed",
+                                  "changed.json: passed"])
+
+    def test_json_lines_hold_steps_calls_answers_and_times(self):
+        file = self.folder / "lines.jsonl"
+        for _ in range(2):
+            self.play(self.write("broken.json", BROKEN), "--json-lines", file, "--quiet", code=1)
+        events = [json.loads(line) for line in file.read_text(encoding="utf-8").splitlines()]
+        self.assertEqual([e["event"] for e in events].count("run_begin"), 2)
+        end = events[-1]
+        self.assertEqual((end["event"], end["passed"], end["played"]), ("run_end", False, True))
+        calls = [e for e in events if e["event"] == "call"]
+        self.assertIn("HandleSaveDocument", [call["entry"] for call in calls])
+        self.assertTrue(all("ms" in call and "answer" in call for call in calls))
+        steps = [e for e in events if e["event"] == "step_end"]
+        self.assertEqual([e["passed"] for e in steps[:4]], [True, False, False, True])
+        self.assertEqual([e["rule"] for e in events if e["event"] == "complaint"], ["calls"] * 4)
+
+    def test_json_lines_on_standard_output_stand_alone(self):
+        printed, _ = self.play(SCENARIOS / "about.json", "--json-lines", "-")
+        events = [json.loads(line) for line in printed.splitlines()]
+        self.assertEqual((events[0]["event"], events[-1]["event"]), ("run_begin", "run_end"))
+
+    def test_a_lost_host_leaves_whole_lines(self):
+        file = self.folder / "lines.jsonl"
+        self.play(ROOT / "tests/scenario/faults/crash.json", "--case", "abort", "--json-lines", file, "--quiet")
+        events = [json.loads(line) for line in file.read_text(encoding="utf-8").splitlines()]
+        self.assertEqual((events[0]["event"], events[-1]["event"]), ("run_begin", "run_end"))
+        self.assertTrue(events[-1]["passed"])
+
+    def test_junit(self):
+        file = self.folder / "junit.xml"
+        unreadable = self.write("unreadable.json", {"title": "T", "steps": [{"do": "jump \u0001<&\">"}]})
+        self.play(self.write("broken.json", BROKEN), SCENARIOS / "tick-throws.json", unreadable, "--junit", file,
+                  "--quiet", code=2)
+        root = xml.etree.ElementTree.parse(file).getroot()
+        self.assertEqual((root.tag, root.get("tests"), root.get("failures"), root.get("errors")),
+                         ("testsuites", "4", "1", "1"))
+        names = {(case.get("classname"), case.get("name")): [child.tag for child in case]
+                 for case in root.iter("testcase")}
+        self.assertEqual(names[("broken", "broken")], ["failure"])
+        self.assertEqual(names[("unreadable", "unreadable")], ["error"])
+        self.assertEqual(names[("tick-throws", "cpp")], [])
+
+    def test_hostile_answers_are_the_same_for_the_same_number(self):
+        def calls(seed):
+            printed, _ = self.play(SCENARIOS / "demo.json", "--seed", seed, "--json-lines", "-")
+            events = [json.loads(line) for line in printed.splitlines()]
+            return [(e["entry"], e["answer"], json.dumps(e.get("results"))) for e in events if e["event"] == "call"]
+
+        first = calls(1)
+        self.assertEqual(first, calls(1))
+        self.assertNotEqual(first, calls(2))
+
+    def test_what_was_observed_can_be_accepted(self):
+        for name in ("demo.json", "saved.json", "about.json", "menu-labels.json"):
+            source = json.loads((SCENARIOS / name).read_text(encoding="utf-8"))
+            case = next(iter(source.get("cases", {})), None)
+            with self.subTest(name):
+                spoilt = json.loads(json.dumps(source))
+                for step in spoilt.get("steps", []) + spoilt.get("cases", {}).get(case, {}).get("steps", []):
+                    if "calls" in step:
+                        step.update({"calls": [], "answer": 99})
+                        step.pop("bus_calls", None)
+                        step.pop("panel_events", None)
+                        step.pop("boxes", None)
+                    if step["do"] == "check":
+                        step.update({"menu": []})
+                path = self.write(name, spoilt)
+                chosen = ["--case", case] if case else []
+                accepted = self.folder / f"accepted-{name}"
+                self.play(path, *chosen, "--quiet", code=1)
+                self.play(path, *chosen, "--quiet", "--accept", accepted)
+                self.assertIn("Passed:", self.play(accepted, "--quiet")[0])
+                _, complaints = self.play(path, *chosen, "--quiet", "--accept", accepted, code=2)
+                self.assertIn("is there already; --force overwrites it", complaints)
+                self.play(path, *chosen, "--quiet", "--accept", accepted, "--force")
+
+    def test_a_crash_cannot_be_accepted(self):
+        source = json.loads((ROOT / "tests/scenario/faults/crash.json").read_text(encoding="utf-8"))
+        source["cases"]["abort"].pop("expect")
+        accepted = self.folder / "accepted.json"
+        _, complaints = self.play(self.write("crash.json", source), "--case", "abort", "--quiet", "--accept", accepted,
+                                  code=1)
+        self.assertIn("cannot be accepted", complaints)
+        self.assertFalse(accepted.exists())
+
+    def test_the_usual_calls_are_the_same_wherever_a_scenario_lies(self):
+        path = self.write("elsewhere.json", {"title": "T", "begin": {"calls": [{"usual": "start-up"}]},
+                                             "steps": [{"do": "tick", "calls": ["PluginIsEnabled", {"usual": "tick"}]}]})
+        run = subprocess.run([*COMMAND, "play", str(path), "--quiet"], capture_output=True, check=False, cwd=self.folder)
+        self.assertEqual(run.returncode, 0, run.stdout + run.stderr)
+
+    def test_list_speaks_to_people_and_to_programs(self):
+        def listed(*arguments):
+            run = subprocess.run([*COMMAND, "list", *arguments], capture_output=True, check=True, cwd=ROOT)
+            return run.stdout.decode("utf-8")
+
+        self.assertIn("suite-leak", listed("rules").splitlines())
+        self.assertIn("suite-leak", json.loads(listed("rules", "--json")))
+        self.assertIn("AI Font Suite/GetDefaultFont", json.loads(listed("operations", "--json")))
+        title = json.loads((SCENARIOS / "about.json").read_text(encoding="utf-8"))["title"]
+        self.assertIn(f"about.json\n  {title}\n", listed("scenarios"))
+
+
+if __name__ == "__main__":
+    COMMAND = [str(pathlib.Path(word).resolve()) if pathlib.Path(word).exists() else word for word in sys.argv[1:]]
+    unittest.main(argv=sys.argv[:1])
