@@ -86,6 +86,7 @@ class Differences {
 
     void CompareMembers(const Json& expected, const Json& came, const std::string& place) {
         const std::string prefix = place.empty() ? "" : place + ".";
+        const std::size_t before = mPlaces;
         for (const auto& [key, value] : expected.items()) {
             if (came.contains(key)) {
                 Compare(value, came[key], prefix + key);
@@ -97,6 +98,9 @@ class Differences {
             if (!expected.contains(key)) {
                 Add(prefix + key, "no such member", Dumped(value));
             }
+        }
+        if (mPlaces == before) {
+            Add(place, Dumped(expected), Dumped(came));  // the order of the members
         }
     }
 
