@@ -15,11 +15,11 @@ class Fitting {
   public:
     explicit Fitting(std::size_t width) : mWidth(width) {}
 
-    // Scalars share a line as long as they fit; arrays and objects that do not fit are broken up.
+    // What fits shares a line with its neighbours; arrays and objects that do not fit are broken up.
     void Add(const Json& value, const std::string& before, const std::string& after, std::size_t indent) {
         const std::string line = before + Dumped(value) + after;
         if (!value.is_structured() || value.empty() || indent + line.size() <= mWidth) {
-            AddPiece(line, indent, value.is_structured());
+            AddPiece(line, indent, false);
             return;
         }
         AddPiece(before + (value.is_array() ? "[" : "{"), indent, true);
