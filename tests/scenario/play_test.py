@@ -174,6 +174,15 @@ class Play(unittest.TestCase):
         self.assertEqual(first, calls(1))
         self.assertNotEqual(first, calls(2))
 
+    def test_a_debugger_sees_a_run_in_its_own_process(self):
+        for name in ("demo.json", "panel-no-library.json"):
+            printed, _ = self.play(SCENARIOS / name, "--in-process", "--quiet")
+            self.assertIn("Passed:", printed)
+        _, complaints = self.play(self.write("broken.json", BROKEN), "--in-process", "--quiet", code=1)
+        self.assertIn("FAILED calls: broken.json.steps[0]: call 2", complaints)
+        _, complaints = self.play(SCENARIOS / "tick-throws.json", "--in-process", code=2)
+        self.assertIn("--in-process takes one case", complaints)
+
     def test_what_was_observed_can_be_accepted(self):
         for name in ("demo.json", "saved.json", "about.json", "menu-labels.json"):
             source = json.loads((SCENARIOS / name).read_text(encoding="utf-8"))

@@ -58,6 +58,7 @@ void AddWhatIsPlayed(CLI::App& play, Texts& texts) {
                     "The last step to play: its number, or what it says. What is left over is not checked then");
     play.add_option("--seed", texts.options.variation.seed,
                     "Let the PluginCore give random answers that it should never give, the same for the same number");
+    play.add_flag("--in-process", texts.options.inProcess, "Play one case in this process: for debuggers");
     play.add_option("--work-folder", texts.workFolder,
                     "The folder to play in: new, empty, or made by a run; kept afterwards. Else one that is removed");
     const CLI::Range seconds(ranges::kTimeLimit.least, ranges::kTimeLimit.most);

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <stdexcept>
 #include <vector>
 
@@ -17,6 +18,7 @@
 #include "simhost/launch/RunFolder.h"
 #include "simhost/plugin/LibraryFile.h"
 #include "simhost/run/FlightRecorder.h"
+#include "simhost/run/PerformCommand.h"
 #include "simhost/watch/HostWatch.h"
 
 namespace simhost {
@@ -65,12 +67,18 @@ class FolderForOneRun {
     bool mKeep;
 };
 
+// For the process that is started, and for this one: it may have read its variables already.
+void SetVariable(const wchar_t* name, const std::filesystem::path& value) {
+    SetEnvironmentVariableW(name, value.c_str());
+    _wputenv_s(name, value.c_str());
+}
+
 void NameRecordsAndScripts(const RunFolder& folder) {
     // Its calls are recorded on their way to it; kept nowhere else.
-    SetEnvironmentVariableW(L"QUORVEL_PLUGINCORE_RECORD", L"NUL");
-    SetEnvironmentVariableW(L"QUORVEL_PLUGINCORE_SCRIPT", folder.Answers().c_str());
-    SetEnvironmentVariableW(L"QUORVEL_PLUGPLUG_RECORD", folder.BusCalls().c_str());
-    SetEnvironmentVariableW(L"QUORVEL_PLUGPLUG_SCRIPT", folder.BusAnswers().c_str());
+    SetVariable(L"QUORVEL_PLUGINCORE_RECORD", L"NUL");
+    SetVariable(L"QUORVEL_PLUGINCORE_SCRIPT", folder.Answers());
+    SetVariable(L"QUORVEL_PLUGPLUG_RECORD", folder.BusCalls());
+    SetVariable(L"QUORVEL_PLUGPLUG_SCRIPT", folder.BusAnswers());
 }
 
 std::vector<std::wstring> ArgumentsOfHost(const std::filesystem::path& scenario, const std::string& caseName,
@@ -154,6 +162,11 @@ Verdict RunCase(const ScenarioFile& file, const std::string& caseName, const Run
     NameRecordsAndScripts(folder);
     SetEnvironmentVariableW(contract::kPluginCoreFolderVariable,
                             pluginCore.empty() ? nullptr : pluginCore.parent_path().c_str());
+    if (options.inProcess) {
+        Perform({file.Path(), caseName, folder.Root(), folder.Plugin().filename(), record, options.tell,
+                 options.variation});
+        return ReadResult(record);
+    }
     RunHost(scenario, folder, ArgumentsOfHost(file.Path(), caseName, folder, record, options.tell, options.variation),
             LimitsOf(scenario, options), record);
     return ReadResult(record);

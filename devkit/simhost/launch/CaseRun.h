@@ -24,6 +24,7 @@ struct RunOptions {
     bool noWait = false;                                 // for another run: it is an error then
     TellOptions tell{};
     Variation variation{};
+    bool inProcess = false;  // no process of its own: for debuggers
 };
 
 // Returns when the host's process has ended or was ended. Throws std::exception when the case cannot be played.

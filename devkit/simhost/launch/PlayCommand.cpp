@@ -93,6 +93,9 @@ class Programme {
         }
         mSeveral = selection.cases.size() > 1;
         CheckAccept(selection);
+        if (mOptions.inProcess && selection.cases.size() != 1) {
+            throw std::runtime_error("--in-process takes one case; name it with --case");
+        }
         for (const Unplayable& unplayable : selection.unplayable) {
             NotPlayed(
                 {unplayable.file, "", Utf8(unplayable.file.filename().wstring()), "", false, false, unplayable.lines});
@@ -236,9 +239,17 @@ class Programme {
         TellOptions tell = mOptions.tell;
         tell.events = events;
         tell.verbosity = TellsPeople() ? tell.verbosity : Verbosity::kQuiet;
-        return {mOptions.plugin, mOptions.pluginCore,       folder.make_preferred(),       kept,
-                mOptions.record, mOptions.timeLimitSeconds, mOptions.stepTimeLimitSeconds, mOptions.noWait,
-                std::move(tell), mOptions.variation};
+        return {mOptions.plugin,
+                mOptions.pluginCore,
+                folder.make_preferred(),
+                kept,
+                mOptions.record,
+                mOptions.timeLimitSeconds,
+                mOptions.stepTimeLimitSeconds,
+                mOptions.noWait,
+                std::move(tell),
+                mOptions.variation,
+                mOptions.inProcess};
     }
 
     // Several runs share one file: their records are put together there, by name.

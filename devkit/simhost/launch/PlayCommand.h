@@ -22,6 +22,7 @@ struct PlayOptions {
     std::filesystem::path jsonLines;               // empty: none; "-": standard output
     std::filesystem::path junit;                   // empty: none
     std::filesystem::path accept;                  // a scenario to write what was observed into; empty: none
+    bool inProcess = false;                        // one case, in this process: for debuggers
     bool overwrite = false;                        // also when there is one already
     std::optional<std::int64_t> timeLimitSeconds{};
     std::optional<std::int64_t> stepTimeLimitSeconds{};

@@ -8,6 +8,7 @@
 #include "simhost/checks/ImportWatch.h"
 #include "simhost/contract/PluginCoreWatch.h"
 #include "simhost/plugin/PluginClock.h"
+#include "simhost/plugin/ProgramDisguise.h"
 #include "simhost/run/FlightRecorder.h"
 #include "simhost/run/HostPreparation.h"
 #include "simhost/run/Performance.h"
@@ -24,6 +25,7 @@ ScenarioPlayer::ScenarioPlayer(const Scenario& scenario, const RunFolder& folder
       mPanel(folder.Program().parent_path()),
       mDriver(mPlugin),
       mMessaging(folder, report, mPanel) {
+    DisguiseAs(folder.Program(), mPlugin.Module());
     WatchImports(mPlugin.Module());
     contract::WatchPluginCore(mPlugin.Module());
     InstallPluginClock(mPlugin.Module());
