@@ -150,6 +150,19 @@ class Play(unittest.TestCase):
         self.assertEqual((events[0]["event"], events[-1]["event"]), ("run_begin", "run_end"))
         self.assertTrue(events[-1]["passed"])
 
+    def test_a_lost_host_is_told_in_the_step_where_it_was_lost(self):
+        source = json.loads((ROOT / "tests/scenario/faults/crash.json").read_text(encoding="utf-8"))
+        source["cases"]["abort"].pop("expect")
+        printed, _ = self.play(self.write("crash.json", source), "--case", "abort", code=1)
+        self.assertRegex(printed, r"\n1\. message abort\n(  .*\n)*  ! .*abort.*\n  failed\n")
+        self.assertIn("crash.json/abort: failed in step 1 (line 1): message abort", printed)
+
+    def test_a_menu_that_differs_is_shown_member_by_member(self):
+        source = {"title": "T", "steps": [{"do": "check", "menu": [{"group": "Type Plugins2"}]}]}
+        printed, _ = self.play(self.write("menu.json", source), code=1)
+        self.assertIn("  ! state:\n      at menu[0].group\n        expected  \"Type Plugins2\"\n"
+                      "        came      \"Type Plugins1\"\n  failed", printed)
+
     def test_junit(self):
         file = self.folder / "junit.xml"
         unreadable = self.write("unreadable.json", {"title": "T", "steps": [{"do": "jump \u0001<&\">"}]})

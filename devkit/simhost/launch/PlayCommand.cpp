@@ -167,12 +167,26 @@ class Programme {
         outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count();
         const std::vector<nlohmann::ordered_json> lines = events.Complete(outcome);
         outcome.failed = outcome.passed ? std::nullopt : FirstFailedStep(lines);
+        if (outcome.played && !outcome.passed && WasLostWithinStep(lines)) {
+            TellLoss(outcome);
+        }
         if (!mOptions.accept.empty() && outcome.played && AcceptRun(file, name, outcome, lines)) {
             outcome.passed = true;
             outcome.complaints.clear();
         }
         Tell(std::move(outcome));
         std::fflush(stdout);
+    }
+
+    // In the place of the host's process, which ended within a step.
+    void TellLoss(const RunOutcome& outcome) const {
+        if (TellsPeople() && mOptions.tell.verbosity != Verbosity::kQuiet) {
+            const bool colour = UsesColour(mOptions.tell.colour);
+            for (const std::string& complaint : outcome.complaints) {
+                std::printf("%s\n", Coloured("  ! " + complaint, Tone::kBad, colour).c_str());
+            }
+            std::printf("%s\n", Coloured("  failed", Tone::kBad, colour).c_str());
+        }
     }
 
     // Before anything is played.

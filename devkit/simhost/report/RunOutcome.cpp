@@ -31,6 +31,15 @@ std::vector<Json> ReadEvents(const std::filesystem::path& file, std::size_t offs
     return events;
 }
 
+bool WasLostWithinStep(const std::vector<Json>& events) {
+    bool open = false;
+    for (const Json& event : events) {
+        const std::string kind = event.value("event", std::string());
+        open = kind == "step_begin" || (open && kind != "step_end");
+    }
+    return open;
+}
+
 std::optional<FailedStep> FirstFailedStep(const std::vector<Json>& events) {
     std::optional<FailedStep> open;
     for (const Json& event : events) {

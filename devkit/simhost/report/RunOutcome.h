@@ -35,4 +35,7 @@ std::vector<nlohmann::ordered_json> ReadEvents(const std::filesystem::path& file
 // The first step with a complaint that was not announced; or the one that never ended; nothing when all passed.
 std::optional<FailedStep> FirstFailedStep(const std::vector<nlohmann::ordered_json>& events);
 
+// Whether the host was lost within a step: nobody in its process could tell what came of it.
+bool WasLostWithinStep(const std::vector<nlohmann::ordered_json>& events);
+
 }  // namespace simhost

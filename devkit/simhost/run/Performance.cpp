@@ -20,7 +20,8 @@ void Performance::NoteAnswer(const std::string& message, std::int32_t answer) co
     }
 }
 
-void Performance::Broken(Rule rule, const std::string& text) const {
+void Performance::Broken(Rule rule, const std::string& text, std::vector<std::string> lines) const {
+    report.Explain(mStep.place + ": " + text, std::move(lines));
     Host().rules.Broken(rule, mStep.place + ": " + text);
 }
 

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "doubles/host/Rules.h"
 #include "simhost/launch/RunFolder.h"
@@ -48,8 +49,8 @@ class Performance {
     void NoteAnswer(const std::string& message, std::int32_t answer) const;
     // The host would not send this.
     void NotReached(const std::string& why) const { Broken(Rule::kNotReached, why); }
-    // The text gets the step's place in front.
-    void Broken(Rule rule, const std::string& text) const;
+    // The text gets the step's place in front. People read `lines` instead, if there are any.
+    void Broken(Rule rule, const std::string& text, std::vector<std::string> lines = {}) const;
 
   private:
     const Step& mStep;

@@ -2,6 +2,7 @@
 
 #include "host/MenuSuite.h"
 #include "simhost/checks/PresentState.h"
+#include "simhost/report/ValueDifference.h"
 #include "simhost/run/Performance.h"
 
 namespace simhost {
@@ -117,7 +118,11 @@ void Perform(const CheckState& action, Performance& performance) {
     }
     const std::string difference = DifferenceOfStates(action.state, present);
     if (!difference.empty()) {
-        performance.Broken(Rule::kState, difference);
+        Json found = Json::object();
+        for (const auto& [kind, expected] : action.state.items()) {
+            found[kind] = present[kind];
+        }
+        performance.Broken(Rule::kState, difference, LinesOfDifference(action.state, found));
     }
 }
 
