@@ -50,8 +50,8 @@ TEST(JUnit, WhatXmlCannotHoldIsMadeVisible) {
 }
 
 TEST(Summary, TellsWhatFailedAndTheCommandThatRepeatsIt) {
-    EXPECT_EQ(SummaryOf({Passed()}, "simhost", {}), Lines());
-    EXPECT_EQ(SummaryOf({Passed(), Failed(), NotPlayed()}, "scripts/simhost", {"--plugin", "my plug-in.aip"}),
+    EXPECT_EQ(SummaryOf({Passed()}, "simhost", "", {}), Lines());
+    EXPECT_EQ(SummaryOf({Passed(), Failed(), NotPlayed()}, "scripts/simhost", "", {"--plugin", "my plug-in.aip"}),
               (Lines{"2 of 3 runs did not pass:", "  one.json/y: failed in step 3 (line 14): save \"A\"",
                      "    again: scripts/simhost play a/one.json --case y --plugin \"my plug-in.aip\" --until 3",
                      "  two words.json: cannot be played",

@@ -93,6 +93,9 @@ class Programme {
         }
         mSeveral = selection.cases.size() > 1;
         CheckAccept(selection);
+        if (mOptions.variation.seed && !mOptions.pluginCore.empty()) {
+            throw std::runtime_error("--seed makes answers of the double, so --plugincore cannot be named as well");
+        }
         if (mOptions.inProcess && selection.cases.size() != 1) {
             throw std::runtime_error("--in-process takes one case; name it with --case");
         }

@@ -2,7 +2,9 @@
 
 #include <utf8cpp/utf8.h>
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
+#include <iterator>
 
 #include "doubles/common/Text.h"
 #include "simhost/report/Transcript.h"
@@ -10,6 +12,32 @@
 namespace simhost {
 
 namespace {
+
+struct Named {
+    std::uint32_t code;
+    const char* xml;
+};
+
+constexpr Named kNamed[] = {
+    {'&', "&amp;"},
+    {'<', "&lt;"},
+    {'>', "&gt;"},
+    {'"', "&quot;"},
+    {'\n', "&#10;"},
+    {'\t', "&#9;"},
+    // Two code points that UTF-8 can hold and XML cannot.
+    {0xFFFE, "\xEF\xBF\xBD"},
+    {0xFFFF, "\xEF\xBF\xBD"},
+};
+
+std::string AsXmlCharacter(std::uint32_t code, const std::string& character) {
+    const auto* const named =
+        std::find_if(std::begin(kNamed), std::end(kNamed), [&](const Named& row) { return row.code == code; });
+    if (named != std::end(kNamed)) {
+        return named->xml;
+    }
+    return code < 0x20 ? ReplaceAll(ReplaceAll(ShowControlCharacters(character), "<", "&lt;"), ">", "&gt;") : character;
+}
 
 struct Suite {
     std::string name;
@@ -80,26 +108,14 @@ std::string AsXmlText(const std::string& text) {
     for (auto at = valid.begin(); at != valid.end();) {
         const auto begin = at;
         const auto code = utf8::next(at, valid.end());
-        // Two code points that UTF-8 can hold and XML cannot.
-        if (code == 0xFFFE || code == 0xFFFF) {
-            xml += "\xEF\xBF\xBD";
-            continue;
-        }
-        const std::string character(begin, at);
-        xml += code == '&'    ? "&amp;"
-               : code == '<'  ? "&lt;"
-               : code == '>'  ? "&gt;"
-               : code == '"'  ? "&quot;"
-               : code == '\n' ? "&#10;"
-               : code == '\t' ? "&#9;"
-               : code < 0x20  ? ReplaceAll(ReplaceAll(ShowControlCharacters(character), "<", "&lt;"), ">", "&gt;")
-                              : character;
+        xml += AsXmlCharacter(code, std::string(begin, at));
     }
     return xml;
 }
 
 std::string AsJUnit(const std::vector<RunOutcome>& runs) {
     std::vector<const RunOutcome*> all;
+    all.reserve(runs.size());
     for (const RunOutcome& run : runs) {
         all.push_back(&run);
     }
