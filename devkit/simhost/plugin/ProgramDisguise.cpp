@@ -12,6 +12,7 @@ namespace {
 
 // Set once: there is one plug-in per process.
 std::filesystem::path sProgram;
+HMODULE(WINAPI* sLoadLibrary)(LPCSTR name) = &LoadLibraryA;  // what the plug-in called before
 
 bool IsOwnProgram(const std::filesystem::path& program) {
     wchar_t own[MAX_PATH] = L"";
@@ -40,7 +41,7 @@ HMODULE WINAPI LoadLibraryOfName(LPCSTR name) {
     const std::filesystem::path beside = sProgram.parent_path() / file;
     std::error_code ignored;
     return !file.has_parent_path() && std::filesystem::exists(beside, ignored) ? LoadLibraryW(beside.c_str())
-                                                                               : LoadLibraryA(name);
+                                                                               : sLoadLibrary(name);
 }
 
 }  // namespace
@@ -52,6 +53,9 @@ void DisguiseAs(const std::filesystem::path& program, HMODULE plugin) {
     sProgram = program;
     SetDllDirectoryW(program.parent_path().c_str());
     ReplaceImport(plugin, "GetModuleFileNameW", AsReplacement(FileNameOfModule));
+    if (void* const before = ImportedFunction(plugin, "LoadLibraryA")) {
+        sLoadLibrary = reinterpret_cast<HMODULE(WINAPI*)(LPCSTR)>(before);
+    }
     ReplaceImport(plugin, "LoadLibraryA", AsReplacement(LoadLibraryOfName));
 }
 

@@ -25,9 +25,9 @@ ScenarioPlayer::ScenarioPlayer(const Scenario& scenario, const RunFolder& folder
       mPanel(folder.Program().parent_path()),
       mDriver(mPlugin),
       mMessaging(folder, report, mPanel) {
-    DisguiseAs(folder.Program(), mPlugin.Module());
     WatchImports(mPlugin.Module());
     contract::WatchPluginCore(mPlugin.Module());
+    DisguiseAs(folder.Program(), mPlugin.Module());
     InstallPluginClock(mPlugin.Module());
 }
 
