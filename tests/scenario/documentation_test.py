@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The JSON examples in docs/devkit.md are valid: whole scenarios as they stand, the others as a part of one.
+"""The JSON examples in docs/scenarios.md are valid: whole scenarios as they stand, the others as a part of one.
 
 An example that has a "title" is read by simhost too. The command for that follows on the command line.
 """
@@ -13,7 +13,7 @@ import tempfile
 
 import scenario_schema
 
-PAGE = scenario_schema.ROOT / "docs" / "devkit.md"
+PAGE = scenario_schema.ROOT / "docs" / "scenarios.md"
 
 
 def scenario_with(example):

@@ -1,5 +1,5 @@
 // A run for machines: one JSON object per line, each written out before anything else happens, so that a lost process
-// loses none. docs/devkit.md describes the lines.
+// loses none. docs/simhost.md describes the lines.
 //
 // Thread: main.
 #pragma once

@@ -1,5 +1,5 @@
 // One story of a scenario file, as it is played: one case of it, with all defaults filled in. What the keys mean stands
-// in docs/devkit.md.
+// in docs/scenarios.md.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// A step of a scenario: what happens, and what it must bring about. What the keys mean stands in docs/devkit.md.
+// A step of a scenario: what happens, and what it must bring about. What the keys mean stands in docs/scenarios.md.
 #pragma once
 
 #include <cstddef>
