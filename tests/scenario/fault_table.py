@@ -1,0 +1,166 @@
+#!/usr/bin/env python3
+"""A table of faults: of PluginCores, of plug-ins, of scenarios and of command lines, with the verdict, whom it names, and
+what was left behind.
+
+Each fault is tried as often as asked; a verdict counts as right when it is the expected one every time. What the tests
+know is what is expected here. The folder of the built files, the folder of Wine's C: drive, how often, and the command
+that starts simhost follow on the command line.
+"""
+
+import json
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+from collections.abc import Callable
+from dataclasses import dataclass, field
+
+HERE = pathlib.Path(__file__).parent
+sys.path.insert(0, str(HERE.parent / "contract"))
+sys.path.insert(0, str(HERE))
+
+import contract_test  # noqa: E402
+import verdicts_test  # noqa: E402
+
+WORDS_SHOWN = 110
+
+
+@dataclass
+class Fault:
+    kind: str
+    name: str
+    expected: str
+    # Answers the verdict and the words that it comes with.
+    attempt: Callable[[], tuple[str, str]]
+    right: int = 0
+    left: set[str] = field(default_factory=set)
+    words: str = ""
+    other: str = ""
+
+
+class Kit:
+    def __init__(self, built: str, drive: str, command: list[str]):
+        self.built = pathlib.Path(built)
+        self.drive = pathlib.Path(drive)
+        self.command = command
+
+    def run(self, *arguments: str) -> tuple[int, str, str]:
+        done = subprocess.run([*self.command, *arguments], capture_output=True, check=False, cwd=HERE.parents[1])
+        return done.returncode, done.stdout.decode("utf-8"), done.stderr.decode("utf-8")
+
+    def left_behind(self) -> set[str]:
+        """Folders of runs, files of the core application, programs of the kit."""
+        temporary = {path.name for path in self.drive.glob("users/*/Temp/simhost*")}
+        launch_info = {path.name for path in self.drive.glob("**/com.quorvel.Lumet-LaunchInfo.conf")}
+        return temporary | launch_info | set(programs_of_the_kit())
+
+
+def programs_of_the_kit():
+    for process in pathlib.Path("/proc").glob("[0-9]*"):
+        try:
+            name = (process / "cmdline").read_bytes().split(b"\0")[0].decode(errors="replace")
+            own = process.name == str(os.getpid())
+        except OSError:
+            continue
+        program = name.replace("\\", "/").rpartition("/")[2]
+        if not own and program in ("simhost.exe", "Lumet.exe"):
+            yield program
+
+
+def library_faults(kit: Kit):
+    for name, (clause, entry) in contract_test.FAULTS.items():
+        def attempt(name=name):
+            code, printed, complaints = kit.run("contract", str(kit.built / "plugincores" / f"Faulty{name}.dll"),
+                                                "--level", "pedantic", "--json")
+            broken = [one for one in json.loads(printed)["clauses"] if one["state"] == "broken"] if printed else []
+            counted = [one for one in broken if one["clause"] not in contract_test.HINTS] or broken
+            seen = counted[0]["seen"][0] if counted else {"entry": "", "what": complaints}
+            verdict = ", ".join(one["clause"] for one in counted)
+            return verdict, f"{seen['entry']}: {seen['what']}" if code != 2 else complaints
+        yield Fault("PluginCore", name, clause, attempt)
+
+
+def plugin_faults(kit: Kit):
+    for (scenario, case), (rule, pattern) in verdicts_test.EXPECTED.items():
+        def attempt(scenario=scenario, case=case, pattern=pattern):
+            with tempfile.TemporaryDirectory() as folder:
+                record = pathlib.Path(folder) / "record.json"
+                kit.run("play", str(HERE / "faults" / f"{scenario}.json"), "--case", case, "--quiet", "--record",
+                        str(record))
+                violations = json.loads(record.read_text(encoding="utf-8"))["violations"]
+            words = violations[0]["text"] if violations else ""
+            named = all(re.search(pattern, one["text"]) for one in violations)
+            return ", ".join(one["rule"] for one in violations) + ("" if named else ", culprit not named"), words
+        yield Fault("plug-in", f"{scenario}/{case}", rule, attempt)
+
+
+def scenario_faults(kit: Kit):
+    for path in sorted((HERE / "bad").glob("*.json")):
+        complaint = path.with_suffix(".txt").read_text(encoding="utf-8").strip().splitlines()
+        def attempt(path=path, complaint=complaint):
+            code, _, complaints = kit.run("play", str(path), "--quiet")
+            lines = [line.removeprefix("simhost: ") for line in complaints.splitlines()]
+            right = code == 2 and all(line in lines for line in complaint)
+            return "refused" if right else f"exit code {code}", complaint[0]
+        yield Fault("scenario", path.stem, "refused", attempt)
+
+
+def command_line_faults(kit: Kit):
+    quick = [str(HERE / "faults" / "replies.json"), "--case", "reply", "--quiet"]
+    text = str(HERE / "bad" / "not-json.txt")
+    cases = {
+        "no command": ([], "command"),
+        "unknown command": (["pley"], "pley"),
+        "no scenario": (["play"], "scenario"),
+        "scenario that is not there": (["play", "nowhere.json"], "nowhere.json"),
+        "pattern that matches nothing": (["play", "nothing-*"], "nothing-"),
+        "case that is not there": (["play", *quick[:1], "--case", "nowhere"], "nowhere"),
+        "time limit of 0": (["play", *quick, "--time-limit", "0"], "1 to 86400"),
+        "time limit of too many seconds": (["play", *quick, "--time-limit", "99999999999999999999"], "1 to 86400"),
+        "record into a missing folder": (["play", *quick, "--record", "/nowhere/record.json"], "nowhere"),
+        "work folder with somebody's files": (["play", *quick, "--work-folder", str(HERE)], "no run of simhost"),
+        "plug-in that is a text": (["play", *quick, "--plugin", text], "text"),
+        "PluginCore that is a text": (["contract", text], "text|load"),
+        "PluginCore that is a program": (["contract", str(kit.built / "simhost.exe")], "program|load"),
+        "PluginCore that is not there": (["contract", "nowhere.dll"], "no file"),
+        "unknown clause": (["explain", "bufer-behind"], "buffer-behind"),
+        "document that is none": (["open", text], "no imported document"),
+    }
+    for name, (arguments, words) in cases.items():
+        def attempt(arguments=arguments, words=words):
+            code, _, complaints = kit.run(*arguments)
+            right = code == 2 and re.search(words, complaints)
+            return "refused" if right else f"exit code {code}", " ".join(complaints.split())
+        yield Fault("command line", name, "refused", attempt)
+
+
+def cell(text: str) -> str:
+    text = " ".join(text.split()).replace("|", "\\|")
+    return text if len(text) <= WORDS_SHOWN else text[:WORDS_SHOWN - 1] + "…"
+
+
+def main() -> int:
+    built, drive, times = sys.argv[1:4]
+    kit = Kit(built, drive, sys.argv[4:])
+    faults = [*library_faults(kit), *plugin_faults(kit), *scenario_faults(kit), *command_line_faults(kit)]
+    for fault in faults:
+        for _ in range(int(times)):
+            before = kit.left_behind()
+            verdict, fault.words = fault.attempt()
+            fault.right += verdict == fault.expected
+            fault.other = fault.other if verdict == fault.expected else verdict
+            fault.left |= kit.left_behind() - before
+        print(f"fault-table: {fault.kind}, {fault.name}: {fault.right} of {times}", file=sys.stderr, flush=True)
+    print("| fault of | which | verdict | right | names | left behind |\n|---|---|---|---|---|---|")
+    for fault in faults:
+        print(f"| {fault.kind} | {fault.name} | {fault.expected}{f' (also: {fault.other})' if fault.other else ''} | "
+              f"{fault.right} of {times} | {cell(fault.words)} | {', '.join(sorted(fault.left)) or 'nothing'} |")
+    right = sum(fault.right == int(times) and not fault.left for fault in faults)
+    print(f"\n{right} of {len(faults)} faults were classed rightly {times} times out of {times} and left nothing behind.")
+    return 0 if right == len(faults) else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
