@@ -17,6 +17,7 @@
 #include "simhost/launch/CaseRun.h"
 #include "simhost/launch/ChildProcess.h"
 #include "simhost/launch/Job.h"
+#include "simhost/plugin/LibraryFile.h"
 
 namespace simhost::contract {
 
@@ -24,7 +25,7 @@ namespace {
 
 constexpr std::int64_t kProbeMilliseconds = 10'000;
 // Each costs a person's time.
-constexpr int kHangsThatAreEnough = 2;
+constexpr int kHangsThatAreEnough = 1;
 constexpr const char* kDay = "day";
 
 // Removed afterwards, with all that the runs leave in it.
@@ -70,7 +71,8 @@ Finding LossOfDay(const EntryCall& call, const Verdict& verdict) {
     constexpr Sign kSigns[] = {{"abort()", ClauseId::kEnded},
                                {"crash: ", ClauseId::kCrash},
                                {"hang: ", ClauseId::kHang},
-                               {"time-limit: the run was", ClauseId::kHang}};
+                               {"time-limit: ", ClauseId::kHang},
+                               {"modal-dialog: ", ClauseId::kDialog}};
     for (const std::string& complaint : verdict.complaints) {
         for (const Sign& sign : kSigns) {
             if (complaint.find(sign.text) != std::string::npos) {
@@ -230,6 +232,9 @@ ContractResult CheckContract(const std::filesystem::path& library, const std::fi
     const std::filesystem::path file = std::filesystem::absolute(library).make_preferred();
     if (!std::filesystem::is_regular_file(file)) {
         throw std::runtime_error("there is no file " + Utf8(file.wstring()));
+    }
+    if (const std::string why = WhyNoLibrary(file); !why.empty()) {
+        throw std::runtime_error(Utf8(file.wstring()) + " " + why);
     }
     return Check(file, plugin).Run();
 }

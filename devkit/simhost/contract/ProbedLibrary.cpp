@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "simhost/contract/PluginCoreWatch.h"
+#include "simhost/plugin/LibraryFile.h"
 
 namespace simhost::contract {
 
@@ -14,8 +15,7 @@ HMODULE Load(const std::filesystem::path& file) {
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
     const HMODULE module = LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
     if (module == nullptr) {
-        throw std::runtime_error("Windows cannot load it as a 64-bit library (error " + std::to_string(GetLastError()) +
-                                 ")");
+        throw std::runtime_error("it " + WhyNotLoaded(file, GetLastError()));
     }
     return module;
 }
