@@ -28,6 +28,12 @@ set(QUORVEL_WATCHDOG_SECONDS 60)
 set(QUORVEL_PROGRAM_SECONDS 600)
 set(QUORVEL_CTEST_SECONDS 630)
 
+# A test with RESOURCE_GROUPS desktops:1 has a desktop for itself: a Wine server with its prefix and display. There are two
+# of them; ctest learns it from this file: ctest --resource-spec-file build/release/desktops.json. Without the file nobody
+# keeps such tests apart.
+file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/desktops.json" CONTENT
+  [[{"version": {"major": 1, "minor": 0}, "local": [{"desktops": [{"id": "0"}, {"id": "1"}]}]}]])
+
 # Before a Windows program in the COMMAND of add_test: QUORVEL_RUN takes the program's exit code for the verdict,
 # QUORVEL_RUN_TESTS asks for GoogleTest's own word as well. Empty on Windows.
 if(CMAKE_CROSSCOMPILING)
@@ -75,7 +81,8 @@ endfunction()
 # quorvel_add_unit_tests(<name> SOURCES <file>... LIBRARIES <target>... [SERIAL] [ISOLATED <suite>...])
 # A program whose suites become tests of ctest under their own names, labelled with the program's name. The cases of a
 # suite run in one process; each finds the plug-in's variables and the doubles as in a new one.
-# SERIAL: the cases open windows, start processes or write files that others look for; never two of these at a time.
+# SERIAL: the cases open windows, start processes or write files that others look for; never two of these at a time on one
+# desktop.
 # ISOLATED: every case of these suites becomes a test of ctest, in a process of its own, because it leaves something
 # behind that cannot be put back. Say what, in a comment.
 function(quorvel_add_unit_tests name)
@@ -85,7 +92,7 @@ function(quorvel_add_unit_tests name)
   quorvel_suites_of(suites ${cases})
   set(properties TIMEOUT ${QUORVEL_CTEST_SECONDS} LABELS ${name})
   if(arg_SERIAL)
-    list(APPEND properties RESOURCE_LOCK desktop)
+    list(APPEND properties RESOURCE_GROUPS desktops:1)
   endif()
   if(QUORVEL_GATHER_PLUGIN_VARIABLES)
     set(isolated ${arg_ISOLATED})

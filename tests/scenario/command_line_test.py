@@ -14,6 +14,10 @@ import sys
 import tempfile
 import time
 
+sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "support"))
+
+import wine_session  # noqa: E402
+
 FAULTS = pathlib.Path(__file__).parent / "faults"
 # Passes within a second.
 QUICK = [str(FAULTS / "replies.json"), "--case", "reply"]
@@ -235,7 +239,7 @@ def check_killed(simhost: Simhost, how: signal.Signals):
     if left := processes_of(scenario):
         yield f"{how.name}: these still run: {left}"
     yield from expect(f"the run after one that was ended by {how.name}", simhost.play(*QUICK), 0, "")
-    prefix = pathlib.Path(simhost.command[0]).parents[1] / "build" / "wine" / "drive_c" / "users"
+    prefix = wine_session.drive() / "users"
     if left := [*prefix.glob("*/Temp/simhost-runs/*"), *prefix.glob("*/Temp/simhost-launch-info*")]:
         yield f"{how.name}: the next run has not cleared away {left}"
 

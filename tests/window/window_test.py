@@ -1,8 +1,7 @@
 #!/usr/bin/env python3
 """`simhost window` is operated by a real mouse and real keys, and watched on the screen.
 
-The command that shows the window follows on the command line, behind the file that names the display and the folder
-for the screenshots.
+The folder for the screenshots and the command that shows the window follow on the command line.
 """
 
 import os
@@ -14,7 +13,11 @@ import tempfile
 import time
 import unittest
 
-DISPLAY_FILE, SCREENSHOTS, *COMMAND = sys.argv[1:]
+sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "support"))
+
+import wine_session  # noqa: E402
+
+SCREENSHOTS, *COMMAND = sys.argv[1:]
 TITLE = "Host by hand"
 PATIENCE_SECONDS = 60
 
@@ -56,7 +59,7 @@ class HostByHand:
 
     @staticmethod
     def display():
-        file = pathlib.Path(DISPLAY_FILE)
+        file = wine_session.display_file()
         return file.read_text().strip() if file.exists() else ""
 
     def find(self):
