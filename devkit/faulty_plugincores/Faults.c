@@ -4,6 +4,7 @@
 
 #include <stdlib.h>
 #include <string.h>
+#include <xmmintrin.h>
 
 /* Kept from call to call, as a library should not. */
 static const char* sKeptText;
@@ -36,9 +37,21 @@ static void FillWithoutZero(Call* call) {
     }
 }
 
+/* In place of a longer text that the entry has written. */
+static void ReplaceReply(char* buffer, const char* text) {
+    memset(buffer, 0, strlen(buffer));
+    memcpy(buffer, text, strlen(text) + 1);
+}
+
 static void AnswerInLatin1(Call* call) {
     if (call->buffer != NULL && *call->size > 8) {
-        memcpy(call->buffer, "Gr\xF6\xDF" "e", 6);
+        ReplaceReply(call->buffer, "Gr\xF6\xDF" "e");
+    }
+}
+
+static void WriteBehindText(Call* call) {
+    if (call->buffer != NULL && strnlen(call->buffer, (size_t)*call->size) + 1 < *call->size) {
+        call->buffer[strlen(call->buffer) + 1] = 'x';
     }
 }
 
@@ -139,7 +152,7 @@ static void UseKeptCallback(Call* call) {
 
 static void Answer(Call* call, const char* text) {
     if (call->buffer != NULL && *call->size > strlen(text)) {
-        memcpy(call->buffer, text, strlen(text) + 1);
+        ReplaceReply(call->buffer, text);
     }
 }
 
@@ -215,6 +228,23 @@ static void Leak(Call* call) {
     (void)call;
     sLost = malloc(40);
     (void)sLost;
+}
+
+/* ---- What belongs to the host ---- */
+
+static void ChangeFolder(Call* call) {
+    (void)call;
+    SetCurrentDirectoryW(L"C:\\");
+}
+
+static void ChangeRounding(Call* call) {
+    (void)call;
+    _mm_setcsr(_mm_getcsr() ^ _MM_ROUND_TOWARD_ZERO);
+}
+
+static void ChangeErrorMode(Call* call) {
+    (void)call;
+    SetErrorMode(GetErrorMode() ^ SEM_NOOPENFILEERRORBOX);
 }
 
 /* ---- Ends of the process, and waits ---- */
@@ -304,6 +334,10 @@ static const Fault kFaults[] = {
     {"FreesText", "HandleSaveDocument", &FreeText},
     {"ChangesState", "RegisterPlugPlug", &ChangeState},
     {"AnswersTwo", "PluginIsEnabled", &AnswerTwo},
+    {"WritesBehindText", "GetIDForDocument", &WriteBehindText},
+    {"ChangesFolder", "HandleSaveDocument", &ChangeFolder},
+    {"ChangesRounding", "HandleSaveDocument", &ChangeRounding},
+    {"ChangesErrorMode", "HandleSaveDocument", &ChangeErrorMode},
     {"Throws", "HandleSaveDocument", &Throw},
     {"AddsWithoutLabel", "CreateMenusFromJSONBuffer", &AddWithoutLabel},
     {"AddsWithOddFlag", "CreateMenusFromJSONBuffer", &AddWithOddFlag},

@@ -6,6 +6,7 @@ What is printed is JSON: the document as a scenario describes one, and where the
 import argparse
 import json
 import pathlib
+import re
 import sys
 
 import kinds
@@ -22,11 +23,13 @@ def document_of(file: pathlib.Path) -> dict:
         frames, linked = drawing.frames(), drawing.linked_files()
     else:
         frames, linked = page_text.frames(file, kind), links.linked_files(file, kind)
+    # What Windows allows in no name of a file.
+    name = re.sub(r'[\\/:*?"<>|]', "_", file.name)
     return {
-        "title": file.name,
+        "title": name,
         "source": links.as_placed(str(file.resolve())),
         "document": {
-            "path": links.as_placed(file.name),
+            "path": links.as_placed(name),
             "frames": frames,
             "placed": [links.as_placed(link) for link in linked],
         },

@@ -2,6 +2,7 @@
 
 import gzip
 import pathlib
+import zlib
 
 import tools
 
@@ -36,5 +37,5 @@ def kind_of(file: pathlib.Path) -> str:
 def is_svg(file: pathlib.Path) -> bool:
     try:
         return b"<svg" in contents(file)
-    except (gzip.BadGzipFile, EOFError):
+    except (gzip.BadGzipFile, zlib.error, EOFError):
         return False

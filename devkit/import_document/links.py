@@ -9,7 +9,7 @@ import kinds
 import tools
 
 # What page-layout programs write beside the low-resolution stand-in of a linked image.
-OPEN_PREPRESS_COMMENT = re.compile(rb"^%(?:ALD|%)ImageFileName: *\(?(.+?)\)? *\r?$", re.MULTILINE)
+OPEN_PREPRESS_COMMENT = re.compile(rb"(?:^|[\r\n])%(?:ALD|%)ImageFileName: *\(?([^\r\n]+?)\)? *(?=[\r\n]|$)")
 
 
 def linked_files(file: pathlib.Path, kind: str) -> list[str]:

@@ -20,7 +20,7 @@ def frames(file: pathlib.Path, kind: str) -> list[list[str]]:
     # file asks for, also those that are not installed.
     with tempfile.TemporaryDirectory() as folder:
         pages = pathlib.Path(folder) / "pages.pdf"
-        tools.run("gs", "-q", "-dSAFER", "-dBATCH", "-dNOPAUSE", "-sDEVICE=pdfwrite", f"-sOutputFile={pages}",
+        tools.run("gs", "-q", "-dSAFER", "-dBATCH", "-dNOPAUSE", "-dEPSCrop", "-sDEVICE=pdfwrite", f"-sOutputFile={pages}",
                   str(file))
         return frames_of_pdf(pages)
 

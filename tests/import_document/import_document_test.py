@@ -89,6 +89,21 @@ class ImportDocument(unittest.TestCase):
             "advertisement.eps": ["Z:\\Volumes\\Pictures\\A large photo.tif"],
         })
 
+    def test_links_of_an_eps_with_the_line_ends_of_old_machines(self):
+        file = self.write("old.eps", real_documents.ADVERTISEMENT.replace("\n", "\r").encode())
+        self.assertEqual(json.loads(self.run_on(file).stdout)["document"]["placed"],
+                         ["Z:\\Volumes\\Pictures\\A large photo.tif"])
+
+    def test_text_of_an_eps_larger_than_a_page(self):
+        large = real_documents.ADVERTISEMENT.replace("0 0 300 200", "0 0 2000 2000").replace("100 50 moveto",
+                                                                                             "1500 1500 moveto")
+        document = json.loads(self.run_on(self.write("large.eps", large.encode())).stdout)["document"]
+        self.assertEqual(set(document["frames"][0]), {"Frutiger-Light", "Helvetica-Bold"})
+
+    def test_name_that_windows_does_not_allow(self):
+        document = json.loads(self.run_on(self.write("Price: 5.svg", real_documents.DRAWING.encode())).stdout)
+        self.assertEqual((document["title"], document["document"]["path"]), ("Price_ 5.svg", "${work}\\Price_ 5.svg"))
+
     def test_document_names_its_file(self):
         done = json.loads(self.run_on(self.files["Überschrift.pdf"]).stdout)
         self.assertEqual(done["title"], "Überschrift.pdf")
@@ -116,6 +131,8 @@ class ImportDocument(unittest.TestCase):
         real_documents.run("gs", "-q", "-sDEVICE=pdfwrite", "-sOwnerPassword=a", "-sUserPassword=b",
                            "-dEncryptionR=3", "-dKeyLength=128", f"-sOutputFile={protected}", "-dBATCH", "-dNOPAUSE",
                            str(self.files["scripts.pdf"]))
+        damaged = bytearray(gzip.compress(real_documents.DRAWING.encode()))
+        damaged[20:40] = bytes(20)
         cases = {
             self.write("text.pdf", b"not a PDF\n"): "FILE is neither a PDF (or an .ai based on one) nor an EPS nor an SVG",
             self.write("nothing.pdf", b""): "FILE is empty",
@@ -124,6 +141,7 @@ class ImportDocument(unittest.TestCase):
             self.write("broken.eps", b"%!PS-Adobe-3.0 EPSF-3.0\nnot PostScript at all (\n"):
                 "gs cannot read FILE: Error: /stackunderflow in --not--",
             self.write("broken.svg", b"<svg"): "FILE is not well-formed: unclosed token: line 1, column 0",
+            self.write("damaged.svgz", damaged): "FILE is neither a PDF (or an .ai based on one) nor an EPS nor an SVG",
             self.write("broken.svgz", b"\x1f\x8bgarbage"):
                 "FILE is neither a PDF (or an .ai based on one) nor an EPS nor an SVG",
             self.folder / "absent.pdf": "[Errno 2] No such file or directory: 'FILE'",

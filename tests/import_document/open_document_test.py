@@ -2,7 +2,7 @@
 """Real documents are opened, changed, saved and closed in the simulated host: what the shipped plug-in reports is what
 other tools list for them.
 
-The command to import a document and the one of simhost follow on the command line.
+The command to import a document, a PluginCore of one's own and the command of simhost follow on the command line.
 """
 
 import json
@@ -14,7 +14,7 @@ import unittest
 
 import real_documents
 
-IMPORT, *SIMHOST = sys.argv[1:]
+IMPORT, EXAMPLE, *SIMHOST = sys.argv[1:]
 LINKS = {
     "drawing.svg": ["${work}\\Pictures\\A harbour.png"],
     "illustration.ai": ["C:\\Jobs\\Logo.psd", "${work}\\Links\\Photo.tif"],
@@ -58,13 +58,41 @@ class OpenDocument(unittest.TestCase):
                                  [link.replace("${work}", work) for link in LINKS.get(name, [])])
                 self.assertEqual(told["HandleCloseDocument"]["report"], told["HandleSaveDocument"]["report"])
 
+    def test_a_plugincore_of_ones_own(self):
+        document = self.folder / "own.json"
+        real_documents.run(IMPORT, str(self.files["drawing.svg"]), "--output", str(document))
+        done = subprocess.run([*SIMHOST, "open", str(document), "--plugincore", EXAMPLE], capture_output=True,
+                              check=False, encoding="utf-8")
+        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+        self.assertIn("About the Example", done.stdout)
+        self.assertIn("HandleSaveDocument", done.stdout)
+
+    def test_title_that_leads_elsewhere_is_refused_and_nothing_is_removed(self):
+        somebodys = self.folder / "somebody's"
+        somebodys.mkdir()
+        (somebodys / "thesis.txt").write_text("the only copy", encoding="utf-8")
+        for number, title in enumerate(["Z:" + str(somebodys / "a.pdf").replace("/", "\\"), "..\\..\\a.pdf",
+                                        f"../..{somebodys}/a.pdf", "..", ""]):
+            for command in ("open", "window"):
+                with self.subTest(title=title, command=command):
+                    file = self.folder / f"title-{number}.json"
+                    file.write_text(json.dumps({"title": title, "source": str(self.files["drawing.svg"]),
+                                                "document": {"path": "${work}\\a.pdf"}}), encoding="utf-8")
+                    done = subprocess.run([*SIMHOST, command, str(file)], capture_output=True, check=False,
+                                          encoding="utf-8")
+                    self.assertEqual(done.returncode, 2, done.stdout + done.stderr)
+                    self.assertIn("is no name of a file", done.stderr)
+                    self.assertTrue((somebodys / "thesis.txt").exists())
+
     def test_what_is_no_imported_document_is_refused(self):
         cases = {
             "absent.json": (None, "cannot be read"),
             "text.json": ("no JSON", "is no imported document"),
             "scenario.json": ('{"title": "T", "steps": []}', "is no imported document"),
             "gone.json": ('{"title": "a.ai", "source": "/gone/a.ai", "document": {"path": "${work}\\\\a.ai"}}',
-                          "cannot copy"),
+                          "was made from /gone/a.ai, which is not there any more"),
+            "number.json": (json.dumps({"title": "a.ai", "source": str(self.files["drawing.svg"]),
+                                        "document": {"path": 5}}), "has no path"),
         }
         for name, (text, complaint) in cases.items():
             with self.subTest(name):

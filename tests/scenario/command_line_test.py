@@ -5,6 +5,7 @@ The folder of the built files and the command that starts simhost follow on the 
 """
 
 import json
+import os
 import pathlib
 import re
 import shutil
@@ -116,6 +117,21 @@ def check_work_folder(simhost: Simhost):
                           simhost.play(str(FAULTS / "replies.json"), "--work-folder", str(several)), 0, "")
 
 
+def check_other_files(simhost: Simhost):
+    """What is written anew must be of its kind."""
+    for option in ("--record", "--junit", "--json-lines"):
+        own = simhost.scenario("precious")
+        before = pathlib.Path(own).read_bytes()
+        yield from expect(f"{option} onto the scenario", simhost.play(own, option, own), 2, f"^simhost: {option}: .* is there and")
+        if not pathlib.Path(own).exists() or pathlib.Path(own).read_bytes() != before:
+            yield f"{option} onto the scenario has changed it"
+        report = simhost.folder / f"report{option}"
+        for attempt in ("first", "second"):
+            yield from expect(f"{option}, {attempt} time", simhost.play(*QUICK, option, str(report)), 0, "")
+    yield from expect("--accept into a missing folder",
+                      simhost.play(*QUICK, "--accept", str(simhost.folder / "nowhere" / "x.json")), 2, "there is no folder")
+
+
 def check_links(simhost: Simhost):
     """What a link in a work folder leads to is somebody else's."""
     folder, target = simhost.folder / "linked", simhost.folder / "target"
@@ -214,24 +230,35 @@ def check_two_at_once(simhost: Simhost):
 
 def processes_of(scenario: str) -> dict[int, str]:
     """The Windows processes that have to do with a run of the scenario, by process identifier."""
-    listed = subprocess.run(["ps", "-eo", "pid,args"], capture_output=True, check=True).stdout.decode("utf-8", "replace")
-    lines = [line.split(None, 1) for line in listed.splitlines()[1:]]
     name = pathlib.Path(scenario).stem
-    return {int(pid): arguments for pid, arguments in lines
-            if name in arguments and re.search(r"^\S*(simhost|Lumet)\.exe", arguments)}
+    found = {}
+    for process in pathlib.Path("/proc").glob("[0-9]*"):
+        try:
+            arguments = (process / "cmdline").read_bytes().replace(b"\0", b" ").decode("utf-8", "replace")
+        except OSError:
+            continue
+        if name in arguments and re.search(r"^\S*(simhost|Lumet)\.exe", arguments):
+            found[int(process.name)] = arguments
+    return found
 
 
 def check_killed(simhost: Simhost, how: signal.Signals):
     """A run whose process is ended leaves nothing that runs; at the latest the next run clears away its folder."""
-    scenario = simhost.scenario(f"endless-{how.name}", steps=ENDLESS_STEPS, step_time_limit=600, time_limit=600,
+    # Of a name that no run of another clone has at the same time.
+    scenario = simhost.scenario(f"endless-{how.name}-{simhost.folder.name}", steps=ENDLESS_STEPS, step_time_limit=600, time_limit=600,
                                 copies=["PluginCoreX64.dll", "Lumet.exe"], processes=["host/Lumet.exe"])
     run = simhost.start(scenario)
-    time.sleep(4)
+    end = time.monotonic() + 30
+    while len(processes_of(scenario)) < 3 and time.monotonic() < end:
+        time.sleep(0.2)
+    # Until the steps are being played.
+    time.sleep(2)
     during = processes_of(scenario)
     if len(during) != 3:
         yield f"{how.name}: expected the starter, the host and another program to run, but these do: {during}"
     starters = [pid for pid, arguments in during.items() if "simhost.exe play" in arguments]
-    subprocess.run(["kill", f"-{how.value}", *map(str, starters)], check=False)
+    for starter in starters:
+        os.kill(starter, how)
     run.communicate(timeout=60)
     end = time.monotonic() + 5
     while processes_of(scenario) and time.monotonic() < end:
@@ -250,7 +277,7 @@ def main() -> int:
     faults = []
     try:
         simhost = Simhost(pathlib.Path(built), command, folder)
-        for check in (check_exit_codes, check_ranges, check_work_folder, check_links, check_record, check_paths,
+        for check in (check_exit_codes, check_ranges, check_work_folder, check_other_files, check_links, check_record, check_paths,
                       check_kit_is_safe, check_files_that_are_no_plugins, check_two_at_once,
                       lambda host: check_killed(host, signal.SIGKILL), lambda host: check_killed(host, signal.SIGINT)):
             faults += check(simhost)

@@ -66,16 +66,22 @@ void AddDocument(Json& scenario, const ImportedDocument& imported) {
     scenario["host"]["documents"][imported.title] = imported.document;
 }
 
+// Without a folder, and without what Windows allows in no name.
+bool IsFileName(const std::string& title) {
+    return !title.empty() && title != "." && title != ".." && title.find_first_of("\\/:*?\"<>|") == std::string::npos;
+}
+
 [[noreturn]] void Refuse(const std::filesystem::path& file, const std::string& what) {
     throw std::runtime_error(Utf8(file.wstring()) + " " + what);
 }
 
 }  // namespace
 
-GeneratedScenario::GeneratedScenario(const std::string& name, const Json& scenario)
-    : mPath(std::filesystem::temp_directory_path() / (L"simhost-scenario-" + std::to_wstring(GetCurrentProcessId())) /
-            (Wide(name) + L".json")) {
-    std::filesystem::create_directories(mPath.parent_path());
+// The name never comes from outside: the folder is removed whole.
+GeneratedScenario::GeneratedScenario(const Json& scenario)
+    : mFolder(std::filesystem::temp_directory_path() / (L"simhost-scenario-" + std::to_wstring(GetCurrentProcessId()))),
+      mPath(mFolder / L"scenario.json") {
+    std::filesystem::create_directories(mFolder);
     std::ofstream stream(mPath, std::ios::binary | std::ios::trunc);
     stream << scenario.dump(2, ' ', false, Json::error_handler_t::replace);
     stream.close();
@@ -86,7 +92,8 @@ GeneratedScenario::GeneratedScenario(const std::string& name, const Json& scenar
 
 GeneratedScenario::~GeneratedScenario() {
     std::error_code ignored;
-    std::filesystem::remove_all(mPath.parent_path(), ignored);
+    std::filesystem::remove(mPath, ignored);
+    std::filesystem::remove(mFolder, ignored);
 }
 
 ImportedDocument ReadImportedDocument(const std::filesystem::path& file) {
@@ -100,7 +107,18 @@ ImportedDocument ReadImportedDocument(const std::filesystem::path& file) {
         !json.at("source").is_string()) {
         Refuse(file, "is no imported document: scripts/import-document makes one of a PDF, .ai, EPS or SVG");
     }
-    return {json.at("title").get<std::string>(), json.at("source").get<std::string>(), json.at("document")};
+    ImportedDocument imported{json.at("title").get<std::string>(), json.at("source").get<std::string>(),
+                              json.at("document")};
+    if (!IsFileName(imported.title)) {
+        Refuse(file, "is no imported document: its title \"" + imported.title + "\" is no name of a file");
+    }
+    if (!std::filesystem::is_regular_file(Wide(imported.source))) {
+        Refuse(file, "was made from " + imported.source + ", which is not there any more: import it again");
+    }
+    if (!imported.document.contains("path") || !imported.document.at("path").is_string()) {
+        Refuse(file, "is no imported document: the document in it has no path");
+    }
+    return imported;
 }
 
 Json ScenarioThatOpens(const ImportedDocument& imported) {

@@ -11,8 +11,8 @@ namespace simhost {
 // A file in a temporary folder of its own, which is removed with the object.
 class GeneratedScenario {
   public:
-    // `name` becomes the file's name. Throws std::runtime_error when it cannot be written.
-    GeneratedScenario(const std::string& name, const nlohmann::ordered_json& scenario);
+    // Throws std::runtime_error when it cannot be written.
+    explicit GeneratedScenario(const nlohmann::ordered_json& scenario);
     ~GeneratedScenario();
     GeneratedScenario(const GeneratedScenario&) = delete;
     GeneratedScenario& operator=(const GeneratedScenario&) = delete;
@@ -20,6 +20,7 @@ class GeneratedScenario {
     const std::filesystem::path& Path() const { return mPath; }
 
   private:
+    std::filesystem::path mFolder;
     std::filesystem::path mPath;
 };
 

@@ -14,7 +14,7 @@ namespace {
 
 struct Texts {
     std::vector<std::string> documents;
-    std::string plugin;
+    std::string plugin, pluginCore;
 };
 
 int ShowWindow(const Texts& texts) {
@@ -24,11 +24,12 @@ int ShowWindow(const Texts& texts) {
         documents.push_back(ReadImportedDocument(Wide(document)));
         command += " " + AsShellWord(document);
     }
-    const GeneratedScenario scenario("window", ScenarioWithWindow(documents));
+    const GeneratedScenario scenario(ScenarioWithWindow(documents));
     PlayOptions options;
     options.scenarios = {scenario.Path()};
     options.repeatedBy = command;
     options.plugin = Wide(texts.plugin);
+    options.pluginCore = Wide(texts.pluginCore);
     return Play(options);
 }
 
@@ -40,6 +41,7 @@ void AddWindow(CLI::App& app, ChosenCommand& chosen) {
     window->add_option("document", texts->documents,
                        "Documents to have at hand, as scripts/import-document makes them; else an example");
     window->add_option("--plugin", texts->plugin, "The plug-in's file; else the shipped one, beside this program");
+    window->add_option("--plugincore", texts->pluginCore, "Your PluginCore, in place of the double");
     window->callback([texts, &chosen] { chosen = [texts] { return ShowWindow(*texts); }; });
 }
 

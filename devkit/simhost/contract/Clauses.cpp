@@ -28,6 +28,9 @@ constexpr Clause kClauses[] = {
      "The plug-in gives up a menu refresh and takes all settings for 0 when the bytes are not UTF-8; an identifier "
      "comes back as other characters.",
      "Convert with WideCharToMultiByte(CP_UTF8, ...), and cut between characters, not within one."},
+    {kBufferRest, "buffer-rest", kPedantic, "Behind the zero of a reply the buffer stays as it was.",
+     "Nobody reads it there; but what was written came from somewhere, and may be somebody's password.",
+     "Write the text and its zero, no more: mind memcpy of a whole structure or array."},
     {kSizeSane, "size-sane", kContract,
      "`*size` stays the capacity, or becomes what the text needs, at most the capacity.",
      "The plug-in passes the same variable on to the next entry as the capacity of the same buffer (open reply, "
@@ -118,6 +121,15 @@ constexpr Clause kClauses[] = {
      "Show dialogs in InvokeResolveDialog, InvokeRestrictedFontsDialog and InvokeCommandDialog, or in a process of "
      "your "
      "own."},
+    {kCurrentFolder, "current-folder", kRobust, "The process's current folder stays as it was.",
+     "The host finds files of relative names there, and Windows cannot remove the folder.",
+     "Use absolute paths; pass OFN_NOCHANGEDIR to the common dialogs."},
+    {kFloatingPoint, "floating-point", kRobust, "Rounding and exception masks of the processor stay as they were.",
+     "The host computes its drawing with them: lines move, or it crashes at a division.",
+     "Put MXCSR back; a library that you load may have changed it."},
+    {kErrorMode, "error-mode", kPedantic, "The process's error mode stays as it was.",
+     "It decides for the whole host whether Windows shows boxes for missing disks and libraries.",
+     "Use SetThreadErrorMode, and put it back."},
     {kCrash, "crash", kContract, "No entry crashes.", "The host crashes with it.",
      "See the place in the code that was named."},
     {kHang, "hang", kContract, "Every entry returns.",

@@ -1,12 +1,14 @@
 #include "simhost/contract/GuardedCall.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <utility>
 
+#include "doubles/common/Text.h"
 #include "doubles/common/Thread.h"
 #include "doubles/plugincore/MessagingState.h"
 #include "simhost/contract/CodeAddress.h"
@@ -37,6 +39,12 @@ std::vector<std::unique_ptr<GuardedCall>>& Stack() {
 std::vector<std::shared_ptr<PluginCoreCall>>& Recorded() {
     static auto* const sCalls = new std::vector<std::shared_ptr<PluginCoreCall>>;
     return *sCalls;
+}
+
+std::string InHexadecimal(std::uint32_t number) {
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%04X", static_cast<unsigned>(number));
+    return text;
 }
 
 int NextNumberOf(const std::string& entry) {
@@ -173,6 +181,7 @@ void GuardedCall::CheckReply() {
         if (!IsUtf8(text)) {
             Finding(ClauseId::kBufferUtf8, "the reply " + Printable(text) + " is not UTF-8");
         }
+        CheckRest(text.size() + 1);
     }
     if (reply.size != nullptr) {
         Book().Tried(ClauseId::kSizeSane);
@@ -217,6 +226,35 @@ void GuardedCall::CheckJson(const std::string& text) {
     }
 }
 
+// Zeros are as good as what was there: strncpy fills with them.
+void GuardedCall::CheckRest(std::size_t begin) const {
+    for (std::size_t i = begin; i < mReply->capacity; ++i) {
+        if (mReply->original[i] != mReply->before[i] && mReply->original[i] != '\0') {
+            Finding(ClauseId::kBufferRest, "byte " + std::to_string(i) +
+                                               " of the buffer was written, behind a text of " +
+                                               std::to_string(begin - 1) + " bytes");
+            break;
+        }
+    }
+    Book().Tried(ClauseId::kBufferRest);
+}
+
+void GuardedCall::CheckCallerState() const {
+    const CallerState now = CallerState::Now();
+    if (now.currentFolder != mCallerBefore.currentFolder) {
+        Finding(ClauseId::kCurrentFolder, "the current folder became " + Utf8(now.currentFolder));
+    }
+    if (now.floatingPointControl != mCallerBefore.floatingPointControl) {
+        Finding(ClauseId::kFloatingPoint, "MXCSR became " + InHexadecimal(now.floatingPointControl));
+    }
+    if (now.errorMode != mCallerBefore.errorMode) {
+        Finding(ClauseId::kErrorMode, "the error mode became " + InHexadecimal(now.errorMode));
+    }
+    for (const ClauseId clause : {ClauseId::kCurrentFolder, ClauseId::kFloatingPoint, ClauseId::kErrorMode}) {
+        Book().Tried(clause);
+    }
+}
+
 void GuardedCall::CheckState() {
     if (mState == nullptr) {
         return;
@@ -237,6 +275,7 @@ void GuardedCall::End() {
     }
     CheckReply();
     CheckState();
+    CheckCallerState();
     if (mFlag != nullptr) {
         mCall->results["flag"] = *mFlag;
         Book().Tried(ClauseId::kFlagValue);

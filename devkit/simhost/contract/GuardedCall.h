@@ -19,6 +19,7 @@
 #include "plugincore/PluginCore.h"
 #include "simhost/checks/PluginCoreCalls.h"
 #include "simhost/contract/CallbackGuard.h"
+#include "simhost/contract/CallerState.h"
 #include "simhost/contract/Clauses.h"
 #include "simhost/contract/GuardedMemory.h"
 
@@ -83,7 +84,9 @@ class GuardedCall {
     void GiveBack();
     void CheckReply();
     void CheckJson(const std::string& text);
+    void CheckRest(std::size_t begin) const;
     void CheckState();
+    void CheckCallerState() const;
     void Finding(ClauseId clause, const std::string& what) const;
 
     const char* mEntry;
@@ -98,6 +101,7 @@ class GuardedCall {
     CallbackGuard* mCallback = nullptr;
     PlugPlugState* mState = nullptr;
     PlugPlugState mStateBefore{};
+    CallerState mCallerBefore = CallerState::Now();
     std::chrono::steady_clock::time_point mBegan = std::chrono::steady_clock::now();
 };
 

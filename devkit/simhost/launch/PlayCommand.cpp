@@ -59,6 +59,24 @@ void CheckCanBeWritten(const std::string& option, const std::filesystem::path& n
     }
 }
 
+// A file that is written anew must be one of its kind already, or empty: nobody's own file is lost to a slip of the
+// hand.
+void CheckIsOfItsKind(const std::string& option, const std::filesystem::path& named, const std::string& mark,
+                      const std::string& kind) {
+    std::ifstream stream(named, std::ios::binary);
+    const std::string text(std::istreambuf_iterator<char>(stream), {});
+    if (!text.empty() && text.find(mark) == std::string::npos) {
+        throw std::runtime_error(option + ": " + Utf8(std::filesystem::absolute(named).wstring()) +
+                                 " is there and is no " + kind + "; name another file");
+    }
+}
+
+void CheckOutput(const std::string& option, const std::filesystem::path& named, const std::string& mark,
+                 const std::string& kind) {
+    CheckCanBeWritten(option, named);
+    CheckIsOfItsKind(option, named, mark, kind);
+}
+
 // Before anything is played: whether it can be read and written where the options say.
 void CheckFilesOf(const PlayOptions& options) {
     if (!options.plugin.empty()) {
@@ -67,11 +85,12 @@ void CheckFilesOf(const PlayOptions& options) {
     if (!options.workFolder.empty()) {
         CheckIsOwnOrNew(std::filesystem::absolute(options.workFolder));
     }
-    CheckCanBeWritten("--record", options.record);
-    CheckCanBeWritten("--junit", options.junit);
+    CheckOutput("--record", options.record, "\"complaints\": [", "result record");
+    CheckOutput("--junit", options.junit, "<testsuites", "report of JUnit");
     if (options.jsonLines != L"-") {
-        CheckCanBeWritten("--json-lines", options.jsonLines);
+        CheckOutput("--json-lines", options.jsonLines, "{\"event\":", "file of JSON lines");
     }
+    CheckCanBeWritten("--accept", options.accept);
 }
 
 // Plays what the options name, and keeps what came of it.
