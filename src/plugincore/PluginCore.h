@@ -23,7 +23,7 @@
      anyway: a missing entry counts as one that answers "not found" (0x15000000) and writes nothing. Below,
      "Missing:" says what else that means; without it, the library is not told, or shows nothing.
 
-   `simhost contract X.dll` checks a library against all of this. */
+   `simhost contract X.dll` checks a library against what can be seen of this from outside. */
 #ifndef QUORVEL_PLUGINCORE_PLUGINCORE_H
 #define QUORVEL_PLUGINCORE_PLUGINCORE_H
 
@@ -102,11 +102,12 @@ typedef struct PlugPlugState {
 /* ---- Life cycle ---- */
 
 /* Asked first, and again after TerminatePluginCoreInterface. 0 when the library understands `interfaceVersion`; stores
-   its own version. Any other result: the library is not used. Missing: a library that lacks nothing else is used, any
-   other one is refused and shown to the user. */
+   its own version. Any other result: the library is not used. Missing: the library is refused, and shown to the user.
+ */
 PLUGINCORE_API int32_t GetAPIVersion(uint32_t* value, int32_t interfaceVersion);
 
-/* Called once when the host starts. `text` is the path of the plug-in's file. */
+/* Called once when the host starts. `text` tells who calls: the path of the plug-in's file; other front ends pass a
+   name of their own, of at most 64 characters. */
 PLUGINCORE_API int32_t InitializePluginCoreInterface(const char* text);
 
 /* Called once when the host ends; its result is the plug-in's answer to the host. What is left may be called: the host
@@ -127,7 +128,7 @@ PLUGINCORE_API int32_t ProcessPanelMessages(uint8_t process);
 
        {"DialogSuppression": 0, "PickBestMatch": 0}
 
-   DialogSuppression  numbers from 2 on leave the host's missing-font dialogs alone
+   DialogSuppression  2 or more leaves the host's missing-font dialogs alone
    PickBestMatch      0: a person resolves the fonts of an opened document (InvokeResolveDialog)
 
    Asked at start-up, at shut-down (after TerminatePluginCoreInterface) and when a document is opened with fonts to
@@ -136,8 +137,9 @@ PLUGINCORE_API int32_t GetSettings(char* buffer, uint64_t* size);
 
 /* ---- Documents ---- */
 
-/* Paths are absolute, with backslashes, in UTF-8, and longer than 260 bytes where Windows allows it; that of a document
-   that was never saved is empty. A report says what a document uses:
+/* Paths are what the host tells, in UTF-8: absolute as a rule, also with slashes, longer than 260 bytes where Windows
+   allows it; a bare title ("Recovered") for a document without a file, or empty. A report says what a document uses; it
+   is empty when nobody could tell, and for a closed document that was not written since it was opened:
 
        {"DocumentFonts": [{"PostScriptName": "Garamond-Bold"}, {"PostScriptName": "Optima-Roman"}],
         "LinkedDocuments": ["C:\\Job\\Logo.pdf"]} */
@@ -148,8 +150,7 @@ PLUGINCORE_API int32_t GetSettings(char* buffer, uint64_t* size);
    and a size of 0. Missing: the host's missing-font dialogs stay. */
 PLUGINCORE_API int32_t HandleOpenExistingDocument(const char* path, char* buffer, uint64_t* size);
 
-/* Shows the document's restricted fonts; `buffer` holds the reply of the open call, and is not to be written. Ignored.
- */
+/* Shows the document's restricted fonts; `buffer` holds the reply of the open call. Ignored. */
 PLUGINCORE_API int32_t InvokeRestrictedFontsDialog(const char* path, char* buffer);
 
 /* Lets a person choose among the fonts of an open reply, which `text` holds; the choice takes its place. `*size` is the
