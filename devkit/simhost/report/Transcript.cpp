@@ -78,7 +78,12 @@ void Transcript::EndStep(bool passed) {
 
 std::vector<std::string> Transcript::HoldBack(const std::function<void()>& action) {
     mHeldBack.emplace();
-    action();
+    try {
+        action();
+    } catch (...) {
+        mHeldBack.reset();
+        throw;
+    }
     std::vector<std::string> lines = std::move(*mHeldBack);
     mHeldBack.reset();
     return lines;

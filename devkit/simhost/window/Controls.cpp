@@ -73,6 +73,14 @@ void Make(HWND window, const wchar_t* windowClass, const wchar_t* text, DWORD st
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
 }
 
+// Whether the last line is in sight, or nearly.
+bool IsAtEnd(HWND pane, LRESULT firstVisibleLine) {
+    constexpr LRESULT kHeightOfLine = 12;
+    RECT area{};
+    GetClientRect(pane, &area);
+    return firstVisibleLine + area.bottom / kHeightOfLine + 1 >= SendMessageW(pane, EM_GETLINECOUNT, 0, 0);
+}
+
 void Put(HWND window, int identifier, const Place& place) {
     const int eighth = (kColumn - kMargin) / 8;
     MoveWindow(GetDlgItem(window, identifier), kMargin + place.from * eighth, kMargin + place.line * kLine,
@@ -130,9 +138,23 @@ HACCEL MakeAccelerators() {
     return CreateAcceleratorTableW(keys.data(), static_cast<int>(keys.size()));
 }
 
-HFONT MakeFont(const wchar_t* face) {
+HFONT MakeFont(const wchar_t* face, DWORD pitchAndFamily) {
     return CreateFontW(-12, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
-                       CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH | FF_DONTCARE, face);
+                       CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, pitchAndFamily, face);
+}
+
+void AppendLine(HWND pane, const std::wstring& line) {
+    const LRESULT first = SendMessageW(pane, EM_GETFIRSTVISIBLELINE, 0, 0);
+    const bool atEnd = IsAtEnd(pane, first);
+    const auto end = static_cast<WPARAM>(GetWindowTextLengthW(pane));
+    SendMessageW(pane, EM_SETSEL, end, static_cast<LPARAM>(end));
+    SendMessageW(pane, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>((line + L"\r\n").c_str()));
+    if (atEnd) {
+        SendMessageW(pane, WM_VSCROLL, SB_BOTTOM, 0);
+    } else {
+        const LRESULT now = SendMessageW(pane, EM_GETFIRSTVISIBLELINE, 0, 0);
+        SendMessageW(pane, EM_LINESCROLL, 0, first - now);
+    }
 }
 
 }  // namespace simhost

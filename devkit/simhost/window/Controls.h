@@ -6,6 +6,7 @@
 #include <windows.h>
 
 #include <optional>
+#include <string>
 
 #include "simhost/window/HostWindow.h"
 
@@ -23,6 +24,10 @@ void LayControls(HWND window, int width, int height);
 std::optional<WindowCommand> CommandOf(int identifier);
 // Ctrl and a letter for the document commands. The caller destroys the table.
 HACCEL MakeAccelerators();
-HFONT MakeFont(const wchar_t* face);
+HFONT MakeFont(const wchar_t* face, DWORD pitchAndFamily);
+
+// Adds a line at the end of a text pane. Whoever reads the end goes on seeing it; whoever has scrolled back stays
+// there.
+void AppendLine(HWND pane, const std::wstring& line);
 
 }  // namespace simhost

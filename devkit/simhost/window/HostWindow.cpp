@@ -1,5 +1,6 @@
 #include "simhost/window/HostWindow.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -48,13 +49,18 @@ void HostWindow::Run() {
     const HACCEL keys = MakeAccelerators();
     MSG message;
     while (mWindow != nullptr && GetMessageW(&message, nullptr, 0, 0) > 0) {
-        if (mWindow != nullptr && TranslateAcceleratorW(mWindow, keys, &message) == 0 &&
-            IsDialogMessageW(mWindow, &message) == 0) {
+        // Keys of other windows, such as a dialog of the plug-in, are theirs.
+        const bool isOurs = message.hwnd == mWindow || IsChild(mWindow, message.hwnd) != 0;
+        if (!isOurs ||
+            (TranslateAcceleratorW(mWindow, keys, &message) == 0 && IsDialogMessageW(mWindow, &message) == 0)) {
             TranslateMessage(&message);
             DispatchMessageW(&message);
         }
     }
     DestroyAcceleratorTable(keys);
+    if (mError != nullptr) {
+        std::rethrow_exception(mError);
+    }
 }
 
 LRESULT CALLBACK HostWindow::WindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -64,7 +70,19 @@ LRESULT CALLBACK HostWindow::WindowProcedure(HWND window, UINT message, WPARAM w
         SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
     }
     auto* const self = reinterpret_cast<HostWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    return self == nullptr ? DefWindowProcW(window, message, wParam, lParam) : self->Handle(message, wParam, lParam);
+    return self == nullptr ? DefWindowProcW(window, message, wParam, lParam)
+                           : self->HandleAndCatch(message, wParam, lParam);
+}
+
+// No exception may go through the frames of Windows.
+LRESULT HostWindow::HandleAndCatch(UINT message, WPARAM wParam, LPARAM lParam) {
+    try {
+        return Handle(message, wParam, lParam);
+    } catch (...) {
+        mError = std::current_exception();
+        DestroyWindow(mWindow);
+        return 0;
+    }
 }
 
 LRESULT HostWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -120,8 +138,8 @@ void HostWindow::OnCommand(UINT identifier, UINT code) {
 }
 
 void HostWindow::MakeControls() {
-    mFont = MakeFont(L"Tahoma");
-    mTraceFont = MakeFont(L"Courier New");
+    mFont = MakeFont(L"Tahoma", VARIABLE_PITCH | FF_SWISS);
+    mTraceFont = MakeFont(L"Courier New", FIXED_PITCH | FF_MODERN);
     MakeAllControls(mWindow, mFont);
     SendMessageW(Control(kTrace), WM_SETFONT, reinterpret_cast<WPARAM>(mTraceFont), TRUE);
 }
@@ -129,22 +147,26 @@ void HostWindow::MakeControls() {
 void HostWindow::Lay(int width, int height) const { LayControls(mWindow, width, height); }
 
 void HostWindow::Append(const std::string& traceLine) {
-    const HWND trace = Control(kTrace);
-    const auto end = static_cast<WPARAM>(GetWindowTextLengthW(trace));
-    SendMessageW(trace, EM_SETSEL, end, static_cast<LPARAM>(end));
-    SendMessageW(trace, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>((Wide(traceLine) + L"\r\n").c_str()));
+    if (mWindow != nullptr) {
+        AppendLine(Control(kTrace), Wide(traceLine));
+    }
 }
 
 void HostWindow::ShowDocuments(const std::vector<DocumentLine>& documents) {
+    if (mWindow == nullptr) {
+        return;
+    }
     const HWND list = Control(kDocumentList);
     const std::string selected = SelectedDocument();
+    const bool hasCurrent =
+        std::any_of(documents.begin(), documents.end(), [](const auto& one) { return one.current; });
     SendMessageW(list, LB_RESETCONTENT, 0, 0);
     mNames.clear();
     for (const DocumentLine& document : documents) {
         const LRESULT index =
             SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(document.text).c_str()));
         mNames.push_back(document.name);
-        if (document.current || document.name == selected) {
+        if (document.current || (!hasCurrent && document.name == selected)) {
             SendMessageW(list, LB_SETCURSEL, static_cast<WPARAM>(index), 0);
         }
     }
@@ -162,11 +184,17 @@ std::string HostWindow::Fonts() const {
 }
 
 std::string HostWindow::SelectedDocument() const {
+    if (mWindow == nullptr) {
+        return {};
+    }
     const LRESULT index = SendMessageW(Control(kDocumentList), LB_GETCURSEL, 0, 0);
     return index < 0 || static_cast<std::size_t>(index) >= mNames.size() ? "" : mNames[static_cast<std::size_t>(index)];
 }
 
 void HostWindow::ShowMenus() {
+    if (mWindow == nullptr) {
+        return;
+    }
     if (mMenuIsOpen) {
         mMenusAreOld = true;
     } else {

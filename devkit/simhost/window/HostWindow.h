@@ -6,6 +6,7 @@
 
 #include <windows.h>
 
+#include <exception>
 #include <functional>
 #include <string>
 #include <vector>
@@ -43,7 +44,7 @@ class HostWindow {
     HostWindow(const HostWindow&) = delete;
     HostWindow& operator=(const HostWindow&) = delete;
 
-    // Handles messages until the window is closed.
+    // Handles messages until the window is closed. Throws what an event has thrown.
     void Run();
 
     void Append(const std::string& traceLine);
@@ -55,9 +56,12 @@ class HostWindow {
     // The selected document's name; empty when none is.
     std::string SelectedDocument() const;
     void ShowMenus();
+    // While a dialog of the host is open.
+    void Enable(bool enabled) const { EnableWindow(mWindow, enabled ? TRUE : FALSE); }
 
   private:
     static LRESULT CALLBACK WindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    LRESULT HandleAndCatch(UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
     void OnCommand(UINT identifier, UINT code);
     void MakeControls();
@@ -73,6 +77,7 @@ class HostWindow {
     std::vector<std::string> mNames;  // of the documents, in the order of the list
     bool mMenuIsOpen = false;
     bool mMenusAreOld = false;
+    std::exception_ptr mError;  // thrown by an event; ends the window
 };
 
 }  // namespace simhost

@@ -20,7 +20,6 @@ UINT StateOf(const MenuItem& item) {
 }  // namespace
 
 void MenuBar::ShowIn(HWND window, const MenuModel& menus) {
-    mItems.clear();
     mOpenables.clear();
     const HMENU before = std::exchange(mBar, CreateMenu());
     for (const MenuGroup& group : menus.GroupsOf(nullptr)) {
@@ -63,8 +62,16 @@ void MenuBar::Append(HMENU menu, const void* handle, const MenuModel& menus) {
                     Label(item).c_str());
         return;
     }
-    AppendMenuW(menu, MF_STRING | StateOf(item), mFirstCommand + mItems.size(), Label(item).c_str());
-    mItems.push_back(handle);
+    AppendMenuW(menu, MF_STRING | StateOf(item), CommandOf(handle), Label(item).c_str());
+}
+
+UINT_PTR MenuBar::CommandOf(const void* item) {
+    const auto found = std::find(mItems.begin(), mItems.end(), item);
+    const auto index = found - mItems.begin();
+    if (found == mItems.end()) {
+        mItems.push_back(item);
+    }
+    return mFirstCommand + static_cast<UINT_PTR>(index);
 }
 
 std::vector<const void*> MenuBar::ItemsOf(HMENU menu) const {

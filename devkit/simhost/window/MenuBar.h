@@ -32,11 +32,13 @@ class MenuBar {
 
   private:
     HMENU MenuFor(const std::vector<MenuGroup>& groups, const MenuModel& menus);
+    UINT_PTR CommandOf(const void* item);
     void Append(HMENU menu, const void* item, const MenuModel& menus);
 
     UINT mFirstCommand;
     HMENU mBar = nullptr;
-    std::vector<const void*> mItems;                       // by command, from the first one on
+    // By command, from the first one on. Nothing is taken out: a choice may arrive when the bar has been built anew.
+    std::vector<const void*> mItems;
     std::map<HMENU, std::vector<const void*>> mOpenables;  // separators between groups are null
 };
 

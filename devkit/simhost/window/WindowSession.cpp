@@ -117,7 +117,9 @@ void WindowSession::OnCommand(WindowCommand command) {
         default:
             break;
     }
-    if (current.empty()) {
+    // The one that is selected is meant; one that is not open can only be opened.
+    if (current.empty() || (!selected.empty() && selected != current)) {
+        MessageBeep(MB_OK);
         return;
     }
     switch (command) {
@@ -254,7 +256,9 @@ void WindowSession::ChangeFonts(const std::string& name) {
 void WindowSession::RaiseDialog() {
     DialogToShow dialog{kDialogTitle};
     dialog.staysOpen = true;
+    mWindow.Enable(false);
     const DialogRecord record = ShowHostDialog(dialog);
+    mWindow.Enable(true);
     mPerformance.Tell("dialog \"" + dialog.title + "\": " + Describe(record));
 }
 
