@@ -3,12 +3,11 @@
 what was left behind.
 
 Each fault is tried as often as asked; a verdict counts as right when it is the expected one every time. What the tests
-know is what is expected here. The folder of the built files, the folder of Wine's C: drive, how often, and the command
-that starts simhost follow on the command line.
+know is what is expected here.
 """
 
+import argparse
 import json
-import os
 import pathlib
 import re
 import subprocess
@@ -51,22 +50,29 @@ class Kit:
         return done.returncode, done.stdout.decode("utf-8"), done.stderr.decode("utf-8")
 
     def left_behind(self) -> set[str]:
-        """Folders of runs, files of the core application, programs of the kit."""
+        """Folders of runs, files of the core application, programs that run."""
         temporary = {path.name for path in self.drive.glob("users/*/Temp/simhost*")}
         launch_info = {path.name for path in self.drive.glob("**/com.quorvel.Lumet-LaunchInfo.conf")}
-        return temporary | launch_info | set(programs_of_the_kit())
+        return temporary | launch_info | set(programs_of_windows(self.drive.parent))
 
 
-def programs_of_the_kit():
+# Wine's own come and go as it likes.
+WINES_OWN = ("conhost.exe", "explorer.exe", "plugplay.exe", "rpcss.exe", "services.exe", "start.exe", "svchost.exe",
+             "wineboot.exe", "winedevice.exe")
+
+
+def programs_of_windows(prefix: pathlib.Path):
+    """Those of this Wine prefix, each with its number, so that another one of the same name counts."""
+    of_prefix = b"WINEPREFIX=" + bytes(prefix)
     for process in pathlib.Path("/proc").glob("[0-9]*"):
         try:
-            name = (process / "cmdline").read_bytes().split(b"\0")[0].decode(errors="replace")
-            own = process.name == str(os.getpid())
+            program = (process / "cmdline").read_bytes().split(b"\0")[0].decode(errors="replace")
+            is_ours = of_prefix in (process / "environ").read_bytes().split(b"\0")
         except OSError:
             continue
-        program = name.replace("\\", "/").rpartition("/")[2]
-        if not own and program in ("simhost.exe", "Lumet.exe"):
-            yield program
+        name = program.replace("\\", "/").rpartition("/")[2]
+        if is_ours and name.lower().endswith(".exe") and name.lower() not in WINES_OWN:
+            yield f"{name} ({process.name})"
 
 
 def library_faults(kit: Kit):
@@ -76,11 +82,12 @@ def library_faults(kit: Kit):
                                                 "--level", "pedantic", "--json")
             broken = [one for one in json.loads(printed)["clauses"] if one["state"] == "broken"] if printed else []
             counted = [one for one in broken if one["clause"] not in contract_test.HINTS] or broken
-            seen = counted[0]["seen"][0] if counted else {"entry": "", "text": complaints}
-            verdict = ", ".join(one["clause"] for one in counted)
+            if not counted:
+                return "nothing found" if code == 0 else f"exit code {code}", complaints
+            seen = counted[0]["seen"][0]
             right_entry = clause in contract_test.HINTS or seen["entry"] == entry
-            return (verdict + ("" if right_entry else ", other entry"),
-                    f"{seen['entry']}: {seen['text']}" if code != 2 else complaints)
+            verdict = ", ".join(one["clause"] for one in counted) + ("" if right_entry else ", other entry")
+            return verdict, f"{seen['entry']}: {seen['text']}"
         yield Fault("PluginCore", name, clause, attempt)
 
 
@@ -143,25 +150,62 @@ def cell(text: str) -> str:
     return text if len(text) <= WORDS_SHOWN else text[:WORDS_SHOWN - 1] + "…"
 
 
-def main() -> int:
-    built, drive, times = sys.argv[1:4]
-    kit = Kit(built, drive, sys.argv[4:])
-    faults = [*library_faults(kit), *plugin_faults(kit), *scenario_faults(kit), *command_line_faults(kit)]
-    for fault in faults:
-        for _ in range(int(times)):
-            before = kit.left_behind()
-            verdict, fault.words = fault.attempt()
-            fault.right += verdict == fault.expected
-            fault.other = fault.other if verdict == fault.expected else verdict
-            fault.left |= kit.left_behind() - before
-        print(f"fault-table: {fault.kind}, {fault.name}: {fault.right} of {times}", file=sys.stderr, flush=True)
-    print("| fault of | which | verdict | right | names | left behind |\n|---|---|---|---|---|---|")
-    for fault in faults:
-        print(f"| {fault.kind} | {fault.name} | {fault.expected}{f' (also: {fault.other})' if fault.other else ''} | "
-              f"{fault.right} of {times} | {cell(fault.words)} | {', '.join(sorted(fault.left)) or 'nothing'} |")
-    right = sum(fault.right == int(times) and not fault.left for fault in faults)
+def try_once(fault: Fault, kit: Kit) -> None:
+    before = kit.left_behind()
+    try:
+        verdict, fault.words = fault.attempt()
+    except (OSError, ValueError, LookupError) as error:
+        # The program has written nothing, or not what it should: that is its verdict, and the table goes on.
+        verdict, fault.words = "no result", f"{type(error).__name__}: {error}"
+    fault.right += verdict == fault.expected
+    fault.other = fault.other if verdict == fault.expected else verdict
+    fault.left |= kit.left_behind() - before
+
+
+def row(fault: Fault, times: int) -> str:
+    verdict = fault.expected + (f" (also: {fault.other})" if fault.other else "")
+    return (f"| {fault.kind} | {fault.name} | {verdict} | {fault.right} of {times} | {cell(fault.words)} | "
+            f"{', '.join(sorted(fault.left)) or 'nothing'} |")
+
+
+def print_table(faults: list[Fault], kit: Kit, times: int) -> int:
+    """Answers the exit code."""
+    print("| fault of | which | verdict | right | names | left behind |\n|---|---|---|---|---|---|", flush=True)
+    for number, fault in enumerate(faults):
+        for _ in range(times):
+            try_once(fault, kit)
+        print(row(fault, times), flush=True)
+        if not sys.stdout.isatty():
+            print(f"fault-table: {number + 1} of {len(faults)} faults", file=sys.stderr, flush=True)
+    right = sum(fault.right == times and not fault.left for fault in faults)
     print(f"\n{right} of {len(faults)} faults were classed rightly {times} times out of {times} and left nothing behind.")
     return 0 if right == len(faults) else 1
+
+
+def at_least_one(text: str) -> int:
+    number = int(text)
+    if number < 1:
+        raise ValueError
+    return number
+
+
+def main() -> int:
+    parser = argparse.ArgumentParser(prog="fault-table", description="Tries every fault that the kit knows, and prints "
+                                     "a table: the verdict, whom it names, how often it was right, what was left.")
+    parser.add_argument("--built", help=argparse.SUPPRESS, required=True)  # the folder of simhost.exe
+    parser.add_argument("--drive", help=argparse.SUPPRESS, required=True)  # of Wine's C:
+    parser.add_argument("--command", help=argparse.SUPPRESS, required=True, action="append")  # what starts simhost
+    parser.add_argument("--only", metavar="PATTERN", default="", help="only the faults whose kind and name, such as "
+                        "\"PluginCore, Crashes\", match this regular expression")
+    parser.add_argument("times", metavar="TIMES", nargs="?", type=at_least_one, default=1,
+                        help="how often each fault is tried (1)")
+    options = parser.parse_args()
+    kit = Kit(options.built, options.drive, options.command)
+    faults = [*library_faults(kit), *plugin_faults(kit), *scenario_faults(kit), *command_line_faults(kit)]
+    chosen = [fault for fault in faults if re.search(options.only, f"{fault.kind}, {fault.name}")]
+    if not chosen:
+        parser.error(f"no fault matches {options.only}")
+    return print_table(chosen, kit, options.times)
 
 
 if __name__ == "__main__":

@@ -61,6 +61,7 @@ void OpenFlightRecorder() {
 
 void RecordStep(std::string_view place) {
     if (FlightRecord* const record = Record()) {
+        record->hasBegun = 1;
         Write(record->step, place);
         Write(record->message, "");
         record->entriesInside = 0;

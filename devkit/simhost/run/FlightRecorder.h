@@ -15,6 +15,7 @@ namespace simhost {
 struct FlightRecord {
     static constexpr std::uint32_t kMostEntries = 4;
 
+    std::uint32_t hasBegun;       // not 0: the host itself runs, no longer Windows' start of its process
     std::uint32_t concluded;      // not 0: the result is written, only the end of the process is left
     std::uint32_t entriesInside;  // of the PluginCore, one called inside the other; may be more than are kept
     std::uint32_t isByHand;       // not 0: a person decides how long the step takes, but not each message

@@ -51,6 +51,7 @@ void Play(const Scenario& scenario, const RunFolder& folder, RunReport& report) 
 }  // namespace
 
 int Perform(const PerformOptions& options) {
+    RecordStep("reading the scenario");
     // Never destroyed: the plug-in may call the host until the process ends.
     auto* const host = new SimulatedHost;
     const RunFolder folder(options.workFolder, options.pluginName);

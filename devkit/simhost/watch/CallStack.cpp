@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cwchar>
 #include <map>
+#include <utility>
 
 namespace simhost {
 
@@ -13,6 +15,10 @@ namespace {
 
 constexpr std::size_t kMostFrames = 64;
 constexpr std::size_t kMostFramesToName = 24;
+// A thread that is met on its way between the system's code and Windows' own cannot always be walked. The next moment
+// it is somewhere else.
+constexpr int kMostAttempts = 20;
+constexpr DWORD kPauseMilliseconds = 10;
 // How far above the stack pointer a return address is looked for when the innermost code tells nothing about itself.
 constexpr std::size_t kSlotsToSearch = 64;
 
@@ -63,13 +69,29 @@ CallStack StackReader::ReadFrom(HANDLE thread) const {
     return stack;
 }
 
+// Every thread begins in the system's first library.
+bool StackReader::IsWhole(const CallStack& stack) const {
+    const Module* const outermost = stack.empty() ? nullptr : mModules.At(stack.back());
+    return stack.size() == kMostFrames ||
+           (outermost != nullptr && _wcsicmp(outermost->path.filename().c_str(), L"ntdll.dll") == 0);
+}
+
 CallStack StackReader::ReadRunning(HANDLE thread) const {
-    if (SuspendThread(thread) == static_cast<DWORD>(-1)) {
-        return {};
+    CallStack longest;
+    for (int attempt = 0; attempt < kMostAttempts && !IsWhole(longest); ++attempt) {
+        if (attempt != 0) {
+            Sleep(kPauseMilliseconds);
+        }
+        if (SuspendThread(thread) == static_cast<DWORD>(-1)) {
+            break;
+        }
+        CallStack stack = ReadFrom(thread);
+        ResumeThread(thread);
+        if (stack.size() > longest.size()) {
+            longest = std::move(stack);
+        }
     }
-    CallStack stack = ReadFrom(thread);
-    ResumeThread(thread);
-    return stack;
+    return longest;
 }
 
 std::vector<Frame> StackReader::Describe(const CallStack& stack) const {

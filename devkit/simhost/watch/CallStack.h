@@ -26,13 +26,14 @@ class StackReader {
 
     // The thread must stand still: it is stopped at a debug event, or suspended.
     CallStack ReadFrom(HANDLE thread) const;
-    // Suspends the thread meanwhile.
+    // Suspends the thread meanwhile, and a few times more when its whole stack cannot be read.
     CallStack ReadRunning(HANDLE thread) const;
 
     // With names, frame by frame; of the innermost ones only.
     std::vector<Frame> Describe(const CallStack& stack) const;
 
   private:
+    bool IsWhole(const CallStack& stack) const;
     bool FindFirstKnownFrame(CONTEXT& context, CallStack& stack) const;
 
     HANDLE mProcess;

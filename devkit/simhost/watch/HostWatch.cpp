@@ -28,6 +28,7 @@ constexpr ULONGLONG kPatienceMilliseconds = 5000;
 // Processes that the host started may be ending already.
 constexpr ULONGLONG kTimeToEndMilliseconds = 500;
 constexpr DWORD kEndedFromOutside = 1;
+constexpr int kMostAttempts = 3;
 
 class Watch {
   public:
@@ -55,7 +56,9 @@ class Watch {
         }
         WaitForSingleObject(mProcess, kPatienceMilliseconds);
         NoteProcessesLeft();
-        mEnd.concluded = mRecorder.Read().concluded != 0;
+        const FlightRecord record = mRecorder.Read();
+        mEnd.hasBegun = record.hasBegun != 0;
+        mEnd.concluded = record.concluded != 0;
         return std::move(mEnd);
     }
 
@@ -308,7 +311,13 @@ class Watch {
 }  // namespace
 
 HostEnd RunAndWatch(const HostProgram& host, const WatchLimits& limits, const FlightRecorder& recorder) {
-    return Watch(host, limits, recorder).Run();
+    // About one process in some thousands is killed by Wine itself while it starts, when the machine has much to do.
+    // Nothing of a run is lost by another attempt: no library is loaded before the host itself begins.
+    HostEnd end;
+    for (int attempt = 0; attempt < kMostAttempts && !end.hasBegun; ++attempt) {
+        end = Watch(host, limits, recorder).Run();
+    }
+    return end;
 }
 
 }  // namespace simhost

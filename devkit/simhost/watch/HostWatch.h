@@ -29,6 +29,7 @@ struct WatchLimits {
 };
 
 struct HostEnd {
+    bool hasBegun = false;            // the host itself ran, and not Windows' start of its process alone
     bool concluded = false;           // the host came to its end, and wrote a result before
     std::vector<Violation> findings;  // what was seen from outside
 };

@@ -35,6 +35,9 @@ INT_PTR CALLBACK DialogProcedure(HWND, UINT message, WPARAM wParam, LPARAM) {
         sClosed = true;
         return TRUE;
     }
+    if (message == WM_COMMAND && sRecord != nullptr) {
+        sRecord->received.emplace_back("WM_COMMAND " + std::to_string(LOWORD(wParam)));
+    }
     return FALSE;
 }
 
@@ -116,6 +119,13 @@ void NotePosted(const MSG& message, HWND window, DialogRecord& record) {
     }
 }
 
+// Keys for a dialog are handled as such by Windows; a record in which they were not says so.
+void NoteUntaken(const MSG& message, DialogRecord& record) {
+    if (message.message == WM_KEYDOWN && message.wParam == VK_RETURN) {
+        record.received.emplace_back("which was no dialog message");
+    }
+}
+
 void HandleMessages(HWND window, bool staysOpen, DialogRecord& record) {
     const ULONGLONG longest = GetTickCount64() + kLongestMilliseconds;
     ULONGLONG end = GetTickCount64() + kQuietMilliseconds;
@@ -125,6 +135,7 @@ void HandleMessages(HWND window, bool staysOpen, DialogRecord& record) {
             end = std::min(longest, GetTickCount64() + kQuietMilliseconds);
             NotePosted(message, window, record);
             if (IsDialogMessageW(window, &message) == 0) {
+                NoteUntaken(message, record);
                 TranslateMessage(&message);
                 DispatchMessageW(&message);
             }
