@@ -14,9 +14,8 @@ namespace simhost {
 namespace {
 
 constexpr std::size_t kMostFrames = 64;
-constexpr std::size_t kMostFramesToName = 24;
-// A thread that is met on its way between the system's code and Windows' own cannot always be walked. The next moment
-// it is somewhere else.
+// A thread that is met on its way into Windows or out of it cannot always be walked. The next moment it is somewhere
+// else.
 constexpr int kMostAttempts = 20;
 constexpr DWORD kPauseMilliseconds = 10;
 // How far above the stack pointer a return address is looked for when the innermost code tells nothing about itself.
@@ -69,11 +68,16 @@ CallStack StackReader::ReadFrom(HANDLE thread) const {
     return stack;
 }
 
-// Every thread begins in the system's first library.
+// Every thread begins in the system's first library, and goes on in its second. A walk that ends in the first alone has
+// come to a function that Windows calls back, and does not see who called Windows.
 bool StackReader::IsWhole(const CallStack& stack) const {
-    const Module* const outermost = stack.empty() ? nullptr : mModules.At(stack.back());
-    return stack.size() == kMostFrames ||
-           (outermost != nullptr && _wcsicmp(outermost->path.filename().c_str(), L"ntdll.dll") == 0);
+    constexpr std::array kOutermost = {L"ntdll.dll", L"kernel32.dll"};
+    const auto isIn = [&](const wchar_t* library, std::uint64_t address) {
+        const Module* const module = mModules.At(address);
+        return module != nullptr && _wcsicmp(module->path.filename().c_str(), library) == 0;
+    };
+    return stack.size() == kMostFrames || (stack.size() >= kOutermost.size() &&
+                                           std::equal(kOutermost.begin(), kOutermost.end(), stack.rbegin(), isIn));
 }
 
 CallStack StackReader::ReadRunning(HANDLE thread) const {
@@ -87,19 +91,31 @@ CallStack StackReader::ReadRunning(HANDLE thread) const {
         }
         CallStack stack = ReadFrom(thread);
         ResumeThread(thread);
-        if (stack.size() > longest.size()) {
+        if (IsWhole(stack) || stack.size() > longest.size()) {
             longest = std::move(stack);
         }
     }
     return longest;
 }
 
+// Of the system's own frames only what the thread is in, and what was called by others, is of interest. A dialog can
+// have dozens of the others inside.
+bool StackReader::IsOfInterest(const CallStack& stack, std::size_t i) const {
+    const auto isOther = [&](std::size_t at) {
+        const Module* const module = mModules.At(stack[at]);
+        return module == nullptr || !module->isSystem;
+    };
+    return i == 0 || isOther(i) || (i + 1 < stack.size() && isOther(i + 1));
+}
+
 std::vector<Frame> StackReader::Describe(const CallStack& stack) const {
     std::vector<Frame> frames;
     std::map<const Module*, std::vector<std::size_t>> byModule;
-    for (std::size_t i = 0; i < std::min(stack.size(), kMostFramesToName); ++i) {
+    for (std::size_t i = 0; i < stack.size(); ++i) {
         frames.push_back({stack[i], mModules.At(stack[i]), {}});
-        byModule[frames[i].module].push_back(i);
+        if (IsOfInterest(stack, i)) {
+            byModule[frames[i].module].push_back(i);
+        }
     }
     for (const auto& [module, indexes] : byModule) {
         if (module == nullptr) {

@@ -29,10 +29,11 @@ class StackReader {
     // Suspends the thread meanwhile, and a few times more when its whole stack cannot be read.
     CallStack ReadRunning(HANDLE thread) const;
 
-    // With names, frame by frame; of the innermost ones only.
+    // Frame by frame, with names where somebody may ask for them.
     std::vector<Frame> Describe(const CallStack& stack) const;
 
   private:
+    bool IsOfInterest(const CallStack& stack, std::size_t i) const;
     bool IsWhole(const CallStack& stack) const;
     bool FindFirstKnownFrame(CONTEXT& context, CallStack& stack) const;
 
