@@ -19,6 +19,9 @@ EXPECTED = {
     ("crash", "abort"): ("crash", STEP + rf"abort\(\) was called in Abort {PLUGIN}"),
     ("crash", "access-violation"): (
         "crash", STEP + rf"access violation \(0xC0000005\) writing 0x10 in AccessViolation {PLUGIN}"),
+    ("crash", "at-start"): (
+        "crash", r'begin\[0\], message "SP Interface"/"[^"]+": access violation .* writing 0x10 in PluginMain of '
+                 r"CrashesAtStart\.aip \(CrashingPlugin\.cpp:\d+\)"),
     ("crash", "bad-pointer"): (
         "crash", STEP + rf"access violation .* reading 0x10 in PassBadPointer {PLUGIN}, which called \w+"),
     ("crash", "null-jump"): ("crash", STEP + rf"access violation .* executing 0x0 in JumpNowhere {PLUGIN}"),

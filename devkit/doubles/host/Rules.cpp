@@ -64,7 +64,11 @@ const RuleName* FindRule(std::string_view name) {
 }
 
 void RuleBook::Broken(Rule rule, std::string text, std::int64_t amount) {
-    mViolations.push_back({rule, amount, std::move(text)});
+    Broken(Violation{rule, amount, std::move(text)});
+}
+
+void RuleBook::Broken(Violation violation) {
+    mViolations.push_back(std::move(violation));
     if (onBroken) {
         onBroken(mViolations.back());
     }

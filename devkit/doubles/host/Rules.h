@@ -70,11 +70,13 @@ struct Violation {
     Rule rule;
     std::int64_t amount;  // of what was leaked, for example; 1 where there is nothing to count
     std::string text;
+    std::string module{};  // the file name of the program or library whose code did it; empty when that is not known
 };
 
 class RuleBook {
   public:
     void Broken(Rule rule, std::string text, std::int64_t amount = 1);
+    void Broken(Violation violation);
 
     const std::vector<Violation>& Violations() const { return mViolations; }
 

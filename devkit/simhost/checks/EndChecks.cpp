@@ -8,6 +8,7 @@
 #include "simhost/checks/LoadedLibraries.h"
 #include "simhost/contract/ContractBook.h"
 #include "simhost/contract/ContractChecks.h"
+#include "simhost/contract/GuardedCall.h"
 #include "simhost/contract/PluginCoreWatch.h"
 #include "simhost/windows/HostDialog.h"
 
@@ -51,6 +52,12 @@ void CheckRecorded() {
 }
 
 }  // namespace
+
+void CheckOwnLibraryWasPlayed() {
+    if (contract::IsOwnLibraryAsked() && !(contract::IsOwnLibraryWatched() && contract::WasAnyCalled())) {
+        Host().rules.Broken(Rule::kUnrecorded, "the library of --plugincore was never called");
+    }
+}
 
 void CheckEnd(const Expectations& expect, const RunFolder& folder) {
     CheckLibraries(expect, folder);

@@ -9,4 +9,7 @@ namespace simhost {
 // Broken rules go into the host's book.
 void CheckEnd(const Expectations& expect, const RunFolder& folder);
 
+// Also when a run ends early: it says nothing about a library of one's own that was never called.
+void CheckOwnLibraryWasPlayed();
+
 }  // namespace simhost

@@ -13,9 +13,20 @@ namespace simhost {
 
 namespace {
 
-constexpr int kKept = 0;
-constexpr int kBroken = 1;
+constexpr int kPassed = 0;
 constexpr int kNotFound = 2;
+
+int ExitCodeOf(contract::Judgement judgement) {
+    switch (judgement) {
+        case contract::Judgement::kKept:
+            return kPassed;
+        case contract::Judgement::kBroken:
+            return 1;
+        case contract::Judgement::kUnfinished:
+            break;
+    }
+    return 2;
+}
 
 struct Texts {
     std::string library, level = "contract", plugin;
@@ -31,7 +42,7 @@ int CheckLibrary(const Texts& texts) {
     } else {
         std::printf("%s", contract::ReportText(result, level, texts.library).c_str());
     }
-    return contract::IsKept(result, level) ? kKept : kBroken;
+    return ExitCodeOf(contract::JudgementOf(result, level));
 }
 
 int Explain(const std::string& name) {
@@ -42,7 +53,7 @@ int Explain(const std::string& name) {
         return kNotFound;
     }
     std::printf("%s", contract::ExplanationOf(*clause).c_str());
-    return kKept;
+    return kPassed;
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
-#include <system_error>
 
 #include "doubles/common/Text.h"
 
@@ -77,23 +76,13 @@ bool IsFileName(const std::string& title) {
 
 }  // namespace
 
-// The name never comes from outside: the folder is removed whole.
-GeneratedScenario::GeneratedScenario(const Json& scenario)
-    : mFolder(std::filesystem::temp_directory_path() / (L"simhost-scenario-" + std::to_wstring(GetCurrentProcessId()))),
-      mPath(mFolder / L"scenario.json") {
-    std::filesystem::create_directories(mFolder);
+GeneratedScenario::GeneratedScenario(const Json& scenario) : mFolder(L"scenario"), mPath(mFolder.At(L"scenario.json")) {
     std::ofstream stream(mPath, std::ios::binary | std::ios::trunc);
     stream << scenario.dump(2, ' ', false, Json::error_handler_t::replace);
     stream.close();
     if (!stream) {
         Refuse(mPath, "cannot be written");
     }
-}
-
-GeneratedScenario::~GeneratedScenario() {
-    std::error_code ignored;
-    std::filesystem::remove(mPath, ignored);
-    std::filesystem::remove(mFolder, ignored);
 }
 
 ImportedDocument ReadImportedDocument(const std::filesystem::path& file) {

@@ -6,21 +6,19 @@
 #include <string>
 #include <vector>
 
+#include "simhost/launch/TemporaryFolder.h"
+
 namespace simhost {
 
 // A file in a temporary folder of its own, which is removed with the object.
 class GeneratedScenario {
   public:
-    // Throws std::runtime_error when it cannot be written.
+    // Throws std::runtime_error when it cannot be written, Cancelled.
     explicit GeneratedScenario(const nlohmann::ordered_json& scenario);
-    ~GeneratedScenario();
-    GeneratedScenario(const GeneratedScenario&) = delete;
-    GeneratedScenario& operator=(const GeneratedScenario&) = delete;
-
     const std::filesystem::path& Path() const { return mPath; }
 
   private:
-    std::filesystem::path mFolder;
+    TemporaryFolder mFolder;
     std::filesystem::path mPath;
 };
 

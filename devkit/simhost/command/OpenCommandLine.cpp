@@ -4,6 +4,7 @@
 #include "doubles/common/Text.h"
 #include "simhost/command/CommandLine.h"
 #include "simhost/command/GeneratedScenario.h"
+#include "simhost/launch/Cancellation.h"
 #include "simhost/launch/PlayCommand.h"
 #include "simhost/report/Summary.h"
 
@@ -18,6 +19,7 @@ struct Texts {
 
 int Open(const Texts& texts) {
     const ImportedDocument imported = ReadImportedDocument(Wide(texts.document));
+    ListenForCancellation();
     const GeneratedScenario scenario(ScenarioThatOpens(imported));
     PlayOptions options;
     options.scenarios = {scenario.Path()};

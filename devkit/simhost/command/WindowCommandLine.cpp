@@ -5,6 +5,7 @@
 #include "doubles/common/Text.h"
 #include "simhost/command/CommandLine.h"
 #include "simhost/command/GeneratedScenario.h"
+#include "simhost/launch/Cancellation.h"
 #include "simhost/launch/PlayCommand.h"
 #include "simhost/report/Summary.h"
 
@@ -24,6 +25,7 @@ int ShowWindow(const Texts& texts) {
         documents.push_back(ReadImportedDocument(Wide(document)));
         command += " " + AsShellWord(document);
     }
+    ListenForCancellation();
     const GeneratedScenario scenario(ScenarioWithWindow(documents));
     PlayOptions options;
     options.scenarios = {scenario.Path()};

@@ -69,9 +69,37 @@ Counts CountUpTo(const ContractResult& result, Level level) {
     return counts;
 }
 
+std::string NotTried(const ContractResult& result, Level level) {
+    std::string names;
+    for (const Clause& clause : AllClauses()) {
+        if (clause.level <= level && std::string_view(StateOf(result, clause)) == "not tried") {
+            names += (names.empty() ? "" : ", ") + std::string(clause.name);
+        }
+    }
+    return names;
+}
+
+std::string LastLine(const ContractResult& result, Level level) {
+    const std::string notTried = NotTried(result, level);
+    switch (JudgementOf(result, level)) {
+        case Judgement::kBroken:
+            return "FAILED: \"simhost explain\" and a clause's name tell why, and how to mend it.\n";
+        case Judgement::kUnfinished:
+            return "Not checked to the end: the note tells why.\n";
+        case Judgement::kKept:
+            break;
+    }
+    return notTried.empty() ? "Passed: the library keeps the contract.\n"
+                            : "Passed, as far as it was tried; not tried: " + notTried + ".\n";
+}
+
 }  // namespace
 
-bool IsKept(const ContractResult& result, Level level) { return CountUpTo(result, level).broken == 0; }
+Judgement JudgementOf(const ContractResult& result, Level level) {
+    return CountUpTo(result, level).broken != 0 ? Judgement::kBroken
+           : result.isWhole                     ? Judgement::kKept
+                                                : Judgement::kUnfinished;
+}
 
 std::string ReportText(const ContractResult& result, Level level, const std::string& library) {
     std::string text = library + ", level " + NameOf(level) + "\n\n";
@@ -89,9 +117,7 @@ std::string ReportText(const ContractResult& result, Level level, const std::str
     const Counts counts = CountUpTo(result, level);
     text += "\n" + std::to_string(counts.kept) + " clauses kept, " + std::to_string(counts.broken) + " broken, " +
             std::to_string(counts.notTried) + " not tried.\n";
-    return text + (counts.broken == 0
-                       ? "Passed: the library keeps the contract.\n"
-                       : "FAILED: \"simhost explain\" and a clause's name tell why, and how to mend it.\n");
+    return text + LastLine(result, level);
 }
 
 Json ReportJson(const ContractResult& result, Level level, const std::string& library) {
@@ -112,11 +138,9 @@ Json ReportJson(const ContractResult& result, Level level, const std::string& li
                            {"what", clause.what},
                            {"seen", seen}});
     }
-    return {{"library", library},
-            {"level", NameOf(level)},
-            {"passed", IsKept(result, level)},
-            {"clauses", clauses},
-            {"notes", result.notes}};
+    return {
+        {"library", library},      {"level", NameOf(level)}, {"passed", JudgementOf(result, level) == Judgement::kKept},
+        {"whole", result.isWhole}, {"clauses", clauses},     {"notes", result.notes}};
 }
 
 std::string ExplanationOf(const Clause& clause) {

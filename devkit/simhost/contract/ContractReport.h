@@ -10,8 +10,12 @@
 
 namespace simhost::contract {
 
-// Whether all clauses up to the level are kept, as far as they were tried.
-bool IsKept(const ContractResult& result, Level level);
+enum class Judgement {
+    kKept,       // all clauses up to the level, as far as they were tried
+    kBroken,     // at least one
+    kUnfinished  // none that is known, but not all was tried that should have been
+};
+Judgement JudgementOf(const ContractResult& result, Level level);
 
 // Lines for people, the verdict last.
 std::string ReportText(const ContractResult& result, Level level, const std::string& library);

@@ -12,11 +12,14 @@
 #include "doubles/common/Text.h"
 #include "simhost/contract/ContractDay.h"
 #include "simhost/contract/ContractRecord.h"
+#include "simhost/contract/DayLoss.h"
 #include "simhost/contract/PluginCoreWatch.h"
 #include "simhost/contract/Probes.h"
+#include "simhost/launch/Cancellation.h"
 #include "simhost/launch/CaseRun.h"
 #include "simhost/launch/ChildProcess.h"
 #include "simhost/launch/Job.h"
+#include "simhost/launch/TemporaryFolder.h"
 #include "simhost/plugin/LibraryFile.h"
 
 namespace simhost::contract {
@@ -27,29 +30,6 @@ constexpr std::int64_t kProbeMilliseconds = 10'000;
 // Each costs a person's time.
 constexpr int kHangsThatAreEnough = 1;
 constexpr const char* kDay = "day";
-
-// Removed afterwards, with all that the runs leave in it.
-class FolderForRuns {
-  public:
-    // A new one: identifiers of processes are used again.
-    FolderForRuns() {
-        const std::wstring beginning = L"simhost-contract-" + std::to_wstring(GetCurrentProcessId()) + L"-";
-        for (int number = 1; mFolder.empty() || !std::filesystem::create_directory(mFolder); ++number) {
-            mFolder = std::filesystem::temp_directory_path() / (beginning + std::to_wstring(number));
-        }
-    }
-    ~FolderForRuns() {
-        std::error_code ignored;
-        std::filesystem::remove_all(mFolder, ignored);
-    }
-    FolderForRuns(const FolderForRuns&) = delete;
-    FolderForRuns& operator=(const FolderForRuns&) = delete;
-
-    std::filesystem::path At(const std::string& name) const { return mFolder / Wide(name); }
-
-  private:
-    std::filesystem::path mFolder;
-};
 
 // How a process was lost, and what that says in a run for one promise: kCrash stands for what it is.
 struct Loss {
@@ -62,28 +42,6 @@ bool IsLoss(ClauseId clause) {
     return clause == ClauseId::kCrash || clause == ClauseId::kEnded || clause == ClauseId::kHang;
 }
 
-// The host says it as the complaint of a rule.
-Finding LossOfDay(const EntryCall& call, const Verdict& verdict) {
-    struct Sign {
-        std::string_view text;
-        ClauseId clause;
-    };
-    constexpr Sign kSigns[] = {{"abort()", ClauseId::kEnded},
-                               {"crash: ", ClauseId::kCrash},
-                               {"hang: ", ClauseId::kHang},
-                               {"time-limit: ", ClauseId::kHang},
-                               {"modal-dialog: ", ClauseId::kDialog}};
-    for (const std::string& complaint : verdict.complaints) {
-        for (const Sign& sign : kSigns) {
-            if (complaint.find(sign.text) != std::string::npos) {
-                return {sign.clause, call.entry, call.call, complaint};
-            }
-        }
-    }
-    return {ClauseId::kEnded, call.entry, call.call,
-            verdict.complaints.empty() ? "the process was lost" : verdict.complaints.front()};
-}
-
 std::string ExitCodeInWords(DWORD code) {
     char text[16];
     // Codes of Windows are readable in hexadecimal only.
@@ -94,7 +52,7 @@ std::string ExitCodeInWords(DWORD code) {
 class Check {
   public:
     Check(std::filesystem::path library, std::filesystem::path plugin)
-        : mLibrary(std::move(library)), mPlugin(std::move(plugin)) {}
+        : mLibrary(std::move(library)), mPlugin(std::move(plugin)), mFolder(L"contract") {}
 
     ContractResult Run() {
         // The kit's own double would keep its calls in memory otherwise.
@@ -113,7 +71,7 @@ class Check {
 
   private:
     std::filesystem::path NewRecord(const std::string& run) const {
-        std::filesystem::path record = mFolder.At(run + ".jsonl");
+        std::filesystem::path record = mFolder.At(Wide(run) + L".jsonl");
         SetEnvironmentVariableW(kContractRecordVariable, record.c_str());
         return record;
     }
@@ -154,23 +112,35 @@ class Check {
     }
 
     void RunDay() {
-        const std::filesystem::path scenario = mFolder.At("day.json");
+        const std::filesystem::path scenario = mFolder.At(L"day.json");
         std::ofstream(scenario, std::ios::binary | std::ios::trunc) << kContractDay;
         const std::filesystem::path record = NewRecord(kDay);
         RunOptions options;
         options.plugin = mPlugin;
         options.pluginCore = mLibrary;
-        options.workFolder = mFolder.At("day").make_preferred();
+        options.workFolder = mFolder.At(L"day");
         options.tell.verbosity = Verbosity::kQuiet;
-        try {
-            const Verdict verdict = RunCase(ScenarioFile(scenario), "", options);
-            const ContractRecord seen = ReadContractRecord(record);
-            if (!Take(kDay, ClauseId::kCrash, seen) && !seen.isDone) {
-                Lost(kDay, ClauseId::kCrash, LossOfDay(seen.underWay.value_or(EntryCall{}), verdict));
-            }
-        } catch (const std::exception& error) {
-            mResult.notes.push_back(std::string("the day through the plug-in was not played: ") + error.what());
+        const ScenarioFile file(scenario);
+        const Verdict verdict = RunCase(file, "", options);
+        const ContractRecord seen = ReadContractRecord(record);
+        const bool isTold = Take(kDay, ClauseId::kCrash, seen);
+        if (isTold || (seen.isDone && WasRecorded(verdict))) {
+            return;
         }
+        DayLoss loss = LossOf(verdict, seen.underWay, Utf8(PluginFileOf(file, "", options).filename().wstring()));
+        if (loss.finding) {
+            Lost(kDay, ClauseId::kCrash, std::move(*loss.finding));
+        } else {
+            mResult.isWhole = false;
+            mResult.notes.push_back("the day through the plug-in was not played, which is not the library's doing: " +
+                                    loss.why);
+        }
+    }
+
+    // Another plug-in may do without the library, or not find it.
+    static bool WasRecorded(const Verdict& verdict) {
+        return std::none_of(verdict.violations.begin(), verdict.violations.end(),
+                            [](const Violation& violation) { return violation.rule == Rule::kUnrecorded; });
     }
 
     // Whether the loss of the process is among what was seen.
@@ -215,7 +185,7 @@ class Check {
 
     std::filesystem::path mLibrary;
     std::filesystem::path mPlugin;
-    FolderForRuns mFolder;
+    TemporaryFolder mFolder;
     ContractResult mResult;
     std::vector<Loss> mLosses;
     int mHangs = 0;
@@ -236,6 +206,7 @@ ContractResult CheckContract(const std::filesystem::path& library, const std::fi
     if (const std::string why = WhyNoLibrary(file); !why.empty()) {
         throw std::runtime_error(Utf8(file.wstring()) + " " + why);
     }
+    ListenForCancellation();
     return Check(file, plugin).Run();
 }
 

@@ -22,14 +22,16 @@ struct Sighting {
 struct ContractResult {
     std::set<ClauseId> tried;
     std::vector<Sighting> sightings;
-    // What could not be done, in words: for example that there is no plug-in for the day.
+    // What could not be done, in words.
     std::vector<std::string> notes;
+    // False when a run was lost that should have been played, and not by the library: then nobody knows the verdict.
+    bool isWhole = true;
 
     bool IsBroken(ClauseId clause) const;
 };
 
-// `plugin`: empty for the one beside this program. Throws std::runtime_error in words when the file is no library that
-// can be checked.
+// `plugin`: empty for the one beside this program. Throws std::runtime_error in words when one of the files is none
+// that the check can be made with, Cancelled when somebody does not want to wait.
 ContractResult CheckContract(const std::filesystem::path& library, const std::filesystem::path& plugin);
 
 }  // namespace simhost::contract

@@ -47,15 +47,16 @@ std::string InHexadecimal(std::uint32_t number) {
     return text;
 }
 
-int NextNumberOf(const std::string& entry) {
+// How often each entry was called.
+std::map<std::string, int>& Numbers() {
     static auto* const sNumbers = new std::map<std::string, int>;
-    return ++(*sNumbers)[entry];
+    return *sNumbers;
 }
 
 }  // namespace
 
 GuardedCall::GuardedCall(const char* entry)
-    : mEntry(entry), mNumber(NextNumberOf(entry)), mRecord(entry), mCall(std::make_shared<PluginCoreCall>()) {
+    : mEntry(entry), mNumber(++Numbers()[entry]), mRecord(entry), mCall(std::make_shared<PluginCoreCall>()) {
     mCall->entry = entry;
     Recorded().push_back(mCall);
     Book().Begin(entry, mNumber);
@@ -309,6 +310,8 @@ void EndCall() {
     const std::lock_guard lock(sStackMutex);
     Stack().pop_back();
 }
+
+bool WasAnyCalled() { return !Numbers().empty(); }
 
 std::vector<PluginCoreCall> TakeCalls() {
     std::vector<PluginCoreCall> calls;

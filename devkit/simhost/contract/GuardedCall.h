@@ -109,6 +109,8 @@ class GuardedCall {
 GuardedCall& BeginCall(const char* entry);
 void EndCall();
 
+// Whether any entry was called so far.
+bool WasAnyCalled();
 // The calls since the last time, in the order in which they began.
 std::vector<PluginCoreCall> TakeCalls();
 // For whoever reports a crash or a run that hangs; nothing while no entry is being called.

@@ -1,6 +1,9 @@
 #include "simhost/contract/PluginCoreWatch.h"
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
 
 #include "doubles/common/ImportPatch.h"
 #include "simhost/contract/ContractBook.h"
@@ -15,6 +18,9 @@ namespace {
 
 // One PluginCore per process.
 HMODULE sLibrary = nullptr;
+bool sIsOwn = false;
+// Where the plug-in's host lies: with --in-process this program lies elsewhere, among libraries of the same names.
+std::filesystem::path sHostFolder;
 
 bool IsOrdinal(LPCSTR name) { return (reinterpret_cast<ULONG_PTR>(name) >> 16) == 0; }
 
@@ -22,25 +28,43 @@ FARPROC WINAPI WatchedGetProcAddress(HMODULE module, LPCSTR name) {
     return IsOrdinal(name) ? GetProcAddress(module, name) : GuardedEntry(module, name);
 }
 
-// The folder of the library that was laid out as PluginCoreX64.dll under another name; null when it lies there itself.
-const wchar_t* OwnFolder() { return _wgetenv(kPluginCoreFolderVariable); }
+// The library that was laid out as PluginCoreX64.dll; empty for the kit's double.
+std::filesystem::path OwnLibrary() {
+    const wchar_t* const file = _wgetenv(kPluginCoreFileVariable);
+    return file == nullptr ? std::filesystem::path() : file;
+}
+
+std::string ContentsOf(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::filesystem::path FileOf(HMODULE module) {
+    wchar_t path[MAX_PATH] = L"";
+    GetModuleFileNameW(module, path, MAX_PATH);
+    return path;
+}
+
+// By its bytes: a scenario says where the copies lie, and may move them.
+bool IsCopyOfOwn(HMODULE library) {
+    return !OwnLibrary().empty() && ContentsOf(FileOf(library)) == ContentsOf(OwnLibrary());
+}
 
 // Whether Windows takes the laid-out file, and does not search on.
 bool IsLaidOut(const std::filesystem::path& library) {
-    wchar_t program[MAX_PATH] = L"";
-    GetModuleFileNameW(nullptr, program, MAX_PATH);
     std::error_code ignored;
-    return std::filesystem::exists(std::filesystem::path(program).parent_path() / library, ignored);
+    return std::filesystem::exists(sHostFolder / library, ignored);
 }
 
 // What the library needs lies where it was taken from. That folder is searched from here on, but not for the library
 // itself.
 HMODULE WINAPI WatchedLoadLibraryA(LPCSTR file) {
     const std::filesystem::path path(file);
-    if (OwnFolder() != nullptr && path.wstring().ends_with(L"PluginCoreX64.dll") && IsLaidOut(path)) {
-        SetDllDirectoryW(OwnFolder());
+    if (IsOwnLibraryAsked() && path.wstring().ends_with(L"PluginCoreX64.dll") && IsLaidOut(path)) {
+        SetDllDirectoryW(OwnLibrary().parent_path().c_str());
     }
-    return LoadLibraryA(file);
+    const bool isInProcess = FileOf(nullptr).parent_path() != sHostFolder;
+    return isInProcess && path.is_relative() ? LoadLibraryW((sHostFolder / path).c_str()) : LoadLibraryA(file);
 }
 
 }  // namespace
@@ -53,6 +77,7 @@ FARPROC GuardedEntry(HMODULE library, const char* name) {
     }
     if (sLibrary != library) {
         sLibrary = library;
+        sIsOwn = IsCopyOfOwn(library);
         GuardedMemory::SetLibrary(library);
         WatchLibrary(library);
     }
@@ -68,10 +93,14 @@ void KeepBookIfAsked() {
 
 void WatchPluginCore(HMODULE plugin) {
     KeepBookIfAsked();
+    sHostFolder = FileOf(plugin).parent_path().parent_path();
     ReplaceImport(plugin, "LoadLibraryA", AsReplacement(WatchedLoadLibraryA));
     ReplaceImport(plugin, "GetProcAddress", AsReplacement(WatchedGetProcAddress));
 }
 
 HMODULE WatchedLibrary() { return sLibrary; }
+
+bool IsOwnLibraryAsked() { return !OwnLibrary().empty(); }
+bool IsOwnLibraryWatched() { return sIsOwn; }
 
 }  // namespace simhost::contract

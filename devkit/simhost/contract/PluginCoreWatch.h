@@ -12,8 +12,8 @@ namespace simhost::contract {
 constexpr const wchar_t* kContractRecordVariable = L"QUORVEL_CONTRACT_RECORD";
 void KeepBookIfAsked();
 
-// Names the folder that a library of one's own was copied from.
-constexpr const wchar_t* kPluginCoreFolderVariable = L"QUORVEL_PLUGINCORE_FOLDER";
+// Names the library of one's own that was laid out as PluginCoreX64.dll.
+constexpr const wchar_t* kPluginCoreFileVariable = L"QUORVEL_PLUGINCORE_FILE";
 
 // For the loaded plug-in, until it is unloaded.
 void WatchPluginCore(HMODULE plugin);
@@ -23,5 +23,9 @@ FARPROC GuardedEntry(HMODULE library, const char* name);
 
 // The library in which the plug-in has looked for entries last; null when in none.
 HMODULE WatchedLibrary();
+
+// Whether a library of one's own is to be played with, and that one is watched: a scenario may lay out others.
+bool IsOwnLibraryAsked();
+bool IsOwnLibraryWatched();
 
 }  // namespace simhost::contract

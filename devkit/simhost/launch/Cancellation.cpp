@@ -24,7 +24,10 @@ BOOL WINAPI OnRequest(DWORD request) {
 
 }  // namespace
 
-void ListenForCancellation() { SetConsoleCtrlHandler(&OnRequest, TRUE); }
+void ListenForCancellation() {
+    static const BOOL sListens = SetConsoleCtrlHandler(&OnRequest, TRUE);
+    static_cast<void>(sListens);
+}
 
 void ThrowIfCancelled() {
     if (sIsRequested) {

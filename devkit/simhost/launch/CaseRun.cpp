@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
@@ -10,7 +11,6 @@
 #include "doubles/common/Text.h"
 #include "simhost/contract/PluginCoreWatch.h"
 #include "simhost/launch/ChildProcess.h"
-#include "simhost/launch/DesktopLock.h"
 #include "simhost/launch/Job.h"
 #include "simhost/launch/LaunchInfoFiles.h"
 #include "simhost/launch/Leftovers.h"
@@ -46,6 +46,16 @@ std::filesystem::path PluginCoreFile(const std::filesystem::path& named) {
     return file;
 }
 
+// Whoever names a library wants to hear of that one.
+void CheckIsLaidOut(const std::filesystem::path& pluginCore, const Scenario& scenario) {
+    const bool isLaidOut = std::any_of(scenario.copies.begin(), scenario.copies.end(),
+                                       [](const CopyToMake& copy) { return copy.what == kPluginCoreName; });
+    if (!pluginCore.empty() && !isLaidOut) {
+        throw std::runtime_error("the scenario lays out no PluginCoreX64.dll, so " + Utf8(pluginCore.wstring()) +
+                                 " would never be called");
+    }
+}
+
 // Removes the run's folder when it was made for this run alone.
 class FolderForOneRun {
   public:
@@ -67,9 +77,9 @@ class FolderForOneRun {
     bool mKeep;
 };
 
-// For the process that is started, and for this one: it may have read its variables already.
+// For the process that is started, and for this one: it may have read its variables already. An empty value is none.
 void SetVariable(const wchar_t* name, const std::filesystem::path& value) {
-    SetEnvironmentVariableW(name, value.c_str());
+    SetEnvironmentVariableW(name, value.empty() ? nullptr : value.c_str());
     _wputenv_s(name, value.c_str());
 }
 
@@ -146,11 +156,10 @@ Verdict RunCase(const ScenarioFile& file, const std::string& caseName, const Run
     const RunFolder folder(options.workFolder, plugin);
     Scenario scenario = file.Read(caseName, folder.PlaceholdersForScenarios());
     Vary(scenario, options.variation);
-    if (TakeDesktop(!options.noWait)) {
-        ClearLeftovers();
-    }
+    BeginRuns(!options.noWait);
     const FolderForOneRun forOneRun(folder.Root(), options.keepFolder);
     const std::filesystem::path pluginCore = PluginCoreFile(options.pluginCore);
+    CheckIsLaidOut(pluginCore, scenario);
     folder.LayOut(scenario, plugin, KitFolder(), pluginCore);
     const LaunchInfoFiles launchInfo(scenario.launchInfo);
     const Job job;
@@ -160,8 +169,7 @@ Verdict RunCase(const ScenarioFile& file, const std::string& caseName, const Run
         options.record.empty() ? folder.Root() / L"result.json" : std::filesystem::absolute(options.record);
     std::filesystem::remove(record);
     NameRecordsAndScripts(folder);
-    SetEnvironmentVariableW(contract::kPluginCoreFolderVariable,
-                            pluginCore.empty() ? nullptr : pluginCore.parent_path().c_str());
+    SetVariable(contract::kPluginCoreFileVariable, pluginCore);
     if (options.inProcess) {
         Perform({file.Path(), caseName, folder.Root(), folder.Plugin().filename(), record, options.tell,
                  options.variation});

@@ -4,12 +4,14 @@
 #include <utility>
 
 #include "doubles/common/Text.h"
+#include "simhost/launch/Cancellation.h"
 
 namespace simhost {
 
 namespace {
 
 constexpr int kAttempts = 64;
+constexpr DWORD kPauseMilliseconds = 50;
 
 }  // namespace
 
@@ -57,8 +59,12 @@ ChildProcess::~ChildProcess() {
 }
 
 std::optional<DWORD> ChildProcess::WaitFor(std::int64_t milliseconds) const {
-    if (WaitForSingleObject(mProcess, static_cast<DWORD>(milliseconds)) != WAIT_OBJECT_0) {
-        return std::nullopt;
+    const ULONGLONG end = GetTickCount64() + static_cast<ULONGLONG>(milliseconds);
+    while (WaitForSingleObject(mProcess, kPauseMilliseconds) != WAIT_OBJECT_0) {
+        ThrowIfCancelled();
+        if (GetTickCount64() >= end) {
+            return std::nullopt;
+        }
     }
     DWORD code = 0;
     GetExitCodeProcess(mProcess, &code);

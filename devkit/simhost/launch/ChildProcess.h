@@ -23,7 +23,7 @@ class ChildProcess {
     ChildProcess& operator=(ChildProcess&&) = delete;
 
     DWORD Id() const { return mId; }
-    // The exit code; nothing when the process still runs after that time.
+    // The exit code; nothing when the process still runs after that time. Throws Cancelled.
     std::optional<DWORD> WaitFor(std::int64_t milliseconds) const;
 
   private:

@@ -3,6 +3,7 @@
 #include <system_error>
 #include <vector>
 
+#include "simhost/launch/DesktopLock.h"
 #include "simhost/launch/LaunchInfoFiles.h"
 #include "simhost/launch/OwnFolder.h"
 
@@ -10,7 +11,10 @@ namespace simhost {
 
 std::filesystem::path FolderOfRuns() { return std::filesystem::temp_directory_path() / L"simhost-runs"; }
 
-void ClearLeftovers() {
+void BeginRuns(bool waits) {
+    if (!TakeDesktop(waits)) {
+        return;
+    }
     LaunchInfoFiles::PutBackLeftovers();
     std::error_code ignored;
     std::vector<std::filesystem::path> folders;

@@ -1,4 +1,4 @@
-// What an earlier run could not put back because its process was killed. To be called while no other run is under way.
+// What an earlier run could not put back because its process was killed.
 #pragma once
 
 #include <filesystem>
@@ -8,7 +8,9 @@ namespace simhost {
 // Where runs take place that nobody names a folder for.
 std::filesystem::path FolderOfRuns();
 
-// Removes folders of earlier runs, and puts back launch-info files. Throws std::runtime_error.
-void ClearLeftovers();
+// Waits until no other run is under way on this desktop (see DesktopLock.h) and keeps others waiting from then on; then
+// removes folders of earlier runs, and puts back launch-info files. Once for each process. Throws std::runtime_error,
+// Cancelled.
+void BeginRuns(bool waits);
 
 }  // namespace simhost

@@ -71,7 +71,7 @@ void RunFolder::LayOut(const Scenario& scenario, const std::filesystem::path& pl
     MakeWay(mRoot, Plugin());
     Copy(plugin, Plugin());
     for (const CopyToMake& copy : scenario.copies) {
-        const bool isReplaced = !pluginCore.empty() && copy.what == "PluginCoreX64.dll";
+        const bool isReplaced = !pluginCore.empty() && copy.what == kPluginCoreName;
         MakeWay(mRoot, At(copy.to));
         Copy(isReplaced ? pluginCore : kit / Wide(copy.what), At(copy.to));
     }

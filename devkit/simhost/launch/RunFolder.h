@@ -16,6 +16,9 @@
 
 namespace simhost {
 
+// The name under which scenarios copy the PluginCore; a library of one's own takes its place.
+constexpr const char* kPluginCoreName = "PluginCoreX64.dll";
+
 class RunFolder {
   public:
     // Of a folder that exists, or that LayOut will make. Absolute.

@@ -46,7 +46,16 @@ void Complain(const std::string& rule, const std::vector<std::string>& texts, st
 }
 
 Json AsJson(const Violation& violation) {
-    return {{"rule", NameOf(violation.rule)}, {"amount", violation.amount}, {"text", violation.text}};
+    Json json = {{"rule", NameOf(violation.rule)}, {"amount", violation.amount}, {"text", violation.text}};
+    if (!violation.module.empty()) {
+        json["module"] = violation.module;
+    }
+    return json;
+}
+
+Violation AsViolation(const Json& json) {
+    return {FindRule(json.at("rule").get<std::string>())->rule, json.at("amount"), json.at("text"),
+            json.value("module", std::string())};
 }
 
 Json ViolationsAsJson(const RuleBook& book) {
@@ -142,11 +151,10 @@ void CompleteResult(const std::filesystem::path& file, const Scenario& scenario,
     }
     RuleBook book;
     for (const Json& violation : isThere ? result["violations"] : ReadLines(notedViolations)) {
-        book.Broken(FindRule(violation.at("rule").get<std::string>())->rule, violation.at("text"),
-                    violation.at("amount"));
+        book.Broken(AsViolation(violation));
     }
     for (Violation& violation : seenFromOutside) {
-        book.Broken(violation.rule, std::move(violation.text), violation.amount);
+        book.Broken(std::move(violation));
     }
     const Verdict verdict = Judge(book, scenario.expect);
     result["scenario"] = scenario.title;
@@ -162,7 +170,11 @@ Verdict ReadResult(const std::filesystem::path& file) {
         throw std::runtime_error("there is no result");
     }
     const Json result = Json::parse(stream);
-    return {result.at("passed").get<bool>(), result.at("complaints").get<std::vector<std::string>>()};
+    Verdict verdict{result.at("passed").get<bool>(), result.at("complaints").get<std::vector<std::string>>()};
+    for (const Json& violation : result.at("violations")) {
+        verdict.violations.push_back(AsViolation(violation));
+    }
+    return verdict;
 }
 
 }  // namespace simhost

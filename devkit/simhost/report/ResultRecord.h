@@ -13,6 +13,7 @@ namespace simhost {
 struct Verdict {
     bool passed;
     std::vector<std::string> complaints;  // one line each
+    std::vector<Violation> violations{};  // all, announced ones among them
 };
 
 // Compares the noted violations with those that the scenario announces.

@@ -71,6 +71,7 @@ int Perform(const PerformOptions& options) {
     } catch (const std::exception& error) {
         Host().rules.Broken(Rule::kNotReached, error.what());
     }
+    CheckOwnLibraryWasPlayed();
     report->EndStep();
     return Conclude(*scenario, options);
 }

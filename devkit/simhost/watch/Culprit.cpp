@@ -84,6 +84,11 @@ Culprit FindCulprit(const std::vector<Frame>& stack, const std::filesystem::path
     return culprit;
 }
 
+std::string ModuleOf(const Culprit& culprit) {
+    const std::optional<Frame>& frame = culprit.guest ? culprit.guest : culprit.code;
+    return frame && frame->module != nullptr ? frame->module->Name() : "";
+}
+
 std::string InWords(const Frame& frame) {
     if (frame.symbol.function.empty()) {
         return PlaceInModule(frame);

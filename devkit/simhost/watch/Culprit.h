@@ -21,6 +21,10 @@ struct Culprit {
 // `program`: the host's own program, which is blamed for itself but has been called by somebody.
 Culprit FindCulprit(const std::vector<Frame>& stack, const std::filesystem::path& program);
 
+// The file name of the module to blame; empty when none is known. The host's own program is blamed only when no other
+// has called it.
+std::string ModuleOf(const Culprit& culprit);
+
 // "in Function of Module (file:line), called by ...; at Module+0x1234".
 std::string InWords(const Culprit& culprit);
 // The function, or the place in the module when it has no known name.

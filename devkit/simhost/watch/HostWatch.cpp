@@ -163,8 +163,9 @@ class Watch {
     }
 
     void OnCrash(const EXCEPTION_RECORD& record, const CallStack& stack) {
+        const Culprit culprit = CulpritOf(stack);
         Lose(IsFailFast(record.ExceptionCode) ? Rule::kFailFast : Rule::kCrash,
-             InWords(record) + " " + InWords(CulpritOf(stack)));
+             InWords(record) + " " + InWords(culprit), ModuleOf(culprit));
     }
 
     void OnEndAttempt(const EndAttempt& attempt, DWORD threadId, HANDLE thread) {
@@ -182,11 +183,11 @@ class Watch {
         const bool isByHost = !culprit.guest && culprit.code && culprit.code->module != nullptr &&
                               culprit.code->module->path.filename() == mHost.program.filename();
         if (isByHost) {
-            Lose(Rule::kLostVerdict, ended + InWords(culprit));
+            Lose(Rule::kLostVerdict, ended + InWords(culprit), ModuleOf(culprit));
         } else if (culprit.called == "abort") {
-            Lose(Rule::kCrash, "abort() was called " + InWords(culprit));
+            Lose(Rule::kCrash, "abort() was called " + InWords(culprit), ModuleOf(culprit));
         } else {
-            Lose(Rule::kProcessEnded, ended + InWords(culprit));
+            Lose(Rule::kProcessEnded, ended + InWords(culprit), ModuleOf(culprit));
         }
     }
 
@@ -198,10 +199,11 @@ class Watch {
         if (mLastFault && mLastFault->first.ExceptionCode == exitCode) {
             OnCrash(mLastFault->first, mLastFault->second);
         } else if (IsFailFast(exitCode)) {
-            Lose(Rule::kFailFast, "the process ended with " + NameOfException(exitCode));
+            Lose(Rule::kFailFast, "the process ended with " + NameOfException(exitCode), "");
         } else {
             Lose(Rule::kLostVerdict,
-                 "the process was ended from outside, without a result; its exit code is " + ExitCodeInWords(exitCode));
+                 "the process was ended from outside, without a result; its exit code is " + ExitCodeInWords(exitCode),
+                 "");
         }
     }
 
@@ -219,19 +221,26 @@ class Watch {
         if (inStep > mLimits.stepSeconds * 1000) {
             OnStepLimit();
         } else if (static_cast<std::int64_t>(now - mBegan) > mLimits.runSeconds * 1000) {
-            Lose(Rule::kTimeLimit, "the run was ended after " + std::to_string(mLimits.runSeconds) +
-                                       " seconds; the main thread was " + InWords(CulpritOf(StackOf(mMainThread))));
+            const Culprit culprit = CulpritOf(StackOf(mMainThread));
+            Lose(Rule::kTimeLimit,
+                 "the run was ended after " + std::to_string(mLimits.runSeconds) + " seconds; the main thread was " +
+                     InWords(culprit),
+                 ModuleOf(culprit));
         }
     }
 
     void OnStepLimit() {
         const std::string after = "after " + std::to_string(mLimits.stepSeconds) + " seconds";
         if (const auto dialog = FindOpenDialog(mProcessId)) {
-            Lose(Rule::kModalDialog, InWords(*dialog) + " waits for an answer that nobody gives, still " + after +
-                                         "; it was opened " + InWords(CulpritOf(StackOf(dialog->thread))));
+            const Culprit culprit = CulpritOf(StackOf(dialog->thread));
+            Lose(Rule::kModalDialog,
+                 InWords(*dialog) + " waits for an answer that nobody gives, still " + after + "; it was opened " +
+                     InWords(culprit),
+                 ModuleOf(culprit));
         } else {
-            Lose(Rule::kHang, "the step had not ended " + after + "; the main thread is " +
-                                  InWords(CulpritOf(StackOf(mMainThread))));
+            const Culprit culprit = CulpritOf(StackOf(mMainThread));
+            Lose(Rule::kHang, "the step had not ended " + after + "; the main thread is " + InWords(culprit),
+                 ModuleOf(culprit));
         }
     }
 
@@ -274,10 +283,10 @@ class Watch {
     }
 
     // The run is over; the first finding is the one that counts.
-    void Lose(Rule rule, const std::string& text) {
+    void Lose(Rule rule, const std::string& text, const std::string& module) {
         mIsLost = true;
         mLostAt = GetTickCount64();
-        mEnd.findings.push_back({rule, 1, WhereItIs(mRecorder.Read()) + ": " + text});
+        mEnd.findings.push_back({rule, 1, WhereItIs(mRecorder.Read()) + ": " + text, module});
         TerminateProcess(mProcess, kEndedFromOutside);
     }
 

@@ -1,0 +1,119 @@
+#!/usr/bin/env python3
+"""What a check and a run with a library of one's own say when something goes wrong, and whom they blame.
+
+ - nothing passes that was not played or not recorded
+ - the library is not blamed for a plug-in or a host that fails, and is for what it does itself
+
+The folder of the built libraries and the command that runs simhost follow on the command line.
+"""
+
+import json
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+ROOT = pathlib.Path(__file__).parents[2]
+FOLDER = pathlib.Path()
+COMMAND = []
+
+
+class Runs(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def run_simhost(self, *arguments, code) -> tuple[str, str]:
+        done = subprocess.run([*COMMAND, *map(str, arguments)], capture_output=True, check=False, cwd=ROOT)
+        printed, complaints = done.stdout.decode(), done.stderr.decode()
+        self.assertEqual(done.returncode, code, printed + complaints)
+        return printed, complaints
+
+    def contract(self, library: str, *arguments, code):
+        return self.run_simhost("contract", FOLDER / f"{library}.dll", *arguments, code=code)
+
+    def play(self, scenario, library: pathlib.Path, *arguments, code):
+        printed, complaints = self.run_simhost("play", scenario, "--quiet", "--plugincore", library, *arguments, code=code)
+        if code != 0:
+            self.assertNotIn("Passed", printed)
+        return printed, complaints
+
+    def scenario(self, **members) -> pathlib.Path:
+        path = self.folder / "scenario.json"
+        path.write_text(json.dumps({"title": "T", "begin": {"calls": "any"}, "steps": [], **members}), encoding="utf-8")
+        return path
+
+    # ---- Nothing passes that was not played ----
+
+    def test_a_plugin_that_is_not_there_or_none_is_told(self):
+        _, complaints = self.contract("ExamplePluginCore", "--plugin", "nowhere.aip", code=2)
+        self.assertRegex(complaints, r"the plug-in .*nowhere\.aip does not exist")
+        _, complaints = self.contract("ExamplePluginCore", "--plugin", "README.md", code=2)
+        self.assertRegex(complaints, r"the plug-in .*README\.md is a text")
+
+    def test_a_plugin_that_never_calls_the_library_proves_nothing(self):
+        printed, _ = self.contract("ExamplePluginCore", "--plugin", FOLDER.parent / "FaultyPlugin.aip", code=2)
+        self.assertIn("not the library's doing: the library of --plugincore was never called", printed)
+        self.assertTrue(printed.endswith("Not checked to the end: the note tells why.\n"), printed)
+
+    def test_a_scenario_that_lays_out_no_plugincore_is_not_played(self):
+        _, complaints = self.play("devkit/scenarios/location-nowhere.json", FOLDER / "ExamplePluginCore.dll", code=2)
+        self.assertIn("lays out no PluginCoreX64.dll", complaints)
+
+    def test_a_library_that_is_never_called_does_not_pass(self):
+        """Its own folder is not searched either, although a PluginCoreX64.dll lies there."""
+        elsewhere = {"copy": "PluginCoreX64.dll", "to": "elsewhere/PluginCoreX64.dll"}
+        other = {"copy": "PluginCoreWithoutGetMenus.dll", "to": "host/PluginCoreX64.dll"}
+        for copies in ([elsewhere], [elsewhere, other]):
+            path = self.scenario(copies=copies, end=[
+                {"do": verb, "calls": "any"} for verb in ("application_shutdown", "shutdown", "unload")])
+            for arguments in ((), ("--until", "1"), ("--in-process",)):
+                with self.subTest(copies=len(copies), arguments=arguments):
+                    _, complaints = self.play(path, FOLDER.parent / "PluginCoreX64.dll", *arguments, code=1)
+                    self.assertIn("FAILED unrecorded: the library of --plugincore was never called\n", complaints)
+
+    def test_a_run_in_the_same_process_takes_the_library_too(self):
+        self.play("tests/contract/any-calls.json", FOLDER / "ExamplePluginCore.dll", "--in-process", code=0)
+
+    def test_a_file_that_is_no_library_is_refused(self):
+        library = (FOLDER / "ExamplePluginCore.dll").read_bytes()
+        machine = library.index(b"PE\0\0") + 4
+        for name, content, complaint in (
+            ("text", b"not a library\n", "is a text"),
+            ("32-bit", library[:machine] + (0x14C).to_bytes(2, "little") + library[machine + 2:], "is a 32-bit file"),
+        ):
+            path = self.folder / f"{name}.dll"
+            path.write_bytes(content)
+            _, complaints = self.play("tests/contract/any-calls.json", path, code=2)
+            self.assertRegex(complaints, rf"the PluginCore .*{name}\.dll {complaint}")
+
+    # ---- Who is to blame ----
+
+    def test_the_library_is_not_blamed_for_a_plugin_that_crashes(self):
+        printed, _ = self.contract("ExamplePluginCore", "--plugin", FOLDER.parent / "CrashesAtStart.aip", code=2)
+        self.assertRegex(printed, r"not the library's doing: crash: day\.json\.begin\[0\].* of CrashesAtStart\.aip")
+        self.assertIn(" 0 broken", printed)
+
+    def test_a_library_that_ends_a_run_is_named(self):
+        inside = r"message \"AI Notifier\"/\"AI Notify\", entry HandleOpenExistingDocument, call 1: "
+        place = r" of PluginCoreX64\.dll \(Faults\.c:\d+\)"
+        for fault, rule, pattern in (
+            ("Crashes", "crash", r"access violation .* writing 0x10 in Crash" + place),
+            ("OverflowsStack", "crash", r"stack overflow .* in OverflowStack" + place),
+            ("Hangs", "hang", r"the step had not ended after 3 seconds; the main thread is in Hang" + place),
+            ("Exits", "process-ended", r"the process was ended with code 0 .* in Exit" + place),
+            ("CallsExit", "process-ended", r"the process was ended with code 3 .* in CallExit" + place),
+            ("Aborts", "crash", r"abort\(\) was called in Abort" + place),
+        ):
+            with self.subTest(fault):
+                _, complaints = self.play("tests/contract/any-calls.json", FOLDER / f"Faulty{fault}.dll",
+                                          "--step-time-limit", "3", code=1)
+                self.assertRegex(complaints, rf"^FAILED {rule}: any-calls\.json\.steps\[0\], {inside}{pattern}")
+
+
+if __name__ == "__main__":
+    FOLDER = pathlib.Path(sys.argv[1])
+    COMMAND = [str(pathlib.Path(word).resolve()) if pathlib.Path(word).exists() else word for word in sys.argv[2:]]
+    unittest.main(argv=sys.argv[:1])
