@@ -100,6 +100,12 @@ static void KeepBuffer(Call* call) {
 
 static void FreeText(Call* call) { free((char*)call->report); }
 
+static void ReallocateText(Call* call) {
+    static char* volatile sOwn;
+    sOwn = realloc((char*)call->report, 4096);
+    (void)sOwn;
+}
+
 static void ChangeState(Call* call) { call->state->loadExtension = NULL; }
 
 static void AnswerTwo(Call* call) { *call->flag = 2; }
@@ -209,6 +215,24 @@ static DWORD WINAPI Wait(void* ignored) {
 static void LeaveThread(Call* call) {
     (void)call;
     CloseHandle(CreateThread(NULL, 0, &Wait, NULL, 0, NULL));
+}
+
+static void LeaveManyThreads(Call* call) {
+    int i;
+    for (i = 0; i < 32; ++i) {
+        LeaveThread(call);
+    }
+}
+
+/* Through no import. */
+static void LeaveWindowUnseen(Call* call) {
+    typedef HWND(WINAPI * Create)(DWORD, LPCSTR, LPCSTR, DWORD, int, int, int, int, HWND, HMENU, HINSTANCE, LPVOID);
+    const FARPROC create = GetProcAddress(GetModuleHandleW(L"user32.dll"), "CreateWindowExA");
+    HMODULE self = NULL;
+    (void)call;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       (LPCWSTR)(const void*)&sStarts, &self);
+    ((Create)(void (*)(void))create)(0, "Static", "", WS_POPUP, 0, 0, 1, 1, NULL, NULL, self, NULL);
 }
 
 /* One that ends by itself in the end, should nobody else end it. */
@@ -332,6 +356,7 @@ static const Fault kFaults[] = {
     {"KeepsText", "HandleOpenExistingDocument", &KeepText},
     {"KeepsBuffer", "HandleCreateNewDocument", &KeepBuffer},
     {"FreesText", "HandleSaveDocument", &FreeText},
+    {"ReallocatesText", "HandleSaveDocument", &ReallocateText},
     {"ChangesState", "RegisterPlugPlug", &ChangeState},
     {"AnswersTwo", "PluginIsEnabled", &AnswerTwo},
     {"WritesBehindText", "GetIDForDocument", &WriteBehindText},
@@ -357,7 +382,9 @@ static const Fault kFaults[] = {
     {"FailsSecondStart", "InitializePluginCoreInterface", &FailSecondStart},
     {"LeavesHook", "InitializePluginCoreInterface", &LeaveHook},
     {"LeavesWindow", "InitializePluginCoreInterface", &LeaveWindow},
+    {"LeavesWindowUnseen", "InitializePluginCoreInterface", &LeaveWindowUnseen},
     {"LeavesThread", "InitializePluginCoreInterface", &LeaveThread},
+    {"LeavesManyThreads", "InitializePluginCoreInterface", &LeaveManyThreads},
     {"LeavesProcess", "InitializePluginCoreInterface", &LeaveProcess},
     {"Leaks", "IdleEvent", &Leak},
     {"Crashes", "HandleOpenExistingDocument", &Crash},
@@ -371,6 +398,8 @@ static const Fault kFaults[] = {
     {"FailsFast", "HandleOpenExistingDocument", &FailFast},
     {"ShowsDialog", "HandleOpenExistingDocument", &ShowDialog},
     {"TakesTime", "HandleSaveDocument", &TakeTime},
+    {"ReadsBehindTextSlowly", "HandleSaveDocument", &ReadBehindText},
+    {"ReadsBehindTextSlowly", "HandleSaveDocument", &TakeTime},
 };
 
 int HasFault(const char* fault) { return strcmp(kFault, fault) == 0; }

@@ -9,6 +9,7 @@ The folder of the built libraries and the command that runs simhost follow on th
 
 import json
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -111,6 +112,26 @@ class Runs(unittest.TestCase):
                 _, complaints = self.play("tests/contract/any-calls.json", FOLDER / f"Faulty{fault}.dll",
                                           "--step-time-limit", "3", code=1)
                 self.assertRegex(complaints, rf"^FAILED {rule}: any-calls\.json\.steps\[0\], {inside}{pattern}")
+
+    # ---- The layer's own work is not charged to the library ----
+
+    def seen(self, library: str) -> dict:
+        printed, _ = self.contract(library, "--level", "pedantic", "--json", code=1)
+        return {clause["clause"]: clause["seen"] for clause in json.loads(printed)["clauses"] if clause["seen"]}
+
+    def test_threads_are_neither_waited_for_one_by_one_nor_named_at_once(self):
+        seen = self.seen("FaultyLeavesManyThreads")
+        self.assertEqual(set(seen) - {"slow"}, {"thread-left"})
+        self.assertIn("it left 32 threads that run Wait of ", seen["thread-left"][0]["text"])
+        for sighting in seen.get("slow", []):
+            # The threads themselves take some, the more so with a debugger at work.
+            self.assertLess(int(re.search(r"took (\d+) ms", sighting["text"])[1]), 1500, sighting)
+
+    def test_a_call_whose_fault_was_noted_is_not_slow(self):
+        """The library takes its time as well; but nobody can tell the one from the other."""
+        seen = self.seen("FaultyReadsBehindTextSlowly")
+        self.assertEqual({sighting["entry"] for sighting in seen["argument-behind"]}, {"HandleSaveDocument"})
+        self.assertNotIn("HandleSaveDocument", {sighting["entry"] for sighting in seen.get("slow", [])})
 
 
 if __name__ == "__main__":

@@ -29,10 +29,12 @@ FAULTS = {
     "WritesToNullBuffer": ("null-buffer", "HandleOpenExistingDocument"),
     "RefusesNullBuffer": ("null-buffer", "HandleOpenExistingDocument"),
     "ReadsBehindText": ("argument-behind", "HandleSaveDocument"),
+    "ReadsBehindTextSlowly": ("argument-behind", "HandleSaveDocument"),
     "WritesToText": ("argument-written", "HandleCloseDocument"),
     "KeepsText": ("argument-kept", "HandleOpenExistingDocument"),
     "KeepsBuffer": ("argument-kept", "HandleCreateNewDocument"),
     "FreesText": ("argument-freed", "HandleSaveDocument"),
+    "ReallocatesText": ("argument-freed", "HandleSaveDocument"),
     "ChangesState": ("messaging-state", "RegisterPlugPlug"),
     "AnswersTwo": ("flag-value", "PluginIsEnabled"),
     "Throws": ("exception", "HandleSaveDocument"),
@@ -51,7 +53,9 @@ FAULTS = {
     "FailsSecondStart": ("second-start", "InitializePluginCoreInterface"),
     "LeavesHook": ("hook-left", "TerminatePluginCoreInterface"),
     "LeavesWindow": ("window-left", "TerminatePluginCoreInterface"),
+    "LeavesWindowUnseen": ("window-left", "TerminatePluginCoreInterface"),
     "LeavesThread": ("thread-left", "TerminatePluginCoreInterface"),
+    "LeavesManyThreads": ("thread-left", "TerminatePluginCoreInterface"),
     "LeavesProcess": ("process-left", "TerminatePluginCoreInterface"),
     "Leaks": ("memory-grows", "IdleEvent"),
     "LacksEntry": ("entries-missing", ""),
@@ -96,7 +100,8 @@ def check_faults(contract: Contract):
             yield f"Faulty{name}: expected {expected}, but came {json.dumps(broken)}"
             continue
         entries = {sighting["entry"] for sighting in broken[expected]}
-        if expected not in HINTS and entries != {entry}:
+        # The machine may be slow at other entries as well.
+        if entry not in entries or (expected not in HINTS and entries != {entry}):
             yield f"Faulty{name}: the entries at fault are {entries}, expected {entry!r}"
         if code != (0 if expected in HINTS else 1):
             yield f"Faulty{name}: the exit code is {code}"

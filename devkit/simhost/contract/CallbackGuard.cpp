@@ -29,8 +29,11 @@ std::int32_t CallbackGuard::OnItem(const char* id, const char* label, const char
     if (!guard.IsInTime(item)) {
         return kPluginCoreBadParameter;
     }
+    const auto began = std::chrono::steady_clock::now();
     guard.Check(item);
-    return guard.PassOn(item);
+    const std::int32_t answer = guard.PassOn(item);
+    guard.mTimeOfCaller += std::chrono::steady_clock::now() - began;
+    return answer;
 }
 
 bool CallbackGuard::IsInTime(const Item& item) const {

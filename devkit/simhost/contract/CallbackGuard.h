@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <chrono>
 #include <set>
 #include <string>
 #include <vector>
@@ -26,6 +27,8 @@ class CallbackGuard {
     void Close() { mIsOpen = false; }
     // Each item's identifier and what the plug-in answered, as in "activate -> 0".
     const std::vector<std::string>& Items() const { return mItems; }
+    // How long items took that were passed on, and their checks: the library's entry has only waited for them.
+    std::chrono::steady_clock::duration TimeOfCaller() const { return mTimeOfCaller; }
 
   private:
     struct Item {
@@ -49,6 +52,7 @@ class CallbackGuard {
     std::set<std::string> mIDs;
     std::set<std::string> mSubMenus;  // labels of the items that have one
     std::vector<std::string> mItems;
+    std::chrono::steady_clock::duration mTimeOfCaller{};
 };
 
 }  // namespace simhost::contract

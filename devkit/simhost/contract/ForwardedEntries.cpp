@@ -34,6 +34,7 @@ bool Perform(GuardedCall& call, Run run) {
     } frame{call, run};
     const auto perform = [](void* context) {
         auto* const self = static_cast<Frame*>(context);
+        self->call.Calling();
         self->call.Returned(self->run());
     };
     bool isStopped = false;

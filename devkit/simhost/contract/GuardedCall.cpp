@@ -146,7 +146,18 @@ void GuardedCall::Finding(ClauseId clause, const std::string& what) const {
     Book().Broken({clause, mEntry, mNumber, what});
 }
 
+void GuardedCall::Calling() {
+    mHitsBefore = GuardedMemory::HitsSoFar();
+    mBegan = std::chrono::steady_clock::now();
+}
+
+void GuardedCall::Returned(std::int32_t answer) {
+    mTook = std::chrono::steady_clock::now() - mBegan;
+    mCall->answer = answer;
+}
+
 void GuardedCall::LeftBy(const std::string& exception) {
+    mTook = std::chrono::steady_clock::now() - mBegan;
     mCall->exception = exception;
     Finding(ClauseId::kException, exception + " left the entry");
 }
@@ -267,11 +278,12 @@ void GuardedCall::CheckState() {
 }
 
 void GuardedCall::End() {
-    const auto took = std::chrono::steady_clock::now() - mBegan;
-    mCall->milliseconds = std::chrono::duration<double, std::milli>(took).count();
+    // Whoever notes a hit, and whoever watches this process, has held the library up meanwhile.
+    const bool isTimed = GuardedMemory::HitsSoFar() == mHitsBefore;
     GiveBack();
     if (mCallback != nullptr) {
         mCallback->Close();
+        mTook -= mCallback->TimeOfCaller();
         mRecord.Texts("items", mCallback->Items());
     }
     CheckReply();
@@ -291,7 +303,8 @@ void GuardedCall::End() {
         Book().Tried(ClauseId::kException);
     }
     mCall->arguments = mRecord.Arguments();
-    CheckTimeline(*mCall, mNumber);
+    mCall->milliseconds = std::chrono::duration<double, std::milli>(mTook).count();
+    CheckTimeline(*mCall, mNumber, isTimed);
     Book().End();
 }
 

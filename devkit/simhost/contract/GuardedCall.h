@@ -9,6 +9,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -57,8 +58,10 @@ class GuardedCall {
     CallbackGuard* Callback(PluginCoreMenuCallback callback, void* context);
     PlugPlugState* State(PlugPlugState* state);
 
+    // The library is called now; all before is the layer's own work.
+    void Calling();
     // The entry has returned, or was left by an exception.
-    void Returned(std::int32_t answer) { mCall->answer = answer; }
+    void Returned(std::int32_t answer);
     void LeftBy(const std::string& exception);
     // Gives everything back, checks and records.
     void End();
@@ -102,7 +105,9 @@ class GuardedCall {
     PlugPlugState* mState = nullptr;
     PlugPlugState mStateBefore{};
     CallerState mCallerBefore = CallerState::Now();
-    std::chrono::steady_clock::time_point mBegan = std::chrono::steady_clock::now();
+    std::chrono::steady_clock::time_point mBegan{};
+    std::chrono::steady_clock::duration mTook{};
+    std::size_t mHitsBefore = 0;
 };
 
 // Begins a call, which End ends and takes away.

@@ -43,6 +43,7 @@ std::array<Block, kBlocks> sBlocks;
 std::size_t sNext = 0;
 std::array<Hit, kHits> sHits;
 std::size_t sHitCount = 0;
+std::size_t sHitsSoFar = 0;
 HMODULE sLibrary = nullptr;
 
 std::size_t RoundUp(std::size_t size, std::size_t unit) { return (size + unit - 1) / unit * unit; }
@@ -54,6 +55,7 @@ Block* Find(const void* address) {
 }
 
 void Note(HitKind kind, const Block& block, const void* address, bool isWrite, const void* code) {
+    ++sHitsSoFar;
     if (sHitCount < kHits) {
         sHits[sHitCount++] = {
             kind, block.loan,          isWrite, static_cast<const unsigned char*>(address) - block.bytes, block.size,
@@ -203,6 +205,11 @@ bool GuardedMemory::NoteFreed(const void* pointer, const void* code) {
         Note(HitKind::kFreed, *block, pointer, false, code);
     }
     return block != nullptr;
+}
+
+std::size_t GuardedMemory::HitsSoFar() {
+    const std::lock_guard lock(sMutex);
+    return sHitsSoFar;
 }
 
 std::vector<Hit> GuardedMemory::TakeHits() {

@@ -56,6 +56,9 @@ class GuardedMemory {
     // Notes that `pointer` was given to a function that frees memory, when it lies in a block; false when it does not.
     static bool NoteFreed(const void* pointer, const void* code);
 
+    // How often anything was noted: it takes its time, which is not the library's.
+    static std::size_t HitsSoFar();
+
     // What was noted since the last call.
     static std::vector<Hit> TakeHits();
 

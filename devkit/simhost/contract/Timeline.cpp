@@ -5,7 +5,8 @@
 #include <string>
 
 #include "simhost/contract/ContractBook.h"
-#include "simhost/contract/LibraryImports.h"
+#include "simhost/contract/MadeThings.h"
+#include "simhost/contract/PluginCoreWatch.h"
 
 namespace simhost::contract {
 
@@ -48,7 +49,7 @@ void CheckLeftovers(const PluginCoreCall& call, int number) {
          {ClauseId::kHookLeft, ClauseId::kWindowLeft, ClauseId::kThreadLeft, ClauseId::kProcessLeft}) {
         Book().Tried(clause);
     }
-    for (const Leftover& left : Leftovers()) {
+    for (const Leftover& left : Leftovers(WatchedLibrary())) {
         Book().Broken({left.clause, call.entry, number, "it left " + left.what});
     }
 }
@@ -81,9 +82,11 @@ void CheckTime(const PluginCoreCall& call, int number) {
 
 }  // namespace
 
-void CheckTimeline(const PluginCoreCall& call, int number) {
+void CheckTimeline(const PluginCoreCall& call, int number, bool isTimed) {
     History& history = TheHistory();
-    CheckTime(call, number);
+    if (isTimed) {
+        CheckTime(call, number);
+    }
     if (history.isTerminated) {
         CheckAfterTerminate(call, number, history);
     } else {

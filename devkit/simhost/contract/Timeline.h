@@ -7,8 +7,9 @@
 
 namespace simhost::contract {
 
-// After each call, once it is answered. `number` is that of the call of its entry.
-void CheckTimeline(const PluginCoreCall& call, int number);
+// After each call, once it is answered. `number` is that of the call of its entry. `isTimed`: the time that it took is
+// the library's own.
+void CheckTimeline(const PluginCoreCall& call, int number, bool isTimed);
 
 // Whether TerminatePluginCoreInterface has returned.
 bool IsTerminated();

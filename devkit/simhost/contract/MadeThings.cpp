@@ -1,0 +1,195 @@
+#include "simhost/contract/MadeThings.h"
+
+#include <algorithm>
+#include <map>
+#include <mutex>
+#include <utility>
+
+#include "doubles/common/Text.h"
+#include "doubles/common/Thread.h"
+#include "simhost/contract/CodeAddress.h"
+#include "support/UniqueHandle.h"
+
+namespace simhost::contract {
+
+namespace {
+
+constexpr ULONGLONG kMomentMilliseconds = 500;
+
+struct WaitableTraits {
+    using Handle = HANDLE;
+    static HANDLE None() { return nullptr; }
+    static void Close(HANDLE handle) { CloseHandle(handle); }
+};
+
+struct MadeHook {
+    HHOOK hook;
+    int type;
+};
+
+struct MadeWindow {
+    HWND window;
+    std::string what;
+};
+
+// A thread or a process.
+struct Runner {
+    ClauseId clause;
+    UniqueHandle<WaitableTraits> handle;  // of our own, which the library cannot close
+    const void* start;                    // of a thread; named only when it is left: that takes its time
+    std::string commandLine;              // of a process
+};
+
+// Never destroyed: a library may make and end things as long as the process lives.
+struct Made {
+    Mutex mutex;
+    std::vector<MadeHook> hooks;
+    std::vector<MadeWindow> windows;
+    std::vector<Runner> runners;
+};
+
+Made& TheMade() {
+    static auto* const sMade = new Made;
+    return *sMade;
+}
+
+bool HasEnded(const Runner& runner, DWORD milliseconds) {
+    return WaitForSingleObject(runner.handle.Get(), milliseconds) == WAIT_OBJECT_0;
+}
+
+// A library may start any number one after the other: those that have ended are forgotten now and then.
+void ForgetEnded(std::vector<Runner>& runners) {
+    static std::size_t sEnough = 64;
+    if (runners.size() >= sEnough) {
+        std::erase_if(runners, [](const Runner& other) { return HasEnded(other, 0); });
+        sEnough = std::max<std::size_t>(64, 2 * runners.size());
+    }
+}
+
+void Add(ClauseId clause, HANDLE theirs, const void* start, const std::string& commandLine) {
+    HANDLE ours = nullptr;
+    if (DuplicateHandle(GetCurrentProcess(), theirs, GetCurrentProcess(), &ours, SYNCHRONIZE, FALSE, 0) == 0) {
+        return;
+    }
+    Runner runner{clause, UniqueHandle<WaitableTraits>(ours), start, commandLine};
+    Made& made = TheMade();
+    const std::lock_guard lock(made.mutex);
+    ForgetEnded(made.runners);
+    made.runners.push_back(std::move(runner));
+}
+
+std::string Describe(HWND window) {
+    wchar_t name[64] = L"";
+    GetClassNameW(window, name, static_cast<int>(std::size(name)));
+    return "a window of the class \"" + Utf8(std::wstring_view(name)) + "\"";
+}
+
+// Threads that began at the same place are told together.
+void AddRunners(const std::vector<Runner>& runners, std::vector<Leftover>& left) {
+    std::map<const void*, int> threads;
+    for (const Runner& runner : runners) {
+        if (runner.clause == ClauseId::kThreadLeft) {
+            ++threads[runner.start];
+        } else {
+            left.push_back({runner.clause, "the process " + runner.commandLine});
+        }
+    }
+    for (const auto& [start, count] : threads) {
+        const std::string who = count == 1 ? "a thread that runs " : std::to_string(count) + " threads that run ";
+        left.push_back({ClauseId::kThreadLeft, who + DescribeCode(start)});
+    }
+}
+
+bool IsWindowOf(HMODULE library, HWND window) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    const auto module = reinterpret_cast<LONG_PTR>(library);
+    return process == GetCurrentProcessId() &&
+           (GetWindowLongPtrW(window, GWLP_HINSTANCE) == module ||
+            static_cast<LONG_PTR>(GetClassLongPtrW(window, GCLP_HMODULE)) == module);
+}
+
+// Made in whatever way, on whatever thread.
+std::vector<HWND> WindowsOf(HMODULE library) {
+    std::vector<HWND> windows;
+    // Those for messages alone have a parent of their own.
+    for (const HWND parent : {HWND{nullptr}, HWND_MESSAGE}) {
+        HWND window = nullptr;
+        while ((window = FindWindowExW(parent, window, nullptr, nullptr)) != nullptr) {
+            if (IsWindowOf(library, window)) {
+                windows.push_back(window);
+            }
+        }
+    }
+    return windows;
+}
+
+void AddWindows(HMODULE library, const std::vector<MadeWindow>& made, std::vector<Leftover>& left) {
+    for (const MadeWindow& window : made) {
+        if (IsWindow(window.window) != 0) {
+            left.push_back({ClauseId::kWindowLeft, window.what});
+        }
+    }
+    for (const HWND window : WindowsOf(library)) {
+        const bool isKnown =
+            std::any_of(made.begin(), made.end(), [&](const MadeWindow& m) { return m.window == window; });
+        if (!isKnown) {
+            left.push_back({ClauseId::kWindowLeft, Describe(window)});
+        }
+    }
+}
+
+}  // namespace
+
+void NoteHook(HHOOK hook, int type) {
+    Made& made = TheMade();
+    const std::lock_guard lock(made.mutex);
+    made.hooks.push_back({hook, type});
+}
+
+void ForgetHook(HHOOK hook) {
+    Made& made = TheMade();
+    const std::lock_guard lock(made.mutex);
+    std::erase_if(made.hooks, [&](const MadeHook& other) { return other.hook == hook; });
+}
+
+void NoteWindow(HWND window) {
+    MadeWindow noted{window, Describe(window)};
+    Made& made = TheMade();
+    const std::lock_guard lock(made.mutex);
+    std::erase_if(made.windows, [](const MadeWindow& other) { return IsWindow(other.window) == 0; });
+    made.windows.push_back(std::move(noted));
+}
+
+void NoteThread(HANDLE thread, const void* start) { Add(ClauseId::kThreadLeft, thread, start, ""); }
+
+void NoteProcess(HANDLE process, const std::string& commandLine) {
+    Add(ClauseId::kProcessLeft, process, nullptr, commandLine);
+}
+
+std::vector<Leftover> Leftovers(HMODULE library) {
+    const ULONGLONG deadline = GetTickCount64() + kMomentMilliseconds;
+    Made& made = TheMade();
+    std::vector<Runner> runners;
+    std::vector<MadeWindow> windows;
+    std::vector<Leftover> left;
+    {
+        const std::lock_guard lock(made.mutex);
+        for (const MadeHook& hook : made.hooks) {
+            left.push_back({ClauseId::kHookLeft, "a hook of type " + std::to_string(hook.type)});
+        }
+        windows = made.windows;
+        runners = std::exchange(made.runners, {});
+    }
+    AddWindows(library, windows, left);
+    std::erase_if(runners, [&](const Runner& runner) {
+        const ULONGLONG now = GetTickCount64();
+        return HasEnded(runner, now < deadline ? static_cast<DWORD>(deadline - now) : 0);
+    });
+    AddRunners(runners, left);
+    const std::lock_guard lock(made.mutex);
+    std::move(runners.begin(), runners.end(), std::back_inserter(made.runners));
+    return left;
+}
+
+}  // namespace simhost::contract

@@ -1,0 +1,31 @@
+// What a library has made and must take away again: hooks, windows, threads, processes.
+//
+// Thread: NoteX and ForgetHook: any. Leftovers: main.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "simhost/contract/Clauses.h"
+
+namespace simhost::contract {
+
+void NoteHook(HHOOK hook, int type);
+void ForgetHook(HHOOK hook);
+void NoteWindow(HWND window);
+// Both handles stay the library's, which may close them. `start`: where the thread begins.
+void NoteThread(HANDLE thread, const void* start);
+void NoteProcess(HANDLE process, const std::string& commandLine);
+
+struct Leftover {
+    ClauseId clause;
+    std::string what;
+};
+
+// What is still there, and windows that belong to the library whoever made them. Threads and processes that are just
+// ending get a moment to do so, all of them together the same one.
+std::vector<Leftover> Leftovers(HMODULE library);
+
+}  // namespace simhost::contract
