@@ -3,7 +3,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include "doubles/common/Text.h"
 #include "simhost/launch/Cancellation.h"
 
 namespace simhost {
@@ -15,33 +14,12 @@ constexpr DWORD kPauseMilliseconds = 50;
 
 }  // namespace
 
-std::wstring CommandLineOf(const std::filesystem::path& program, const std::vector<std::wstring>& arguments) {
-    std::wstring line = L"\"" + program.wstring() + L"\"";
-    for (const std::wstring& argument : arguments) {
-        line += L" \"" + argument + L"\"";
-    }
-    return line;
-}
-
 ChildProcess::ChildProcess(const std::filesystem::path& program, const std::vector<std::wstring>& arguments,
                            const Job& job) {
-    std::wstring line = CommandLineOf(program, arguments);
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    const auto start = [&] {
-        return CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                              program.parent_path().c_str(), &startup, &process) != 0;
-    };
-    // About one start in a thousand fails in Wine itself, with this code and before the program begins.
-    if (!start() && !(GetLastError() == ERROR_INTERNAL_ERROR && start())) {
-        throw std::runtime_error("cannot start " + Utf8(program.wstring()) + " (error " +
-                                 std::to_string(GetLastError()) + ")");
-    }
+    const PROCESS_INFORMATION process = job.Start({program, arguments, program.parent_path()});
     CloseHandle(process.hThread);
     mProcess = process.hProcess;
     mId = process.dwProcessId;
-    job.Add(mProcess);
 }
 
 ChildProcess::ChildProcess(ChildProcess&& other) noexcept

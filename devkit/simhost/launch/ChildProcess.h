@@ -31,9 +31,6 @@ class ChildProcess {
     DWORD mId;
 };
 
-// The words of a command line; paths and option names: none holds a quote, nor ends in a backslash.
-std::wstring CommandLineOf(const std::filesystem::path& program, const std::vector<std::wstring>& arguments);
-
 // Starts the programs one after the other, such that each has a greater process identifier than the one before.
 // They belong to the job.
 std::vector<ChildProcess> StartInOrder(const std::vector<std::filesystem::path>& programs, const Job& job);

@@ -4,10 +4,20 @@
 
 #include <windows.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
 namespace simhost {
+
+struct ProgramToStart {
+    std::filesystem::path program;
+    // Paths and option names: none holds a quote, nor ends in a backslash.
+    std::vector<std::wstring> arguments{};
+    std::filesystem::path folder{};  // to run in; empty: this process's
+    DWORD flags = 0;                 // of CreateProcess
+    HANDLE output = nullptr;         // its standard output; null: this process's
+};
 
 class Job {
   public:
@@ -17,8 +27,9 @@ class Job {
     Job(const Job&) = delete;
     Job& operator=(const Job&) = delete;
 
-    // Before the process can start another one. Throws std::runtime_error.
-    void Add(HANDLE process) const;
+    // The process belongs to the job from its first moment on: there is none in which this process could be killed and
+    // leave it behind. The handles are the caller's. Throws std::runtime_error.
+    PROCESS_INFORMATION Start(const ProgramToStart& what) const;
 
     struct Member {
         DWORD id;

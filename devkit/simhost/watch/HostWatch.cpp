@@ -5,12 +5,10 @@
 #include <algorithm>
 #include <map>
 #include <optional>
-#include <stdexcept>
 #include <utility>
 
 #include "doubles/common/Text.h"
 #include "simhost/launch/Cancellation.h"
-#include "simhost/launch/ChildProcess.h"
 #include "simhost/watch/CallStack.h"
 #include "simhost/watch/Culprit.h"
 #include "simhost/watch/EndTraps.h"
@@ -67,33 +65,15 @@ class Watch {
         // Wine starts the process of its desktop with the first process that has to do with windows: that is not the
         // host, whose processes are counted.
         GetDesktopWindow();
-        std::wstring line = CommandLineOf(mHost.program, mHost.arguments);
-        STARTUPINFOW startup{};
-        startup.cb = sizeof startup;
-        PROCESS_INFORMATION process{};
-        constexpr DWORD kFlags = DEBUG_ONLY_THIS_PROCESS | CREATE_SUSPENDED | CREATE_NEW_PROCESS_GROUP;
-        const auto start = [&] {
-            return CreateProcessW(mHost.program.c_str(), line.data(), nullptr, nullptr, TRUE, kFlags, nullptr,
-                                  mHost.program.parent_path().c_str(), &startup, &process) != 0;
-        };
-        // About one start in a thousand fails in Wine itself, with this code and before the program begins.
-        if (!start() && !(GetLastError() == ERROR_INTERNAL_ERROR && start())) {
-            throw std::runtime_error("cannot start " + Utf8(mHost.program.wstring()) + " (error " +
-                                     std::to_string(GetLastError()) + ")");
-        }
+        constexpr DWORD kFlags = DEBUG_ONLY_THIS_PROCESS | CREATE_NEW_PROCESS_GROUP;
+        const PROCESS_INFORMATION process =
+            mJob.Start({mHost.program, mHost.arguments, mHost.program.parent_path(), kFlags});
         mProcess = process.hProcess;
         mProcessId = process.dwProcessId;
         mMainThread = process.dwThreadId;
         mModules.emplace(mProcess, mHost.runFolder);
         mStacks.emplace(mProcess, *mModules);
         mTraps.emplace(mProcess);
-        try {
-            mJob.Add(mProcess);
-        } catch (...) {
-            TerminateProcess(mProcess, kEndedFromOutside);
-            throw;
-        }
-        ResumeThread(process.hThread);
         CloseHandle(process.hThread);
     }
 

@@ -7,9 +7,10 @@
 #include <array>
 #include <cstddef>
 #include <cstdio>
+#include <exception>
 #include <sstream>
 
-#include "simhost/launch/ChildProcess.h"
+#include "simhost/launch/Job.h"
 
 namespace simhost {
 
@@ -25,6 +26,17 @@ std::filesystem::path ThisProgram() {
     return path;
 }
 
+// Reading nothing from an empty pipe would wait.
+std::string WhatIsIn(HANDLE pipe) {
+    DWORD size = 0;
+    PeekNamedPipe(pipe, nullptr, 0, nullptr, &size, nullptr);
+    std::string bytes(size, '\0');
+    if (size != 0) {
+        ReadFile(pipe, bytes.data(), size, &size, nullptr);
+    }
+    return bytes;
+}
+
 // Runs this program and answers what it printed; nothing when that cannot be done in time.
 std::string OutputOf(const std::vector<std::wstring>& arguments) {
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
@@ -33,28 +45,19 @@ std::string OutputOf(const std::vector<std::wstring>& arguments) {
     if (CreatePipe(&reading, &writing, &inherited, kMostOutput) == 0) {
         return {};
     }
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdOutput = writing;
-    PROCESS_INFORMATION process{};
-    const std::filesystem::path program = ThisProgram();
-    std::wstring line = CommandLineOf(program, arguments);
     std::string output;
-    if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process) !=
-        0) {
+    try {
+        const Job job;
+        const PROCESS_INFORMATION process = job.Start({ThisProgram(), arguments, {}, 0, writing});
         if (WaitForSingleObject(process.hProcess, kPatienceMilliseconds) != WAIT_OBJECT_0) {
             TerminateProcess(process.hProcess, 1);
         }
-        DWORD size = 0;
-        PeekNamedPipe(reading, nullptr, 0, nullptr, &size, nullptr);
-        output.resize(size);
-        // Reading nothing from an empty pipe waits.
-        if (size != 0) {
-            ReadFile(reading, output.data(), size, &size, nullptr);
-        }
+        output = WhatIsIn(reading);
         CloseHandle(process.hThread);
         CloseHandle(process.hProcess);
+    } catch (const std::exception&) {
+        // Names are a help, not the verdict.
+        output.clear();
     }
     CloseHandle(writing);
     CloseHandle(reading);
