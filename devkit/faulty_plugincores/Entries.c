@@ -122,5 +122,5 @@ int32_t RegisterPlugPlug(PlugPlugState* state) { return Conclude("RegisterPlugPl
 
 int32_t GetSocketPort(uint32_t* port) {
     *port = 49152;
-    return Conclude("GetSocketPort", (Call){0});
+    return Conclude("GetSocketPort", (Call){.port = port});
 }

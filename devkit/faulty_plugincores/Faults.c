@@ -11,6 +11,7 @@ static const char* sKeptText;
 static char* sKeptBuffer;
 static PluginCoreMenuCallback sKeptCallback;
 static void* sKeptContext;
+static PlugPlugState* sKeptState;
 static int sStarts;
 static int sIsTerminated;
 
@@ -74,6 +75,15 @@ static void ReadBehindText(Call* call) {
     memcpy(sCopy, call->path, strlen(call->path) + 64);
 }
 
+/* As a search backwards for a separator does it that is not there. */
+static void ReadInFrontOfText(Call* call) {
+    static volatile char sFirst;
+    sFirst = call->path[-1];
+    (void)sFirst;
+}
+
+static void WriteInFrontOfText(Call* call) { ((char*)call->path)[-1] = '"'; }
+
 /* As strtok does it. */
 static void WriteToText(Call* call) {
     char* const separator = strrchr((char*)call->path, '\\');
@@ -108,6 +118,15 @@ static void ReallocateText(Call* call) {
 
 static void ChangeState(Call* call) { call->state->loadExtension = NULL; }
 
+static void KeepState(Call* call) { sKeptState = call->state; }
+
+static void ChangeKeptState(Call* call) {
+    (void)call;
+    if (sKeptState != NULL) {
+        sKeptState->dispatch = NULL;
+    }
+}
+
 static void AnswerTwo(Call* call) { *call->flag = 2; }
 
 /* ---- Exceptions ---- */
@@ -118,7 +137,22 @@ static void Throw(Call* call) {
     RaiseException(0xE06D7363, EXCEPTION_NONCONTINUABLE, 4, parameters);
 }
 
+/* As runtime libraries of other languages do it, each with a code of its own. */
+static void Raise(Call* call) {
+    (void)call;
+    RaiseException(0x0EEDFADE, EXCEPTION_NONCONTINUABLE, 0, NULL);
+}
+
+static void RaiseToGoOn(Call* call) {
+    (void)call;
+    RaiseException(0xE0434352, 0, 0, NULL);
+}
+
 /* ---- Menus ---- */
+
+static void AddWithNullContext(Call* call) { call->callback("lone", "Lone", "Lone", 0, 1, 0, NULL, NULL); }
+
+static void AddWithOwnContext(Call* call) { call->callback("lone", "Lone", "Lone", 0, 1, 0, NULL, &sStarts); }
 
 static void AddWithoutLabel(Call* call) { call->callback("bare", NULL, "Bare", 0, 1, 0, NULL, call->context); }
 
@@ -130,6 +164,15 @@ static void AddChildFirst(Call* call) {
 }
 
 static void AddTwice(Call* call) { call->callback("activate", "Again", "Again", 0, 1, 0, NULL, call->context); }
+
+static void AddSubMenuTwice(Call* call) {
+    call->callback("more", "Fonts", "More", 0, 1, 1, NULL, call->context);
+}
+
+static void AddLabelTwice(Call* call) {
+    call->callback("about", "About", "About", 0, 1, 0, NULL, call->context);
+    call->callback("about-2", "About", "About...", 0, 1, 0, NULL, call->context);
+}
 
 static DWORD WINAPI AddOne(void* call) {
     Call* const of = call;
@@ -168,6 +211,10 @@ static void AnswerWithoutChild(Call* call) {
     Answer(call, "[{\"id\":\"fonts\",\"title\":\"Fonts\",\"enabled\":true,\"checked\":false}]");
 }
 
+static void AnswerWithNumber(Call* call) {
+    Answer(call, "[{\"id\":\"fonts\",\"title\":1,\"enabled\":true,\"checked\":false,\"child\":[]}]");
+}
+
 static void AnswerIni(Call* call) { Answer(call, "DialogSuppression=1"); }
 
 static void AnswerTrue(Call* call) { Answer(call, "{\"DialogSuppression\":true}"); }
@@ -187,6 +234,8 @@ static void NoteStarted(Call* call) {
 }
 
 static void FailOnceTerminated(Call* call) { call->answer = sIsTerminated ? 6 : call->answer; }
+
+static void ForgetPort(Call* call) { *call->port = sIsTerminated ? 0 : *call->port; }
 
 static void FailSecondStart(Call* call) { call->answer = ++sStarts > 1 ? 5 : call->answer; }
 
@@ -252,6 +301,11 @@ static void Leak(Call* call) {
     (void)call;
     sLost = malloc(40);
     (void)sLost;
+}
+
+static void LeakHandle(Call* call) {
+    (void)call;
+    CreateEventW(NULL, FALSE, FALSE, NULL);
 }
 
 /* ---- What belongs to the host ---- */
@@ -336,6 +390,39 @@ static void TakeTime(Call* call) {
     Sleep(120);
 }
 
+/* Longer than a call may take in the test, when a probe's calls are added up. */
+static void TakeMoreTime(Call* call) {
+    (void)call;
+    Sleep(400);
+}
+
+/* ---- No faults: what the contract allows ---- */
+
+/* With the length of the text in place of its size. */
+static void ReplyTellingLength(Call* call) {
+    if (call->buffer != NULL && *call->size > strlen("Missing-Font")) {
+        strcpy(call->buffer, "Missing-Font");
+        *call->size = strlen("Missing-Font");
+    }
+}
+
+/* The zero is counted. */
+static void ReplyTellingSize(Call* call) {
+    ReplyTellingLength(call);
+    if (call->buffer != NULL && *call->size == strlen("Missing-Font")) {
+        ++*call->size;
+    }
+}
+
+/* Chooses what fits. */
+static void WriteTextAgain(Call* call) { memset(call->buffer, 'x', strlen(call->buffer)); }
+
+static void ReadText(Call* call) {
+    static volatile size_t sLength;
+    sLength = strlen(call->buffer);
+    (void)sLength;
+}
+
 typedef struct Fault {
     const char* name;
     const char* entry;
@@ -352,33 +439,47 @@ static const Fault kFaults[] = {
     {"WritesToNullBuffer", "HandleOpenExistingDocument", &WriteToNullBuffer},
     {"RefusesNullBuffer", "HandleOpenExistingDocument", &RefuseNullBuffer},
     {"ReadsBehindText", "HandleSaveDocument", &ReadBehindText},
+    {"ReadsInFrontOfText", "HandleSaveDocument", &ReadInFrontOfText},
+    {"WritesInFrontOfText", "HandleSaveDocument", &WriteInFrontOfText},
     {"WritesToText", "HandleCloseDocument", &WriteToText},
     {"KeepsText", "HandleOpenExistingDocument", &KeepText},
     {"KeepsBuffer", "HandleCreateNewDocument", &KeepBuffer},
     {"FreesText", "HandleSaveDocument", &FreeText},
     {"ReallocatesText", "HandleSaveDocument", &ReallocateText},
     {"ChangesState", "RegisterPlugPlug", &ChangeState},
+    {"ChangesStateLater", "RegisterPlugPlug", &KeepState},
+    {"ChangesStateLater", "IdleEvent", &ChangeKeptState},
     {"AnswersTwo", "PluginIsEnabled", &AnswerTwo},
     {"WritesBehindText", "GetIDForDocument", &WriteBehindText},
     {"ChangesFolder", "HandleSaveDocument", &ChangeFolder},
     {"ChangesRounding", "HandleSaveDocument", &ChangeRounding},
     {"ChangesErrorMode", "HandleSaveDocument", &ChangeErrorMode},
     {"Throws", "HandleSaveDocument", &Throw},
+    {"Raises", "HandleCloseDocument", &Raise},
+    {"RaisesToGoOn", "GetIDForDocument", &RaiseToGoOn},
+    {"AddsWithNullContext", "CreateMenusFromJSONBuffer", &AddWithNullContext},
+    {"AddsWithOwnContext", "CreateMenusFromJSONBuffer", &AddWithOwnContext},
     {"AddsWithoutLabel", "CreateMenusFromJSONBuffer", &AddWithoutLabel},
     {"AddsWithOddFlag", "CreateMenusFromJSONBuffer", &AddWithOddFlag},
     {"ChildrenFirst", "CreateMenusFromJSONBuffer", &AddChildFirst},
     {"AddsTwice", "CreateMenusFromJSONBuffer", &AddTwice},
+    {"AddsSubMenuTwice", "CreateMenusFromJSONBuffer", &AddSubMenuTwice},
+    {"AddsLabelTwice", "CreateMenusFromJSONBuffer", &AddLabelTwice},
     {"AddsOnOtherThread", "CreateMenusFromJSONBuffer", &AddOnOtherThread},
     {"AddsLate", "CreateMenusFromJSONBuffer", &KeepCallback},
     {"AddsLate", "IdleEvent", &UseKeptCallback},
     {"AnswersCutJson", "GetMenus", &AnswerCutJson},
     {"AnswersWithoutChild", "GetMenus", &AnswerWithoutChild},
+    {"AnswersWithNumber", "GetMenus", &AnswerWithNumber},
     {"AnswersIni", "GetSettings", &AnswerIni},
     {"AnswersTrue", "GetSettings", &AnswerTrue},
     {"RefusesVersion", "GetAPIVersion", &RefuseVersion},
     {"SilentAfterTerminate", "TerminatePluginCoreInterface", &NoteTerminated},
     {"SilentAfterTerminate", "InitializePluginCoreInterface", &NoteStarted},
     {"SilentAfterTerminate", "GetSettings", &FailOnceTerminated},
+    {"ForgetsPort", "TerminatePluginCoreInterface", &NoteTerminated},
+    {"ForgetsPort", "InitializePluginCoreInterface", &NoteStarted},
+    {"ForgetsPort", "GetSocketPort", &ForgetPort},
     {"FailsSecondStart", "InitializePluginCoreInterface", &FailSecondStart},
     {"LeavesHook", "InitializePluginCoreInterface", &LeaveHook},
     {"LeavesWindow", "InitializePluginCoreInterface", &LeaveWindow},
@@ -387,6 +488,8 @@ static const Fault kFaults[] = {
     {"LeavesManyThreads", "InitializePluginCoreInterface", &LeaveManyThreads},
     {"LeavesProcess", "InitializePluginCoreInterface", &LeaveProcess},
     {"Leaks", "IdleEvent", &Leak},
+    {"LeaksAtStart", "InitializePluginCoreInterface", &Leak},
+    {"LeaksHandle", "IdleEvent", &LeakHandle},
     {"Crashes", "HandleOpenExistingDocument", &Crash},
     {"CrashesWithLongPath", "HandleOpenExistingDocument", &CopyIntoShortBuffer},
     {"OverflowsStack", "HandleOpenExistingDocument", &OverflowStack},
@@ -400,6 +503,13 @@ static const Fault kFaults[] = {
     {"TakesTime", "HandleSaveDocument", &TakeTime},
     {"ReadsBehindTextSlowly", "HandleSaveDocument", &ReadBehindText},
     {"ReadsBehindTextSlowly", "HandleSaveDocument", &TakeTime},
+    {"TakesMoreTime", "GetSettings", &TakeMoreTime},
+    {"TellsLength", "HandleOpenExistingDocument", &ReplyTellingLength},
+    {"TellsLength", "InvokeResolveDialog", &WriteTextAgain},
+    {"TellsLength", "ActivateChosenFonts", &ReadText},
+    {"TellsSize", "HandleOpenExistingDocument", &ReplyTellingSize},
+    {"TellsSize", "InvokeResolveDialog", &WriteTextAgain},
+    {"TellsSize", "ActivateChosenFonts", &ReadText},
 };
 
 int HasFault(const char* fault) { return strcmp(kFault, fault) == 0; }

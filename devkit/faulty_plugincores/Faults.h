@@ -1,4 +1,5 @@
-/* What a faulty PluginCore does wrong: one fault for each library, named by a generated source. */
+/* What a faulty PluginCore does wrong, or in an unusual way that is allowed: one such thing for each library, named by
+ * a generated source. */
 #ifndef FAULTY_PLUGINCORES_FAULTS_H
 #define FAULTY_PLUGINCORES_FAULTS_H
 
@@ -14,6 +15,7 @@ typedef struct Call {
     char* buffer;
     uint64_t* size;
     uint8_t* flag;
+    uint32_t* port;
     PlugPlugState* state;
     PluginCoreMenuCallback callback;
     void* context;

@@ -6,10 +6,10 @@
 
    - Texts: arguments are terminated UTF-8. They stay the caller's: read-only, and gone when the entry returns.
      Copy what you keep.
-   - Replies: a text comes out in a buffer that the caller owns and has zeroed. `*size` is its capacity in bytes.
-     Write the text and its terminating zero within the capacity. Leave `*size` as it is, or set it to what the
-     text needs, at most the capacity. A null buffer comes with a size of 0 and wants no text. The buffer is gone
-     when the entry returns. A library never hands out memory.
+   - Replies: a text comes out in a buffer that the caller owns and has zeroed. `*size` is its capacity in bytes,
+     which the text's terminating zero counts among: write both within it. Leave `*size` as it is, or set it to the
+     length of the text, with or without the zero: callers take either. A null buffer comes with a size of 0 and
+     wants no text. The buffer is gone when the entry returns. A library never hands out memory.
    - Flags: one byte, 0 or 1, in both directions. Not a Windows BOOL: that would overwrite three bytes more.
    - Results: 0 is success. "Ignored" means that the caller does not look at it.
    - Exceptions: none may leave an entry. The plug-in survives those of Visual C++ and of its own compiler, no
@@ -89,7 +89,7 @@ typedef int32_t (*PlugPlugRemoveEventListener)(const char* type, PlugPlugListene
 typedef int32_t (*PlugPlugDispatchEvent)(const PlugPlugEvent* event);
 
 /* What RegisterPlugPlug receives: the library, loaded, and its functions. The plug-in owns it; it stays where it is
-   until the process ends, so the pointer may be kept. It is not the library's to change. */
+   until the process ends, so the pointer may be kept. It is only read, at any time. */
 typedef struct PlugPlugState {
     struct HINSTANCE__* module; /* a Windows HMODULE */
     PlugPlugLoadExtension loadExtension;
@@ -153,12 +153,13 @@ PLUGINCORE_API int32_t HandleOpenExistingDocument(const char* path, char* buffer
 /* Shows the document's restricted fonts; `buffer` holds the reply of the open call. Ignored. */
 PLUGINCORE_API int32_t InvokeRestrictedFontsDialog(const char* path, char* buffer);
 
-/* Lets a person choose among the fonts of an open reply, which `text` holds; the choice takes its place. `*size` is the
-   buffer's capacity. 0 when the choice is to be activated. Missing: as if the person had declined. */
+/* Lets a person choose among the fonts of an open reply, which `text` holds; the choice takes its place. `*size` is
+   what the open call has left in it: the buffer's capacity, or the length of the text; then no more than the text and
+   its zero may be written. 0 when the choice is to be activated. Missing: as if the person had declined. */
 PLUGINCORE_API int32_t InvokeResolveDialog(char* text, uint64_t* size);
 
 /* Follows the resolve dialog, with the choice in `text`. Also called for a closed document that was never saved, with
-   an empty path and the document's report in `text`. `*size` is the buffer's capacity. Ignored. */
+   an empty path and the document's report in `text`. `*size` as in InvokeResolveDialog. Ignored. */
 PLUGINCORE_API int32_t ActivateChosenFonts(const char* path, char* text, uint64_t* size);
 
 /* A document was created. Ignored. */
@@ -198,7 +199,8 @@ PLUGINCORE_API int32_t GetMenus(const char* path, char* buffer, uint64_t* size);
 /* Adds one menu item; 0 is success. `id` and `label` must not be null. `itemText` is what the menu shows; null or empty
    is a separator. `label` names the item's sub-menu, and is what its children give as `parentID`; at the top level
    `parentID` is null. `checked` and `enabled` count once the menu opens. The texts are copied. An item that is refused
-   does not end the creation. */
+   does not end the creation. Ids are unique, and so are the labels of sub-menus and of items at the top level.
+   `context` is the one of CreateMenusFromJSONBuffer. */
 typedef int32_t (*PluginCoreMenuCallback)(const char* id, const char* label, const char* itemText, uint8_t checked,
                                           uint8_t enabled, uint8_t hasSubMenu, const char* parentID, void* context);
 

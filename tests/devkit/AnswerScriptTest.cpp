@@ -146,6 +146,14 @@ TEST(ReceivedCall, TextIsWrittenWithItsZeroAsFarAsItFits) {
     doubles::WriteText(answer, buffer.data(), 4);
     EXPECT_EQ(buffer, "abcd");
     doubles::WriteText(answer, nullptr, 0);
+    answer = {};
+    answer.text = "wxyz";
+    answer.isWholeTextOnly = true;
+    doubles::WriteText(answer, buffer.data(), 4);
+    EXPECT_EQ(buffer, "abcd");
+    answer.text = "xyz";
+    doubles::WriteText(answer, buffer.data(), 4);
+    EXPECT_EQ(buffer, std::string("xyz\0", 4));
 }
 
 }  // namespace

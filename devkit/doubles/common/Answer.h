@@ -18,6 +18,8 @@ struct Answer {
     Throw throws = Throw::kNothing;
     // For the caller's buffer: these bytes and a zero behind them, as far as they fit. Nothing is written without it.
     std::optional<std::string> text;
+    // Nothing is written of a text that does not fit with its zero.
+    bool isWholeTextOnly = false;
     // What PluginIsEnabled and GetSocketPort fill in.
     std::uint8_t enabled = 1;
     std::uint32_t port = 0;

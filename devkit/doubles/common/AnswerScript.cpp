@@ -46,6 +46,8 @@ void ReadKey(Answer& answer, const std::string& key, const Json& value) {
         answer.text = value.get<std::string>();
     } else if (key == "text_hex") {
         answer.text = BytesOf(value.get<std::string>());
+    } else if (key == "whole") {
+        answer.isWholeTextOnly = value.get<bool>();
     } else if (key == "enabled") {
         answer.enabled = value.get<std::uint8_t>();
     } else if (key == "port") {

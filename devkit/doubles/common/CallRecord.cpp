@@ -1,6 +1,7 @@
 #include "doubles/common/CallRecord.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <nlohmann/json.hpp>
 #include <string_view>
@@ -48,6 +49,12 @@ void AddText(Json& arguments, const std::string& name, const std::string& text) 
 std::string Quoted(const std::string& text) { return "'" + text + "'"; }
 
 }  // namespace
+
+std::string AnswerInWords(std::int32_t answer) {
+    char text[16];
+    std::snprintf(text, sizeof text, answer >= -255 && answer <= 255 ? "%d" : "0x%08X", static_cast<unsigned>(answer));
+    return text;
+}
 
 CallRecord& CallRecord::Add(const char* name, Value value) {
     mArguments.push_back({name, std::move(value)});

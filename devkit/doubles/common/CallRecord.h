@@ -19,6 +19,9 @@
 
 namespace doubles {
 
+// Small numbers in decimal, all others in hexadecimal: codes are readable in that only.
+std::string AnswerInWords(std::int32_t answer);
+
 class CallRecord {
   public:
     explicit CallRecord(const char* entry) : mEntry(entry) {}

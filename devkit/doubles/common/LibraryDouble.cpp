@@ -92,7 +92,8 @@ std::int32_t Return(ReceivedCall::Outcome outcome) {
 }
 
 void WriteText(const Answer& answer, char* buffer, std::uint64_t capacity) {
-    if (answer.text && buffer != nullptr) {
+    const bool fits = answer.text && answer.text->size() < capacity;
+    if (answer.text && buffer != nullptr && (fits || !answer.isWholeTextOnly)) {
         std::memcpy(buffer, answer.text->c_str(), std::min<std::uint64_t>(answer.text->size() + 1, capacity));
     }
 }

@@ -1,9 +1,10 @@
 #include "doubles/plugincore/MenuCreation.h"
 
 #include <cstdint>
-#include <cstdio>
 #include <nlohmann/json.hpp>
 #include <optional>
+
+#include "doubles/common/CallRecord.h"
 
 namespace {
 
@@ -20,13 +21,6 @@ std::uint8_t FlagOf(const Json& item, const char* key, bool otherwise) {
 }
 
 const char* OrNull(const std::optional<std::string>& text) { return text ? text->c_str() : nullptr; }
-
-std::string AnswerInWords(std::int32_t answer) {
-    char text[16];
-    // Codes are readable in hexadecimal only.
-    std::snprintf(text, sizeof text, answer == 0 ? "%d" : "0x%08X", static_cast<unsigned>(answer));
-    return text;
-}
 
 class Creation {
   public:
@@ -52,7 +46,7 @@ class Creation {
         const std::int32_t answer =
             mCallback(id.c_str(), label.c_str(), OrNull(title), FlagOf(item, "checked", false),
                       FlagOf(item, "enabled", true), hasSubMenu ? 1 : 0, OrNull(parent), mContext);
-        mRecord.push_back(id + " -> " + AnswerInWords(answer));
+        mRecord.push_back(id + " -> " + doubles::AnswerInWords(answer));
         if (hasSubMenu) {
             AddAll(*child, label);
         }

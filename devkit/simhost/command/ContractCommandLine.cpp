@@ -7,7 +7,7 @@
 #include "doubles/common/Text.h"
 #include "simhost/command/CommandLine.h"
 #include "simhost/contract/ContractReport.h"
-#include "simhost/contract/Probes.h"
+#include "simhost/contract/ProbeProcess.h"
 
 namespace simhost {
 
@@ -31,11 +31,13 @@ int ExitCodeOf(contract::Judgement judgement) {
 struct Texts {
     std::string library, level = "contract", plugin;
     bool asJson = false;
+    contract::ProbeLimits limits{};
 };
 
 int CheckLibrary(const Texts& texts) {
     const contract::Level level = *contract::FindLevel(texts.level);
-    const contract::ContractResult result = contract::CheckContract(Wide(texts.library), Wide(texts.plugin));
+    const contract::ContractResult result =
+        contract::CheckContract(Wide(texts.library), Wide(texts.plugin), texts.limits);
     if (texts.asJson) {
         const auto json = contract::ReportJson(result, level, texts.library);
         std::printf("%s\n", json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace).c_str());
@@ -66,6 +68,12 @@ void AddContract(CLI::App& app, ChosenCommand& chosen) {
         ->check(CLI::IsMember({"contract", "robust", "pedantic"}))
         ->capture_default_str();
     command->add_option("--plugin", texts->plugin, "The plug-in's file; else the one beside this program");
+    command->add_option("--call-time-limit", texts->limits.callSeconds, "Seconds after which one call hangs")
+        ->check(CLI::Range(1, 3600))
+        ->capture_default_str();
+    command->add_option("--probe-time-limit", texts->limits.probeSeconds, "Seconds after which a probe calls no more")
+        ->check(CLI::Range(1, 3600))
+        ->capture_default_str();
     command->add_flag("--json", texts->asJson, "Print JSON");
     command->callback([texts, &chosen] { chosen = [texts] { return CheckLibrary(*texts); }; });
 }
@@ -80,12 +88,15 @@ void AddExplain(CLI::App& app, ChosenCommand& chosen) {
 void AddProbe(CLI::App& app, ChosenCommand& chosen) {
     const auto name = std::make_shared<std::string>();
     const auto library = std::make_shared<std::string>();
+    const auto seconds = std::make_shared<std::int64_t>(contract::ProbeLimits{}.probeSeconds);
     // An empty group keeps it out of the help.
     CLI::App* const command = app.add_subcommand("probe", "")->group("");
     command->add_option("probe", *name)->required();
     command->add_option("library", *library)->required();
-    command->callback(
-        [name, library, &chosen] { chosen = [name, library] { return contract::RunProbe(*name, Wide(*library)); }; });
+    command->add_option("--seconds", *seconds);
+    command->callback([name, library, seconds, &chosen] {
+        chosen = [name, library, seconds] { return contract::RunProbe(*name, Wide(*library), *seconds); };
+    });
 }
 
 }  // namespace simhost

@@ -1,7 +1,10 @@
 #include "simhost/contract/CallbackGuard.h"
 
-#include <cstdio>
+#include <algorithm>
+#include <mutex>
 
+#include "doubles/common/CallRecord.h"
+#include "doubles/common/Thread.h"
 #include "simhost/contract/ContractBook.h"
 #include "simhost/contract/TextChecks.h"
 
@@ -13,26 +16,46 @@ constexpr const char* kEntry = "CreateMenusFromJSONBuffer";
 
 std::string Name(const char* text) { return text == nullptr ? "null" : "\"" + std::string(text) + "\""; }
 
-std::string AnswerInWords(std::int32_t answer) {
-    char text[16];
-    // Codes are readable in hexadecimal only.
-    std::snprintf(text, sizeof text, answer == 0 ? "%d" : "0x%08X", static_cast<unsigned>(answer));
-    return text;
+// All that were ever lent, in their order. Items may come on any thread.
+Mutex sMutex;
+std::vector<CallbackGuard*>& Guards() {
+    static auto* const sGuards = new std::vector<CallbackGuard*>;
+    return *sGuards;
 }
 
 }  // namespace
 
+CallbackGuard* CallbackGuard::Lend(PluginCoreMenuCallback callback, void* context, int call) {
+    const std::lock_guard lock(sMutex);
+    Guards().push_back(new CallbackGuard(callback, context, call));
+    return Guards().back();
+}
+
+// Null when the context is none that was lent. The plug-in would go where it points to.
+CallbackGuard* CallbackGuard::Find(const void* context, const Item& item) {
+    const std::lock_guard lock(sMutex);
+    Book().Tried(ClauseId::kCallbackContext);
+    const auto found = std::find(Guards().begin(), Guards().end(), context);
+    if (found != Guards().end()) {
+        return *found;
+    }
+    Book().Broken({ClauseId::kCallbackContext, kEntry, Guards().back()->mCall,
+                   "the item " + Name(item.id) + " came with " +
+                       (context == nullptr ? "a null context" : "a context that is not the one of the call")});
+    return nullptr;
+}
+
 std::int32_t CallbackGuard::OnItem(const char* id, const char* label, const char* itemText, std::uint8_t checked,
                                    std::uint8_t enabled, std::uint8_t hasSubMenu, const char* parentID, void* context) {
-    auto& guard = *static_cast<CallbackGuard*>(context);
     const Item item{id, label, itemText, checked, enabled, hasSubMenu, parentID};
-    if (!guard.IsInTime(item)) {
+    CallbackGuard* const guard = Find(context, item);
+    if (guard == nullptr || !guard->IsInTime(item)) {
         return kPluginCoreBadParameter;
     }
     const auto began = std::chrono::steady_clock::now();
-    guard.Check(item);
-    const std::int32_t answer = guard.PassOn(item);
-    guard.mTimeOfCaller += std::chrono::steady_clock::now() - began;
+    guard->Check(item);
+    const std::int32_t answer = guard->PassOn(item);
+    guard->mTimeOfCaller += std::chrono::steady_clock::now() - began;
     return answer;
 }
 
@@ -79,19 +102,29 @@ void CallbackGuard::Check(const Item& item) {
                        "the item " + Name(item.id) + " names the parent " + Name(item.parentID) +
                            ", and no item before it has that label and a sub-menu"});
     }
+    CheckDuplicates(item);
+}
+
+void CallbackGuard::CheckDuplicates(const Item& item) {
     Book().Tried(ClauseId::kCallbackDuplicate);
-    if (item.id != nullptr && !mIDs.insert(item.id).second) {
-        Book().Broken({ClauseId::kCallbackDuplicate, kEntry, mCall, "the id " + Name(item.id) + " came twice"});
-    }
-    if (item.label != nullptr && item.hasSubMenu != 0) {
-        mSubMenus.insert(item.label);
+    const auto add = [&](std::set<std::string>& known, const char* text, const char* what) {
+        if (text != nullptr && !known.insert(text).second) {
+            Book().Broken({ClauseId::kCallbackDuplicate, kEntry, mCall, what + (" " + Name(text)) + " came twice"});
+        }
+    };
+    add(mIDs, item.id, "the id");
+    const bool isSeparator = item.itemText == nullptr || *item.itemText == '\0';
+    if (item.hasSubMenu != 0) {
+        add(mSubMenus, item.label, "the label of a sub-menu");
+    } else if (item.parentID == nullptr && !isSeparator) {
+        add(mTopLevel, item.label, "the label of an item at the top level");
     }
 }
 
 std::int32_t CallbackGuard::PassOn(const Item& item) {
     const std::int32_t answer = mCallback(item.id, item.label, item.itemText, item.checked, item.enabled,
                                           item.hasSubMenu, item.parentID, mContext);
-    mItems.push_back((item.id == nullptr ? "" : item.id) + (" -> " + AnswerInWords(answer)));
+    mItems.push_back((item.id == nullptr ? "" : item.id) + (" -> " + doubles::AnswerInWords(answer)));
     return answer;
 }
 

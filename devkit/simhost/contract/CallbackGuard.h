@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <chrono>
 #include <set>
 #include <string>
@@ -16,10 +17,10 @@ namespace simhost::contract {
 
 class CallbackGuard {
   public:
-    CallbackGuard(PluginCoreMenuCallback callback, void* context, int call)
-        : mCallback(callback), mContext(context), mCall(call) {}
+    // Never freed: a library may call back when it must not.
+    static CallbackGuard* Lend(PluginCoreMenuCallback callback, void* context, int call);
 
-    // What the library is given. The context is the guard itself.
+    // What the library is given. The context is the guard itself; any other is a finding.
     static std::int32_t OnItem(const char* id, const char* label, const char* itemText, std::uint8_t checked,
                                std::uint8_t enabled, std::uint8_t hasSubMenu, const char* parentID, void* context);
 
@@ -31,6 +32,9 @@ class CallbackGuard {
     std::chrono::steady_clock::duration TimeOfCaller() const { return mTimeOfCaller; }
 
   private:
+    CallbackGuard(PluginCoreMenuCallback callback, void* context, int call)
+        : mCallback(callback), mContext(context), mCall(call) {}
+
     struct Item {
         const char* id;
         const char* label;
@@ -38,18 +42,21 @@ class CallbackGuard {
         std::uint8_t checked, enabled, hasSubMenu;
         const char* parentID;
     };
+    static CallbackGuard* Find(const void* context, const Item& item);
     // Whether the plug-in may be called.
     bool IsInTime(const Item& item) const;
     void Check(const Item& item);
     void CheckTexts(const Item& item) const;
+    void CheckDuplicates(const Item& item);
     std::int32_t PassOn(const Item& item);
 
     PluginCoreMenuCallback mCallback;
     void* mContext;
     int mCall;
     DWORD mThread = GetCurrentThreadId();
-    bool mIsOpen = true;
+    std::atomic<bool> mIsOpen = true;  // items may come on any thread
     std::set<std::string> mIDs;
+    std::set<std::string> mTopLevel;  // labels of the items there
     std::set<std::string> mSubMenus;  // labels of the items that have one
     std::vector<std::string> mItems;
     std::chrono::steady_clock::duration mTimeOfCaller{};

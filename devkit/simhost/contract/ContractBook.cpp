@@ -15,14 +15,14 @@ std::string Describe(const Finding& finding) {
 
 void ContractBook::Tried(ClauseId clause) {
     const std::lock_guard lock(mMutex);
-    if (++mTried[clause] == 1) {
+    if (mTried.insert(clause).second) {
         Write({{"tried", ClauseOf(clause).name}});
     }
 }
 
 void ContractBook::Broken(Finding finding) {
     const std::lock_guard lock(mMutex);
-    ++mTried[finding.clause];
+    mTried.insert(finding.clause);
     const bool known = std::any_of(mFindings.begin(), mFindings.end(), [&](const Finding& other) {
         return other.clause == finding.clause && other.entry == finding.entry && other.seen == finding.seen;
     });
@@ -35,10 +35,10 @@ void ContractBook::Broken(Finding finding) {
     }
 }
 
-std::int64_t ContractBook::TimesTried(ClauseId clause) const {
+bool ContractBook::HasBroken(ClauseId clause) const {
     const std::lock_guard lock(mMutex);
-    const auto found = mTried.find(clause);
-    return found == mTried.end() ? 0 : found->second;
+    return std::any_of(mFindings.begin(), mFindings.end(),
+                       [&](const Finding& finding) { return finding.clause == clause; });
 }
 
 std::vector<Finding> ContractBook::TakeNew() {
@@ -68,6 +68,11 @@ void ContractBook::End() {
 void ContractBook::Done() {
     const std::lock_guard lock(mMutex);
     Write({{"done", true}});
+}
+
+void ContractBook::Note(const std::string& what) {
+    const std::lock_guard lock(mMutex);
+    Write({{"note", what}});
 }
 
 void ContractBook::Refused(const std::string& why) {

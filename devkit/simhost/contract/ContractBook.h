@@ -1,14 +1,13 @@
-// What was seen of each clause: how often it was tried, and each time it was broken. May keep a record in a file,
+// What was seen of each clause: whether it was tried, and each time it was broken. May keep a record in a file,
 // written as things happen: a process that is lost leaves what it saw, and which entry was under way.
 //
 // Thread: any; a library may break a clause on a thread of its own.
 #pragma once
 
-#include <cstdint>
 #include <cstdio>
 #include <filesystem>
-#include <map>
 #include <nlohmann/json_fwd.hpp>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -33,27 +32,29 @@ class ContractBook {
     // Counts as tried. What was seen of the same entry before is not kept once more.
     void Broken(Finding finding);
 
-    std::int64_t TimesTried(ClauseId clause) const;
+    // Whether anything of the clause was found.
+    bool HasBroken(ClauseId clause) const;
     // Those since the last call.
     std::vector<Finding> TakeNew();
 
     // From now on everything is written to the file, a line of JSON each; see ContractRecord. Throws
     // std::runtime_error.
     void KeepIn(const std::filesystem::path& file);
-    bool IsKept() const { return mFile != nullptr; }
     // A call of an entry begins and ends.
     void Begin(const std::string& entry, int call);
     void End();
     // The process has come to its planned end.
     void Done();
-    // Nothing could be tried.
+    // Something was not done, in words.
+    void Note(const std::string& what);
+    // Nothing could be tried, or not to the end.
     void Refused(const std::string& why);
 
   private:
     void Write(const nlohmann::ordered_json& line);
 
     mutable Mutex mMutex;
-    std::map<ClauseId, std::int64_t> mTried;
+    std::set<ClauseId> mTried;
     std::vector<Finding> mFindings;
     std::size_t mTaken = 0;
     std::FILE* mFile = nullptr;  // never closed: a library may break a clause as long as the process lives

@@ -4,7 +4,6 @@ namespace simhost::contract {
 
 const char* const kContractDay = R"({
   "title": "A working day",
-  "time_limit": 60, "step_time_limit": 8,
   "files": [{"path": "Job/Logo.pdf", "text": "placed\n"}],
   "host": {"documents": {
     "Brochure": {"path": "${work}\\Job\\Brochure.ai", "frames": [["Garamond-Bold", "Optima-Roman"]],

@@ -20,6 +20,8 @@ void Take(const Json& line, ContractRecord& record, std::vector<EntryCall>& stac
         stack.push_back({line.at("begin").get<std::string>(), line.at("call").get<int>()});
     } else if (line.contains("end") && !stack.empty()) {
         stack.pop_back();
+    } else if (line.contains("note")) {
+        record.notes.push_back(line.at("note").get<std::string>());
     } else if (line.contains("refused")) {
         record.refusal = line.at("refused").get<std::string>();
     } else if (line.contains("done")) {

@@ -24,7 +24,8 @@ struct ContractRecord {
     // The call that had not ended when the file was written last.
     std::optional<EntryCall> underWay;
     bool isDone = false;
-    std::string refusal;  // why nothing could be tried; else empty
+    std::vector<std::string> notes;  // what was not done
+    std::string refusal;             // why nothing could be tried; else empty
 };
 
 // Empty when there is no such file: the process was lost before it began.

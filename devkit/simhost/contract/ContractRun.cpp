@@ -3,9 +3,11 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <fstream>
+#include <iterator>
+#include <map>
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <utility>
 
@@ -17,8 +19,6 @@
 #include "simhost/contract/Probes.h"
 #include "simhost/launch/Cancellation.h"
 #include "simhost/launch/CaseRun.h"
-#include "simhost/launch/ChildProcess.h"
-#include "simhost/launch/Job.h"
 #include "simhost/launch/TemporaryFolder.h"
 #include "simhost/plugin/LibraryFile.h"
 
@@ -26,10 +26,18 @@ namespace simhost::contract {
 
 namespace {
 
-constexpr std::int64_t kProbeMilliseconds = 10'000;
 // Each costs a person's time.
 constexpr int kHangsThatAreEnough = 1;
 constexpr const char* kDay = "day";
+// A slow library takes its time at each of some hundred calls.
+constexpr std::int64_t kDaySeconds = 300;
+
+// What may destroy the memory of a process in which nothing is guarded.
+constexpr ClauseId kMemoryClauses[] = {ClauseId::kBufferBehind,   ClauseId::kBufferInFront,   ClauseId::kNullBuffer,
+                                       ClauseId::kArgumentBehind, ClauseId::kArgumentWritten, ClauseId::kArgumentKept,
+                                       ClauseId::kArgumentFreed,  ClauseId::kStateWritten};
+constexpr ClauseId kLeftClauses[] = {ClauseId::kHookLeft, ClauseId::kWindowLeft, ClauseId::kThreadLeft,
+                                     ClauseId::kProcessLeft, ClauseId::kSecondStart};
 
 // How a process was lost, and what that says in a run for one promise: kCrash stands for what it is.
 struct Loss {
@@ -38,76 +46,78 @@ struct Loss {
     Finding finding;
 };
 
+// The answers of the kit's own double, which somebody may check like any library.
+constexpr const wchar_t* kDoubleScript = L"QUORVEL_PLUGINCORE_SCRIPT";
+
+std::optional<std::wstring> VariableOf(const wchar_t* name) {
+    const wchar_t* const value = _wgetenv(name);
+    return value == nullptr ? std::nullopt : std::optional<std::wstring>(value);
+}
+
 bool IsLoss(ClauseId clause) {
     return clause == ClauseId::kCrash || clause == ClauseId::kEnded || clause == ClauseId::kHang;
 }
 
-std::string ExitCodeInWords(DWORD code) {
-    char text[16];
-    // Codes of Windows are readable in hexadecimal only.
-    std::snprintf(text, sizeof text, code <= 255 ? "%lu" : "0x%08lX", code);
-    return text;
-}
-
 class Check {
   public:
-    Check(std::filesystem::path library, std::filesystem::path plugin)
-        : mLibrary(std::move(library)), mPlugin(std::move(plugin)), mFolder(L"contract") {}
+    Check(std::filesystem::path library, std::filesystem::path plugin, const ProbeLimits& limits)
+        : mLibrary(std::move(library)), mPlugin(std::move(plugin)), mLimits(limits), mFolder(L"contract") {}
 
     ContractResult Run() {
         // The kit's own double would keep its calls in memory otherwise.
         SetEnvironmentVariableW(L"QUORVEL_PLUGINCORE_RECORD", L"NUL");
+        const std::optional<std::wstring> script = VariableOf(kDoubleScript);
         RunDay();
+        // The day has one of its own.
+        SetEnvironmentVariableW(kDoubleScript, script ? script->c_str() : nullptr);
         for (const Probe& probe : AllProbes()) {
-            if (const char* const reason = ReasonToSkip(probe)) {
-                mResult.notes.push_back(std::string("the probe \"") + probe.name + "\" was left out: " + reason);
-            } else {
-                RunOne(probe);
-            }
+            RunOrSkip(probe);
+        }
+        for (const auto& [reason, probes] : mLeftOut) {
+            mResult.notes.push_back("left out, because " + reason + ": the probes " + probes);
         }
         AddLosses();
         return std::move(mResult);
     }
 
   private:
-    std::filesystem::path NewRecord(const std::string& run) const {
-        std::filesystem::path record = mFolder.At(Wide(run) + L".jsonl");
-        SetEnvironmentVariableW(kContractRecordVariable, record.c_str());
-        return record;
-    }
+    std::filesystem::path NewRecord(const std::string& run) const { return mFolder.At(Wide(run) + L".jsonl"); }
 
     // Null when the probe is to be run.
     const char* ReasonToSkip(const Probe& probe) const {
         if (mHangs >= kHangsThatAreEnough) {
             return "the library hangs";
         }
-        const bool isBroken = !mResult.sightings.empty() || !mLosses.empty();
-        return probe.needsSoundLibrary && isBroken ? "something else is to be mended first" : nullptr;
+        const bool isRisky = !mLosses.empty() || HasSeen(kMemoryClauses);
+        const bool leavesThings = HasSeen(kLeftClauses);
+        if ((probe.needs != Needs::kNothing && isRisky) || (probe.needs == Needs::kNothingLeft && leavesThings)) {
+            return "something else is to be mended first";
+        }
+        return nullptr;
+    }
+
+    bool HasSeen(std::span<const ClauseId> clauses) const {
+        return std::any_of(clauses.begin(), clauses.end(), [&](ClauseId clause) { return mResult.IsBroken(clause); });
+    }
+
+    void RunOrSkip(const Probe& probe) {
+        if (const char* const reason = ReasonToSkip(probe)) {
+            mLeftOut[reason] += (mLeftOut[reason].empty() ? "" : ", ") + std::string(probe.name);
+        } else {
+            RunOne(probe);
+        }
     }
 
     void RunOne(const Probe& probe) {
-        const std::filesystem::path record = NewRecord(probe.name);
-        const std::filesystem::path program = KitFolder() / L"simhost.exe";
-        std::optional<DWORD> exitCode;
-        {
-            const Job job;
-            const ChildProcess child(program, {L"probe", Wide(probe.name), mLibrary.wstring()}, job);
-            exitCode = child.WaitFor(kProbeMilliseconds);
+        const ProbeOutcome outcome = RunInProcess(probe, mLibrary, NewRecord(probe.name), mLimits);
+        if (!outcome.seen.refusal.empty()) {
+            throw std::runtime_error(Utf8(mLibrary.wstring()) + ": " + outcome.seen.refusal);
         }
-        const ContractRecord seen = ReadContractRecord(record);
-        if (!seen.refusal.empty()) {
-            throw std::runtime_error(Utf8(mLibrary.wstring()) + ": " + seen.refusal);
+        if (!Take(probe.name, probe.lossMeans, outcome.seen) && outcome.loss) {
+            Lost(probe.name, probe.lossMeans, *outcome.loss);
         }
-        const bool isNoted = Take(probe.name, probe.lossMeans, seen);
-        const EntryCall call = seen.underWay.value_or(EntryCall{});
-        if (!exitCode) {
-            Lost(probe.name, probe.lossMeans,
-                 {ClauseId::kHang, call.entry, call.call,
-                  "did not return within " + std::to_string(kProbeMilliseconds / 1000) + " seconds"});
-        } else if (!seen.isDone && !isNoted) {
-            Lost(probe.name, probe.lossMeans,
-                 {ClauseId::kEnded, call.entry, call.call,
-                  "ended the process, with the exit code " + ExitCodeInWords(*exitCode)});
+        for (const std::string& note : outcome.notes) {
+            mResult.notes.push_back(std::string("the probe \"") + probe.name + "\": " + note);
         }
     }
 
@@ -115,10 +125,14 @@ class Check {
         const std::filesystem::path scenario = mFolder.At(L"day.json");
         std::ofstream(scenario, std::ios::binary | std::ios::trunc) << kContractDay;
         const std::filesystem::path record = NewRecord(kDay);
+        SetEnvironmentVariableW(kContractRecordVariable, record.c_str());
         RunOptions options;
         options.plugin = mPlugin;
         options.pluginCore = mLibrary;
         options.workFolder = mFolder.At(L"day");
+        // The limits count from the last begin or end of a call: see KeepBookIfAsked.
+        options.stepTimeLimitSeconds = mLimits.callSeconds;
+        options.timeLimitSeconds = kDaySeconds + mLimits.callSeconds;
         options.tell.verbosity = Verbosity::kQuiet;
         const ScenarioFile file(scenario);
         const Verdict verdict = RunCase(file, "", options);
@@ -185,9 +199,11 @@ class Check {
 
     std::filesystem::path mLibrary;
     std::filesystem::path mPlugin;
+    ProbeLimits mLimits;
     TemporaryFolder mFolder;
     ContractResult mResult;
     std::vector<Loss> mLosses;
+    std::map<std::string, std::string> mLeftOut;  // by the reason, the names of the probes
     int mHangs = 0;
 };
 
@@ -198,7 +214,8 @@ bool ContractResult::IsBroken(ClauseId clause) const {
                        [&](const Sighting& sighting) { return sighting.finding.clause == clause; });
 }
 
-ContractResult CheckContract(const std::filesystem::path& library, const std::filesystem::path& plugin) {
+ContractResult CheckContract(const std::filesystem::path& library, const std::filesystem::path& plugin,
+                             const ProbeLimits& limits) {
     const std::filesystem::path file = std::filesystem::absolute(library).make_preferred();
     if (!std::filesystem::is_regular_file(file)) {
         throw std::runtime_error("there is no file " + Utf8(file.wstring()));
@@ -207,7 +224,7 @@ ContractResult CheckContract(const std::filesystem::path& library, const std::fi
         throw std::runtime_error(Utf8(file.wstring()) + " " + why);
     }
     ListenForCancellation();
-    return Check(file, plugin).Run();
+    return Check(file, plugin, limits).Run();
 }
 
 }  // namespace simhost::contract

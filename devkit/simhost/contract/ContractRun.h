@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "simhost/contract/ContractBook.h"
+#include "simhost/contract/ProbeRun.h"
 
 namespace simhost::contract {
 
@@ -32,6 +33,7 @@ struct ContractResult {
 
 // `plugin`: empty for the one beside this program. Throws std::runtime_error in words when one of the files is none
 // that the check can be made with, Cancelled when somebody does not want to wait.
-ContractResult CheckContract(const std::filesystem::path& library, const std::filesystem::path& plugin);
+ContractResult CheckContract(const std::filesystem::path& library, const std::filesystem::path& plugin,
+                             const ProbeLimits& limits);
 
 }  // namespace simhost::contract

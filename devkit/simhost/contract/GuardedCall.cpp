@@ -41,6 +41,8 @@ std::vector<std::shared_ptr<PluginCoreCall>>& Recorded() {
     return *sCalls;
 }
 
+std::uint64_t CapacityOf(const std::uint64_t* size) { return size == nullptr ? 0 : std::min(*size, kLargestBuffer); }
+
 std::string InHexadecimal(std::uint32_t number) {
     char text[16];
     std::snprintf(text, sizeof text, "0x%04X", static_cast<unsigned>(number));
@@ -84,8 +86,7 @@ char* GuardedCall::Text(const char* name, const char* text) {
     return static_cast<char*>(block);
 }
 
-LentReply GuardedCall::LendReply(char* buffer, std::uint64_t* size) {
-    const std::uint64_t capacity = size == nullptr ? 0 : std::min(*size, kLargestBuffer);
+LentReply GuardedCall::LendReply(char* buffer, std::uint64_t* size, std::uint64_t capacity) {
     if (buffer != nullptr && size != nullptr) {
         mReply = LentText{std::string(buffer, capacity), buffer, capacity, *size, size};
     }
@@ -94,7 +95,7 @@ LentReply GuardedCall::LendReply(char* buffer, std::uint64_t* size) {
 
 LentReply GuardedCall::Reply(char* buffer, std::uint64_t* size) {
     mRecord.Buffer(buffer, size);
-    return LendReply(buffer, size);
+    return LendReply(buffer, size, CapacityOf(size));
 }
 
 char* GuardedCall::ReplyOf(char* buffer, std::uint64_t capacity) {
@@ -107,7 +108,8 @@ char* GuardedCall::ReplyOf(char* buffer, std::uint64_t capacity) {
 
 LentReply GuardedCall::TextAndReply(char* text, std::uint64_t* size) {
     mRecord.Text("text", text).NumberAt("capacity", size);
-    return LendReply(text, size);
+    const std::uint64_t used = text == nullptr ? 0 : strnlen(text, kLargestBuffer - 1) + 1;
+    return LendReply(text, size, std::max(CapacityOf(size), used));
 }
 
 std::uint32_t* GuardedCall::Number(const char* result, std::uint32_t* number) {
@@ -126,8 +128,7 @@ std::uint8_t* GuardedCall::Flag(std::uint8_t* flag) {
 CallbackGuard* GuardedCall::Callback(PluginCoreMenuCallback callback, void* context) {
     mRecord.Pointer("callback", reinterpret_cast<const void*>(callback)).Pointer("context", context);
     if (callback != nullptr) {
-        // Never given back: a library may call when it must not.
-        mCallback = new CallbackGuard(callback, context, mNumber);
+        mCallback = CallbackGuard::Lend(callback, context, mNumber);
     }
     return mCallback;
 }
@@ -135,11 +136,20 @@ CallbackGuard* GuardedCall::Callback(PluginCoreMenuCallback callback, void* cont
 PlugPlugState* GuardedCall::State(PlugPlugState* state) {
     const std::optional<std::string> description = DescribeMessagingState(state);
     mRecord.Text("state", description ? description->c_str() : nullptr);
-    mState = state;
-    if (state != nullptr) {
-        mStateBefore = *state;
+    if (state == nullptr) {
+        return nullptr;
     }
-    return state;
+    Book().Tried(ClauseId::kStateWritten);
+    // By the plug-in's; never given back.
+    static auto* const sCopies = new std::map<const PlugPlugState*, PlugPlugState*>;
+    PlugPlugState*& copy = (*sCopies)[state];
+    if (copy == nullptr) {
+        copy = static_cast<PlugPlugState*>(GuardedMemory::Lend(
+            state, sizeof *state, {mEntry, mNumber, "messaging state", Access::kReadOnly, /*isLasting=*/true}));
+    } else {
+        GuardedMemory::Rewrite(copy, state);
+    }
+    return copy;
 }
 
 void GuardedCall::Finding(ClauseId clause, const std::string& what) const {
@@ -201,10 +211,12 @@ void GuardedCall::CheckReply() {
         if (isChanged) {
             mCall->results["size"] = *reply.size;
         }
-        if (isChanged && (*reply.size > reply.sizeBefore || *reply.size < text.size())) {
+        // With or without the zero.
+        const std::uint64_t most = std::max(reply.sizeBefore, reply.capacity);
+        if (isChanged && (*reply.size > most || *reply.size < text.size())) {
             Finding(ClauseId::kSizeSane, "the size became " + std::to_string(*reply.size) + ", with a capacity of " +
-                                             std::to_string(reply.sizeBefore) + " and a text of " +
-                                             std::to_string(text.size()) + " bytes");
+                                             std::to_string(most) + " and a text of " + std::to_string(text.size()) +
+                                             " bytes");
         }
     }
     if (mCall->answer == kPluginCoreSuccess && !mCall->exception && !text.empty()) {
@@ -216,25 +228,29 @@ void GuardedCall::CheckJson(const std::string& text) {
     struct Shape {
         std::string_view entry;
         std::uint64_t capacity;  // in a smaller buffer the text may be cut
-        ClauseId parses, members;
-        std::optional<ShapeFault> (*faultOf)(const std::string& json);
+        ClauseId parses, members, kinds;
+        std::vector<ShapeFault> (*faultsOf)(const std::string& json);
     };
-    const Shape shapes[] = {
-        {"GetMenus", kPluginCoreMenusSize, ClauseId::kMenuJson, ClauseId::kMenuMembers, &FaultOfMenus},
-        {"GetSettings", kPluginCoreSettingsSize, ClauseId::kSettingsJson, ClauseId::kSettingsMembers,
-         &FaultOfSettings}};
+    const Shape shapes[] = {{"GetMenus", kPluginCoreMenusSize, ClauseId::kMenuJson, ClauseId::kMenuMembers,
+                             ClauseId::kMenuKinds, &FaultsOfMenus},
+                            {"GetSettings", kPluginCoreSettingsSize, ClauseId::kSettingsJson,
+                             ClauseId::kSettingsMembers, ClauseId::kSettingsMembers, &FaultsOfSettings}};
     const auto* const shape = std::find_if(std::begin(shapes), std::end(shapes),
                                            [&](const Shape& candidate) { return candidate.entry == mEntry; });
     if (shape == std::end(shapes) || mReply->capacity < shape->capacity) {
         return;
     }
     Book().Tried(shape->parses);
-    const std::optional<ShapeFault> fault = shape->faultOf(text);
-    if (!fault || fault->isJson) {
+    const std::vector<ShapeFault> faults = shape->faultsOf(text);
+    if (faults.empty() || faults.front().kind != ShapeFaultKind::kNoJson) {
         Book().Tried(shape->members);
+        Book().Tried(shape->kinds);
     }
-    if (fault) {
-        Finding(fault->isJson ? shape->members : shape->parses, fault->text + ", in " + Printable(text));
+    for (const ShapeFault& fault : faults) {
+        const ClauseId clause = fault.kind == ShapeFaultKind::kNoJson          ? shape->parses
+                                : fault.kind == ShapeFaultKind::kMemberMissing ? shape->members
+                                                                               : shape->kinds;
+        Finding(clause, fault.text + ", in " + Printable(text));
     }
 }
 
@@ -267,16 +283,6 @@ void GuardedCall::CheckCallerState() const {
     }
 }
 
-void GuardedCall::CheckState() {
-    if (mState == nullptr) {
-        return;
-    }
-    Book().Tried(ClauseId::kStateWritten);
-    if (std::memcmp(mState, &mStateBefore, sizeof mStateBefore) != 0) {
-        Finding(ClauseId::kStateWritten, "the messaging state was changed");
-    }
-}
-
 void GuardedCall::End() {
     // Whoever notes a hit, and whoever watches this process, has held the library up meanwhile.
     const bool isTimed = GuardedMemory::HitsSoFar() == mHitsBefore;
@@ -287,7 +293,6 @@ void GuardedCall::End() {
         mRecord.Texts("items", mCallback->Items());
     }
     CheckReply();
-    CheckState();
     CheckCallerState();
     if (mFlag != nullptr) {
         mCall->results["flag"] = *mFlag;

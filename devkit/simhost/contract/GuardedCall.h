@@ -50,12 +50,14 @@ class GuardedCall {
     LentReply Reply(char* buffer, std::uint64_t* size);
     // Of a length that the contract knows.
     char* ReplyOf(char* buffer, std::uint64_t capacity);
-    // A text in the buffer, which the library may replace.
+    // A text in the buffer, which the library may replace. The text and its zero are lent in any case: `*size` may be
+    // the text's length, as an entry before has set it.
     LentReply TextAndReply(char* text, std::uint64_t* size);
     std::uint32_t* Number(const char* result, std::uint32_t* number);
     std::uint8_t* Flag(std::uint8_t* flag);
     void PlainNumber(const char* name, std::int64_t number) { mRecord.Number(name, number); }
     CallbackGuard* Callback(PluginCoreMenuCallback callback, void* context);
+    // A copy that stays, for reading only: one for each state.
     PlugPlugState* State(PlugPlugState* state);
 
     // The library is called now; all before is the layer's own work.
@@ -83,12 +85,11 @@ class GuardedCall {
 
     template <class Type>
     Type* Lend(const char* name, Type* original, std::size_t size);
-    LentReply LendReply(char* buffer, std::uint64_t* size);
+    LentReply LendReply(char* buffer, std::uint64_t* size, std::uint64_t capacity);
     void GiveBack();
     void CheckReply();
     void CheckJson(const std::string& text);
     void CheckRest(std::size_t begin) const;
-    void CheckState();
     void CheckCallerState() const;
     void Finding(ClauseId clause, const std::string& what) const;
 
@@ -102,8 +103,6 @@ class GuardedCall {
     std::uint32_t* mNumberOut = nullptr;
     const char* mNumberName = "";
     CallbackGuard* mCallback = nullptr;
-    PlugPlugState* mState = nullptr;
-    PlugPlugState mStateBefore{};
     CallerState mCallerBefore = CallerState::Now();
     std::chrono::steady_clock::time_point mBegan{};
     std::chrono::steady_clock::duration mTook{};

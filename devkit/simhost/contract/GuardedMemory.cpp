@@ -26,13 +26,16 @@ constexpr std::size_t kHits = 256;
 struct Block {
     unsigned char* base = nullptr;  // null: not in use
     std::size_t reserved = 0;
+    std::size_t pages = 0;  // bytes between the pages without access
     unsigned char* bytes = nullptr;
     std::size_t size = 0;
     Loan loan;
     bool isClosed = false;
+    bool isCanaryTold = false;  // somebody was seen to write to it
 
     unsigned char* FirstPage() const { return base + kPage; }
-    unsigned char* PagesEnd() const { return bytes + size; }
+    unsigned char* PagesEnd() const { return FirstPage() + pages; }
+    unsigned char* BytesEnd() const { return bytes + size; }
     unsigned char* End() const { return base + reserved; }
     bool Holds(const unsigned char* address) const { return base != nullptr && address >= base && address < End(); }
 };
@@ -72,7 +75,7 @@ void MakeAccessible(unsigned char* from, const unsigned char* to) {
 }
 
 // The zone that was hit becomes accessible, so that each zone of a block is noted once.
-void NoteAndOpen(const Block& block, const unsigned char* address, bool isWrite, const void* code) {
+void NoteAndOpen(Block& block, const unsigned char* address, bool isWrite, const void* code) {
     if (block.isClosed) {
         Note(HitKind::kAfterReturn, block, address, isWrite, code);
         MakeAccessible(block.base, block.End());
@@ -83,8 +86,13 @@ void NoteAndOpen(const Block& block, const unsigned char* address, bool isWrite,
         Note(HitKind::kBehind, block, address, isWrite, code);
         MakeAccessible(block.PagesEnd(), block.End());
     } else {
-        Note(HitKind::kWritten, block, address, isWrite, code);
+        // Only what may not be written is hit there.
+        const HitKind kind = address < block.bytes         ? HitKind::kInFront
+                             : address >= block.BytesEnd() ? HitKind::kBehind
+                                                           : HitKind::kWritten;
+        Note(kind, block, address, isWrite, code);
         MakeAccessible(block.FirstPage(), block.PagesEnd());
+        block.isCanaryTold = true;
     }
 }
 
@@ -105,7 +113,7 @@ LONG CALLBACK OnException(EXCEPTION_POINTERS* pointers) {
     // Not under the lock: it waits for the loader, which may wait for a thread that comes here.
     const void* const code = PlaceWithin(sLibrary, *pointers->ContextRecord);
     const std::lock_guard lock(sMutex);
-    const Block* const block = Find(address);
+    Block* const block = Find(address);
     if (block == nullptr) {
         return EXCEPTION_CONTINUE_SEARCH;
     }
@@ -137,11 +145,20 @@ Block& TakeBlock() {
     throw std::bad_alloc();
 }
 
+// On the side that has one: from the bytes away, for what is next to them is written first.
 void CheckCanary(const Block& block) {
-    // From the bytes downwards: what is next to them is written first.
+    if (block.isCanaryTold) {
+        return;
+    }
     for (const unsigned char* at = block.bytes; at > block.FirstPage(); --at) {
         if (at[-1] != kCanary) {
             Note(HitKind::kInFront, block, at - 1, true, nullptr);
+            return;
+        }
+    }
+    for (const unsigned char* at = block.BytesEnd(); at < block.PagesEnd(); ++at) {
+        if (*at != kCanary) {
+            Note(HitKind::kBehind, block, at, true, nullptr);
             return;
         }
     }
@@ -152,8 +169,7 @@ void Close(Block& block) {
     DWORD before = 0;
     VirtualFree(block.base, kPage, MEM_DECOMMIT);
     VirtualFree(block.PagesEnd(), static_cast<std::size_t>(block.End() - block.PagesEnd()), MEM_DECOMMIT);
-    VirtualProtect(block.FirstPage(), static_cast<std::size_t>(block.PagesEnd() - block.FirstPage()), PAGE_NOACCESS,
-                   &before);
+    VirtualProtect(block.FirstPage(), block.pages, PAGE_NOACCESS, &before);
     block.isClosed = true;
 }
 
@@ -169,8 +185,9 @@ void* GuardedMemory::Lend(const void* bytes, std::size_t size, const Loan& loan)
     if (base == nullptr || VirtualAlloc(base + kPage, pages, MEM_COMMIT, PAGE_READWRITE) == nullptr) {
         throw std::bad_alloc();
     }
-    unsigned char* const first = base + kPage + pages - size;
-    std::memset(base + kPage, kCanary, pages - size);
+    const bool isAtBeginning = loan.call % 2 == 0 && !loan.isLasting;
+    unsigned char* const first = base + kPage + (isAtBeginning ? 0 : pages - size);
+    std::memset(base + kPage, kCanary, pages);
     if (size != 0) {
         std::memcpy(first, bytes, size);
     }
@@ -179,8 +196,17 @@ void* GuardedMemory::Lend(const void* bytes, std::size_t size, const Loan& loan)
         VirtualProtect(base + kPage, pages, PAGE_READONLY, &before);
     }
     const std::lock_guard lock(sMutex);
-    TakeBlock() = {base, reserved, first, size, loan, false};
+    TakeBlock() = {base, reserved, pages, first, size, loan, false, false};
     return first;
+}
+
+void GuardedMemory::Rewrite(void* block, const void* bytes) {
+    // This thread alone changes the table.
+    const Block* const lent = Find(block);
+    DWORD before = 0;
+    VirtualProtect(lent->FirstPage(), lent->pages, PAGE_READWRITE, &before);
+    std::memcpy(lent->bytes, bytes, lent->size);
+    VirtualProtect(lent->FirstPage(), lent->pages, PAGE_READONLY, &before);
 }
 
 void GuardedMemory::Release(void* block, void* out) {

@@ -2,12 +2,14 @@
 // one is noted, with the place in its code; the page then becomes accessible and the library goes on, so that the run
 // shows more than the first mistake.
 //
-//   | no access | canary | the bytes | no access ... |
+//   | no access | canary | the bytes | no access ... |     of odd calls: the end is the end of a page
+//   | no access | the bytes | canary | no access ... |     of even calls: the beginning is the beginning of a page
 //
-// The end lies exactly at the end of a page. In front, the rest of the page is filled with a canary, which Release
-// checks. After Release nothing of it is accessible; the oldest blocks make room for new ones.
+// On the other side, the rest of the page is filled with a canary, which Release checks: what is written there is
+// noticed too, what is read is not. After Release nothing of it is accessible; the oldest blocks make room for new
+// ones.
 //
-// Thread: Lend, Release and TakeHits: main. The memory itself may be touched by any thread.
+// Thread: Lend, Release, Rewrite and TakeHits: main. The memory itself may be touched by any thread.
 #pragma once
 
 #include <windows.h>
@@ -26,6 +28,7 @@ struct Loan {
     int call = 0;  // from 1
     const char* argument = "";
     Access access = Access::kReadWrite;
+    bool isLasting = false;  // stays readable until the process ends: the contract allows keeping the pointer
 };
 
 enum class HitKind {
@@ -50,6 +53,8 @@ class GuardedMemory {
   public:
     // Copies `size` bytes from `bytes`. Throws std::bad_alloc.
     static void* Lend(const void* bytes, std::size_t size, const Loan& loan);
+    // For a lasting block, whose owner has changed the bytes: the library sees the new ones.
+    static void Rewrite(void* block, const void* bytes);
     // Copies the bytes back into `out` when it is not null, and closes the block.
     static void Release(void* block, void* out);
 

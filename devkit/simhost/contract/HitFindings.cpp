@@ -17,7 +17,7 @@ ClauseId ClauseOfHit(const Hit& hit) {
         case HitKind::kInFront:
             return IsText(hit) ? ClauseId::kArgumentBehind : ClauseId::kBufferInFront;
         case HitKind::kWritten:
-            return ClauseId::kArgumentWritten;
+            return hit.loan.isLasting ? ClauseId::kStateWritten : ClauseId::kArgumentWritten;
         case HitKind::kAfterReturn:
             return ClauseId::kArgumentKept;
         case HitKind::kFreed:
@@ -39,13 +39,13 @@ std::string What(const Hit& hit) {
         case HitKind::kInFront:
             return touched + " " + Bytes(-hit.offset) + " in front of " + argument;
         case HitKind::kWritten:
-            return "written to the caller's text " + argument + " at byte " + std::to_string(hit.offset);
+            return "written to the caller's " + argument + " at byte " + std::to_string(hit.offset);
         case HitKind::kAfterReturn:
             return touched + " " + argument + " after the entry had returned";
         case HitKind::kFreed:
             break;
     }
-    return "freed " + argument + ", which is the caller's";
+    return "freed the caller's " + argument;
 }
 
 }  // namespace

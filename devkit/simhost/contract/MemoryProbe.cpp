@@ -4,10 +4,13 @@
 
 #include <array>
 #include <chrono>
+#include <limits>
 #include <string>
 
 #include "simhost/contract/ContractBook.h"
 #include "simhost/contract/ProbedLibrary.h"
+#include "simhost/contract/ResourcesInUse.h"
+#include "simhost/run/FlightRecorder.h"
 #include "support/ForeignExceptionGuard.h"
 
 namespace simhost::contract {
@@ -17,68 +20,99 @@ namespace {
 constexpr const char* kPath = "C:\\Job\\Brochure.ai";
 constexpr const char* kReport = R"({"DocumentFonts":[{"PostScriptName":"Garamond-Bold"}],"LinkedDocuments":[]})";
 
-constexpr int kWarmUp = 60;
-constexpr int kRounds = 100;
 constexpr int kIntervals = 3;
-// An entry that is slower is not called hundreds of times.
-constexpr double kPatienceMilliseconds = 5;
 
-// In all heaps of the process.
-long BlocksInUse() {
-    std::array<HANDLE, 64> heaps{};
-    const DWORD count = GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data());
-    long blocks = 0;
-    for (DWORD i = 0; i < count && i < heaps.size(); ++i) {
-        PROCESS_HEAP_ENTRY entry{};
-        HeapLock(heaps[i]);
-        while (HeapWalk(heaps[i], &entry) != 0) {
-            blocks += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0 ? 1 : 0;
+// How often the same is done, and how long once may take: what is slower is not done hundreds of times.
+struct Plan {
+    int warmUp, rounds;
+    double patienceMilliseconds;
+};
+constexpr Plan kCalls = {60, 100, 5};
+constexpr Plan kStarts = {10, 20, 50};
+
+class Watcher {
+  public:
+    Watcher(const Deadline& deadline, const Plan& plan) : mDeadline(deadline), mPlan(plan) {}
+
+    // `run` makes calls without the layer; those of `entry` are blamed for what grows.
+    template <class Run>
+    void Watch(const char* entry, const Run& run) const {
+        Book().Begin(entry, 0);
+        try {
+            CallForeignCode([&] {
+                WatchRuns(entry, run);
+                return 0;
+            });
+        } catch (const OutOfTime&) {
+            Book().Note(std::string(entry) + " was not called often enough to see what grows: there was no time left");
+        } catch (...) {
+            // It has a clause of its own, which other probes try.
+            LeftEntry();
+            Book().Note(std::string(entry) + " was not called often enough to see what grows: it throws");
         }
-        HeapUnlock(heaps[i]);
+        Book().End();
     }
-    return blocks;
-}
 
-template <class Call>
-bool IsQuick(const Call& call) {
-    const auto begin = std::chrono::steady_clock::now();
-    call();
-    const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - begin;
-    return took.count() <= kPatienceMilliseconds;
-}
+  private:
+    // A cache grows at first, or now and then; what is lost each time grows in every interval.
+    template <class Run>
+    void WatchRuns(const char* entry, const Run& run) const {
+        if (!IsQuick(entry, run) && !IsQuick(entry, run)) {
+            Book().Note(std::string(entry) + " takes too long to be called hundreds of times to see what grows");
+            return;
+        }
+        Repeat(mPlan.warmUp, entry, run);
+        constexpr long kMany = std::numeric_limits<long>::max();
+        ResourcesInUse least{kMany, kMany, kMany};
+        for (int interval = 0; interval < kIntervals; ++interval) {
+            const ResourcesInUse before = ResourcesInUse::Now();
+            Repeat(mPlan.rounds, entry, run);
+            least = Least(least, ResourcesInUse::Now() - before);
+        }
+        Judge(ClauseId::kMemoryGrows, entry, least.blocks, "blocks of memory");
+        Judge(ClauseId::kHandlesGrow, entry, least.handles, "handles");
+        Judge(ClauseId::kHandlesGrow, entry, least.objects, "windows or drawing objects");
+    }
 
-template <class Call>
-void Repeat(int times, const Call& call) {
-    for (int i = 0; i < times; ++i) {
-        call();
+    template <class Run>
+    bool IsQuick(const char* entry, const Run& run) const {
+        const auto begin = std::chrono::steady_clock::now();
+        Repeat(1, entry, run);
+        const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - begin;
+        return took.count() <= mPlan.patienceMilliseconds;
     }
-}
 
-// A cache grows at first, or now and then; what is lost at each call grows in every interval.
-template <class Call>
-void Watch(const char* entry, const Call& call) {
-    if (!IsQuick(call) && !IsQuick(call)) {
-        return;
+    template <class Run>
+    void Repeat(int times, const char* entry, const Run& run) const {
+        for (int i = 0; i < times; ++i) {
+            if (mDeadline.IsOver()) {
+                throw OutOfTime();
+            }
+            // Each call has its own time limit.
+            EnteredEntry(entry);
+            run();
+            LeftEntry();
+        }
     }
-    Book().Tried(ClauseId::kMemoryGrows);
-    Repeat(kWarmUp, call);
-    long least = kRounds * 1000L;
-    for (int interval = 0; interval < kIntervals; ++interval) {
-        const long before = BlocksInUse();
-        Repeat(kRounds, call);
-        least = std::min(least, BlocksInUse() - before);
+
+    void Judge(ClauseId clause, const char* entry, long grown, const char* what) const {
+        Book().Tried(clause);
+        if (grown >= mPlan.rounds / 2) {
+            Book().Broken({clause, entry, 0,
+                           "at least " + std::to_string(grown) + " " + what + " more after each " +
+                               std::to_string(mPlan.rounds) + " calls"});
+        }
     }
-    if (least >= kRounds / 2) {
-        Book().Broken(
-            {ClauseId::kMemoryGrows, entry, 0,
-             "at least " + std::to_string(least) + " blocks more after each " + std::to_string(kRounds) + " calls"});
-    }
-}
+
+    const Deadline& mDeadline;
+    Plan mPlan;
+};
 
 }  // namespace
 
 void ProbeMemory(ProbedLibrary& library) {
     library.Start();
+    const Watcher watcher(library.GetDeadline(), kCalls);
     static std::array<char, kPluginCoreOpenReplySize + 1> sBuffer;
     std::uint64_t size = 0;
     const auto reply = [&](std::uint64_t capacity) {
@@ -86,18 +120,9 @@ void ProbeMemory(ProbedLibrary& library) {
         sBuffer[0] = 0;
         return sBuffer.data();
     };
-    const auto watch = [](const char* name, auto* entry, const auto& call) {
-        if (entry != nullptr) {
-            CallForeignCode([&] {
-                Watch(name, call);
-                return 0;
-            });
-        }
-    };
-#define WATCH(name, ...)                                           \
-    {                                                              \
-        auto* const entry = library.Real<decltype(::name)>(#name); \
-        watch(#name, entry, [&] { entry(__VA_ARGS__); });          \
+#define WATCH(name, ...)                                                      \
+    if (auto* const entry = library.Real<decltype(::name)>(#name)) {          \
+        watcher.Watch(#name, [&] { static_cast<void>(entry(__VA_ARGS__)); }); \
     }
     std::uint8_t enabled = 0;
     std::uint32_t number = 0;
@@ -110,11 +135,25 @@ void ProbeMemory(ProbedLibrary& library) {
     WATCH(GetMenus, kPath, reply(kPluginCoreMenusSize), &size)
     WATCH(GetIDForDocument, kPath, reply(kPluginCoreDocumentIDSize), &size)
     WATCH(HandleOpenExistingDocument, kPath, reply(kPluginCoreOpenReplySize), &size)
+    WATCH(ActivateChosenFonts, kPath, reply(kPluginCoreOpenReplySize), &size)
     WATCH(UpdateDocumentFontUsage, "document", kReport)
+    WATCH(HandleMenuSelection, "document", "[]", "no such item")
     WATCH(HandleSaveDocument, kPath, kReport)
     WATCH(HandleCloseDocument, kPath, kReport)
 #undef WATCH
     library.End();
+}
+
+void ProbeStarts(ProbedLibrary& library) {
+    auto* const start = library.Real<decltype(::InitializePluginCoreInterface)>("InitializePluginCoreInterface");
+    auto* const end = library.Real<decltype(::TerminatePluginCoreInterface)>("TerminatePluginCoreInterface");
+    if (start == nullptr || end == nullptr) {
+        return;
+    }
+    Watcher(library.GetDeadline(), kStarts).Watch("InitializePluginCoreInterface", [&] {
+        start("C:\\Host\\Plug-ins\\Plug-in.aip");
+        end();
+    });
 }
 
 }  // namespace simhost::contract

@@ -11,6 +11,7 @@
 #include "simhost/contract/GuardedMemory.h"
 #include "simhost/contract/LibraryImports.h"
 #include "simhost/contract/MainThreadWatch.h"
+#include "simhost/run/FlightRecorder.h"
 
 namespace simhost::contract {
 
@@ -87,6 +88,7 @@ FARPROC GuardedEntry(HMODULE library, const char* name) {
 void KeepBookIfAsked() {
     if (const wchar_t* const record = _wgetenv(kContractRecordVariable)) {
         Book().KeepIn(record);
+        RecordLimitPerEntry();
         WatchMainThread();
     }
 }

@@ -8,7 +8,8 @@
 
 namespace simhost::contract {
 
-// When it names a file, the contract's book is kept there, and dialogs are closed.
+// When it names a file, the contract's book is kept there, dialogs are closed, and the time limit of
+// a step is that of a call: however many of them a step makes, a library may be slow.
 constexpr const wchar_t* kContractRecordVariable = L"QUORVEL_CONTRACT_RECORD";
 void KeepBookIfAsked();
 

@@ -22,7 +22,8 @@ HMODULE Load(const std::filesystem::path& file) {
 
 }  // namespace
 
-ProbedLibrary::ProbedLibrary(const std::filesystem::path& file) : mModule(Load(file)) {
+ProbedLibrary::ProbedLibrary(const std::filesystem::path& file, const Deadline& deadline)
+    : mDeadline(deadline), mModule(Load(file)) {
     const auto bind = [this](auto& entry, const char* name) {
         entry.Bind(GuardedEntry(mModule, name));
         if (entry.IsNull()) {

@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -24,17 +25,55 @@ struct Reply {
     std::uint64_t size;
 };
 
-// A missing entry answers "not found". Calls throw what the entries throw.
+// Thrown instead of a call for which there is no time left.
+struct OutOfTime {};
+
+// Milliseconds of GetTickCount64, from which on no probe makes a call.
+class Deadline {
+  public:
+    explicit Deadline(std::int64_t seconds) : mAt(GetTickCount64() + static_cast<ULONGLONG>(seconds) * 1000) {}
+    bool IsOver() const { return GetTickCount64() >= mAt; }
+
+  private:
+    ULONGLONG mAt;
+};
+
+// An entry as the plug-in calls it, as long as there is time.
+template <class Signature>
+class ProbedEntry;
+
+template <class... Arguments>
+class ProbedEntry<std::int32_t(Arguments...)> {
+  public:
+    explicit ProbedEntry(const Deadline& deadline) : mDeadline(deadline) {}
+
+    void Bind(FARPROC address) noexcept { mEntry.Bind(address); }
+    bool IsNull() const noexcept { return mEntry.IsNull(); }
+    std::int32_t operator()(Arguments... arguments) const {
+        if (mDeadline.IsOver()) {
+            throw OutOfTime();
+        }
+        return mEntry(arguments...);
+    }
+
+  private:
+    const Deadline& mDeadline;
+    EntryPoint<std::int32_t(Arguments...)> mEntry;
+};
+
+// A missing entry answers "not found". Calls throw what the entries throw, and OutOfTime.
 class ProbedLibrary {
   public:
     // Loads the file, together with what lies in its folder. Throws std::runtime_error in words.
-    explicit ProbedLibrary(const std::filesystem::path& file);
+    ProbedLibrary(const std::filesystem::path& file, const Deadline& deadline);
+    ProbedLibrary(const ProbedLibrary&) = delete;
+    ProbedLibrary& operator=(const ProbedLibrary&) = delete;
 
     // As the plug-in starts it and ends it.
     void Start() const;
     void End() const { TerminatePluginCoreInterface(); }
 
-    HMODULE Module() const { return mModule; }
+    const Deadline& GetDeadline() const { return mDeadline; }
     // The library's own entry, without the layer; null when it has none.
     template <class Function>
     Function* Real(const char* name) const {
@@ -42,8 +81,12 @@ class ProbedLibrary {
     }
     const std::vector<std::string>& Missing() const { return mMissing; }
 
+  private:
+    const Deadline mDeadline;
+
+  public:
 // A name to be declared takes no parentheses. NOLINTNEXTLINE(bugprone-macro-parentheses)
-#define DECLARE_ENTRY(name) EntryPoint<decltype(::name)> name;
+#define DECLARE_ENTRY(name) ProbedEntry<decltype(::name)> name{mDeadline};
     PLUGINCORE_ENTRIES(DECLARE_ENTRY)
 #undef DECLARE_ENTRY
 

@@ -3,9 +3,7 @@
 // Thread: main.
 #pragma once
 
-#include <filesystem>
 #include <span>
-#include <string>
 
 #include "simhost/contract/Clauses.h"
 
@@ -13,18 +11,21 @@ namespace simhost::contract {
 
 class ProbedLibrary;
 
+// What would make a probe useless or harmful. A hint, or a clause that has nothing to do with it, does not.
+enum class Needs {
+    kNothing,
+    kSoundMemory,  // it calls the library without guards, many times
+    kNothingLeft,  // as that, and it starts and ends the library many times
+};
+
 struct Probe {
     const char* name;
     void (*run)(ProbedLibrary& library);
     // What a crash, a hang or an exit during the probe says; kCrash stands for whichever it was.
     ClauseId lossMeans;
-    // It calls the library without guards: of use only when nothing else is broken.
-    bool needsSoundLibrary = false;
+    Needs needs = Needs::kNothing;
 };
 
 std::span<const Probe> AllProbes();
-
-// Runs the probe of that name in this process; what it finds goes into the contract's book. Exit code 0.
-int RunProbe(const std::string& name, const std::filesystem::path& file);
 
 }  // namespace simhost::contract

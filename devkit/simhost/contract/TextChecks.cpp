@@ -2,8 +2,10 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 namespace simhost::contract {
 
@@ -13,42 +15,90 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::size_t kShown = 60;
 
-ShapeFault NoJson(const Json::parse_error& error) { return {false, "no JSON at byte " + std::to_string(error.byte)}; }
+// Keeps the first fault of each kind.
+class ShapeFaults {
+  public:
+    void Add(ShapeFaultKind kind, const std::string& text) {
+        if (std::none_of(mFaults.begin(), mFaults.end(), [&](const ShapeFault& fault) { return fault.kind == kind; })) {
+            mFaults.push_back({kind, text});
+        }
+    }
+    std::vector<ShapeFault> Take() { return std::move(mFaults); }
+
+  private:
+    std::vector<ShapeFault> mFaults;
+};
+
+struct Member {
+    const char* name;
+    bool (*is)(const Json&);
+    const char* kind;
+};
+constexpr Member kItemMembers[] = {
+    {"id", [](const Json& value) { return value.is_string(); }, "a text"},
+    {"title", [](const Json& value) { return value.is_string() || value.is_null(); }, "a text or null"},
+    {"enabled", [](const Json& value) { return value.is_boolean(); }, "true or false"},
+    {"checked", [](const Json& value) { return value.is_boolean(); }, "true or false"},
+    {"child", [](const Json& value) { return value.is_array() || value.is_null(); }, "an array or null"}};
+
+void CheckItems(const Json& items, const std::string& place, ShapeFaults& faults);
 
 // "[0].child[1]" names an item.
-std::optional<std::string> FaultOfItem(const Json& item, const std::string& place) {
+void CheckItem(const Json& item, const std::string& place, ShapeFaults& faults) {
     if (!item.is_object()) {
-        return place + " is no object";
+        faults.Add(ShapeFaultKind::kOtherKind, place + " is no object");
+        return;
     }
-    struct Member {
-        const char* name;
-        bool (*is)(const Json&);
-        const char* kind;
-    };
-    constexpr auto kIsText = [](const Json& value) { return value.is_string(); };
-    constexpr auto kIsTitle = [](const Json& value) { return value.is_string() || value.is_null(); };
-    constexpr auto kIsFlag = [](const Json& value) { return value.is_boolean(); };
-    constexpr auto kIsList = [](const Json& value) { return value.is_array() || value.is_null(); };
-    const Member members[] = {{"id", kIsText, "a text"},
-                              {"title", kIsTitle, "a text or null"},
-                              {"enabled", kIsFlag, "true or false"},
-                              {"checked", kIsFlag, "true or false"},
-                              {"child", kIsList, "an array or null"}};
-    for (const Member& member : members) {
+    for (const Member& member : kItemMembers) {
         const auto found = item.find(member.name);
         if (found == item.end()) {
-            return place + " has no member \"" + member.name + "\"";
-        }
-        if (!member.is(*found)) {
-            return place + "." + member.name + " is not " + member.kind;
-        }
-    }
-    for (std::size_t i = 0; i < item.at("child").size(); ++i) {
-        if (auto fault = FaultOfItem(item.at("child")[i], place + ".child[" + std::to_string(i) + "]")) {
-            return fault;
+            faults.Add(ShapeFaultKind::kMemberMissing, place + " has no member \"" + member.name + "\"");
+        } else if (!member.is(*found)) {
+            faults.Add(ShapeFaultKind::kOtherKind, place + "." + member.name + " is not " + member.kind);
         }
     }
-    return std::nullopt;
+    const auto child = item.find("child");
+    if (child != item.end() && child->is_array()) {
+        CheckItems(*child, place + ".child", faults);
+    }
+}
+
+void CheckItems(const Json& items, const std::string& place, ShapeFaults& faults) {
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        CheckItem(items[i], place + "[" + std::to_string(i) + "]", faults);
+    }
+}
+
+void CheckMenus(const Json& root, ShapeFaults& faults) {
+    if (root.is_array()) {
+        CheckItems(root, "", faults);
+    } else if (root.is_object()) {
+        CheckItem(root, "the item", faults);
+    } else {
+        faults.Add(ShapeFaultKind::kMemberMissing, "neither an item nor an array of items");
+    }
+}
+
+void CheckSettings(const Json& root, ShapeFaults& faults) {
+    if (!root.is_object()) {
+        faults.Add(ShapeFaultKind::kOtherKind, "no object");
+        return;
+    }
+    for (const char* const name : {"DialogSuppression", "PickBestMatch"}) {
+        if (root.contains(name) && !root.at(name).is_number_integer()) {
+            faults.Add(ShapeFaultKind::kOtherKind, std::string(name) + " is no whole number");
+        }
+    }
+}
+
+std::vector<ShapeFault> FaultsOf(const std::string& json, void (*check)(const Json& root, ShapeFaults& faults)) {
+    ShapeFaults faults;
+    try {
+        check(Json::parse(json), faults);
+    } catch (const Json::parse_error& error) {
+        faults.Add(ShapeFaultKind::kNoJson, "no JSON at byte " + std::to_string(error.byte));
+    }
+    return faults.Take();
 }
 
 }  // namespace
@@ -74,42 +124,8 @@ std::string Printable(std::string_view text) {
     return shown + (text.size() > kShown ? "...\"" : "\"");
 }
 
-std::optional<ShapeFault> FaultOfMenus(const std::string& json) {
-    try {
-        const Json root = Json::parse(json);
-        if (root.is_object()) {
-            const auto fault = FaultOfItem(root, "the item");
-            return fault ? std::optional(ShapeFault{true, *fault}) : std::nullopt;
-        }
-        if (!root.is_array()) {
-            return ShapeFault{true, "neither an item nor an array of items"};
-        }
-        for (std::size_t i = 0; i < root.size(); ++i) {
-            if (const auto fault = FaultOfItem(root[i], "[" + std::to_string(i) + "]")) {
-                return ShapeFault{true, *fault};
-            }
-        }
-        return std::nullopt;
-    } catch (const Json::parse_error& error) {
-        return NoJson(error);
-    }
-}
+std::vector<ShapeFault> FaultsOfMenus(const std::string& json) { return FaultsOf(json, &CheckMenus); }
 
-std::optional<ShapeFault> FaultOfSettings(const std::string& json) {
-    try {
-        const Json root = Json::parse(json);
-        if (!root.is_object()) {
-            return ShapeFault{true, "no object"};
-        }
-        for (const char* const name : {"DialogSuppression", "PickBestMatch"}) {
-            if (root.contains(name) && !root.at(name).is_number_integer()) {
-                return ShapeFault{true, std::string(name) + " is no whole number"};
-            }
-        }
-        return std::nullopt;
-    } catch (const Json::parse_error& error) {
-        return NoJson(error);
-    }
-}
+std::vector<ShapeFault> FaultsOfSettings(const std::string& json) { return FaultsOf(json, &CheckSettings); }
 
 }  // namespace simhost::contract

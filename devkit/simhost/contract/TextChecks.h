@@ -3,9 +3,9 @@
 // Thread: any.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace simhost::contract {
 
@@ -14,12 +14,14 @@ bool IsUtf8(std::string_view text);
 // In quotes, and short; bytes that are not UTF-8 or control characters as in "<E4>".
 std::string Printable(std::string_view text);
 
-// In words what is wrong with the shape; nothing when it is as promised. The text must be JSON.
+enum class ShapeFaultKind { kNoJson, kMemberMissing, kOtherKind };
+
 struct ShapeFault {
-    bool isJson;
-    std::string text;
+    ShapeFaultKind kind;
+    std::string text;  // what is wrong, in words
 };
-std::optional<ShapeFault> FaultOfMenus(const std::string& json);
-std::optional<ShapeFault> FaultOfSettings(const std::string& json);
+// The first of each kind; empty when the shape is as promised.
+std::vector<ShapeFault> FaultsOfMenus(const std::string& json);
+std::vector<ShapeFault> FaultsOfSettings(const std::string& json);
 
 }  // namespace simhost::contract

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "simhost/contract/ContractBook.h"
@@ -18,7 +19,7 @@ constexpr const char* kAskedToTheEnd[] = {"GetAPIVersion", "GetSettings", "GetSo
 // One PluginCore per process.
 struct History {
     bool isTerminated = false;
-    std::map<std::string, std::int32_t> lastAnswer;
+    std::map<std::string, PluginCoreCall> lastCalls;  // before that, by entry
 };
 
 History& TheHistory() {
@@ -32,15 +33,24 @@ bool IsAskedToTheEnd(const std::string& entry) {
 }
 
 void CheckAfterTerminate(const PluginCoreCall& call, int number, const History& history) {
-    const auto before = history.lastAnswer.find(call.entry);
-    if (!IsAskedToTheEnd(call.entry) || before == history.lastAnswer.end()) {
+    const auto found = history.lastCalls.find(call.entry);
+    if (!IsAskedToTheEnd(call.entry) || found == history.lastCalls.end()) {
         return;
     }
     Book().Tried(ClauseId::kAfterTerminate);
-    if (before->second == 0 && call.answer != 0 && !call.exception) {
-        Book().Broken(
-            {ClauseId::kAfterTerminate, call.entry, number,
-             "answered " + std::to_string(call.answer) + " after TerminatePluginCoreInterface, and 0 before"});
+    const PluginCoreCall& before = found->second;
+    // What was refused before, or in a smaller buffer, is no promise.
+    if (before.answer != 0 || before.exception || call.exception || before.arguments != call.arguments) {
+        return;
+    }
+    const auto broken = [&](const std::string& now, const std::string& then) {
+        Book().Broken({ClauseId::kAfterTerminate, call.entry, number,
+                       "answered " + now + " after TerminatePluginCoreInterface, and " + then + " before"});
+    };
+    if (call.answer != 0) {
+        broken(std::to_string(call.answer), "0");
+    } else if (call.results != before.results) {
+        broken(call.results.dump(), before.results.dump());
     }
 }
 
@@ -90,7 +100,7 @@ void CheckTimeline(const PluginCoreCall& call, int number, bool isTimed) {
     if (history.isTerminated) {
         CheckAfterTerminate(call, number, history);
     } else {
-        history.lastAnswer[call.entry] = call.answer;
+        history.lastCalls[call.entry] = call;
     }
     if (call.entry == "TerminatePluginCoreInterface") {
         history.isTerminated = true;
@@ -99,7 +109,5 @@ void CheckTimeline(const PluginCoreCall& call, int number, bool isTimed) {
         history.isTerminated = false;
     }
 }
-
-bool IsTerminated() { return TheHistory().isTerminated; }
 
 }  // namespace simhost::contract

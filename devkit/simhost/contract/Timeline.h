@@ -11,7 +11,4 @@ namespace simhost::contract {
 // the library's own.
 void CheckTimeline(const PluginCoreCall& call, int number, bool isTimed);
 
-// Whether TerminatePluginCoreInterface has returned.
-bool IsTerminated();
-
 }  // namespace simhost::contract

@@ -1,9 +1,9 @@
 #include "simhost/report/CallLines.h"
 
 #include <cstdint>
-#include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "doubles/common/CallRecord.h"
 #include "simhost/report/FittedJson.h"
 
 namespace simhost {
@@ -13,13 +13,6 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr std::size_t kWidth = 100;
-
-std::string AnswerInWords(std::int32_t answer) {
-    char text[16];
-    // Codes are readable in hexadecimal only.
-    std::snprintf(text, sizeof text, answer >= -255 && answer <= 255 ? "%d" : "0x%08X", static_cast<unsigned>(answer));
-    return text;
-}
 
 // A text that is compact JSON and too long for a line is shown as JSON, which says the same.
 std::vector<std::string> ShownText(const std::string& text) {
@@ -88,7 +81,7 @@ std::string ResultsInWords(const PluginCoreCall& call) {
 }
 
 std::string Outcome(const PluginCoreCall& call) {
-    return call.exception ? "threw " + *call.exception : AnswerInWords(call.answer) + ResultsInWords(call);
+    return call.exception ? "threw " + *call.exception : doubles::AnswerInWords(call.answer) + ResultsInWords(call);
 }
 
 }  // namespace

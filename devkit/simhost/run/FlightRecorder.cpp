@@ -36,6 +36,12 @@ FlightRecord* Record() {
     return sRecord;
 }
 
+void NoteSignOfLife(FlightRecord& record) {
+    if (record.isPerEntry != 0) {
+        record.stepBegan = GetTickCount64();
+    }
+}
+
 template <std::size_t kSize>
 std::string TextOf(const char (&field)[kSize]) {
     return {field, strnlen(field, kSize)};
@@ -77,6 +83,12 @@ void RecordOperationByHand() {
     }
 }
 
+void RecordLimitPerEntry() {
+    if (FlightRecord* const record = Record()) {
+        record->isPerEntry = 1;
+    }
+}
+
 void RecordMessage(std::string_view message) {
     if (FlightRecord* const record = Record()) {
         Write(record->message, message);
@@ -92,6 +104,7 @@ void EnteredEntry(std::string_view name) {
             Write(record->entries[record->entriesInside], name);
         }
         ++record->entriesInside;
+        NoteSignOfLife(*record);
     }
 }
 
@@ -99,6 +112,7 @@ void LeftEntry() {
     FlightRecord* const record = Record();
     if (record != nullptr && record->entriesInside != 0) {
         --record->entriesInside;
+        NoteSignOfLife(*record);
     }
 }
 

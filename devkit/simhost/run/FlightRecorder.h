@@ -19,6 +19,7 @@ struct FlightRecord {
     std::uint32_t concluded;      // not 0: the result is written, only the end of the process is left
     std::uint32_t entriesInside;  // of the PluginCore, one called inside the other; may be more than are kept
     std::uint32_t isByHand;       // not 0: a person decides how long the step takes, but not each message
+    std::uint32_t isPerEntry;     // not 0: the time of a step counts from the last begin or end of an entry
     std::uint64_t stepBegan;      // GetTickCount64(); 0: may take as long as it likes
     std::uint64_t changes;        // how often anything of this changed
     char step[256];
@@ -35,6 +36,8 @@ void OpenFlightRecorder();
 void RecordStep(std::string_view place);
 // The present step is operated by a person: only the messages that it sends have the time limit.
 void RecordOperationByHand();
+// From now on a step may hold any number of calls: its time limit is that of a single one.
+void RecordLimitPerEntry();
 // The plug-in is given this message; "" when it has answered.
 void RecordMessage(std::string_view message);
 // An entry of the PluginCore is called, and has come back in whatever way.

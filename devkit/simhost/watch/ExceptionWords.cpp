@@ -44,7 +44,7 @@ std::string NameOfException(std::uint32_t code) {
             return row.name + Format(" (0x%08llX)", code);
         }
     }
-    return Format("exception 0x%08llX", code);
+    return std::string(IsFault(code) ? "exception" : kRaisedException) + Format(" 0x%08llX", code);
 }
 
 std::string InWords(const EXCEPTION_RECORD& record) {

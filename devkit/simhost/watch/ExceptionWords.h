@@ -8,6 +8,9 @@
 
 namespace simhost {
 
+// How the words of an exception begin that some runtime library raised, with a code of its own.
+constexpr const char* kRaisedException = "raised exception";
+
 std::string InWords(const EXCEPTION_RECORD& record);
 // "access violation (0xC0000005)".
 std::string NameOfException(std::uint32_t code);

@@ -135,17 +135,18 @@ class Watch {
             return DBG_CONTINUE;
         }
         if (event.u.Exception.dwFirstChance == 0) {
-            OnCrash(record, mStacks->ReadFrom(thread));
+            OnCrash(record, mStacks->ReadFrom(thread), event.dwThreadId);
         } else if (IsFault(record.ExceptionCode)) {
-            mLastFault = {record, mStacks->ReadFrom(thread)};
+            mLastFault = {record, mStacks->ReadFrom(thread), event.dwThreadId};
         }
         return DBG_EXCEPTION_NOT_HANDLED;
     }
 
-    void OnCrash(const EXCEPTION_RECORD& record, const CallStack& stack) {
+    void OnCrash(const EXCEPTION_RECORD& record, const CallStack& stack, DWORD thread) {
         const Culprit culprit = CulpritOf(stack);
+        const std::string where = thread == mMainThread ? " " : std::string(" ") + kOnOtherThread + " ";
         Lose(IsFailFast(record.ExceptionCode) ? Rule::kFailFast : Rule::kCrash,
-             InWords(record) + " " + InWords(culprit), ModuleOf(culprit));
+             InWords(record) + where + InWords(culprit), ModuleOf(culprit));
     }
 
     void OnEndAttempt(const EndAttempt& attempt, DWORD threadId, HANDLE thread) {
@@ -176,8 +177,8 @@ class Watch {
         if (mIsLost || mRecorder.Read().concluded != 0) {
             return;
         }
-        if (mLastFault && mLastFault->first.ExceptionCode == exitCode) {
-            OnCrash(mLastFault->first, mLastFault->second);
+        if (mLastFault && mLastFault->record.ExceptionCode == exitCode) {
+            OnCrash(mLastFault->record, mLastFault->stack, mLastFault->thread);
         } else if (IsFailFast(exitCode)) {
             Lose(Rule::kFailFast, "the process ended with " + NameOfException(exitCode), "");
         } else {
@@ -199,7 +200,7 @@ class Watch {
         const FlightRecord record = mRecorder.Read();
         const auto inStep = record.stepBegan == 0 ? 0 : static_cast<std::int64_t>(now - record.stepBegan);
         if (inStep > mLimits.stepSeconds * 1000) {
-            OnStepLimit();
+            OnStepLimit(record);
         } else if (static_cast<std::int64_t>(now - mBegan) > mLimits.runSeconds * 1000) {
             const Culprit culprit = CulpritOf(StackOf(mMainThread));
             Lose(Rule::kTimeLimit,
@@ -209,7 +210,7 @@ class Watch {
         }
     }
 
-    void OnStepLimit() {
+    void OnStepLimit(const FlightRecord& record) {
         const std::string after = "after " + std::to_string(mLimits.stepSeconds) + " seconds";
         if (const auto dialog = FindOpenDialog(mProcessId)) {
             const Culprit culprit = CulpritOf(StackOf(dialog->thread));
@@ -219,7 +220,10 @@ class Watch {
                  ModuleOf(culprit));
         } else {
             const Culprit culprit = CulpritOf(StackOf(mMainThread));
-            Lose(Rule::kHang, "the step had not ended " + after + "; the main thread is " + InWords(culprit),
+            const bool isEntry = record.isPerEntry != 0 && record.entriesInside != 0;
+            Lose(Rule::kHang,
+                 (isEntry ? "the entry had not returned " : "the step had not ended ") + after +
+                     "; the main thread is " + InWords(culprit),
                  ModuleOf(culprit));
         }
     }
@@ -289,7 +293,12 @@ class Watch {
     std::optional<StackReader> mStacks;
     std::optional<EndTraps> mTraps;
     std::map<DWORD, HANDLE> mThreads;  // those that run; the handles are Windows' own
-    std::optional<std::pair<EXCEPTION_RECORD, CallStack>> mLastFault;
+    struct Fault {
+        EXCEPTION_RECORD record;
+        CallStack stack;
+        DWORD thread;
+    };
+    std::optional<Fault> mLastFault;
     HostEnd mEnd;
     bool mIsReady = false;
     bool mIsLost = false;  // found guilty, and told to end

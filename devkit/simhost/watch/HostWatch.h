@@ -28,6 +28,9 @@ struct WatchLimits {
     std::int64_t stepSeconds;
 };
 
+// In the words of a crash that happened on any other thread than the main one.
+constexpr const char* kOnOtherThread = "on a thread beside the main thread";
+
 struct HostEnd {
     bool hasBegun = false;            // the host itself ran, and not Windows' start of its process alone
     bool concluded = false;           // the host came to its end, and wrote a result before
