@@ -32,10 +32,10 @@ constexpr const char* kDay = "day";
 // A slow library takes its time at each of some hundred calls.
 constexpr std::int64_t kDaySeconds = 300;
 
-// What may destroy the memory of a process in which nothing is guarded.
-constexpr ClauseId kMemoryClauses[] = {ClauseId::kBufferBehind,   ClauseId::kBufferInFront,   ClauseId::kNullBuffer,
-                                       ClauseId::kArgumentBehind, ClauseId::kArgumentWritten, ClauseId::kArgumentKept,
-                                       ClauseId::kArgumentFreed,  ClauseId::kStateWritten};
+// What may destroy the memory of a process in which nothing is guarded, or stop it where nobody answers dialogs.
+constexpr ClauseId kRiskyClauses[] = {ClauseId::kDialog,       ClauseId::kBufferBehind,   ClauseId::kBufferInFront,
+                                      ClauseId::kNullBuffer,   ClauseId::kArgumentBehind, ClauseId::kArgumentWritten,
+                                      ClauseId::kArgumentKept, ClauseId::kArgumentFreed,  ClauseId::kStateWritten};
 constexpr ClauseId kLeftClauses[] = {ClauseId::kHookLeft, ClauseId::kWindowLeft, ClauseId::kThreadLeft,
                                      ClauseId::kProcessLeft, ClauseId::kSecondStart};
 
@@ -88,7 +88,7 @@ class Check {
         if (mHangs >= kHangsThatAreEnough) {
             return "the library hangs";
         }
-        const bool isRisky = !mLosses.empty() || HasSeen(kMemoryClauses);
+        const bool isRisky = !mLosses.empty() || HasSeen(kRiskyClauses);
         const bool leavesThings = HasSeen(kLeftClauses);
         if ((probe.needs != Needs::kNothing && isRisky) || (probe.needs == Needs::kNothingLeft && leavesThings)) {
             return "something else is to be mended first";

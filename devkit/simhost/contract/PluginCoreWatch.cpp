@@ -7,10 +7,10 @@
 
 #include "doubles/common/ImportPatch.h"
 #include "simhost/contract/ContractBook.h"
+#include "simhost/contract/DialogAnswerer.h"
 #include "simhost/contract/ForwardedEntries.h"
 #include "simhost/contract/GuardedMemory.h"
 #include "simhost/contract/LibraryImports.h"
-#include "simhost/contract/MainThreadWatch.h"
 #include "simhost/run/FlightRecorder.h"
 
 namespace simhost::contract {
@@ -89,7 +89,7 @@ void KeepBookIfAsked() {
     if (const wchar_t* const record = _wgetenv(kContractRecordVariable)) {
         Book().KeepIn(record);
         RecordLimitPerEntry();
-        WatchMainThread();
+        AnswerDialogs();
     }
 }
 

@@ -1,16 +1,14 @@
-#include "simhost/contract/MainThreadWatch.h"
+#include "simhost/contract/DialogAnswerer.h"
 
 #include <windows.h>
 
 #include <algorithm>
-#include <atomic>
 #include <map>
 #include <optional>
 #include <string>
 
 #include "doubles/common/Text.h"
 #include "doubles/common/Thread.h"
-#include "simhost/contract/CodeAddress.h"
 #include "simhost/contract/ContractBook.h"
 #include "simhost/contract/GuardedCall.h"
 
@@ -19,7 +17,6 @@ namespace simhost::contract {
 namespace {
 
 constexpr DWORD kPauseMilliseconds = 50;
-constexpr DWORD kMomentMilliseconds = 500;
 // What is gone sooner, such as a window that a library only uses for a moment, is no dialog.
 constexpr int kPausesUntilOk = 6;
 constexpr int kPausesUntilClose = 20;
@@ -38,36 +35,14 @@ std::string Title(HWND window) {
     return Utf8(std::wstring_view(text));
 }
 
-// Where the main thread used up its stack; null as long as it has not.
-std::atomic<const void*> sStackUsedUpAt = nullptr;
-
-// There is no stack left for telling it: the other thread does.
-LONG CALLBACK OnStackUsedUp(EXCEPTION_POINTERS* pointers) {
-    if (pointers->ExceptionRecord->ExceptionCode != EXCEPTION_STACK_OVERFLOW) {
-        return EXCEPTION_CONTINUE_SEARCH;
-    }
-    sStackUsedUpAt = pointers->ExceptionRecord->ExceptionAddress;
-    Sleep(INFINITE);
-    return EXCEPTION_CONTINUE_SEARCH;
-}
-
-class MainThreadWatch {
+class DialogAnswerer {
   public:
-    explicit MainThreadWatch(DWORD thread) : mThread(thread), mHandle(OpenThread(SYNCHRONIZE, FALSE, thread)) {}
+    explicit DialogAnswerer(DWORD thread) : mThread(thread) {}
 
     [[noreturn]] void Run() {
         for (;;) {
-            const bool isThreadGone = WaitForSingleObject(mHandle, kPauseMilliseconds) == WAIT_OBJECT_0;
-            const std::optional<CallUnderWay> call = EntryUnderWay();
-            if (const void* const code = sStackUsedUpAt) {
-                NoteLoss(call.value_or(CallUnderWay{}), "the stack is used up at " + DescribeCode(code));
-            }
-            if (isThreadGone) {
-                // A process that is ended from outside loses its threads one after the other: this one is next.
-                Sleep(kMomentMilliseconds);
-                NoteLoss(call.value_or(CallUnderWay{}), "the host's main thread was ended");
-            }
-            if (call) {
+            Sleep(kPauseMilliseconds);
+            if (const std::optional<CallUnderWay> call = EntryUnderWay()) {
                 mCall = *call;
                 EnumThreadWindows(mThread, &OnWindow, reinterpret_cast<LPARAM>(this));
             } else {
@@ -77,14 +52,8 @@ class MainThreadWatch {
     }
 
   private:
-    // This thread alone would keep the process alive.
-    static void NoteLoss(const CallUnderWay& call, const std::string& what) {
-        Book().Broken({ClauseId::kCrash, call.entry, call.number, what});
-        TerminateProcess(GetCurrentProcess(), 1);
-    }
-
     static BOOL CALLBACK OnWindow(HWND window, LPARAM self) {
-        reinterpret_cast<MainThreadWatch*>(self)->Look(window);
+        reinterpret_cast<DialogAnswerer*>(self)->Look(window);
         return TRUE;
     }
 
@@ -111,18 +80,16 @@ class MainThreadWatch {
     }
 
     DWORD mThread;
-    HANDLE mHandle;  // never closed: the watch lives as long as the process
     CallUnderWay mCall;
     std::map<HWND, int> mSeen;
 };
 
 }  // namespace
 
-void WatchMainThread() {
-    AddVectoredExceptionHandler(1, &OnStackUsedUp);
+void AnswerDialogs() {
     const DWORD thread = GetCurrentThreadId();
     // For good.
-    Thread([thread] { MainThreadWatch(thread).Run(); }).Detach();
+    Thread([thread] { DialogAnswerer(thread).Run(); }).Detach();
 }
 
 }  // namespace simhost::contract
