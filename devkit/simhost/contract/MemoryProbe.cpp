@@ -20,6 +20,7 @@ namespace {
 constexpr const char* kPath = "C:\\Job\\Brochure.ai";
 constexpr const char* kReport = R"({"DocumentFonts":[{"PostScriptName":"Garamond-Bold"}],"LinkedDocuments":[]})";
 
+constexpr int kAttempts = 5;
 constexpr int kIntervals = 3;
 
 // How often the same is done, and how long once may take: what is slower is not done hundreds of times.
@@ -57,7 +58,7 @@ class Watcher {
     // A cache grows at first, or now and then; what is lost each time grows in every interval.
     template <class Run>
     void WatchRuns(const char* entry, const Run& run) const {
-        if (!IsQuick(entry, run) && !IsQuick(entry, run)) {
+        if (!IsQuick(entry, run)) {
             Book().Note(std::string(entry) + " takes too long to be called hundreds of times to see what grows");
             return;
         }
@@ -74,12 +75,18 @@ class Watcher {
         Judge(ClauseId::kHandlesGrow, entry, least.objects, "windows or drawing objects");
     }
 
+    // A machine that has much to do makes some call slow, but not all.
     template <class Run>
     bool IsQuick(const char* entry, const Run& run) const {
-        const auto begin = std::chrono::steady_clock::now();
-        Repeat(1, entry, run);
-        const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - begin;
-        return took.count() <= mPlan.patienceMilliseconds;
+        for (int i = 0; i < kAttempts; ++i) {
+            const auto begin = std::chrono::steady_clock::now();
+            Repeat(1, entry, run);
+            const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - begin;
+            if (took.count() <= mPlan.patienceMilliseconds) {
+                return true;
+            }
+        }
+        return false;
     }
 
     template <class Run>
