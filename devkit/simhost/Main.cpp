@@ -8,11 +8,13 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "doubles/common/Text.h"
 #include "simhost/command/CommandLine.h"
+#include "simhost/scenario/NearestWord.h"
 
 namespace {
 
@@ -26,6 +28,28 @@ std::vector<std::string> ArgumentsBackwards() {
     }
     LocalFree(arguments);
     return backwards;
+}
+
+// In words of ours: of a word that is no command the library says no more than that one is missing.
+void CheckCommand(const CLI::App& app, const std::vector<std::string>& backwards) {
+    if (backwards.empty()) {
+        throw std::runtime_error("a command is missing; --help names them");
+    }
+    if (backwards.back().starts_with("-")) {
+        return;
+    }
+    const std::string& word = backwards.back();
+    std::vector<std::string> commands;
+    for (const CLI::App* const command : app.get_subcommands(nullptr)) {
+        if (command->get_name() == word) {
+            return;
+        }
+        // Commands without a group are for the program itself.
+        if (!command->get_group().empty()) {
+            commands.push_back(command->get_name());
+        }
+    }
+    throw std::runtime_error("there is no command \"" + word + "\"" + simhost::DidYouMean(word, commands));
 }
 
 int Run() {
@@ -51,8 +75,10 @@ int Run() {
     simhost::AddProbe(app, chosen);
     simhost::AddPerform(app, chosen);
     simhost::AddSymbols(app, chosen);
+    const std::vector<std::string> arguments = ArgumentsBackwards();
+    CheckCommand(app, arguments);
     try {
-        app.parse(ArgumentsBackwards());
+        app.parse(std::vector(arguments));
     } catch (const CLI::ParseError& error) {
         // Its own codes tell one mistake from the other, which nobody needs.
         return app.exit(error) == 0 ? 0 : 2;

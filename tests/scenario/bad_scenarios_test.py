@@ -46,6 +46,15 @@ def complaints(command: list[str], *arguments) -> tuple[list[str], str, int]:
     return lines, run.stdout.decode("utf-8"), run.returncode
 
 
+def expected_of(path: pathlib.Path) -> list[str]:
+    return path.with_suffix(".txt").read_text(encoding="utf-8").splitlines()
+
+
+def lines_about(path: pathlib.Path, lines: list[str]) -> list[str]:
+    """From the file's name on: where it lies is called otherwise in Windows."""
+    return [line[line.index(path.name):] for line in lines if f"/{path.name}:" in line]
+
+
 def check_reader(command: list[str]) -> list[str]:
     lines, printed, code = complaints(command, BAD)
     faults = []
@@ -54,8 +63,8 @@ def check_reader(command: list[str]) -> list[str]:
     if "assed" in printed:
         faults.append(f"something was played: {printed}")
     for path in sorted(BAD.glob("*.json")):
-        expected = path.with_suffix(".txt").read_text(encoding="utf-8").splitlines()
-        found = [line[line.index(path.name):] for line in lines if f"/{path.name}:" in line]
+        expected = expected_of(path)
+        found = lines_about(path, lines)
         if found != expected:
             faults.append(f"{path.name}: expected {expected}, but came {found}")
     faults += [f"a complaint in the words of a library: {line}" for line in lines if any(w in line for w in JARGON)]

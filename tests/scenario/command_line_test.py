@@ -68,6 +68,8 @@ def expect(what: str, outcome: tuple[int, str, str], code: int, complaint: str):
 def check_exit_codes(simhost: Simhost):
     yield from expect("help", simhost.run("--help"), 0, "")
     yield from expect("help of play", simhost.run("play", "--help"), 0, "")
+    yield from expect("a word that is no command", simhost.run("pley"), 2,
+                      '^simhost: there is no command "pley"; did you mean "play"')
     yield from expect("a run that passes", simhost.play(*QUICK), 0, "")
     failing = simhost.scenario("fails", steps=[
         {"do": "message", "caller": "Fault", "selector": "nothing", "answer": 7, "calls": []}])

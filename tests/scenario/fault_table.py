@@ -20,6 +20,7 @@ HERE = pathlib.Path(__file__).parent
 sys.path.insert(0, str(HERE.parent / "contract"))
 sys.path.insert(0, str(HERE))
 
+import bad_scenarios_test  # noqa: E402
 import contract_test  # noqa: E402
 import verdicts_test  # noqa: E402
 
@@ -107,12 +108,11 @@ def plugin_faults(kit: Kit):
 
 def scenario_faults(kit: Kit):
     for path in sorted((HERE / "bad").glob("*.json")):
-        complaint = path.with_suffix(".txt").read_text(encoding="utf-8").strip().splitlines()
-        def attempt(path=path, complaint=complaint):
-            code, _, complaints = kit.run("play", str(path), "--quiet")
-            lines = [line.removeprefix("simhost: ") for line in complaints.splitlines()]
-            right = code == 2 and all(line in lines for line in complaint)
-            return "refused" if right else f"exit code {code}", complaint[0]
+        def attempt(path=path):
+            expected = bad_scenarios_test.expected_of(path)
+            lines, _, code = bad_scenarios_test.complaints([*kit.command, "play"], path)
+            right = code == 2 and bad_scenarios_test.lines_about(path, lines) == expected
+            return "refused" if right else f"exit code {code}", (lines or [""])[0]
         yield Fault("scenario", path.stem, "refused", attempt)
 
 
@@ -121,7 +121,7 @@ def command_line_faults(kit: Kit):
     text = str(HERE / "bad" / "not-json.txt")
     cases = {
         "no command": ([], "command"),
-        "unknown command": (["pley"], "pley"),
+        "unknown command": (["pley"], 'there is no command "pley"; did you mean "play"'),
         "no scenario": (["play"], "scenario"),
         "scenario that is not there": (["play", "nowhere.json"], "nowhere.json"),
         "pattern that matches nothing": (["play", "nothing-*"], "nothing-"),
