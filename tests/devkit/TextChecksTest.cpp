@@ -3,43 +3,62 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 namespace {
 
 using namespace simhost::contract;
 
 const std::string kSound = R"({"id": "a", "title": "A", "enabled": true, "checked": false, "child": []})";
 
-std::string FaultInWords(const std::optional<ShapeFault>& fault) {
-    return !fault ? "" : (fault->isJson ? "shape: " : "no JSON: ") + fault->text;
+std::string InWords(const std::vector<ShapeFault>& faults) {
+    std::string words;
+    for (const ShapeFault& fault : faults) {
+        switch (fault.kind) {
+            case ShapeFaultKind::kNoJson:
+                words += "no JSON: ";
+                break;
+            case ShapeFaultKind::kMemberMissing:
+                words += "missing: ";
+                break;
+            case ShapeFaultKind::kOtherKind:
+                words += "kind: ";
+                break;
+        }
+        words += fault.text + "; ";
+    }
+    return words;
 }
 
 TEST(TextChecks, MenusOfThePromisedShapeHaveNoFault) {
-    EXPECT_EQ(FaultInWords(FaultOfMenus("[]")), "");
-    EXPECT_EQ(FaultInWords(FaultOfMenus(kSound)), "");
-    EXPECT_EQ(FaultInWords(FaultOfMenus("[" + kSound + ", " + kSound + "]")), "");
-    EXPECT_EQ(FaultInWords(FaultOfMenus(
+    EXPECT_EQ(InWords(FaultsOfMenus("[]")), "");
+    EXPECT_EQ(InWords(FaultsOfMenus(kSound)), "");
+    EXPECT_EQ(InWords(FaultsOfMenus("[" + kSound + ", " + kSound + "]")), "");
+    EXPECT_EQ(InWords(FaultsOfMenus(
                   R"([{"id": "", "title": null, "enabled": true, "checked": true, "child": null, "own": 1}])")),
               "");
 }
 
-TEST(TextChecks, TheFirstFaultOfAMenuIsNamedWithItsPlace) {
-    EXPECT_EQ(FaultInWords(FaultOfMenus("[1")), "no JSON: no JSON at byte 3");
-    EXPECT_EQ(FaultInWords(FaultOfMenus("12")), "shape: neither an item nor an array of items");
-    EXPECT_EQ(FaultInWords(FaultOfMenus("[" + kSound + ", 7]")), "shape: [1] is no object");
-    EXPECT_EQ(FaultInWords(FaultOfMenus(R"({"id": 1})")), "shape: the item.id is not a text");
-    EXPECT_EQ(FaultInWords(FaultOfMenus(R"([{"id": "a", "title": "A", "enabled": 1, "checked": false, "child": []}])")),
-              "shape: [0].enabled is not true or false");
-    EXPECT_EQ(FaultInWords(FaultOfMenus(
+TEST(TextChecks, TheFirstFaultOfEachKindOfAMenuIsNamedWithItsPlace) {
+    EXPECT_EQ(InWords(FaultsOfMenus("[1")), "no JSON: no JSON at byte 3; ");
+    EXPECT_EQ(InWords(FaultsOfMenus("12")), "missing: neither an item nor an array of items; ");
+    EXPECT_EQ(InWords(FaultsOfMenus("[" + kSound + ", 7]")), "kind: [1] is no object; ");
+    EXPECT_EQ(InWords(FaultsOfMenus(R"({"id": 1})")),
+              "kind: the item.id is not a text; missing: the item has no member \"title\"; ");
+    EXPECT_EQ(InWords(FaultsOfMenus(R"([{"id": "a", "title": "A", "enabled": 1, "checked": false, "child": []}])")),
+              "kind: [0].enabled is not true or false; ");
+    EXPECT_EQ(InWords(FaultsOfMenus(
                   R"([{"id": "a", "title": "A", "enabled": true, "checked": false, "child": [{"id": "b"}]}])")),
-              "shape: [0].child[0] has no member \"title\"");
+              "missing: [0].child[0] has no member \"title\"; ");
 }
 
 TEST(TextChecks, SettingsAreAnObjectOfWholeNumbers) {
-    EXPECT_EQ(FaultInWords(FaultOfSettings("{}")), "");
-    EXPECT_EQ(FaultInWords(FaultOfSettings(R"({"DialogSuppression": 2, "PickBestMatch": -1, "own": "x"})")), "");
-    EXPECT_EQ(FaultInWords(FaultOfSettings("[]")), "shape: no object");
-    EXPECT_EQ(FaultInWords(FaultOfSettings(R"({"PickBestMatch": 0.5})")), "shape: PickBestMatch is no whole number");
-    EXPECT_EQ(FaultInWords(FaultOfSettings("")), "no JSON: no JSON at byte 1");
+    EXPECT_EQ(InWords(FaultsOfSettings("{}")), "");
+    EXPECT_EQ(InWords(FaultsOfSettings(R"({"DialogSuppression": 2, "PickBestMatch": -1, "own": "x"})")), "");
+    EXPECT_EQ(InWords(FaultsOfSettings("[]")), "kind: no object; ");
+    EXPECT_EQ(InWords(FaultsOfSettings(R"({"PickBestMatch": 0.5})")), "kind: PickBestMatch is no whole number; ");
+    EXPECT_EQ(InWords(FaultsOfSettings("")), "no JSON: no JSON at byte 1; ");
 }
 
 TEST(TextChecks, BytesAreShownWhereTheyAreNoText) {
