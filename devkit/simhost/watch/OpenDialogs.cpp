@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "doubles/common/Text.h"
-#include "simhost/window/HostWindow.h"
+#include "simhost/by_hand/HostWindow.h"
 #include "simhost/windows/MainWindow.h"
 
 namespace simhost {

@@ -1,4 +1,4 @@
-#include "simhost/window/MenuBar.h"
+#include "simhost/by_hand/MenuBar.h"
 
 #include <algorithm>
 #include <utility>

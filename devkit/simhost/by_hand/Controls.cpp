@@ -1,4 +1,4 @@
-#include "simhost/window/Controls.h"
+#include "simhost/by_hand/Controls.h"
 
 #include <algorithm>
 #include <iterator>

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "simhost/window/HostWindow.h"
+#include "simhost/by_hand/HostWindow.h"
 
 namespace simhost {
 

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "doubles/host/model/MenuModel.h"
-#include "simhost/window/MenuBar.h"
+#include "simhost/by_hand/MenuBar.h"
 
 namespace simhost {
 

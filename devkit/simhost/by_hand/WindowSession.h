@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "simhost/run/Performance.h"
-#include "simhost/window/HostWindow.h"
+#include "simhost/by_hand/HostWindow.h"
 
 namespace simhost {
 

@@ -1,11 +1,11 @@
-#include "simhost/window/HostWindow.h"
+#include "simhost/by_hand/HostWindow.h"
 
 #include <algorithm>
 #include <stdexcept>
 #include <utility>
 
 #include "doubles/common/Text.h"
-#include "simhost/window/Controls.h"
+#include "simhost/by_hand/Controls.h"
 
 namespace simhost {
 

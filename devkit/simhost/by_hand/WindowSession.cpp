@@ -1,4 +1,4 @@
-#include "simhost/window/WindowSession.h"
+#include "simhost/by_hand/WindowSession.h"
 
 #include <algorithm>
 #include <filesystem>
