@@ -11,9 +11,10 @@ README = pathlib.Path(__file__).parents[2] / "README.md"
 
 
 def main() -> int:
-    block = re.search(r"^```\n(.*?)^```$", README.read_text(encoding="utf-8"), re.MULTILINE | re.DOTALL)
-    if block is None:
-        print(f"{README.name} holds no transcript between ``` lines.")
+    blocks = re.findall(r"^```(\w*)\n(.*?)^```$", README.read_text(encoding="utf-8"), re.MULTILINE | re.DOTALL)
+    transcripts = [text for language, text in blocks if not language]
+    if len(transcripts) != 1:
+        print(f"{README.name} does not hold one transcript between ``` lines.")
         return 1
     demo = subprocess.run(sys.argv[1:], stdout=subprocess.PIPE, check=False)
     printed = demo.stdout.decode("utf-8")
@@ -21,7 +22,7 @@ def main() -> int:
         print(f"The demo failed with exit code {demo.returncode}:\n{printed}")
         return 1
     difference = list(difflib.unified_diff(
-        block.group(1).splitlines(), printed.splitlines(), README.name, "what the demo prints", lineterm=""))
+        transcripts[0].splitlines(), printed.splitlines(), README.name, "what the demo prints", lineterm=""))
     if difference:
         print("\n".join(difference))
         print("Cure: put the output of scripts/demo between the ``` lines of the README.")

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "simhost/run/Performance.h"
 #include "simhost/by_hand/HostWindow.h"
+#include "simhost/run/Performance.h"
 
 namespace simhost {
 

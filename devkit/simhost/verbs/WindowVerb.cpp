@@ -1,7 +1,7 @@
 #include "simhost/verbs/WindowVerb.h"
 
-#include "simhost/run/FlightRecorder.h"
 #include "simhost/by_hand/WindowSession.h"
+#include "simhost/run/FlightRecorder.h"
 
 namespace simhost {
 
