@@ -30,22 +30,26 @@ constexpr Label kLabels[] = {
     {L"The font manager's panel", {16, 1, 0, 8}},
 };
 
+// When the selected document is so.
+enum class Use { kAlways, kOnClosed, kOnCurrent };
+
 struct Button {
     const wchar_t* text;
     WindowCommand command;
+    Use use;
     char key;  // with Ctrl, in a capital also with Shift; 0: none
     Place place;
 };
 
 constexpr Button kButtons[] = {
-    {L"&New", WindowCommand::kNew, 'n', {9, 1, 0, 2}},
-    {L"&Open", WindowCommand::kOpen, 'o', {9, 1, 2, 4}},
-    {L"&Save", WindowCommand::kSave, 's', {9, 1, 4, 6}},
-    {L"Save &As", WindowCommand::kSaveAs, 'S', {9, 1, 6, 8}},
-    {L"&Close", WindowCommand::kClose, 'w', {10, 1, 0, 2}},
-    {L"C&hange", WindowCommand::kChange, 0, {14, 1, 0, 2}},
-    {L"As&k for the port", WindowCommand::kAskForPort, 0, {19, 1, 0, 4}},
-    {L"&Raise \"Missing Fonts\"", WindowCommand::kRaiseDialog, 0, {21, 1, 0, 5}},
+    {L"&New", WindowCommand::kNew, Use::kAlways, 'n', {9, 1, 0, 2}},
+    {L"&Open", WindowCommand::kOpen, Use::kOnClosed, 'o', {9, 1, 2, 4}},
+    {L"&Save", WindowCommand::kSave, Use::kOnCurrent, 's', {9, 1, 4, 6}},
+    {L"Save &As", WindowCommand::kSaveAs, Use::kOnCurrent, 'S', {9, 1, 6, 8}},
+    {L"&Close", WindowCommand::kClose, Use::kOnCurrent, 'w', {10, 1, 0, 2}},
+    {L"C&hange", WindowCommand::kChange, Use::kOnCurrent, 0, {14, 1, 0, 2}},
+    {L"As&k for the port", WindowCommand::kAskForPort, Use::kAlways, 0, {19, 1, 0, 4}},
+    {L"&Raise \"Missing Fonts\"", WindowCommand::kRaiseDialog, Use::kAlways, 0, {21, 1, 0, 5}},
 };
 
 struct Field {
@@ -73,12 +77,22 @@ void Make(HWND window, const wchar_t* windowClass, const wchar_t* text, DWORD st
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
 }
 
-// Whether the last line is in sight, or nearly.
+LONG HeightOfLine(HWND pane) {
+    TEXTMETRICW metrics{};
+    const HDC context = GetDC(pane);
+    const auto font = reinterpret_cast<HFONT>(SendMessageW(pane, WM_GETFONT, 0, 0));
+    const HGDIOBJ before = SelectObject(context, font);
+    GetTextMetricsW(context, &metrics);
+    SelectObject(context, before);
+    ReleaseDC(pane, context);
+    return std::max(1L, metrics.tmHeight);
+}
+
+// Whether the last line is in sight.
 bool IsAtEnd(HWND pane, LRESULT firstVisibleLine) {
-    constexpr LRESULT kHeightOfLine = 12;
     RECT area{};
     GetClientRect(pane, &area);
-    return firstVisibleLine + area.bottom / kHeightOfLine + 1 >= SendMessageW(pane, EM_GETLINECOUNT, 0, 0);
+    return firstVisibleLine + area.bottom / HeightOfLine(pane) >= SendMessageW(pane, EM_GETLINECOUNT, 0, 0) - 1;
 }
 
 void Put(HWND window, int identifier, const Place& place) {
@@ -115,6 +129,15 @@ void LayControls(HWND window, int width, int height) {
     }
     MoveWindow(GetDlgItem(window, kTrace), kColumn + kMargin, kMargin, std::max(0, width - kColumn - 2 * kMargin),
                std::max(0, height - 2 * kMargin), TRUE);
+}
+
+void EnableCommands(HWND window, bool ofClosed, bool ofCurrent) {
+    for (std::size_t i = 0; i < std::size(kButtons); ++i) {
+        if (kButtons[i].use != Use::kAlways) {
+            const bool enabled = kButtons[i].use == Use::kOnClosed ? ofClosed : ofCurrent;
+            EnableWindow(GetDlgItem(window, kFirstButton + static_cast<int>(i)), enabled ? TRUE : FALSE);
+        }
+    }
 }
 
 std::optional<WindowCommand> CommandOf(int identifier) {

@@ -20,6 +20,8 @@ constexpr int kTrace = 103;
 void MakeAllControls(HWND window, HFONT font);
 void LayControls(HWND window, int width, int height);
 
+// The buttons of what can be done to a document that is closed, and to the current one.
+void EnableCommands(HWND window, bool ofClosed, bool ofCurrent);
 // The command of a button or key; nothing for any other control.
 std::optional<WindowCommand> CommandOf(int identifier);
 // Ctrl and a letter for the document commands. The caller destroys the table.

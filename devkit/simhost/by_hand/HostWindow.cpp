@@ -128,6 +128,7 @@ void HostWindow::OnCommand(UINT identifier, UINT code) {
         mEvents.onMenuItem(item);
     } else if (identifier == kDocumentList) {
         if (code == LBN_SELCHANGE) {
+            EnableButtons();
             mEvents.onDocumentSelected(SelectedDocument());
         } else if (code == LBN_DBLCLK) {
             mEvents.onCommand(WindowCommand::kOpen);
@@ -161,14 +162,23 @@ void HostWindow::ShowDocuments(const std::vector<DocumentLine>& documents) {
     const bool hasCurrent =
         std::any_of(documents.begin(), documents.end(), [](const auto& one) { return one.current; });
     SendMessageW(list, LB_RESETCONTENT, 0, 0);
-    mNames.clear();
+    mDocuments = documents;
     for (const DocumentLine& document : documents) {
         const LRESULT index =
             SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(document.text).c_str()));
-        mNames.push_back(document.name);
         if (document.current || (!hasCurrent && document.name == selected)) {
             SendMessageW(list, LB_SETCURSEL, static_cast<WPARAM>(index), 0);
         }
+    }
+    EnableButtons();
+}
+
+// Commands mean the selected document: one that is closed can be opened, the current one all else.
+void HostWindow::EnableButtons() const {
+    const DocumentLine* const selected = Selected();
+    EnableCommands(mWindow, selected != nullptr && !selected->open, selected != nullptr && selected->current);
+    if (IsWindowEnabled(GetFocus()) == 0) {
+        SetFocus(Control(kDocumentList));
     }
 }
 
@@ -183,12 +193,19 @@ std::string HostWindow::Fonts() const {
     return Utf8(text);
 }
 
-std::string HostWindow::SelectedDocument() const {
+const DocumentLine* HostWindow::Selected() const {
     if (mWindow == nullptr) {
-        return {};
+        return nullptr;
     }
     const LRESULT index = SendMessageW(Control(kDocumentList), LB_GETCURSEL, 0, 0);
-    return index < 0 || static_cast<std::size_t>(index) >= mNames.size() ? "" : mNames[static_cast<std::size_t>(index)];
+    return index < 0 || static_cast<std::size_t>(index) >= mDocuments.size()
+               ? nullptr
+               : &mDocuments[static_cast<std::size_t>(index)];
+}
+
+std::string HostWindow::SelectedDocument() const {
+    const DocumentLine* const selected = Selected();
+    return selected == nullptr ? "" : selected->name;
 }
 
 void HostWindow::ShowMenus() {

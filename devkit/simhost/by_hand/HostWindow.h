@@ -33,6 +33,7 @@ struct WindowEvents {
 struct DocumentLine {
     std::string name;
     std::string text;  // as shown
+    bool open = false;
     bool current = false;
 };
 
@@ -56,8 +57,7 @@ class HostWindow {
     // The selected document's name; empty when none is.
     std::string SelectedDocument() const;
     void ShowMenus();
-    // While a dialog of the host is open.
-    void Enable(bool enabled) const { EnableWindow(mWindow, enabled ? TRUE : FALSE); }
+    HWND Handle() const { return mWindow; }
 
   private:
     static LRESULT CALLBACK WindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
@@ -66,6 +66,9 @@ class HostWindow {
     void OnCommand(UINT identifier, UINT code);
     void MakeControls();
     void Lay(int width, int height) const;
+    void EnableButtons() const;
+    // Null when none is.
+    const DocumentLine* Selected() const;
     HWND Control(int identifier) const { return GetDlgItem(mWindow, identifier); }
 
     MenuModel& mMenus;
@@ -74,7 +77,7 @@ class HostWindow {
     HFONT mFont = nullptr;
     HFONT mTraceFont = nullptr;
     MenuBar mMenuBar;
-    std::vector<std::string> mNames;  // of the documents, in the order of the list
+    std::vector<DocumentLine> mDocuments;  // in the order of the list
     bool mMenuIsOpen = false;
     bool mMenusAreOld = false;
     std::exception_ptr mError;  // thrown by an event; ends the window

@@ -54,7 +54,7 @@ std::vector<DocumentLine> DocumentLines() {
         const bool open = IsOpen(name);
         const bool current = name == Host().model.current;
         const char* const state = current ? " (current" : open ? " (open" : " (closed";
-        lines.push_back({name, name + state + (open && document.modified ? ", changed)" : ")"), current});
+        lines.push_back({name, name + state + (open && document.modified ? ", changed)" : ")"), open, current});
     }
     return lines;
 }
@@ -256,9 +256,8 @@ void WindowSession::ChangeFonts(const std::string& name) {
 void WindowSession::RaiseDialog() {
     DialogToShow dialog{kDialogTitle};
     dialog.staysOpen = true;
-    mWindow.Enable(false);
+    dialog.owner = mWindow.Handle();
     const DialogRecord record = ShowHostDialog(dialog);
-    mWindow.Enable(true);
     mPerformance.Tell("dialog \"" + dialog.title + "\": " + Describe(record));
 }
 

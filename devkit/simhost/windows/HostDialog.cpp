@@ -75,8 +75,8 @@ void RegisterOtherClass() {
     RegisterClassW(&windowClass);
 }
 
-HWND CreateFromTemplate(const std::wstring& className, const std::wstring& title) {
-    return CreateDialogIndirectParamW(GetModuleHandleW(nullptr), Template(className, title).Get(), nullptr,
+HWND CreateFromTemplate(const std::wstring& className, const std::wstring& title, HWND owner = nullptr) {
+    return CreateDialogIndirectParamW(GetModuleHandleW(nullptr), Template(className, title).Get(), owner,
                                       &DialogProcedure, 0);
 }
 
@@ -96,7 +96,7 @@ HWND Create(const DialogToShow& dialog) {
             RegisterOtherClass();
             return CreateFromTemplate(kOtherClassName, title);
         default:
-            return CreateFromTemplate(L"", title);
+            return CreateFromTemplate(L"", title, dialog.owner);
     }
 }
 
@@ -166,8 +166,12 @@ DialogRecord ShowHostDialog(const DialogToShow& dialog) {
     if (dialog.okButton) {
         AddOkButton(window);
     }
+    EnableWindow(dialog.owner, FALSE);
     ShowWindow(window, SW_SHOWNORMAL);
     HandleMessages(window, dialog.staysOpen, record);
+    record.closed = sClosed;
+    // Before the dialog goes, or another program's window comes to the front.
+    EnableWindow(dialog.owner, TRUE);
     DestroyWindow(window);
     if (waiting != nullptr) {
         DestroyWindow(waiting);
@@ -188,6 +192,9 @@ DialogRecord RecordFor(DialogEnd end) {
 }
 
 std::string Describe(const DialogRecord& record) {
+    if (record.closed && record.received.empty()) {
+        return "closed";
+    }
     for (const auto& [end, name] :
          {std::pair(DialogEnd::kUntouched, "untouched"), std::pair(DialogEnd::kClickedOk, "clicked OK"),
           std::pair(DialogEnd::kPressedEnter, "pressed Enter")}) {

@@ -1,6 +1,8 @@
 // Dialogs that the host itself shows between messages, to be dismissed by the plug-in or left alone.
 #pragma once
 
+#include <windows.h>
+
 #include <string>
 #include <vector>
 
@@ -15,12 +17,14 @@ struct DialogToShow {
     bool okButton = true;
     std::string createdBefore{};  // title of a dialog that was created before and is not shown yet; may be empty
     bool staysOpen = false;       // until somebody closes it; else for a moment only
+    HWND owner = nullptr;         // disabled meanwhile; may be null
 };
 
 // What reached a dialog from outside, in order, for example {"BM_CLICK to OK", "WM_SHOWWINDOW 0"}, and how it ended.
 struct DialogRecord {
     std::vector<std::string> received;
     bool endedWithOk = false;
+    bool closed = false;  // by its title bar or Escape
 };
 
 // Shows the dialog and handles its messages until it ends with OK or nothing has happened for a moment.
