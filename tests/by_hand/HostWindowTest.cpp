@@ -28,8 +28,8 @@ struct FindText {
 
 std::wstring TextOf(HWND window) {
     std::wstring text(static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');
-    text.resize(static_cast<std::size_t>(
-        SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
+    text.resize(
+        static_cast<std::size_t>(SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
     return text;
 }
 
@@ -163,8 +163,8 @@ TEST_F(HostWindowTest, EachButtonIsItsCommand) {
 }
 
 TEST_F(HostWindowTest, KeysOfAnotherWindowAreItsOwn) {
-    const HWND other = CreateWindowExW(0, L"EDIT", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
-                                       GetModuleHandleW(nullptr), nullptr);
+    const HWND other =
+        CreateWindowExW(0, L"EDIT", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
     BYTE keys[256] = {};
     keys[VK_CONTROL] = 0x80;
     SetKeyboardState(keys);
@@ -204,7 +204,8 @@ TEST_F(HostWindowTest, TraceEndsAtTheLowerEdge) {
     const LRESULT last = SendMessageW(trace, EM_GETLINECOUNT, 0, 0) - 1;
     EXPECT_EQ(last, 100);
     EXPECT_GE(lineAt(area.bottom - 16), last - 2) << "the newest lines are out of sight";
-    const LRESULT place = SendMessageW(trace, EM_POSFROMCHAR, static_cast<WPARAM>(SendMessageW(trace, EM_LINEINDEX, 99, 0)), 0);
+    const LRESULT place =
+        SendMessageW(trace, EM_POSFROMCHAR, static_cast<WPARAM>(SendMessageW(trace, EM_LINEINDEX, 99, 0)), 0);
     EXPECT_GT(static_cast<short>(HIWORD(place)), area.bottom - 60) << "below the newest lines the pane is blank";
 }
 

@@ -68,8 +68,8 @@ TEST_F(MenuBarTest, SubMenuOfASubMenuAndTwoGroupsBelowOneItem) {
     Add("Second", "Last");
     AddGroup("Deep", more);
     Add("Deep", "Deepest");
-    EXPECT_EQ(LinesOf(Shown()), (Lines{"Type Plugins1 >", "  Fonts >", "    More >", "      Deepest", "    ---",
-                                       "    Last"}));
+    EXPECT_EQ(LinesOf(Shown()),
+              (Lines{"Type Plugins1 >", "  Fonts >", "    More >", "      Deepest", "    ---", "    Last"}));
 }
 
 TEST_F(MenuBarTest, GroupWithoutItemsCannotBeOpened) {

@@ -32,8 +32,12 @@ inline ReadItem ReadItemAt(HMENU menu, int place) {
     if (GetMenuItemInfoW(menu, static_cast<UINT>(place), TRUE, &info) == 0) {
         throw std::runtime_error("no such item in the menu");
     }
-    return {simhost::Utf8(std::wstring(label)), (info.fType & MFT_SEPARATOR) != 0, (info.fState & MFS_CHECKED) != 0,
-            (info.fState & MFS_GRAYED) != 0, info.hSubMenu, info.wID};
+    return {simhost::Utf8(std::wstring(label)),
+            (info.fType & MFT_SEPARATOR) != 0,
+            (info.fState & MFS_CHECKED) != 0,
+            (info.fState & MFS_GRAYED) != 0,
+            info.hSubMenu,
+            info.wID};
 }
 
 // A line for each item, indented below the item whose sub-menu it is in.

@@ -1,5 +1,5 @@
-// Prints what another program's window shows, as JSON: the texts, places and states of its controls, and where menus are
-// open. read_window TITLE
+// Prints what another program's window shows, as JSON: the texts, places and states of its controls, and where menus
+// are open. read_window TITLE
 #include <windows.h>
 
 #include <fcntl.h>
@@ -21,7 +21,8 @@ constexpr const wchar_t* kMenuClass = L"#32768";
 Json PlaceOf(HWND window) {
     RECT place{};
     GetWindowRect(window, &place);
-    return {{"x", place.left}, {"y", place.top}, {"width", place.right - place.left}, {"height", place.bottom - place.top}};
+    return {
+        {"x", place.left}, {"y", place.top}, {"width", place.right - place.left}, {"height", place.bottom - place.top}};
 }
 
 std::string ClassOf(HWND window) {
@@ -33,15 +34,16 @@ std::string ClassOf(HWND window) {
 // Of another process, so asked for by a message.
 std::string TextOf(HWND window) {
     std::wstring text(static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');
-    text.resize(static_cast<std::size_t>(
-        SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
+    text.resize(
+        static_cast<std::size_t>(SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
     return Utf8(text);
 }
 
 Json LinesOf(HWND list) {
     Json lines = Json::array();
     for (LRESULT i = 0; i < SendMessageW(list, LB_GETCOUNT, 0, 0); ++i) {
-        std::wstring text(static_cast<std::size_t>(SendMessageW(list, LB_GETTEXTLEN, static_cast<WPARAM>(i), 0)) + 1, L'\0');
+        std::wstring text(static_cast<std::size_t>(SendMessageW(list, LB_GETTEXTLEN, static_cast<WPARAM>(i), 0)) + 1,
+                          L'\0');
         text.resize(static_cast<std::size_t>(
             SendMessageW(list, LB_GETTEXT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(text.data()))));
         lines.push_back(Utf8(text));

@@ -84,25 +84,49 @@ class OpenDocument(unittest.TestCase):
                     self.assertIn("is no name of a file", done.stderr)
                     self.assertTrue((somebodys / "thesis.txt").exists())
 
+    def test_options_are_those_of_play(self):
+        document, outputs = self.folder / "options.json", self.folder / "outputs"
+        outputs.mkdir()
+        real_documents.run(IMPORT, str(self.files["drawing.svg"]), "--output", str(document))
+        done = subprocess.run([*SIMHOST, "open", str(document), "--brief", "--color", "always", "--work-folder",
+                               str(outputs / "run"), "--junit", str(outputs / "junit.xml"), "--record",
+                               str(outputs / "record.json"), "--time-limit", "50"], capture_output=True, check=False,
+                              encoding="utf-8")
+        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+        self.assertIn("\033[", done.stdout)
+        self.assertNotIn("HandleSaveDocument", done.stdout)
+        self.assertTrue((outputs / "run" / "drawing.svg").exists())
+        self.assertIn('tests="1"', (outputs / "junit.xml").read_text(encoding="utf-8"))
+        self.assertTrue(json.loads((outputs / "record.json").read_text(encoding="utf-8"))["passed"])
+
     def test_what_is_no_imported_document_is_refused(self):
+        source = str(self.files["drawing.svg"])
+        whole = {"title": "a.ai", "source": source, "document": {"path": "${work}\\a.ai", "frames": [["A"]]}}
         cases = {
-            "absent.json": (None, "cannot be read"),
-            "text.json": ("no JSON", "is no imported document"),
-            "scenario.json": ('{"title": "T", "steps": []}', "is no imported document"),
-            "gone.json": ('{"title": "a.ai", "source": "/gone/a.ai", "document": {"path": "${work}\\\\a.ai"}}',
-                          "was made from /gone/a.ai, which is not there any more"),
-            "number.json": (json.dumps({"title": "a.ai", "source": str(self.files["drawing.svg"]),
-                                        "document": {"path": 5}}), "has no path"),
+            "absent.json": (None, "absent.json: cannot be read"),
+            "text.json": ("no JSON", "text.json:1:1: unexpected no"),
+            "deep.json": ("[" * 200_000, "deep.json:1:101: more than 100 levels of arrays and objects"),
+            "scenario.json": ({"title": "T", "steps": []}, 'scenario.json:1:16: unknown key "steps"'),
+            "gone.json": ({**whole, "source": "/gone/a.ai"},
+                          'source: the document was made from "/gone/a.ai", which is not there any more'),
+            "pathless.json": ({**whole, "document": {}}, 'document: needs "path"'),
+            "number.json": ({**whole, "document": {"path": 5}}, "document.path: must be a text"),
+            "frames.json": ({**whole, "document": {**whole["document"], "frames": 1}}, "document.frames: must be an array"),
+            "name.json": ({**whole, "document": {"path": "${wrok}\\a.ai"}}, 'document.path: unknown placeholder'),
         }
-        for name, (text, complaint) in cases.items():
+        for name, (content, complaint) in cases.items():
             with self.subTest(name):
                 file = self.folder / name
-                if text is not None:
-                    file.write_text(text, encoding="utf-8")
+                if content is not None:
+                    file.write_text(content if isinstance(content, str) else json.dumps(content), encoding="utf-8")
                 done = subprocess.run([*SIMHOST, "open", str(file), "--quiet"], capture_output=True, check=False,
                                       encoding="utf-8")
                 self.assertEqual(done.returncode, 2, done.stdout + done.stderr)
                 self.assertIn(complaint, done.stderr)
+                # Never the scenario that is made of it.
+                self.assertNotIn("simhost-", done.stderr)
+                if name != "absent.json":
+                    self.assertIn(f"{name}: is no imported document", done.stderr)
 
 
 if __name__ == "__main__":

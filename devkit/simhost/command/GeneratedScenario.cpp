@@ -65,11 +65,6 @@ void AddDocument(Json& scenario, const ImportedDocument& imported) {
     scenario["host"]["documents"][imported.title] = imported.document;
 }
 
-// Without a folder, and without what Windows allows in no name.
-bool IsFileName(const std::string& title) {
-    return !title.empty() && title != "." && title != ".." && title.find_first_of("\\/:*?\"<>|") == std::string::npos;
-}
-
 [[noreturn]] void Refuse(const std::filesystem::path& file, const std::string& what) {
     throw std::runtime_error(Utf8(file.wstring()) + " " + what);
 }
@@ -83,31 +78,6 @@ GeneratedScenario::GeneratedScenario(const Json& scenario) : mFolder(L"scenario"
     if (!stream) {
         Refuse(mPath, "cannot be written");
     }
-}
-
-ImportedDocument ReadImportedDocument(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) {
-        Refuse(file, "cannot be read");
-    }
-    const Json json = Json::parse(stream, nullptr, false);
-    if (!json.is_object() || !json.contains("document") || !json.at("document").is_object() ||
-        !json.contains("title") || !json.at("title").is_string() || !json.contains("source") ||
-        !json.at("source").is_string()) {
-        Refuse(file, "is no imported document: scripts/import-document makes one of a PDF, .ai, EPS or SVG");
-    }
-    ImportedDocument imported{json.at("title").get<std::string>(), json.at("source").get<std::string>(),
-                              json.at("document")};
-    if (!IsFileName(imported.title)) {
-        Refuse(file, "is no imported document: its title \"" + imported.title + "\" is no name of a file");
-    }
-    if (!std::filesystem::is_regular_file(Wide(imported.source))) {
-        Refuse(file, "was made from " + imported.source + ", which is not there any more: import it again");
-    }
-    if (!imported.document.contains("path") || !imported.document.at("path").is_string()) {
-        Refuse(file, "is no imported document: the document in it has no path");
-    }
-    return imported;
 }
 
 Json ScenarioThatOpens(const ImportedDocument& imported) {

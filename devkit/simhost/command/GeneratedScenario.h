@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "simhost/command/ImportedDocument.h"
 #include "simhost/launch/TemporaryFolder.h"
 
 namespace simhost {
@@ -21,16 +22,6 @@ class GeneratedScenario {
     TemporaryFolder mFolder;
     std::filesystem::path mPath;
 };
-
-// A document as scripts/import-document writes it.
-struct ImportedDocument {
-    std::string title;
-    std::string source;               // the file that it was made from
-    nlohmann::ordered_json document;  // as a scenario describes one
-};
-
-// Throws std::runtime_error, with the file's name and what is wrong.
-ImportedDocument ReadImportedDocument(const std::filesystem::path& file);
 
 // The document is opened, changed, saved and closed; whatever the PluginCore is told is only shown.
 nlohmann::ordered_json ScenarioThatOpens(const ImportedDocument& imported);

@@ -5,6 +5,7 @@
 #include "doubles/common/Text.h"
 #include "simhost/command/CommandLine.h"
 #include "simhost/command/GeneratedScenario.h"
+#include "simhost/command/RunTexts.h"
 #include "simhost/launch/Cancellation.h"
 #include "simhost/launch/PlayCommand.h"
 #include "simhost/report/Summary.h"
@@ -15,7 +16,7 @@ namespace {
 
 struct Texts {
     std::vector<std::string> documents;
-    std::string plugin, pluginCore;
+    RunTexts run;
 };
 
 int ShowWindow(const Texts& texts) {
@@ -27,11 +28,9 @@ int ShowWindow(const Texts& texts) {
     }
     ListenForCancellation();
     const GeneratedScenario scenario(ScenarioWithWindow(documents));
-    PlayOptions options;
+    PlayOptions options = OptionsOf(texts.run);
     options.scenarios = {scenario.Path()};
     options.repeatedBy = command;
-    options.plugin = Wide(texts.plugin);
-    options.pluginCore = Wide(texts.pluginCore);
     return Play(options);
 }
 
@@ -42,8 +41,7 @@ void AddWindow(CLI::App& app, ChosenCommand& chosen) {
     CLI::App* const window = app.add_subcommand("window", "Show a host to operate by hand, and print what happens");
     window->add_option("document", texts->documents,
                        "Documents to have at hand, as scripts/import-document makes them; else an example");
-    window->add_option("--plugin", texts->plugin, "The plug-in's file; else the shipped one, beside this program");
-    window->add_option("--plugincore", texts->pluginCore, "Your PluginCore, in place of the double");
+    AddRunOptions(*window, texts->run);
     window->callback([texts, &chosen] { chosen = [texts] { return ShowWindow(*texts); }; });
 }
 

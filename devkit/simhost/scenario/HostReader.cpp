@@ -39,27 +39,6 @@ bool IsWritten(const std::vector<FileToMake>& files, const std::string& path, co
     });
 }
 
-void ReadDocument(const Json& value, const std::string& name, const Place& place, const std::string& workFolder,
-                  Scenario& scenario) {
-    ObjectReader reader(value, place, keys::kDocument);
-    Document document;
-    document.name = name;
-    document.path = reader.Text("path", workFolder + "\\" + name + ".ai");
-    document.modified = reader.Flag("modified", false);
-    document.frames = ReadFrames(reader);
-    if (const Json* const placed = reader.Find("placed")) {
-        document.placed = TextsOf(*placed, reader.PlaceOf("placed"));
-    }
-    const bool hasFile = reader.Flag("file", document.path.starts_with(workFolder));
-    reader.Finish();
-    if (hasFile && !IsWritten(scenario.files, document.path, workFolder)) {
-        CheckPathInRun(document.path, place);
-        scenario.files.push_back(FileOfDocument(document.path));
-    }
-    place.Context().known.documents.insert(name);
-    scenario.documents.push_back(std::move(document));
-}
-
 void ReadRefusedSuites(ObjectReader& reader, Scenario& scenario) {
     if (const Json* const value = reader.Find("refused_suites")) {
         const Place place = reader.PlaceOf("refused_suites");
@@ -93,6 +72,27 @@ void ReadMenuItems(ObjectReader& reader, Scenario& scenario) {
 }
 
 }  // namespace
+
+void ReadDocument(const Json& value, const std::string& name, const Place& place, const std::string& workFolder,
+                  Scenario& scenario) {
+    ObjectReader reader(value, place, keys::kDocument);
+    Document document;
+    document.name = name;
+    document.path = reader.Text("path", workFolder + "\\" + name + ".ai");
+    document.modified = reader.Flag("modified", false);
+    document.frames = ReadFrames(reader);
+    if (const Json* const placed = reader.Find("placed")) {
+        document.placed = TextsOf(*placed, reader.PlaceOf("placed"));
+    }
+    const bool hasFile = reader.Flag("file", document.path.starts_with(workFolder));
+    reader.Finish();
+    if (hasFile && !IsWritten(scenario.files, document.path, workFolder)) {
+        CheckPathInRun(document.path, place);
+        scenario.files.push_back(FileOfDocument(document.path));
+    }
+    place.Context().known.documents.insert(name);
+    scenario.documents.push_back(std::move(document));
+}
 
 void ReadHost(const Json& value, const Place& place, const std::string& workFolder, Scenario& scenario) {
     ObjectReader reader(value, place, keys::kHost);

@@ -13,4 +13,8 @@ namespace simhost {
 void ReadHost(const nlohmann::ordered_json& value, const Place& place, const std::string& workFolder,
               Scenario& scenario);
 
+// One of its documents.
+void ReadDocument(const nlohmann::ordered_json& value, const std::string& name, const Place& place,
+                  const std::string& workFolder, Scenario& scenario);
+
 }  // namespace simhost
