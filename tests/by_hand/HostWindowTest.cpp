@@ -193,7 +193,11 @@ TEST_F(HostWindowTest, ErrorOfACommandEndsTheWindowAndComesOut) {
 TEST_F(HostWindowTest, TraceEndsAtTheLowerEdge) {
     for (int i = 0; i < 100; ++i) {
         mWindow.Append("line " + std::to_string(i));
+        if (i % 10 == 0) {
+            mWindow.ShowTrace();
+        }
     }
+    mWindow.ShowTrace();
     const HWND trace = Control(simhost::kTrace);
     RECT area{};
     SendMessageW(trace, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&area));
@@ -209,17 +213,38 @@ TEST_F(HostWindowTest, TraceEndsAtTheLowerEdge) {
     EXPECT_GT(static_cast<short>(HIWORD(place)), area.bottom - 60) << "below the newest lines the pane is blank";
 }
 
+TEST_F(HostWindowTest, TraceIsShownAndPaintedAtTheEndOfAnActOrWhenItTakesLong) {
+    mWindow.ShowTrace();
+    mWindow.Append("a line");
+    EXPECT_EQ(TextOfControl(simhost::kTrace), "");
+    mWindow.ShowTrace();
+    EXPECT_EQ(TextOfControl(simhost::kTrace), "a line\r\n");
+    EXPECT_EQ(GetUpdateRect(Control(simhost::kTrace), nullptr, FALSE), 0);
+    Sleep(120);
+    mWindow.Append("another");
+    EXPECT_EQ(TextOfControl(simhost::kTrace), "a line\r\nanother\r\n");
+    mWindow.Append("one more");
+    SendMessageW(Top(), WM_TIMER, 1, 0);
+    EXPECT_EQ(TextOfControl(simhost::kTrace), "a line\r\nanother\r\none more\r\n");
+}
+
 TEST_F(HostWindowTest, TraceStaysWhereSomebodyReads) {
     for (int i = 0; i < 100; ++i) {
         mWindow.Append("line " + std::to_string(i));
+        if (i % 10 == 0) {
+            mWindow.ShowTrace();
+        }
     }
+    mWindow.ShowTrace();
     const HWND trace = Control(simhost::kTrace);
     SendMessageW(trace, EM_LINESCROLL, 0, -4);
     const LRESULT first = SendMessageW(trace, EM_GETFIRSTVISIBLELINE, 0, 0);
     mWindow.Append("another");
+    mWindow.ShowTrace();
     EXPECT_EQ(SendMessageW(trace, EM_GETFIRSTVISIBLELINE, 0, 0), first);
     SendMessageW(trace, EM_LINESCROLL, 0, 1000);
     mWindow.Append("one more");
+    mWindow.ShowTrace();
     EXPECT_GT(SendMessageW(trace, EM_GETFIRSTVISIBLELINE, 0, 0), first + 4);
     EXPECT_TRUE(TextOfControl(simhost::kTrace).starts_with("line 0\r\nline 1\r\n"));
     EXPECT_TRUE(TextOfControl(simhost::kTrace).ends_with("another\r\none more\r\n"));

@@ -1,12 +1,15 @@
 #!/usr/bin/env python3
 """`simhost window` is operated by a real mouse and real keys, and watched on the screen.
 
-The folder for the screenshots and the command that shows the window follow on the command line.
+On the command line follow: the folder for the screenshots, the program that reads windows, a PluginCore of one's own, the
+command that runs a Windows program, simhost.
 """
 
+import json
 import os
 import pathlib
 import re
+import signal
 import subprocess
 import sys
 import tempfile
@@ -17,19 +20,11 @@ sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "support"))
 
 import wine_session  # noqa: E402
 
-SCREENSHOTS, *COMMAND = sys.argv[1:]
+SCREENSHOTS, READ_WINDOW, EXAMPLE, RUN, SIMHOST = sys.argv[1:]
 TITLE = "Host by hand"
 PATIENCE_SECONDS = 60
-
-# In pixels from the window's corner.
+# Where the first menu is, in pixels from the window's corner.
 MENU = (60, 33)
-FIRST_DOCUMENT = (100, 85)
-SECOND_DOCUMENT = (100, 99)
-FONTS_FIELD = (150, 401)
-CHANGE_BUTTON = (60, 427)
-ASK_FOR_THE_PORT = (100, 557)
-RAISE_DIALOG = (100, 609)
-TRACE = (700, 400)
 
 
 def tool(*command: str) -> str:
@@ -49,10 +44,10 @@ def wait_for(what: str, condition):
 class HostByHand:
     """The running program: its window, and what it prints."""
 
-    def __init__(self):
+    def __init__(self, *options: str):
         self.output = tempfile.TemporaryFile()
-        self.process = subprocess.Popen(COMMAND, stdout=self.output, stderr=subprocess.STDOUT,
-                                        stdin=subprocess.DEVNULL)
+        self.process = subprocess.Popen([RUN, "--live", SIMHOST, "window", *options], stdout=self.output,
+                                        stderr=subprocess.STDOUT, stdin=subprocess.DEVNULL, start_new_session=True)
         os.environ["DISPLAY"] = wait_for("the display", self.display)
         self.window = wait_for("the window", self.find)
         self.read = 0
@@ -83,9 +78,51 @@ class HostByHand:
             except AssertionError as error:
                 raise AssertionError(f"{error}; printed since the last:\n{self.printed()[self.read:]}") from None
 
-    def click(self, place):
-        tool("xdotool", "mousemove", "--window", self.window, str(place[0]), str(place[1]), "click", "1")
-        time.sleep(0.2)
+    def shown(self) -> dict:
+        """The window as Windows holds it."""
+        return json.loads(tool(RUN, READ_WINDOW, TITLE))
+
+    def control(self, text: str, kind: str = "Button") -> dict:
+        found = [each for each in self.shown()["controls"]
+                 if each["class"] == kind and each["text"].replace("&", "") == text]
+        if len(found) != 1:
+            raise AssertionError(f"there are {len(found)} of {kind} {text}")
+        return found[0]
+
+    def of_class(self, kind: str) -> list[dict]:
+        return [each for each in self.shown()["controls"] if each["class"] == kind]
+
+    def documents(self) -> list[str]:
+        return self.of_class("ListBox")[0]["lines"]
+
+    def wait_for_documents(self, *lines: str):
+        wait_for(f"the list {lines}", lambda: self.documents() == list(lines))
+
+    def click_at(self, x: int, y: int):
+        """On the screen."""
+        tool("xdotool", "mousemove", str(x), str(y), "click", "1")
+
+    def click(self, control: dict):
+        place = control["place"]
+        self.click_at(place["x"] + place["width"] // 2, place["y"] + place["height"] // 2)
+
+    def press(self, text: str):
+        button = self.control(text)
+        if not button["enabled"]:
+            raise AssertionError(f"the button {text} is disabled")
+        self.click(button)
+
+    def click_document(self, number: int):
+        documents = self.of_class("ListBox")[0]
+        self.click_at(documents["place"]["x"] + 40,
+                      documents["place"]["y"] + documents["line_height"] * number + documents["line_height"] // 2)
+
+    def open_menu(self):
+        tool("xdotool", "mousemove", "--window", self.window, str(MENU[0]), str(MENU[1]), "click", "1")
+
+    def wait_for_menus(self, count: int) -> list[dict]:
+        """The places of the open menus, the last one first."""
+        return wait_for(f"{count} open menus", lambda: [each for each in [self.shown()["menus"]] if len(each) == count])[0]
 
     def keys(self, *keys: str):
         for key in keys:
@@ -96,18 +133,34 @@ class HostByHand:
     def type(self, text: str):
         tool("xdotool", "type", "--delay", "20", text)
 
-    def screenshot(self, name: str) -> pathlib.Path:
+    def screenshot(self, name: str, part: dict | None = None) -> pathlib.Path:
+        """Of a part of the screen, else of the window."""
         file = pathlib.Path(SCREENSHOTS) / f"{name}.png"
         file.parent.mkdir(parents=True, exist_ok=True)
-        geometry = dict(line.split("=") for line in tool("xdotool", "getwindowgeometry", "--shell",
-                                                           self.window).split())
-        area = "{WIDTH}x{HEIGHT}+{X}+{Y}".format(**geometry)
-        tool("import", "-window", "root", "-crop", area, "+repage", str(file))
+        place = part or self.shown()["place"]
+        tool("import", "-window", "root", "-crop", "{width}x{height}+{x}+{y}".format(**place), "+repage", str(file))
         return file
 
+    def wait_for_text_in(self, what: str, part: dict):
+        """Until a part of the screen has been painted: text is dark, and on what is light."""
+        def is_there():
+            file = self.screenshot("part", part)
+            dark = float(tool("convert", str(file), "-colorspace", "gray", "-threshold", "50%", "-negate", "-format",
+                              "%[fx:mean]", "info:"))
+            return 0.01 < dark < 0.5
+        wait_for(f"text in {what}", is_there)
+
     def close(self) -> int:
+        self.click(self.of_class("Edit")[1])
         self.keys("alt+F4")
         return self.process.wait(PATIENCE_SECONDS)
+
+    def end(self):
+        if self.process.poll() is None:
+            # With the program that the script waits for.
+            os.killpg(self.process.pid, signal.SIGKILL)
+            self.process.wait()
+        self.output.close()
 
 
 def colours(file: pathlib.Path) -> int:
@@ -121,78 +174,122 @@ def different_pixels(one: pathlib.Path, other: pathlib.Path) -> int:
 
 
 class Window(unittest.TestCase):
-    def setUp(self):
-        self.host = HostByHand()
-        self.addCleanup(self.host.output.close)
-        self.addCleanup(self.host.process.kill)
+    def start(self, *options: str) -> HostByHand:
+        host = HostByHand(*options)
+        self.addCleanup(host.end)
+        return host
 
     def test_a_day_by_mouse_and_keys(self):
-        host = self.host
+        host = self.start()
         host.expect("CreateMenusFromJSONBuffer", "The host is idle", "PlugPlugDispatchEvent", "the panel is told")
-        before = host.screenshot("window")
-        self.assertGreater(colours(before), 20, "the window is empty")
+        self.assertEqual(host.documents(), ["Brochure (closed)"])
+        wait_for("what the panel was told", lambda: [
+            each for each in host.of_class("Static") if each["text"] == "was told <payload><number>49152</number></payload>"])
+        host.screenshot("window")
+        self.assertFalse(host.control("Save")["enabled"])
 
-        host.click(FIRST_DOCUMENT)
-        host.keys("ctrl+o")
+        host.click_document(0)
+        wait_for("the button Open", lambda: host.control("Open")["enabled"])
+        host.press("Open")
         host.expect("^Brochure is opened$", '"AI File Format"/"AI Check" .*-> -1', "AI Document Opened Notifier",
                     "HandleOpenExistingDocument", r"path: <work>.*\.ai$")
+        host.wait_for_documents("Brochure (current)")
+        self.assertFalse(host.control("Open")["enabled"])
+        fonts, trace = host.of_class("Edit")
+        self.assertEqual(fonts["text"], "Garamond-Bold, Frutiger-Light, Optima-Roman")
 
-        host.click(MENU)
+        host.open_menu()
         host.expect("^A menu is opened$", '"AI Menu"/"AI Update" Fonts -> 0', '"AI Update" About the Font Manager -> 0')
+        host.wait_for_menus(1)
         host.keys("Down", "Right")
         host.expect("^A menu is opened$", '"AI Update" Activate Document Fonts -> 0')
-        time.sleep(0.5)
-        opened = host.screenshot("menu")
-        self.assertGreater(different_pixels(before, opened), 5000, "no menu is on the screen")
+        opened = host.wait_for_menus(2)
+        for number, menu in enumerate(opened):
+            host.wait_for_text_in(f"menu {number}", menu)
+        # The trace goes down to its lower edge.
+        lines = {**trace["place"], "height": 60, "y": trace["place"]["y"] + trace["place"]["height"] - 90}
+        host.wait_for_text_in("the trace", lines)
+        host.screenshot("menu")
         host.keys("Return")
         host.expect('^"Activate Document Fonts" is chosen$', '"AI Menu"/"AI Go" Activate Document Fonts -> 0',
                     "HandleMenuSelection", "item: activate$")
 
-        host.click(FONTS_FIELD)
+        host.click(fonts)
         host.keys("Home", "shift+End")
         host.type("Univers-Condensed, Optima-Roman")
-        host.click(CHANGE_BUTTON)
+        host.press("Change")
         host.expect("^Brochure is changed$", "AI Document Changed Notifier, Brochure -> 0")
-        host.click(TRACE)
+        host.wait_for_documents("Brochure (current, changed)")
+        host.click(trace)
         host.keys("ctrl+s")
         host.expect("^Brochure is saved$", "AI Command Notifier: After Save -> 0", "HandleSaveDocument",
                     r'"DocumentFonts":\[\{"PostScriptName":"Univers-Condensed"\},\{"PostScriptName":"Optima-Roman"\}\]')
-        host.keys("ctrl+shift+s")
+        host.press("Save As")
         host.expect("^Brochure is saved under another name$", "After Save As -> 0", r"path: <work>.* copy\.ai$")
 
-        host.click(ASK_FOR_THE_PORT)
+        host.press("Ask for the port")
         host.expect("^The panel asks for the port$", "the panel asks for the port -> 0", "the panel is told")
-        host.click(RAISE_DIALOG)
+        host.press('Raise "Missing Fonts"')
         host.expect("^The host shows a dialog$", 'dialog "Missing Fonts": clicked OK$')
 
-        host.click(TRACE)
-        host.keys("ctrl+n")
+        host.press("New")
         host.expect("^A document is created$", "AI Document New Notifier, Untitled-1 -> 0", "HandleCreateNewDocument")
-        host.click(FIRST_DOCUMENT)
+        host.wait_for_documents("Brochure (open)", "Untitled-1 (current)")
+        host.click_document(0)
         host.expect("^Brochure becomes the current document$")
-        host.keys("ctrl+w")
+        host.press("Close")
         host.expect("^Brochure is closed$", "AI Document Closed Notifier, Brochure -> 0", "HandleCloseDocument")
+        host.wait_for_documents("Brochure (closed)", "Untitled-1 (current)")
         host.screenshot("day")
+        # The trace shows what is printed; its beginning is what was printed before there was a window.
+        told = host.of_class("Edit")[1]["text"].replace("\r\n", "\n")
+        self.assertIn("\nBrochure is closed\n", told)
+        self.assertTrue(host.printed().startswith(told.split("\nA document is created\n")[0]))
 
         self.assertEqual(host.close(), 0)
         # What is still open is closed as a host does it.
         host.expect("AI Document Closed Notifier, Untitled-1 -> 0", "The host quits", "^Passed: ")
 
+    def raise_dialog(self, host: HostByHand) -> str:
+        host.press('Raise "Missing Fonts"')
+        host.expect("^The host shows a dialog$")
+        return wait_for("the dialog", lambda: subprocess.run(
+            ["xdotool", "search", "--onlyvisible", "--name", "^Missing Fonts$"], capture_output=True,
+            encoding="utf-8", check=False).stdout.split())[0]
+
     def test_a_dialog_that_nobody_dismisses_stays_until_a_person_closes_it(self):
-        host = self.host
+        host = self.start()
         host.expect("The host is idle")
         # Nothing was opened, so the plug-in leaves dialogs alone.
-        host.click(RAISE_DIALOG)
-        host.expect("^The host shows a dialog$")
-        dialog = wait_for("the dialog", lambda: subprocess.run(
-            ["xdotool", "search", "--onlyvisible", "--name", "^Missing Fonts$"], capture_output=True,
-            encoding="utf-8", check=False).stdout.split())
-        time.sleep(0.5)
+        dialog = self.raise_dialog(host)
+        self.assertFalse(host.shown()["enabled"], "the dialog is not modal")
         host.screenshot("dialog")
-        tool("xdotool", "mousemove", "--window", dialog[0], "60", "40", "click", "1")
+        tool("xdotool", "mousemove", "--window", dialog, "60", "40", "click", "1")
         host.expect('dialog "Missing Fonts": ended with OK$')
-        host.click(TRACE)
+        self.assertTrue(host.shown()["enabled"])
+        self.raise_dialog(host)
+        host.keys("Escape")
+        host.expect('dialog "Missing Fonts": closed$')
         self.assertEqual(host.close(), 0)
+
+    def test_a_plugincore_of_ones_own_and_the_options_of_play(self):
+        with tempfile.TemporaryDirectory() as folder:
+            record, events, junit = (pathlib.Path(folder) / name for name in ("record.json", "events.jsonl", "junit.xml"))
+            host = self.start("--plugincore", EXAMPLE, "--record", str(record), "--json-lines", str(events), "--junit",
+                              str(junit), "--color", "always")
+            host.expect("About the Example")
+            host.open_menu()
+            host.wait_for_menus(1)
+            host.keys("Up", "Return")
+            host.expect('"AI Menu"/"AI Go" About the Example -> 0', "HandleMenuSelection")
+            self.assertEqual(host.close(), 0)
+            host.expect("Passed: ")
+            self.assertIn("\033[", host.printed())
+            self.assertTrue(json.loads(record.read_text(encoding="utf-8"))["passed"])
+            calls = [event["entry"] for event in map(json.loads, events.read_text(encoding="utf-8").splitlines())
+                     if event["event"] == "call"]
+            self.assertIn("HandleMenuSelection", calls)
+            self.assertIn('tests="1"', junit.read_text(encoding="utf-8"))
 
 
 if __name__ == "__main__":

@@ -166,12 +166,12 @@ HFONT MakeFont(const wchar_t* face, DWORD pitchAndFamily) {
                        CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, pitchAndFamily, face);
 }
 
-void AppendLine(HWND pane, const std::wstring& line) {
+void AppendText(HWND pane, const std::wstring& lines) {
     const LRESULT first = SendMessageW(pane, EM_GETFIRSTVISIBLELINE, 0, 0);
     const bool atEnd = IsAtEnd(pane, first);
     const auto end = static_cast<WPARAM>(GetWindowTextLengthW(pane));
     SendMessageW(pane, EM_SETSEL, end, static_cast<LPARAM>(end));
-    SendMessageW(pane, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>((line + L"\r\n").c_str()));
+    SendMessageW(pane, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(lines.c_str()));
     if (atEnd) {
         SendMessageW(pane, WM_VSCROLL, SB_BOTTOM, 0);
     } else {

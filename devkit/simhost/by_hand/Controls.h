@@ -28,8 +28,8 @@ std::optional<WindowCommand> CommandOf(int identifier);
 HACCEL MakeAccelerators();
 HFONT MakeFont(const wchar_t* face, DWORD pitchAndFamily);
 
-// Adds a line at the end of a text pane. Whoever reads the end goes on seeing it; whoever has scrolled back stays
+// Adds lines at the end of a text pane. Whoever reads the end goes on seeing it; whoever has scrolled back stays
 // there.
-void AppendLine(HWND pane, const std::wstring& line);
+void AppendText(HWND pane, const std::wstring& lines);
 
 }  // namespace simhost

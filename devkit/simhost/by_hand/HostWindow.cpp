@@ -14,6 +14,7 @@ namespace {
 constexpr UINT kFirstMenuCommand = 1000;
 constexpr UINT_PTR kIdleTimer = 1;
 constexpr UINT kIdleMilliseconds = 1000;
+constexpr ULONGLONG kTraceMilliseconds = 100;
 
 }  // namespace
 
@@ -95,6 +96,8 @@ LRESULT HostWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
             Lay(LOWORD(lParam), HIWORD(lParam));
             return 0;
         case WM_TIMER:
+            // Also while an act waits for a dialog.
+            ShowTrace();
             mEvents.onIdle();
             return 0;
         case WM_COMMAND:
@@ -148,8 +151,18 @@ void HostWindow::MakeControls() {
 void HostWindow::Lay(int width, int height) const { LayControls(mWindow, width, height); }
 
 void HostWindow::Append(const std::string& traceLine) {
-    if (mWindow != nullptr) {
-        AppendLine(Control(kTrace), Wide(traceLine));
+    mAppended += Wide(traceLine) + L"\r\n";
+    if (GetTickCount64() >= mTraceShownAt + kTraceMilliseconds) {
+        ShowTrace();
+    }
+}
+
+void HostWindow::ShowTrace() {
+    mTraceShownAt = GetTickCount64();
+    if (mWindow != nullptr && !mAppended.empty()) {
+        AppendText(Control(kTrace), std::exchange(mAppended, {}));
+        // Windows would leave it for later, also when the next call of the plug-in takes its time.
+        UpdateWindow(Control(kTrace));
     }
 }
 

@@ -48,7 +48,9 @@ class HostWindow {
     // Handles messages until the window is closed. Throws what an event has thrown.
     void Run();
 
+    // Shown by ShowTrace(), and meanwhile ten times a second: line by line takes longer than what it tells of.
     void Append(const std::string& traceLine);
+    void ShowTrace();
     void ShowDocuments(const std::vector<DocumentLine>& documents);
     void ShowPanel(const std::string& text);
     // Comma-separated PostScript names.
@@ -78,6 +80,8 @@ class HostWindow {
     HFONT mTraceFont = nullptr;
     MenuBar mMenuBar;
     std::vector<DocumentLine> mDocuments;  // in the order of the list
+    std::wstring mAppended;                // and not shown yet
+    ULONGLONG mTraceShownAt = 0;           // in milliseconds
     bool mMenuIsOpen = false;
     bool mMenusAreOld = false;
     std::exception_ptr mError;  // thrown by an event; ends the window

@@ -273,6 +273,7 @@ void WindowSession::ShowWhatThePluginMade() {
     mWindow.ShowMenus();
     mTold = mPerformance.panel.LastTold().value_or(mTold);
     mWindow.ShowPanel(mTold.empty() ? "was told nothing yet" : "was told " + mTold);
+    mWindow.ShowTrace();
 }
 
 }  // namespace simhost
