@@ -17,7 +17,7 @@ def linked_files(file: pathlib.Path, kind: str) -> list[str]:
     found = files_in_metadata(file)
     if kind == kinds.POSTSCRIPT:
         found += [tools.text_of(name) for name in OPEN_PREPRESS_COMMENT.findall(file.read_bytes())]
-    return list(dict.fromkeys(found))
+    return list(dict.fromkeys(name for name in found if not re.match(r"^https?:", name)))
 
 
 def files_in_metadata(file: pathlib.Path) -> list[str]:
@@ -32,9 +32,11 @@ def files_in_metadata(file: pathlib.Path) -> list[str]:
 def as_placed(link: str) -> str:
     """As the plug-in meets it: a Windows path, and beside the document when the link says nothing else."""
     if link.startswith("file:"):
-        link = urllib.parse.unquote(urllib.parse.urlparse(link).path)
-        link = re.sub(r"^/(?=[A-Za-z]:)", "", link)
-    if re.match(r"^[A-Za-z]:[\\/]|^\\\\", link):
+        parts = urllib.parse.urlsplit(link)
+        link = re.sub(r"^/(?=[A-Za-z]:)", "", urllib.parse.unquote(parts.path))
+        if parts.netloc not in ("", "localhost"):
+            link = f"//{parts.netloc}{link}"
+    if re.match(r"^[A-Za-z]:[\\/]|^\\\\|^//", link):
         return link.replace("/", "\\")
     if link.startswith("/"):
         # Where Wine shows the file system that it runs on.

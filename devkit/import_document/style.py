@@ -9,7 +9,10 @@ WEIGHTS = {"normal": 400, "bold": 700}
 SLANTS = ("normal", "italic", "oblique")
 # What a browser shows without any family; nobody can say which font that is.
 NO_FAMILY = "serif"
-PROPERTIES = ("font", "font-family", "font-weight", "font-style")
+# Those that are attributes as well.
+PROPERTIES = ("font-family", "font-weight", "font-style", "display")
+# For which a drawing program shows a document. Conditions, as in "screen and (min-width: 1px)", are not looked into.
+MEDIA = ("all", "screen")
 
 
 @dataclasses.dataclass(frozen=True)
@@ -30,6 +33,9 @@ class Sheet:
                 self.add(rule)
 
     def add(self, rule) -> None:
+        if rule.type == "at-rule" and rule.lower_at_keyword == "media" and is_for_us(rule.prelude):
+            for within in tinycss2.parse_rule_list(rule.content, skip_comments=True, skip_whitespace=True):
+                self.add(within)
         if rule.type != "qualified-rule":
             return
         declarations = tinycss2.parse_declaration_list(rule.content, skip_comments=True, skip_whitespace=True)
@@ -47,16 +53,26 @@ class Sheet:
             font = applied(font, declaration.lower_name, significant(declaration.value), inherited)
         return font
 
+    def is_shown(self, element) -> bool:
+        values = [significant(each.value) for each in self.declarations_for(element) if each.lower_name == "display"]
+        return not values or [token.serialize().lower() for token in values[-1]] != ["none"]
+
     def declarations_for(self, element) -> list:
         """The weakest first."""
         attributes = element.etree_element
-        weakest = [f"{name}: {attributes.get(name)}" for name in PROPERTIES[1:] if attributes.get(name)]
+        weakest = [f"{name}: {attributes.get(name)}" for name in PROPERTIES if attributes.get(name)]
         found = parse("; ".join(weakest))
         for match in sorted(self.matcher.match(element), key=lambda match: match[:2]):
             found += [declaration for declaration in match[-1] if declaration.type == "declaration"]
         found += parse(attributes.get("style") or "")
         # sorted keeps the order of equals.
         return sorted(found, key=lambda declaration: declaration.important)
+
+
+def is_for_us(prelude) -> bool:
+    """Of a rule for media."""
+    queries = "".join(token.serialize() for token in prelude).split(",")
+    return any(query.strip().lower() in MEDIA for query in queries)
 
 
 def parse(declarations: str) -> list:

@@ -1,6 +1,7 @@
 """The fonts and linked images of an SVG."""
 
 import pathlib
+import re
 import urllib.parse
 import xml.etree.ElementTree as ElementTree
 
@@ -12,6 +13,8 @@ import tools
 
 SVG = "{http://www.w3.org/2000/svg}"
 LINK = "{http://www.w3.org/1999/xlink}href"
+# What holds text to be shown within a text element; a title or a description does not.
+PARTS_OF_TEXT = tuple(SVG + tag for tag in ("text", "tspan", "textPath", "a"))
 
 
 class Drawing:
@@ -30,9 +33,11 @@ class Drawing:
         return frames
 
     def visit(self, element, inherited: style.Font, frame, frames: list) -> None:
-        font = self.sheet.font_of(element, inherited)
         tag = element.etree_element.tag
-        if frame is None and tag == SVG + "text":
+        if not self.sheet.is_shown(element) or (frame is not None and tag not in PARTS_OF_TEXT):
+            return
+        font = self.sheet.font_of(element, inherited)
+        if tag == SVG + "text":
             frame = []
             frames.append(frame)
         add_run(frame, element.etree_element.text, font)
@@ -45,9 +50,18 @@ class Drawing:
         links = []
         for image in self.root.iter(SVG + "image"):
             link = image.get("href") or image.get(LINK) or ""
-            if link and not link.startswith(("data:", "#")):
-                links.append(link if link.startswith("file:") else urllib.parse.unquote(link))
-        return list(dict.fromkeys(links))
+            links.append(file_named_by(link.strip()))
+        return list(dict.fromkeys(filter(None, links)))
+
+
+def file_named_by(link: str) -> str:
+    """Empty for what is no file: data, a part of the drawing itself, something in the web."""
+    if re.match(r"^[A-Za-z]:[\\/]", link):
+        return link
+    parts = urllib.parse.urlsplit(link)
+    if parts.scheme == "file":
+        return link
+    return "" if parts.scheme or parts.netloc else urllib.parse.unquote(parts.path)
 
 
 def add_run(frame, text, font: style.Font) -> None:

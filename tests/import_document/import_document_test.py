@@ -6,10 +6,8 @@ The command to import a document follows on the command line.
 
 import gzip
 import json
-import pathlib
 import subprocess
 import sys
-import tempfile
 import unittest
 
 import real_documents
@@ -17,17 +15,7 @@ import real_documents
 COMMAND = sys.argv.pop(1)
 
 
-class ImportDocument(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.temporary = tempfile.TemporaryDirectory()
-        cls.folder = pathlib.Path(cls.temporary.name)
-        cls.files = real_documents.make_all(cls.folder)
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.temporary.cleanup()
-
+class ImportDocument(real_documents.WithRealDocuments):
     def run_on(self, *arguments):
         return subprocess.run([COMMAND, *map(str, arguments)], capture_output=True, check=False, encoding="utf-8")
 
@@ -84,10 +72,50 @@ class ImportDocument(unittest.TestCase):
         placed = {name: self.document(name)["placed"] for name in self.files}
         self.assertEqual(placed, {
             "typeset.pdf": [], "typeset.eps": [], "Überschrift.pdf": [], "scripts.pdf": [],
-            "drawing.svg": ["${work}\\Pictures\\A harbour.png"],
+            "drawing.svg": ["${work}\\Pictures\\A harbour.png"], "diagram.svg": ["${work}\\Pictures\\A logo.png"],
             "illustration.ai": ["C:\\Jobs\\Logo.psd", "${work}\\Links\\Photo.tif"],
             "advertisement.eps": ["Z:\\Volumes\\Pictures\\A large photo.tif"],
         })
+
+    def test_links_are_those_that_other_tools_find(self):
+        sizes = real_documents.PICTURES
+        for name in ("drawing.svg", "diagram.svg"):
+            linked = [link.removeprefix("${work}\\").replace("\\", "/") for link in self.document(name)["placed"]]
+            self.assertEqual([sizes[link] for link in linked],
+                             real_documents.pictures_of_svg(self.files[name], self.folder), name)
+        self.assertEqual(real_documents.links_in_metadata(self.files["illustration.ai"]),
+                         list(real_documents.LINKS_OF_ILLUSTRATION))
+
+    def test_links_of_an_svg_are_addresses(self):
+        links = {"a.png?size=2#part": "${work}\\a.png", "b%3F%23.png": "${work}\\b?#.png", "#part": None,
+                 "https://host/c.png": None, "http://host/c.png": None, "//host/c.png": None, "data:image/png,": None,
+                 "file:///D:/d%20e.png?x#y": "D:\\d e.png", "file://localhost/f.png": "Z:\\f.png",
+                 "file://server/share/g.png": "\\\\server\\share\\g.png", "C:\\h#1.png": "C:\\h#1.png", " i.png ":
+                     "${work}\\i.png"}
+        images = "".join(f'<image href="{link}"/>' for link in links)
+        file = self.write("links.svg", f'<svg xmlns="http://www.w3.org/2000/svg">{images}</svg>'.encode())
+        self.assertEqual(json.loads(self.run_on(file).stdout)["document"]["placed"], list(filter(None, links.values())))
+
+    def test_links_of_an_eps_into_the_web_are_no_files(self):
+        file = self.write("web.eps", real_documents.ADVERTISEMENT.replace("/Volumes/Pictures/A large photo.tif",
+                                                                          "http://host/photo.tif").encode())
+        self.assertEqual(json.loads(self.run_on(file).stdout)["document"]["placed"], [])
+
+    def test_svg_text_that_is_not_shown_has_no_font(self):
+        file = self.write("hidden.svg", b'''<svg xmlns="http://www.w3.org/2000/svg">
+            <style>.off { display: none } text { font-family: C059 }</style>
+            <text class="off">a</text><g display="none"><text>a</text></g><text style="display:none">a</text>
+            <text><title font-family="D">a title</title>shown<tspan display="none" font-family="E">a</tspan>
+            <desc>a description</desc> and shown <tspan font-family="P052"><title>a</title>again</tspan></text></svg>''')
+        self.assertEqual(json.loads(self.run_on(file).stdout)["document"]["frames"], [["C059-Roman", "P052-Roman"]])
+        self.assertEqual(real_documents.fonts_by_other_tools(file, self.folder), {"C059-Roman", "P052-Roman"})
+
+    def test_svg_rules_for_the_screen_hold(self):
+        file = self.write("media.svg", b'''<svg xmlns="http://www.w3.org/2000/svg"><style>
+            text { font-family: P052 } @media print { text { font-family: A } } @media tv, screen { .s { font-family: C059 } }
+            @media screen and (min-width: 1px) { text { font-family: B } } @media all { .a { font-family: D } }</style>
+            <text>a<tspan class="s">b</tspan><tspan class="a">c</tspan></text></svg>''')
+        self.assertEqual(json.loads(self.run_on(file).stdout)["document"]["frames"], [["P052-Roman", "C059-Roman", "D"]])
 
     def test_links_of_an_eps_with_the_line_ends_of_old_machines(self):
         file = self.write("old.eps", real_documents.ADVERTISEMENT.replace("\n", "\r").encode())

@@ -6,10 +6,8 @@ The command to import a document, a PluginCore of one's own and the command of s
 """
 
 import json
-import pathlib
 import subprocess
 import sys
-import tempfile
 import unittest
 
 import real_documents
@@ -17,22 +15,13 @@ import real_documents
 IMPORT, EXAMPLE, *SIMHOST = sys.argv[1:]
 LINKS = {
     "drawing.svg": ["${work}\\Pictures\\A harbour.png"],
+    "diagram.svg": ["${work}\\Pictures\\A logo.png"],
     "illustration.ai": ["C:\\Jobs\\Logo.psd", "${work}\\Links\\Photo.tif"],
     "advertisement.eps": ["Z:\\Volumes\\Pictures\\A large photo.tif"],
 }
 
 
-class OpenDocument(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.temporary = tempfile.TemporaryDirectory()
-        cls.folder = pathlib.Path(cls.temporary.name)
-        cls.files = real_documents.make_all(cls.folder)
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.temporary.cleanup()
-
+class OpenDocument(real_documents.WithRealDocuments):
     def play(self, file):
         document, events = self.folder / (file.name + ".json"), self.folder / (file.name + ".jsonl")
         real_documents.run(IMPORT, str(file), "--output", str(document))

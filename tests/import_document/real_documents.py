@@ -3,6 +3,8 @@
 import pathlib
 import re
 import subprocess
+import tempfile
+import unittest
 
 MANUSCRIPT = r"""
 .TL
@@ -34,6 +36,12 @@ DRAWING = """<?xml version="1.0" encoding="UTF-8"?>
   <text class="caption" x="10" y="90">A caption</text>
 </svg>
 """
+
+# For a program that writes SVG and links its pictures.
+DIAGRAM = """digraph { node [shape=none];
+a [label="Roman", fontname="Nimbus Roman"]; b [label="Sans", fontname="DejaVu Sans"]; c [label="", image="%s"];
+a -> b -> c }"""
+PICTURES = {"Pictures/A harbour.png": (7, 5), "Pictures/A logo.png": (31, 17)}
 
 # What a drawing program writes about the files that a document is made from.
 METADATA = """<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?><x:xmpmeta xmlns:x='adobe:ns:meta/'>
@@ -70,8 +78,8 @@ showpage
 """
 
 
-def run(*command, stdin: bytes = b"") -> bytes:
-    return subprocess.run(command, input=stdin, capture_output=True, check=True).stdout
+def run(*command, stdin: bytes = b"", cwd: pathlib.Path | None = None) -> bytes:
+    return subprocess.run(command, input=stdin, capture_output=True, check=True, cwd=cwd).stdout
 
 
 def letters_of_many_scripts() -> str:
@@ -87,8 +95,8 @@ def escaped(text: str) -> str:
 def make_all(folder: pathlib.Path) -> dict[str, pathlib.Path]:
     """By name; made anew."""
     files = {name: folder / name for name in (
-        "typeset.pdf", "typeset.eps", "Überschrift.pdf", "scripts.pdf", "drawing.svg", "illustration.ai",
-        "advertisement.eps")}
+        "typeset.pdf", "typeset.eps", "Überschrift.pdf", "scripts.pdf", "drawing.svg", "diagram.svg",
+        "illustration.ai", "advertisement.eps")}
     files["typeset.pdf"].write_bytes(run("groff", "-ms", "-Tpdf", stdin=MANUSCRIPT.encode()))
     page = run("groff", "-ms", "-Tps", stdin=MANUSCRIPT.encode())
     run("gs", "-q", "-sDEVICE=eps2write", "-dLastPage=1", f"-sOutputFile={files['typeset.eps']}", "-dBATCH", "-dNOPAUSE",
@@ -97,12 +105,30 @@ def make_all(folder: pathlib.Path) -> dict[str, pathlib.Path]:
         f"--output={files['Überschrift.pdf']}")
     run("pango-view", "--no-display", "--font=DejaVu Sans 12", f"--text={letters_of_many_scripts()}", "--wrap=char",
         "--width=400", f"--output={files['scripts.pdf']}")
+    (folder / "Pictures").mkdir(exist_ok=True)
+    for name, (width, height) in PICTURES.items():
+        run("convert", "-size", f"{width}x{height}", "plasma:", f"PNG24:{folder / name}")
     files["drawing.svg"].write_text(DRAWING, encoding="utf-8")
+    files["diagram.svg"].write_bytes(run("dot", "-Tsvg", stdin=(DIAGRAM % "Pictures/A logo.png").encode(), cwd=folder))
     metadata = METADATA % "".join(METADATA_ITEM % link for link in LINKS_OF_ILLUSTRATION)
     run("gs", "-q", "-sDEVICE=pdfwrite", f"-sOutputFile={files['illustration.ai']}", "-dBATCH", "-dNOPAUSE", "-",
         stdin=(ILLUSTRATION % escaped(metadata)).encode())
     files["advertisement.eps"].write_text(ADVERTISEMENT, encoding="utf-8")
     return files
+
+
+class WithRealDocuments(unittest.TestCase):
+    """Has them in `files`, in a folder of its own."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.temporary = tempfile.TemporaryDirectory()
+        cls.folder = pathlib.Path(cls.temporary.name)
+        cls.files = make_all(cls.folder)
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.temporary.cleanup()
 
 
 def fonts_by_other_tools(file: pathlib.Path, folder: pathlib.Path) -> set[str]:
@@ -123,3 +149,15 @@ def converted(file: pathlib.Path, folder: pathlib.Path, *command: str) -> pathli
     pages = folder / (file.stem + "-converted.pdf")
     run(*command, str(pages))
     return pages
+
+
+def pictures_of_svg(file: pathlib.Path, folder: pathlib.Path) -> list[tuple[int, int]]:
+    """The sizes of the pictures that librsvg finds where the drawing says that they are."""
+    pages = converted(file, folder, "rsvg-convert", "--format=pdf", str(file), "--output")
+    lines = [line.split() for line in run("pdfimages", "-list", str(pages)).decode().splitlines()[2:]]
+    return [(int(line[3]), int(line[4])) for line in lines if line[2] == "image"]
+
+
+def links_in_metadata(file: pathlib.Path) -> list[str]:
+    """As Poppler shows the metadata of a PDF."""
+    return re.findall(r"<stRef:filePath>(.*?)</stRef:filePath>", run("pdfinfo", "-meta", str(file)).decode())

@@ -17,7 +17,7 @@ import unittest
 
 HERE = pathlib.Path(__file__).parent
 ROOT = HERE.parents[1]
-FAKE_TOOLS = ("cmake", "ctest", "wine", "wineboot", "winecfg", "wineserver", "Xvfb")
+FAKE_TOOLS = ("apt-get", "cmake", "ctest", "dpkg-query", "sudo", "wine", "wineboot", "winecfg", "wineserver", "Xvfb")
 PATIENCE_SECONDS = 30
 TELL_DISPLAY = 'echo "$DISPLAY $WINEPREFIX"\n'
 
@@ -135,6 +135,22 @@ class Simhost(ScriptsTest):
         self.assertIn("simhost: waiting for another build of this folder", "".join(complaints))
         order = [line.split(" ")[0] for line in self.calls("") if line.startswith(("cmake --build", "the build ends"))]
         self.assertEqual(order, ["cmake", "the", "cmake", "the"])
+
+
+class Setup(ScriptsTest):
+    def setUp(self):
+        super().setUp()
+        shutil.copy(ROOT / "scripts" / "setup", self.root / "scripts" / "setup")
+
+    def test_nothing_is_installed_when_nothing_is_missing(self):
+        self.assertEqual(self.run_script("setup"), (0, "", ""))
+        self.assertEqual((self.calls("apt-get"), len(self.calls("dpkg-query"))), ([], 1))
+
+    def test_what_is_missing_is_installed_and_nothing_else(self):
+        # Another package's name begins with this one.
+        code, _, complained = self.run_script("setup", FAKE_MISSING="wine")
+        self.assertEqual((code, complained), (0, "setup: installing wine\n"))
+        self.assertRegex(self.calls("apt-get")[-1], r" install --yes --no-install-recommends wine$")
 
 
 class Sessions(ScriptsTest):
