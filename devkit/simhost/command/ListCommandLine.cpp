@@ -10,6 +10,7 @@
 #include "doubles/host/Rules.h"
 #include "simhost/command/CommandLine.h"
 #include "simhost/contract/Clauses.h"
+#include "simhost/launch/CaseRun.h"
 #include "simhost/launch/Selection.h"
 #include "simhost/scenario/CallTable.h"
 #include "simhost/scenario/Keys.h"
@@ -24,7 +25,7 @@ using Json = nlohmann::ordered_json;
 
 struct ListOptions {
     std::string what;
-    std::string scenarios = "devkit/scenarios";
+    std::string scenarios;  // a folder; empty: the usual one
     bool json = false;
 };
 
@@ -68,10 +69,17 @@ Json Functions() {
     return {{"function", EntriesOf(Library::kPluginCore)}, {"bus_function", EntriesOf(Library::kMessaging)}};
 }
 
+// In the project its own scenarios, elsewhere those of the kit that is installed.
+std::filesystem::path UsualFolder() {
+    const std::filesystem::path ofProject = L"devkit/scenarios";
+    return std::filesystem::is_directory(ofProject) ? ofProject : KitFolder().parent_path() / L"scenarios";
+}
+
 // By file: the title of each case.
 Json Scenarios(const std::string& folder) {
     Json scenarios = Json::object();
-    for (const std::filesystem::path& path : ScenariosNamed({Wide(folder)})) {
+    for (const std::filesystem::path& path :
+         ScenariosNamed({folder.empty() ? UsualFolder() : std::filesystem::path(Wide(folder))})) {
         const ScenarioFile file(path);
         Json& cases = scenarios[Utf8(path.filename().wstring())] = Json::object();
         for (const std::string& name : file.Cases()) {
@@ -148,7 +156,8 @@ void AddList(CLI::App& app, ChosenCommand& chosen) {
     CLI::App* const list = app.add_subcommand("list", "Print what there is: scenarios, and what they are made of");
     list->add_option("what", options->what, "One kind alone; else all but the last three")
         ->check(CLI::IsMember(KindNames()));
-    list->add_option("--folder", options->scenarios, "Where scenarios are listed from; else devkit/scenarios");
+    list->add_option("--folder", options->scenarios,
+                     "Where scenarios are listed from; else devkit/scenarios, or the kit's own");
     list->add_flag("--json", options->json, "As JSON, for programs");
     list->callback([options, &chosen] { chosen = [options] { return List(*options); }; });
 }
