@@ -85,7 +85,11 @@ class OpenDocument(real_documents.WithRealDocuments):
         self.assertIn("\033[", done.stdout)
         self.assertNotIn("HandleSaveDocument", done.stdout)
         self.assertTrue((outputs / "run" / "drawing.svg").exists())
-        self.assertIn('tests="1"', (outputs / "junit.xml").read_text(encoding="utf-8"))
+        junit = (outputs / "junit.xml").read_text(encoding="utf-8")
+        self.assertIn('tests="1"', junit)
+        # Nobody has written a scenario.
+        self.assertIn("open.json", junit)
+        self.assertNotIn("scenario.json", junit)
         self.assertTrue(json.loads((outputs / "record.json").read_text(encoding="utf-8"))["passed"])
 
     def test_what_is_no_imported_document_is_refused(self):

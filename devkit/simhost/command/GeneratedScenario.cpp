@@ -71,7 +71,8 @@ void AddDocument(Json& scenario, const ImportedDocument& imported) {
 
 }  // namespace
 
-GeneratedScenario::GeneratedScenario(const Json& scenario) : mFolder(L"scenario"), mPath(mFolder.At(L"scenario.json")) {
+GeneratedScenario::GeneratedScenario(const wchar_t* name, const Json& scenario)
+    : mFolder(L"scenario"), mPath(mFolder.At(name)) {
     std::ofstream stream(mPath, std::ios::binary | std::ios::trunc);
     stream << scenario.dump(2, ' ', false, Json::error_handler_t::replace);
     stream.close();

@@ -14,8 +14,9 @@ namespace simhost {
 // A file in a temporary folder of its own, which is removed with the object.
 class GeneratedScenario {
   public:
-    // Throws std::runtime_error when it cannot be written, Cancelled.
-    explicit GeneratedScenario(const nlohmann::ordered_json& scenario);
+    // `name` is what reports call the file, as in "open.json.steps[0]". Throws std::runtime_error when it cannot be
+    // written, Cancelled.
+    GeneratedScenario(const wchar_t* name, const nlohmann::ordered_json& scenario);
     const std::filesystem::path& Path() const { return mPath; }
 
   private:

@@ -21,7 +21,7 @@ struct Texts {
 int Open(const Texts& texts) {
     const ImportedDocument imported = ReadImportedDocument(Wide(texts.document));
     ListenForCancellation();
-    const GeneratedScenario scenario(ScenarioThatOpens(imported));
+    const GeneratedScenario scenario(L"open.json", ScenarioThatOpens(imported));
     PlayOptions options = OptionsOf(texts.run);
     options.scenarios = {scenario.Path()};
     options.repeatedBy = "open " + AsShellWord(texts.document);

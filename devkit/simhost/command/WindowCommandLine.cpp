@@ -27,7 +27,7 @@ int ShowWindow(const Texts& texts) {
         command += " " + AsShellWord(document);
     }
     ListenForCancellation();
-    const GeneratedScenario scenario(ScenarioWithWindow(documents));
+    const GeneratedScenario scenario(L"window.json", ScenarioWithWindow(documents));
     PlayOptions options = OptionsOf(texts.run);
     options.scenarios = {scenario.Path()};
     options.repeatedBy = command;
