@@ -68,7 +68,7 @@ constexpr Field kFields[] = {
 constexpr DWORD kTraceStyle =
     WS_BORDER | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | ES_AUTOHSCROLL;
 // The default lets the trace of a long session grow into nothing: nobody would see the newest lines.
-constexpr WPARAM kTraceCharacters = 64 * 1024 * 1024;
+constexpr WPARAM kTraceCharacters = 64ULL * 1024 * 1024;
 
 void Make(HWND window, const wchar_t* windowClass, const wchar_t* text, DWORD style, int identifier, HFONT font) {
     const HWND control =

@@ -33,7 +33,7 @@ class MenuBar {
   private:
     HMENU MenuFor(const std::vector<MenuGroup>& groups, const MenuModel& menus);
     UINT_PTR CommandOf(const void* item);
-    void Append(HMENU menu, const void* item, const MenuModel& menus);
+    void Append(HMENU menu, const void* handle, const MenuModel& menus);
 
     UINT mFirstCommand;
     HMENU mBar = nullptr;

@@ -29,11 +29,11 @@ class WindowSession {
     void OnIdle();
 
     void New();
-    void Open(const std::string& document);
-    void Save(const std::string& document);
-    void SaveAs(const std::string& document);
-    void Close(const std::string& document);
-    void ChangeFonts(const std::string& document);
+    void Open(const std::string& name);
+    void Save(const std::string& name);
+    void SaveAs(const std::string& name);
+    void Close(const std::string& name);
+    void ChangeFonts(const std::string& name);
     void RaiseDialog();
 
     // Not while an act is under way: a dialog of the plug-in handles messages too.
