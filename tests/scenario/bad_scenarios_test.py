@@ -40,10 +40,13 @@ SCHEMA_ACCEPTS = {
 JARGON = ("json.exception", "parse_error", "type_error", "syntax error while parsing")
 
 
+def lines_of(complaints: str) -> list[str]:
+    return [line.removeprefix("simhost: ") for line in complaints.splitlines()]
+
+
 def complaints(command: list[str], *arguments) -> tuple[list[str], str, int]:
     run = subprocess.run([*command, *map(str, arguments), "--quiet"], capture_output=True, check=False)
-    lines = [line.removeprefix("simhost: ") for line in run.stderr.decode("utf-8").splitlines()]
-    return lines, run.stdout.decode("utf-8"), run.returncode
+    return lines_of(run.stderr.decode("utf-8")), run.stdout.decode("utf-8"), run.returncode
 
 
 def expected_of(path: pathlib.Path) -> list[str]:

@@ -7,8 +7,11 @@ know is what is expected here.
 """
 
 import argparse
+import concurrent.futures
 import json
+import os
 import pathlib
+import queue
 import re
 import subprocess
 import sys
@@ -33,7 +36,7 @@ class Fault:
     name: str
     expected: str
     # Answers the verdict and the words that it comes with.
-    attempt: Callable[[], tuple[str, str]]
+    attempt: Callable[["Kit"], tuple[str, str]]
     right: int = 0
     left: set[str] = field(default_factory=set)
     words: str = ""
@@ -41,20 +44,26 @@ class Fault:
 
 
 class Kit:
-    def __init__(self, built: str, drive: str, command: list[str]):
+    """simhost on a desktop of its own, with the Wine prefix that belongs to it."""
+
+    def __init__(self, built: str, prefix: str, command: list[str], desktop: int = 0):
         self.built = pathlib.Path(built)
-        self.drive = pathlib.Path(drive)
+        self.prefix = pathlib.Path(prefix + (f"-{desktop}" if desktop else ""))
         self.command = command
+        # As ctest says it.
+        self.environment = {**os.environ, "CTEST_RESOURCE_GROUP_0_DESKTOPS": f"id:{desktop},slots:1"}
 
     def run(self, *arguments: str) -> tuple[int, str, str]:
-        done = subprocess.run([*self.command, *arguments], capture_output=True, check=False, cwd=HERE.parents[1])
+        done = subprocess.run([*self.command, *arguments], capture_output=True, check=False, cwd=HERE.parents[1],
+                              env=self.environment)
         return done.returncode, done.stdout.decode("utf-8"), done.stderr.decode("utf-8")
 
     def left_behind(self) -> set[str]:
         """Folders of runs, files of the core application, programs that run."""
-        temporary = {path.name for path in self.drive.glob("users/*/Temp/simhost*")}
-        launch_info = {path.name for path in self.drive.glob("**/com.quorvel.Lumet-LaunchInfo.conf")}
-        return temporary | launch_info | set(programs_of_windows(self.drive.parent))
+        drive = self.prefix / "drive_c"
+        temporary = {path.name for path in drive.glob("users/*/Temp/simhost*")}
+        launch_info = {path.name for path in drive.glob("**/com.quorvel.Lumet-LaunchInfo.conf")}
+        return temporary | launch_info | set(programs_of_windows(self.prefix))
 
 
 # Wine's own come and go as it likes.
@@ -76,9 +85,9 @@ def programs_of_windows(prefix: pathlib.Path):
             yield f"{name} ({process.name})"
 
 
-def library_faults(kit: Kit):
+def library_faults():
     for name, (clause, entry) in contract_test.FAULTS.items():
-        def attempt(name=name, clause=clause, entry=entry):
+        def attempt(kit, name=name, clause=clause, entry=entry):
             code, printed, complaints = kit.run("contract", str(kit.built / "plugincores" / f"Faulty{name}.dll"),
                                                 "--level", "pedantic", "--json")
             broken = [one for one in json.loads(printed)["clauses"] if one["state"] == "broken"] if printed else []
@@ -92,9 +101,9 @@ def library_faults(kit: Kit):
         yield Fault("PluginCore", name, clause, attempt)
 
 
-def plugin_faults(kit: Kit):
+def plugin_faults():
     for (scenario, case), (rule, pattern) in verdicts_test.EXPECTED.items():
-        def attempt(scenario=scenario, case=case, pattern=pattern):
+        def attempt(kit, scenario=scenario, case=case, pattern=pattern):
             with tempfile.TemporaryDirectory() as folder:
                 record = pathlib.Path(folder) / "record.json"
                 kit.run("play", str(HERE / "faults" / f"{scenario}.json"), "--case", case, "--quiet", "--record",
@@ -106,17 +115,18 @@ def plugin_faults(kit: Kit):
         yield Fault("plug-in", f"{scenario}/{case}", rule, attempt)
 
 
-def scenario_faults(kit: Kit):
+def scenario_faults():
     for path in sorted((HERE / "bad").glob("*.json")):
-        def attempt(path=path):
+        def attempt(kit, path=path):
             expected = bad_scenarios_test.expected_of(path)
-            lines, _, code = bad_scenarios_test.complaints([*kit.command, "play"], path)
+            code, _, complaints = kit.run("play", str(path), "--quiet")
+            lines = bad_scenarios_test.lines_of(complaints)
             right = code == 2 and bad_scenarios_test.lines_about(path, lines) == expected
             return "refused" if right else f"exit code {code}", (lines or [""])[0]
         yield Fault("scenario", path.stem, "refused", attempt)
 
 
-def command_line_faults(kit: Kit):
+def command_line_faults(built: pathlib.Path):
     quick = [str(HERE / "faults" / "replies.json"), "--case", "reply", "--quiet"]
     text = str(HERE / "bad" / "not-json.txt")
     cases = {
@@ -132,13 +142,13 @@ def command_line_faults(kit: Kit):
         "work folder with somebody's files": (["play", *quick, "--work-folder", str(HERE)], "no run of simhost"),
         "plug-in that is a text": (["play", *quick, "--plugin", text], "is a text"),
         "PluginCore that is a text": (["contract", text], "is a text"),
-        "PluginCore that is a program": (["contract", str(kit.built / "simhost.exe")], "is a program and not a library"),
+        "PluginCore that is a program": (["contract", str(built / "simhost.exe")], "is a program and not a library"),
         "PluginCore that is not there": (["contract", "nowhere.dll"], "no file"),
         "unknown clause": (["explain", "bufer-behind"], "buffer-behind"),
         "document that is none": (["open", text], "no imported document"),
     }
     for name, (arguments, words) in cases.items():
-        def attempt(arguments=arguments, words=words):
+        def attempt(kit, arguments=arguments, words=words):
             code, _, complaints = kit.run(*arguments)
             right = code == 2 and re.search(words, complaints)
             return "refused" if right else f"exit code {code}", " ".join(complaints.split())
@@ -153,7 +163,7 @@ def cell(text: str) -> str:
 def try_once(fault: Fault, kit: Kit) -> None:
     before = kit.left_behind()
     try:
-        verdict, fault.words = fault.attempt()
+        verdict, fault.words = fault.attempt(kit)
     except (OSError, ValueError, LookupError) as error:
         # The program has written nothing, or not what it should: that is its verdict, and the table goes on.
         verdict, fault.words = "no result", f"{type(error).__name__}: {error}"
@@ -168,15 +178,25 @@ def row(fault: Fault, times: int) -> str:
             f"{', '.join(sorted(fault.left)) or 'nothing'} |")
 
 
-def print_table(faults: list[Fault], kit: Kit, times: int) -> int:
-    """Answers the exit code."""
-    print("| fault of | which | verdict | right | names | left behind |\n|---|---|---|---|---|---|", flush=True)
-    for number, fault in enumerate(faults):
+def print_table(faults: list[Fault], kits: list[Kit], times: int) -> int:
+    """Tries as many at a time as there are kits. Answers the exit code."""
+    free = queue.SimpleQueue()
+    for kit in kits:
+        free.put(kit)
+
+    def try_all(fault: Fault) -> Fault:
+        kit = free.get()
         for _ in range(times):
             try_once(fault, kit)
-        print(row(fault, times), flush=True)
-        if not sys.stdout.isatty():
-            print(f"fault-table: {number + 1} of {len(faults)} faults", file=sys.stderr, flush=True)
+        free.put(kit)
+        return fault
+
+    print("| fault of | which | verdict | right | names | left behind |\n|---|---|---|---|---|---|", flush=True)
+    with concurrent.futures.ThreadPoolExecutor(len(kits)) as pool:
+        for number, fault in enumerate(pool.map(try_all, faults)):
+            print(row(fault, times), flush=True)
+            if not sys.stdout.isatty():
+                print(f"fault-table: {number + 1} of {len(faults)} faults", file=sys.stderr, flush=True)
     right = sum(fault.right == times and not fault.left for fault in faults)
     print(f"\n{right} of {len(faults)} faults were classed rightly {times} times out of {times} and left nothing behind.")
     return 0 if right == len(faults) else 1
@@ -193,19 +213,20 @@ def main() -> int:
     parser = argparse.ArgumentParser(prog="fault-table", description="Tries every fault that the kit knows, and prints "
                                      "a table: the verdict, whom it names, how often it was right, what was left.")
     parser.add_argument("--built", help=argparse.SUPPRESS, required=True)  # the folder of simhost.exe
-    parser.add_argument("--drive", help=argparse.SUPPRESS, required=True)  # of Wine's C:
+    parser.add_argument("--prefix", help=argparse.SUPPRESS, required=True)  # Wine's, of the first desktop
+    parser.add_argument("--desktops", help=argparse.SUPPRESS, type=at_least_one, default=1)
     parser.add_argument("--command", help=argparse.SUPPRESS, required=True, action="append")  # what starts simhost
     parser.add_argument("--only", metavar="PATTERN", default="", help="only the faults whose kind and name, such as "
                         "\"PluginCore, Crashes\", match this regular expression")
     parser.add_argument("times", metavar="TIMES", nargs="?", type=at_least_one, default=1,
                         help="how often each fault is tried (1)")
     options = parser.parse_args()
-    kit = Kit(options.built, options.drive, options.command)
-    faults = [*library_faults(kit), *plugin_faults(kit), *scenario_faults(kit), *command_line_faults(kit)]
+    kits = [Kit(options.built, options.prefix, options.command, desktop) for desktop in range(options.desktops)]
+    faults = [*library_faults(), *plugin_faults(), *scenario_faults(), *command_line_faults(kits[0].built)]
     chosen = [fault for fault in faults if re.search(options.only, f"{fault.kind}, {fault.name}")]
     if not chosen:
         parser.error(f"no fault matches {options.only}")
-    return print_table(chosen, kit, options.times)
+    return print_table(chosen, kits, options.times)
 
 
 if __name__ == "__main__":
