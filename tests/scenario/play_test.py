@@ -3,9 +3,11 @@
 
 import json
 import pathlib
+import shutil
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 import xml.etree.ElementTree
 
@@ -156,6 +158,61 @@ class Play(unittest.TestCase):
         printed, _ = self.play(self.write("crash.json", source), "--case", "abort", code=1)
         self.assertRegex(printed, r"\n1\. message abort\n(  .*\n)*  ! .*abort.*\n  failed\n")
         self.assertIn("crash.json/abort: failed in step 1 (line 1): message abort", printed)
+
+    def test_the_calls_of_the_step_in_which_the_host_was_lost_are_told(self):
+        library = pathlib.Path(COMMAND[-1]).parent / "plugincores" / "FaultyCrashes.dll"
+        lines, record = self.folder / "lines.jsonl", self.folder / "record.json"
+        printed, _ = self.play("tests/contract/any-calls.json", "--plugincore", library, "--json-lines", lines,
+                               "--record", record, code=1)
+        self.assertRegex(printed, r"\n2\. open A\n      PluginIsEnabled \(.*\) -> 0, enabled.*\n"
+                                  r"      HandleOpenExistingDocument \(.*\) -> did not return\n(.*\n)*?  ! crash: ")
+        events = [json.loads(line) for line in lines.read_text(encoding="utf-8").splitlines()]
+        calls = [event for event in events if event["event"] == "call"]
+        self.assertEqual((calls[-1]["entry"], calls[-1]["returned"]), ("HandleOpenExistingDocument", False))
+        self.assertIn("path", calls[-1]["arguments"])
+        kept = json.loads(record.read_text(encoding="utf-8"))["calls"]
+        self.assertEqual([call["entry"] for call in kept], [call["entry"] for call in calls])
+        self.assertEqual((kept[0]["step"], kept[-1]["step"]), (1, 2))
+
+    def test_calls_and_times_are_told_and_kept(self):
+        library = pathlib.Path(COMMAND[-1]).parent / "plugincores" / "FaultyTakesTime.dll"
+        record = self.folder / "record.json"
+        scenario = self.write("save.json", {
+            "title": "T", "host": {"documents": {"A": {"frames": [["Optima-Roman"]]}}}, "begin": {"calls": "any"},
+            "steps": [{"do": "open", "document": "A", "calls": "any"}, {"do": "save", "document": "A", "calls": "any"}],
+            "end": [{"do": verb, "calls": "any"} for verb in ("application_shutdown", "shutdown", "unload")]})
+        printed, _ = self.play(scenario, "--plugincore", library, "--record", record)
+        self.assertRegex(printed, r"\n      HandleSaveDocument -> 0, 1\d\d ms\n")
+        calls = json.loads(record.read_text(encoding="utf-8"))["calls"]
+        saved = [call for call in calls if call["entry"] == "HandleSaveDocument"]
+        self.assertGreaterEqual(saved[0]["ms"], 120)
+
+    def test_menu_items_are_told_with_all_that_they_are(self):
+        record = self.folder / "record.json"
+        printed, _ = self.play(SCENARIOS / "demo.json", "--record", record)
+        self.assertIn('\n          item: fonts "Fonts", a sub-menu -> 0\n', printed)
+        self.assertRegex(printed, r'\n          item: automatic ".*", in "Fonts" -> 0\n')
+        calls = json.loads(record.read_text(encoding="utf-8"))["calls"]
+        items = next(call for call in calls if call["entry"] == "CreateMenusFromJSONBuffer")["results"]["items"]
+        self.assertEqual(items[0], {"id": "fonts", "label": "Fonts", "text": "Fonts", "checked": 0, "enabled": 1,
+                                    "has_sub_menu": 1, "parent": None, "answer": 0})
+
+    def test_what_cannot_be_written_is_told(self):
+        for option in ("--record", "--junit", "--accept"):
+            with self.subTest(option):
+                folder = self.folder / option
+                folder.mkdir()
+                scenario = self.write("slow.json", {
+                    "title": "T", "plugin": "FaultyPlugin.aip", "begin": "none", "end": "none", "step_time_limit": 4,
+                    "steps": [{"do": "message", "caller": "Fault", "selector": "hang", "calls": []}],
+                    "expect": {"violations": {"hang": 1}}})
+                run = subprocess.Popen([*COMMAND, "play", str(scenario), option, str(folder / "file"), "--quiet"],
+                                       stdout=subprocess.PIPE, stderr=subprocess.PIPE, cwd=ROOT)
+                time.sleep(2)
+                shutil.rmtree(folder)
+                printed, complaints = run.communicate()
+                self.assertEqual(run.returncode, 2, printed + complaints)
+                self.assertRegex(complaints.decode("utf-8"), r"simhost: cannot write .*file")
 
     def test_a_menu_that_differs_is_shown_member_by_member(self):
         source = {"title": "T", "steps": [{"do": "check", "menu": [{"group": "Type Plugins2"}]}]}

@@ -2,29 +2,15 @@
 
 #include <utility>
 
-#include "doubles/common/Text.h"
+#include "simhost/watch/WindowText.h"
 
 namespace simhost {
 
 namespace {
 
 constexpr DWORD kPauseMilliseconds = 20;
+// The window's thread may be busy for a while, or for good.
 constexpr UINT kPatienceMilliseconds = 2000;
-
-std::string TextOfWindow(HWND window) {
-    wchar_t text[2048] = L"";
-    DWORD_PTR length = 0;
-    // The window's thread may be busy for a while, or for good.
-    SendMessageTimeoutW(window, WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG,
-                        kPatienceMilliseconds, &length);
-    return Utf8(std::wstring_view(text));
-}
-
-std::wstring ClassOfWindow(HWND window) {
-    wchar_t name[64] = L"";
-    GetClassNameW(window, name, static_cast<int>(std::size(name)));
-    return name;
-}
 
 // Adds what one control of the box shows.
 BOOL CALLBACK ReadControl(HWND control, LPARAM shownBox) {
@@ -38,7 +24,7 @@ BOOL CALLBACK ReadControl(HWND control, LPARAM shownBox) {
         SendMessageTimeoutW(control, STM_GETICON, 0, 0, SMTO_ABORTIFHUNG, kPatienceMilliseconds, &icon);
         box.icon = box.icon || icon != 0;
     } else if (name == L"Static") {
-        box.text += TextOfWindow(control);
+        box.text += TextOfWindow(control, kPatienceMilliseconds);
     }
     return TRUE;
 }
@@ -77,7 +63,8 @@ BOOL CALLBACK BoxWatcher::OnWindow(HWND window, LPARAM self) {
 }
 
 void BoxWatcher::Answer(HWND window) {
-    ShownBox box{TextOfWindow(window), "", (GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0, 0, false};
+    ShownBox box{TextOfWindow(window, kPatienceMilliseconds), "",
+                 (GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0, 0, false};
     EnumChildWindows(window, &ReadControl, reinterpret_cast<LPARAM>(&box));
     {
         const std::lock_guard lock(mMutex);

@@ -21,6 +21,8 @@ struct PluginCoreCall {
     std::optional<std::string> exception{};
     // How long the entry took; nothing when nobody measured.
     std::optional<double> milliseconds{};
+    // False when the process was lost within the entry.
+    bool hasReturned = true;
 };
 
 // Reads on where it stopped the last time.

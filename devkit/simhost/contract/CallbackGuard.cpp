@@ -124,6 +124,17 @@ void CallbackGuard::CheckDuplicates(const Item& item) {
 std::int32_t CallbackGuard::PassOn(const Item& item) {
     const std::int32_t answer = mCallback(item.id, item.label, item.itemText, item.checked, item.enabled,
                                           item.hasSubMenu, item.parentID, mContext);
+    const auto text = [](const char* given) {
+        return given == nullptr ? nlohmann::ordered_json() : nlohmann::ordered_json(given);
+    };
+    mItemsInFull.push_back({{"id", text(item.id)},
+                            {"label", text(item.label)},
+                            {"text", text(item.itemText)},
+                            {"checked", item.checked},
+                            {"enabled", item.enabled},
+                            {"has_sub_menu", item.hasSubMenu},
+                            {"parent", text(item.parentID)},
+                            {"answer", answer}});
     mItems.push_back((item.id == nullptr ? "" : item.id) + (" -> " + doubles::AnswerInWords(answer)));
     return answer;
 }

@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <nlohmann/json.hpp>
 #include <set>
 #include <string>
 #include <vector>
@@ -28,6 +29,8 @@ class CallbackGuard {
     void Close() { mIsOpen = false; }
     // Each item's identifier and what the plug-in answered, as in "activate -> 0".
     const std::vector<std::string>& Items() const { return mItems; }
+    // All that each item was passed with, for the record; null pointers are null.
+    const nlohmann::ordered_json& ItemsInFull() const { return mItemsInFull; }
     // How long items took that were passed on, and their checks: the library's entry has only waited for them.
     std::chrono::steady_clock::duration TimeOfCaller() const { return mTimeOfCaller; }
 
@@ -59,6 +62,7 @@ class CallbackGuard {
     std::set<std::string> mTopLevel;  // labels of the items there
     std::set<std::string> mSubMenus;  // labels of the items that have one
     std::vector<std::string> mItems;
+    nlohmann::ordered_json mItemsInFull = nlohmann::ordered_json::array();
     std::chrono::steady_clock::duration mTimeOfCaller{};
 };
 

@@ -2,7 +2,12 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <nlohmann/json.hpp>
+#include <vector>
+
+#include "doubles/common/Text.h"
+#include "simhost/launch/RunFolder.h"
 
 namespace simhost::contract {
 
@@ -11,7 +16,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 // Further ones say the same of other entries or calls; all are in the JSON.
-constexpr int kShownPerClause = 3;
+constexpr std::size_t kShownPerClause = 3;
 
 const char* StateOf(const ContractResult& result, const Clause& clause) {
     return result.IsBroken(clause.id) ? "broken" : result.tried.contains(clause.id) ? "kept" : "not tried";
@@ -40,16 +45,49 @@ std::string Padded(const std::string& text, std::size_t width) {
     return text + std::string(width > text.size() ? width - text.size() : 1, ' ');
 }
 
-std::string Sightings(const ContractResult& result, ClauseId clause) {
-    std::string lines;
-    int count = 0;
+// Laid out for the day, the library has another name.
+std::string InOwnName(const std::string& text, const std::string& library) {
+    return ReplaceAll(text, kPluginCoreName, Utf8(std::filesystem::path(Wide(library)).filename().wstring()));
+}
+
+struct Seen {
+    std::string what;
+    std::string runs;  // in which the same was seen
+};
+
+// Each thing once, however many runs have shown it.
+std::vector<Seen> SeenOf(const ContractResult& result, ClauseId clause, const std::string& library) {
+    std::vector<Seen> all;
+    std::vector<const Finding*> findings;
     for (const Sighting& sighting : result.sightings) {
-        if (sighting.finding.clause == clause && ++count <= kShownPerClause) {
-            lines += Wrapped(Describe(sighting.finding) + " [" + sighting.run + "]", "             ");
+        const Finding& finding = sighting.finding;
+        if (finding.clause != clause) {
+            continue;
+        }
+        const std::string what = InOwnName(finding.seen, library);
+        std::size_t i = 0;
+        while (i < all.size() &&
+               (findings[i]->entry != finding.entry || InOwnName(findings[i]->seen, library) != what)) {
+            ++i;
+        }
+        if (i == all.size()) {
+            findings.push_back(&finding);
+            all.push_back({InOwnName(Describe(finding), library), sighting.run});
+        } else {
+            all[i].runs += ", " + sighting.run;
         }
     }
-    return count > kShownPerClause ? lines + "             and " + std::to_string(count - kShownPerClause) + " more\n"
-                                   : lines;
+    return all;
+}
+
+std::string Sightings(const ContractResult& result, ClauseId clause, const std::string& library) {
+    std::string lines;
+    const std::vector<Seen> all = SeenOf(result, clause, library);
+    const std::size_t shown = std::min(all.size(), kShownPerClause);
+    for (std::size_t i = 0; i < shown; ++i) {
+        lines += Wrapped(all[i].what + " [" + all[i].runs + "]", "             ");
+    }
+    return all.size() == shown ? lines : lines + "             and " + std::to_string(all.size() - shown) + " more\n";
 }
 
 struct Counts {
@@ -109,7 +147,7 @@ std::string ReportText(const ContractResult& result, Level level, const std::str
             continue;
         }
         text += "  " + Padded(isHint ? "hint" : StateOf(result, clause), 11) + Padded(clause.name, 20) + clause.what +
-                "\n" + Sightings(result, clause.id);
+                "\n" + Sightings(result, clause.id, library);
     }
     for (const std::string& note : result.notes) {
         text += "\nnote: " + note + "\n";
@@ -129,7 +167,7 @@ Json ReportJson(const ContractResult& result, Level level, const std::string& li
                 seen.push_back({{"run", sighting.run},
                                 {"entry", sighting.finding.entry},
                                 {"call", sighting.finding.call},
-                                {"text", sighting.finding.seen}});
+                                {"text", InOwnName(sighting.finding.seen, library)}});
             }
         }
         clauses.push_back({{"clause", clause.name},

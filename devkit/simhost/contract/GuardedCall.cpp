@@ -60,6 +60,8 @@ std::map<std::string, int>& Numbers() {
 GuardedCall::GuardedCall(const char* entry)
     : mEntry(entry), mNumber(++Numbers()[entry]), mRecord(entry), mCall(std::make_shared<PluginCoreCall>()) {
     mCall->entry = entry;
+    static std::size_t sPlaces = 0;
+    mPlace = sPlaces++;
     Recorded().push_back(mCall);
     Book().Begin(entry, mNumber);
 }
@@ -156,7 +158,12 @@ void GuardedCall::Finding(ClauseId clause, const std::string& what) const {
     Book().Broken({clause, mEntry, mNumber, what});
 }
 
+// Written before the library is called: it may not come back.
 void GuardedCall::Calling() {
+    mCall->arguments = mRecord.Arguments();
+    mCall->hasReturned = false;
+    Journal().Write(mPlace, *mCall);
+    mCall->hasReturned = true;
     mHitsBefore = GuardedMemory::HitsSoFar();
     mBegan = std::chrono::steady_clock::now();
 }
@@ -291,6 +298,7 @@ void GuardedCall::End() {
         mCallback->Close();
         mTook -= mCallback->TimeOfCaller();
         mRecord.Texts("items", mCallback->Items());
+        mCall->results["items"] = mCallback->ItemsInFull();
     }
     CheckReply();
     CheckCallerState();
@@ -309,6 +317,7 @@ void GuardedCall::End() {
     }
     mCall->arguments = mRecord.Arguments();
     mCall->milliseconds = std::chrono::duration<double, std::milli>(mTook).count();
+    Journal().Write(mPlace, *mCall);
     CheckTimeline(*mCall, mNumber, isTimed);
     Book().End();
 }
@@ -327,6 +336,11 @@ void EndCall() {
     Stack().back()->End();
     const std::lock_guard lock(sStackMutex);
     Stack().pop_back();
+}
+
+CallJournal& Journal() {
+    static auto* const sJournal = new CallJournal;
+    return *sJournal;
 }
 
 bool WasAnyCalled() { return !Numbers().empty(); }

@@ -23,6 +23,7 @@
 #include "simhost/contract/CallerState.h"
 #include "simhost/contract/Clauses.h"
 #include "simhost/contract/GuardedMemory.h"
+#include "simhost/report/CallJournal.h"
 
 namespace simhost::contract {
 
@@ -95,6 +96,7 @@ class GuardedCall {
 
     const char* mEntry;
     int mNumber;
+    std::size_t mPlace;  // among all calls of the process, from 0
     doubles::CallRecord mRecord;
     std::shared_ptr<PluginCoreCall> mCall;
     std::vector<Lent> mLent;
@@ -112,6 +114,9 @@ class GuardedCall {
 // Begins a call, which End ends and takes away.
 GuardedCall& BeginCall(const char* entry);
 void EndCall();
+
+// Where calls are written as they happen.
+CallJournal& Journal();
 
 // Whether any entry was called so far.
 bool WasAnyCalled();

@@ -17,6 +17,7 @@
 #include "simhost/launch/OwnFolder.h"
 #include "simhost/launch/RunFolder.h"
 #include "simhost/plugin/LibraryFile.h"
+#include "simhost/report/CallsOfRun.h"
 #include "simhost/run/FlightRecorder.h"
 #include "simhost/run/PerformCommand.h"
 #include "simhost/watch/HostWatch.h"
@@ -170,13 +171,19 @@ Verdict RunCase(const ScenarioFile& file, const std::string& caseName, const Run
     std::filesystem::remove(record);
     NameRecordsAndScripts(folder);
     SetVariable(contract::kPluginCoreFileVariable, pluginCore);
+    std::error_code noEvents;
+    const std::uintmax_t size = std::filesystem::file_size(options.tell.events, noEvents);
+    const std::size_t offset = noEvents ? 0 : static_cast<std::size_t>(size);
     if (options.inProcess) {
         Perform({file.Path(), caseName, folder.Root(), folder.Plugin().filename(), record, options.tell,
                  options.variation});
-        return ReadResult(record);
+    } else {
+        RunHost(scenario, folder,
+                ArgumentsOfHost(file.Path(), caseName, folder, record, options.tell, options.variation),
+                LimitsOf(scenario, options), record);
+        TellLostCalls(options.tell.events, offset, folder.Calls());
     }
-    RunHost(scenario, folder, ArgumentsOfHost(file.Path(), caseName, folder, record, options.tell, options.variation),
-            LimitsOf(scenario, options), record);
+    AddCalls(record, options.tell.events, offset);
     return ReadResult(record);
 }
 

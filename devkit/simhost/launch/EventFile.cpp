@@ -25,16 +25,6 @@ bool Holds(const std::vector<Json>& events, const char* kind) {
     return !events.empty() && events.front().value("event", "") == kind;
 }
 
-// A line that the end of the process cut short would swallow the next one.
-bool EndsWithinLine(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary | std::ios::ate);
-    if (!stream || stream.tellg() <= 0) {
-        return false;
-    }
-    stream.seekg(-1, std::ios::end);
-    return stream.get() != '\n';
-}
-
 }  // namespace
 
 EventFile::EventFile(const std::filesystem::path& asked)
@@ -57,9 +47,7 @@ EventFile::~EventFile() {
 }
 
 std::vector<Json> EventFile::Complete(const RunOutcome& outcome) const {
-    if (EndsWithinLine(mPath)) {
-        std::ofstream(mPath, std::ios::binary | std::ios::app) << "\n";
-    }
+    EndLine(mPath);
     {
         EventLog log(mPath);
         if (!Holds(ReadEvents(mPath, mOffset), "run_begin")) {

@@ -19,9 +19,12 @@
 #include "simhost/launch/OwnFolder.h"
 #include "simhost/launch/RunFolder.h"
 #include "simhost/launch/Selection.h"
+#include "simhost/report/CallLines.h"
+#include "simhost/report/CallsOfRun.h"
 #include "simhost/report/JUnit.h"
 #include "simhost/report/LastRun.h"
 #include "simhost/report/Summary.h"
+#include "simhost/report/WholeFile.h"
 
 namespace simhost {
 
@@ -190,7 +193,7 @@ class Programme {
         const std::vector<nlohmann::ordered_json> lines = events.Complete(outcome);
         outcome.failed = outcome.passed ? std::nullopt : FirstFailedStep(lines);
         if (outcome.played && !outcome.passed && WasLostWithinStep(lines)) {
-            TellLoss(outcome);
+            TellLoss(outcome, lines);
         }
         if (!mOptions.accept.empty() && outcome.played && AcceptRun(file, name, outcome, lines)) {
             outcome.passed = true;
@@ -201,9 +204,14 @@ class Programme {
     }
 
     // In the place of the host's process, which ended within a step.
-    void TellLoss(const RunOutcome& outcome) const {
+    void TellLoss(const RunOutcome& outcome, const std::vector<nlohmann::ordered_json>& lines) const {
         if (TellsPeople() && mOptions.tell.verbosity != Verbosity::kQuiet) {
             const bool colour = UsesColour(mOptions.tell.colour);
+            for (const PluginCoreCall& call : CallsOfOpenStep(lines)) {
+                for (const std::string& line : LinesOf(call, [](const std::string& text) { return text; })) {
+                    std::printf("      %s\n", ShowControlCharacters(line).c_str());
+                }
+            }
             for (const std::string& complaint : outcome.complaints) {
                 std::printf("%s\n", Coloured("  ! " + complaint, Tone::kBad, colour).c_str());
             }
@@ -237,7 +245,7 @@ class Programme {
             std::fprintf(stderr, "simhost: cannot be accepted: %s\n", refused.c_str());
         }
         if (accepted.refused.empty()) {
-            std::ofstream(mOptions.accept, std::ios::binary | std::ios::trunc) << accepted.scenario.dump(2) << "\n";
+            WriteWholeFile(mOptions.accept, accepted.scenario.dump(2) + "\n");
             std::printf("What was observed is now expected by %s.\n", Utf8(mOptions.accept.generic_wstring()).c_str());
         }
         return accepted.refused.empty();
@@ -299,10 +307,10 @@ class Programme {
 
     void Conclude() const {
         if (!mRecords.empty()) {
-            std::ofstream(mOptions.record, std::ios::binary | std::ios::trunc) << mRecords.dump(2) << "\n";
+            WriteWholeFile(mOptions.record, mRecords.dump(2) + "\n");
         }
         if (!mOptions.junit.empty()) {
-            std::ofstream(mOptions.junit, std::ios::binary | std::ios::trunc) << AsJUnit(mOutcomes);
+            WriteWholeFile(mOptions.junit, AsJUnit(mOutcomes));
         }
         if (mOptions.repeatedBy.empty()) {
             RememberFailures(mOutcomes);
@@ -329,6 +337,13 @@ class Programme {
         if (!mOptions.pluginCore.empty()) {
             options.insert(options.end(), {"--plugincore", Utf8(mOptions.pluginCore.generic_wstring())});
         }
+        const auto addNumber = [&](const char* option, const std::optional<std::int64_t>& number) {
+            if (number) {
+                options.insert(options.end(), {option, std::to_string(*number)});
+            }
+        };
+        addNumber("--time-limit", mOptions.timeLimitSeconds);
+        addNumber("--step-time-limit", mOptions.stepTimeLimitSeconds);
         if (mOptions.variation.seed) {
             options.insert(options.end(), {"--seed", std::to_string(*mOptions.variation.seed)});
         }

@@ -3,6 +3,7 @@
 //   host/simhost.exe    the host's program; libraries of bare name are found beside it
 //   host/Plug-ins/      the plug-in
 //   answers.json        what the double of the PluginCore answers
+//   calls.jsonl         the calls of the PluginCore, written as they happen
 //   bus-calls.jsonl     what the double of the messaging library recorded
 //   bus-answers.json    what it answers
 //   violations.jsonl    the rules that were broken, written as it happens
@@ -30,6 +31,7 @@ class RunFolder {
     std::filesystem::path Answers() const { return mRoot / L"answers.json"; }
     std::filesystem::path BusCalls() const { return mRoot / L"bus-calls.jsonl"; }
     std::filesystem::path BusAnswers() const { return mRoot / L"bus-answers.json"; }
+    std::filesystem::path Calls() const { return mRoot / L"calls.jsonl"; }
     std::filesystem::path Violations() const { return mRoot / L"violations.jsonl"; }
     // A path of a scenario.
     std::filesystem::path At(const std::string& path) const;

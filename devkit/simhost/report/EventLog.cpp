@@ -1,5 +1,6 @@
 #include "simhost/report/EventLog.h"
 
+#include <fstream>
 #include <stdexcept>
 
 #include "doubles/common/Text.h"
@@ -19,6 +20,17 @@ void EventLog::Write(const std::string& event, const Json& members) {
         const std::string line = LineOfEvent(event, members) + "\n";
         std::fwrite(line.data(), 1, line.size(), mFile.get());
         std::fflush(mFile.get());
+    }
+}
+
+void EndLine(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary | std::ios::ate);
+    if (!stream || stream.tellg() <= 0) {
+        return;
+    }
+    stream.seekg(-1, std::ios::end);
+    if (stream.get() != '\n') {
+        std::ofstream(file, std::ios::binary | std::ios::app) << "\n";
     }
 }
 

@@ -26,6 +26,9 @@ class EventLog {
     std::unique_ptr<std::FILE, Closer> mFile;
 };
 
+// The end of a process may have cut the last line of the file short; the next one would be swallowed.
+void EndLine(const std::filesystem::path& file);
+
 // One such line, without its end. Texts that are not UTF-8 are replaced.
 std::string LineOfEvent(const std::string& event, const nlohmann::ordered_json& members);
 

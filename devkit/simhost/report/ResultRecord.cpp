@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "doubles/host/Host.h"
+#include "simhost/report/WholeFile.h"
 
 namespace simhost {
 
@@ -16,8 +17,7 @@ using Json = nlohmann::ordered_json;
 constexpr std::size_t kComplaintsPerRule = 5;
 
 void Write(const std::filesystem::path& file, const Json& result) {
-    std::ofstream(file, std::ios::binary | std::ios::trunc)
-        << result.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
+    WriteWholeFile(file, result.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
 }
 
 struct Noted {
@@ -162,6 +162,14 @@ void CompleteResult(const std::filesystem::path& file, const Scenario& scenario,
     result["complaints"] = verdict.complaints;
     result["violations"] = ViolationsAsJson(book);
     Write(file, result);
+}
+
+void AddToResult(const std::filesystem::path& file, const std::string& name, Json value) {
+    Json result = ReadJson(file);
+    if (result.is_object()) {
+        result[name] = std::move(value);
+        Write(file, result);
+    }
 }
 
 Verdict ReadResult(const std::filesystem::path& file) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,9 @@ void NoteViolation(const std::filesystem::path& file, const Violation& violation
 // from the violations that were noted one by one; when there should be one, that is a violation itself.
 void CompleteResult(const std::filesystem::path& file, const Scenario& scenario, bool shouldBeThere,
                     const std::filesystem::path& notedViolations, std::vector<Violation> seenFromOutside);
+
+// Adds a member to a result that is there.
+void AddToResult(const std::filesystem::path& file, const std::string& name, nlohmann::ordered_json value);
 
 // Throws std::runtime_error when there is no readable result.
 Verdict ReadResult(const std::filesystem::path& file);

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "doubles/host/Host.h"
+#include "simhost/report/CallJson.h"
 #include "simhost/report/CallLines.h"
 #include "simhost/verbs/VerbTable.h"
 
@@ -18,21 +19,6 @@ constexpr int kCallIndent = 6;
 
 const char* NameOf(Library library) { return library == Library::kPluginCore ? "plugincore" : "messaging"; }
 const char* KeyOf(Library library) { return library == Library::kPluginCore ? "calls" : "bus_calls"; }
-
-Json AsJson(const PluginCoreCall& call, Library library) {
-    Json json = {
-        {"library", NameOf(library)}, {"entry", call.entry}, {"arguments", call.arguments}, {"answer", call.answer}};
-    if (!call.results.empty()) {
-        json["results"] = call.results;
-    }
-    if (call.exception) {
-        json["exception"] = *call.exception;
-    }
-    if (call.milliseconds) {
-        json["ms"] = *call.milliseconds;
-    }
-    return json;
-}
 
 std::string HeadingOf(std::size_t number, const Step& step) {
     return std::to_string(number) + ". " + (step.say.empty() ? step.inShort : step.say);
@@ -142,7 +128,9 @@ void RunReport::Calls(Library library, const std::vector<PluginCoreCall>& calls,
                 mTranscript.Line(kCallIndent, line);
             }
         }
-        mEvents.Write("call", AsJson(call, library));
+        Json members = {{"library", NameOf(library)}};
+        members.update(AsJson(call));
+        mEvents.Write("call", members);
         observed.push_back({{call.entry, call.arguments}});
     }
 }

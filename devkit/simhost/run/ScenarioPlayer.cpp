@@ -6,6 +6,7 @@
 
 #include "doubles/host/Host.h"
 #include "simhost/checks/ImportWatch.h"
+#include "simhost/contract/GuardedCall.h"
 #include "simhost/contract/PluginCoreWatch.h"
 #include "simhost/plugin/PluginClock.h"
 #include "simhost/plugin/ProgramDisguise.h"
@@ -27,6 +28,7 @@ ScenarioPlayer::ScenarioPlayer(const Scenario& scenario, const RunFolder& folder
       mMessaging(folder, report, mPanel) {
     WatchImports(mPlugin.Module());
     contract::WatchPluginCore(mPlugin.Module());
+    contract::Journal().KeepIn(folder.Calls());
     DisguiseAs(folder.Program(), mPlugin.Module());
     InstallPluginClock(mPlugin.Module());
 }

@@ -230,12 +230,20 @@ class Watch {
 
     // `ending`: the thread that ends the process.
     void NoteThreadsLeft(DWORD ending) {
+        // Threads that wait at the same place are told together: names take their time.
+        std::map<CallStack, int> left;
         for (const auto& [id, thread] : mThreads) {
             const CallStack stack = id == ending ? CallStack{} : mStacks->ReadRunning(thread);
             if (std::any_of(stack.begin(), stack.end(), [&](std::uint64_t address) { return IsGuest(address); })) {
-                mEnd.findings.push_back(
-                    {Rule::kThreadLeft, 1, "a thread still ran when the host quit, " + InWords(CulpritOf(stack))});
+                ++left[stack];
             }
+        }
+        for (const auto& [stack, count] : left) {
+            const Culprit culprit = CulpritOf(stack);
+            mEnd.findings.push_back({Rule::kThreadLeft, count,
+                                     (count == 1 ? "a thread" : std::to_string(count) + " threads") +
+                                         " still ran when the host quit, " + InWords(culprit),
+                                     ModuleOf(culprit)});
         }
     }
 

@@ -1,10 +1,10 @@
 #include "simhost/watch/OpenDialogs.h"
 
-#include <iterator>
 #include <string_view>
 
 #include "doubles/common/Text.h"
 #include "simhost/by_hand/HostWindow.h"
+#include "simhost/watch/WindowText.h"
 #include "simhost/windows/MainWindow.h"
 
 namespace simhost {
@@ -24,23 +24,9 @@ bool HandlesMessages(HWND window) {
     return SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, kPatienceMilliseconds, &ignored) != 0;
 }
 
-std::string TextOfWindow(HWND window) {
-    wchar_t text[1024] = L"";
-    DWORD_PTR length = 0;
-    SendMessageTimeoutW(window, WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG,
-                        kPatienceMilliseconds, &length);
-    return Utf8(std::wstring_view(text));
-}
-
-std::wstring ClassOfWindow(HWND window) {
-    wchar_t name[128] = L"";
-    GetClassNameW(window, name, static_cast<int>(std::size(name)));
-    return name;
-}
-
 BOOL CALLBACK AddLabel(HWND control, LPARAM text) {
     if (ClassOfWindow(control) == L"Static" && IsWindowVisible(control) != 0) {
-        *reinterpret_cast<std::string*>(text) += TextOfWindow(control);
+        *reinterpret_cast<std::string*>(text) += TextOfWindow(control, kPatienceMilliseconds);
     }
     return TRUE;
 }
@@ -54,7 +40,8 @@ BOOL CALLBACK OnWindow(HWND window, LPARAM argument) {
         className == kHostWindowClass || !HandlesMessages(window)) {
         return TRUE;
     }
-    search.found = OpenDialog{TextOfWindow(window), "", Utf8(std::wstring_view(className)), thread};
+    search.found =
+        OpenDialog{TextOfWindow(window, kPatienceMilliseconds), "", Utf8(std::wstring_view(className)), thread};
     EnumChildWindows(window, &AddLabel, reinterpret_cast<LPARAM>(&search.found->text));
     return FALSE;
 }
