@@ -14,11 +14,12 @@
 #include "doubles/common/Text.h"
 #include "simhost/contract/ContractDay.h"
 #include "simhost/contract/ContractRecord.h"
-#include "simhost/contract/DayLoss.h"
+#include "simhost/contract/Loss.h"
 #include "simhost/contract/PluginCoreWatch.h"
 #include "simhost/contract/Probes.h"
 #include "simhost/launch/Cancellation.h"
 #include "simhost/launch/CaseRun.h"
+#include "simhost/launch/RunFolder.h"
 #include "simhost/launch/TemporaryFolder.h"
 #include "simhost/plugin/LibraryFile.h"
 
@@ -40,7 +41,7 @@ constexpr ClauseId kLeftClauses[] = {ClauseId::kHookLeft, ClauseId::kWindowLeft,
                                      ClauseId::kProcessLeft, ClauseId::kSecondStart};
 
 // How a process was lost, and what that says in a run for one promise: kCrash stands for what it is.
-struct Loss {
+struct LossInRun {
     std::string run;
     ClauseId meaning;
     Finding finding;
@@ -54,8 +55,19 @@ std::optional<std::wstring> VariableOf(const wchar_t* name) {
     return value == nullptr ? std::nullopt : std::optional<std::wstring>(value);
 }
 
-bool IsLoss(ClauseId clause) {
-    return clause == ClauseId::kCrash || clause == ClauseId::kEnded || clause == ClauseId::kHang;
+// That nothing was called at all says more than what follows from it.
+std::string ReasonOf(const Verdict& verdict) {
+    for (const Violation& violation : verdict.violations) {
+        if (violation.rule == Rule::kUnrecorded) {
+            return violation.text;
+        }
+    }
+    return verdict.complaints.empty() ? "the host has not said why" : verdict.complaints.front();
+}
+
+bool HasBroken(const Verdict& verdict, Rule rule) {
+    return std::any_of(verdict.violations.begin(), verdict.violations.end(),
+                       [&](const Violation& violation) { return violation.rule == rule; });
 }
 
 class Check {
@@ -113,8 +125,12 @@ class Check {
         if (!outcome.seen.refusal.empty()) {
             throw std::runtime_error(Utf8(mLibrary.wstring()) + ": " + outcome.seen.refusal);
         }
-        if (!Take(probe.name, probe.lossMeans, outcome.seen) && outcome.loss) {
-            Lost(probe.name, probe.lossMeans, *outcome.loss);
+        Take(probe.name, outcome.seen);
+        if (outcome.loss && outcome.loss->finding) {
+            Lost(probe.name, probe.lossMeans, *outcome.loss->finding);
+        } else if (outcome.loss) {
+            Unfinished(std::string("the probe \"") + probe.name +
+                       "\" was lost, which is not the library's doing: " + outcome.loss->why);
         }
         for (const std::string& note : outcome.notes) {
             mResult.notes.push_back(std::string("the probe \"") + probe.name + "\": " + note);
@@ -137,39 +153,33 @@ class Check {
         const ScenarioFile file(scenario);
         const Verdict verdict = RunCase(file, "", options);
         const ContractRecord seen = ReadContractRecord(record);
-        const bool isTold = Take(kDay, ClauseId::kCrash, seen);
-        if (isTold || (seen.isDone && WasRecorded(verdict))) {
+        Take(kDay, seen);
+        // Another plug-in may do without the library, or not find it.
+        if (seen.isDone && !HasBroken(verdict, Rule::kUnrecorded)) {
             return;
         }
-        DayLoss loss = LossOf(verdict, seen.underWay, Utf8(PluginFileOf(file, "", options).filename().wstring()));
-        if (loss.finding) {
-            Lost(kDay, ClauseId::kCrash, std::move(*loss.finding));
+        const Suspects suspects{kPluginCoreName, Utf8(PluginFileOf(file, "", options).filename().wstring())};
+        const std::optional<Loss> loss = LossOf(verdict.violations, seen.underWay, suspects);
+        if (loss && loss->finding) {
+            Lost(kDay, ClauseId::kCrash, *loss->finding);
+        } else if (HasBroken(verdict, Rule::kTimeLimit)) {
+            Unfinished("the day through the plug-in was not finished: " + ReasonOf(verdict));
         } else {
-            mResult.isWhole = false;
-            mResult.notes.push_back("the day through the plug-in was not played, which is not the library's doing: " +
-                                    loss.why);
+            Unfinished("the day through the plug-in was not played, which is not the library's doing: " +
+                       (loss ? loss->why : ReasonOf(verdict)));
         }
     }
 
-    // Another plug-in may do without the library, or not find it.
-    static bool WasRecorded(const Verdict& verdict) {
-        return std::none_of(verdict.violations.begin(), verdict.violations.end(),
-                            [](const Violation& violation) { return violation.rule == Rule::kUnrecorded; });
+    void Unfinished(const std::string& why) {
+        mResult.isWhole = false;
+        mResult.notes.push_back(why);
     }
 
-    // Whether the loss of the process is among what was seen.
-    bool Take(const std::string& run, ClauseId lossMeans, const ContractRecord& record) {
-        bool isLost = false;
+    void Take(const std::string& run, const ContractRecord& record) {
         mResult.tried.insert(record.tried.begin(), record.tried.end());
         for (const Finding& finding : record.findings) {
-            if (IsLoss(finding.clause)) {
-                Lost(run, lossMeans, finding);
-                isLost = true;
-            } else {
-                mResult.sightings.push_back({run, finding});
-            }
+            mResult.sightings.push_back({run, finding});
         }
-        return isLost;
     }
 
     void Lost(const std::string& run, ClauseId meaning, Finding finding) {
@@ -178,8 +188,8 @@ class Check {
     }
 
     // The promise that a run is for is broken by its loss, unless the same entry is lost in other runs as well.
-    ClauseId ClauseOfLoss(const Loss& loss) const {
-        const bool isElsewhere = std::any_of(mLosses.begin(), mLosses.end(), [&](const Loss& other) {
+    ClauseId ClauseOfLoss(const LossInRun& loss) const {
+        const bool isElsewhere = std::any_of(mLosses.begin(), mLosses.end(), [&](const LossInRun& other) {
             return other.run != loss.run && other.finding.entry == loss.finding.entry;
         });
         return loss.meaning == ClauseId::kCrash || isElsewhere ? loss.finding.clause : loss.meaning;
@@ -190,7 +200,7 @@ class Check {
         for (const ClauseId clause : {ClauseId::kCrash, ClauseId::kHang, ClauseId::kEnded, ClauseId::kDialog}) {
             mResult.tried.insert(clause);
         }
-        for (const Loss& loss : mLosses) {
+        for (const LossInRun& loss : mLosses) {
             Finding finding = loss.finding;
             finding.clause = ClauseOfLoss(loss);
             mResult.sightings.push_back({loss.run, std::move(finding)});
@@ -202,7 +212,7 @@ class Check {
     ProbeLimits mLimits;
     TemporaryFolder mFolder;
     ContractResult mResult;
-    std::vector<Loss> mLosses;
+    std::vector<LossInRun> mLosses;
     std::map<std::string, std::string> mLeftOut;  // by the reason, the names of the probes
     int mHangs = 0;
 };

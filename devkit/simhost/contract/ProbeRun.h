@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "simhost/contract/ContractRecord.h"
+#include "simhost/contract/Loss.h"
 #include "simhost/contract/Probes.h"
 
 namespace simhost::contract {
@@ -24,7 +25,7 @@ struct ProbeLimits {
 
 struct ProbeOutcome {
     ContractRecord seen;
-    std::optional<Finding> loss;     // how the process was lost, when it was
+    std::optional<Loss> loss;        // how the process was lost, when it was
     std::vector<std::string> notes;  // what was not done, in words
 };
 

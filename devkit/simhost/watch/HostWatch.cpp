@@ -154,7 +154,9 @@ class Watch {
             return;
         }
         if (mRecorder.Read().concluded != 0) {
-            NoteThreadsLeft(threadId);
+            if (mLimits.tellsThreadsLeft) {
+                NoteThreadsLeft(threadId);
+            }
             mTraps->Remove();
             return;
         }
