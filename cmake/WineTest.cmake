@@ -28,11 +28,11 @@ set(QUORVEL_WATCHDOG_SECONDS 60)
 set(QUORVEL_PROGRAM_SECONDS 600)
 set(QUORVEL_CTEST_SECONDS 630)
 
-# A test with RESOURCE_GROUPS desktops:1 has a desktop for itself: a Wine server with its prefix and display. There are two
+# A test with RESOURCE_GROUPS desktops:1 has a desktop for itself: a Wine server with its prefix and display. There are three
 # of them; ctest learns it from this file: ctest --resource-spec-file build/release/desktops.json. Without the file nobody
 # keeps such tests apart.
 file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/desktops.json" CONTENT
-  [[{"version": {"major": 1, "minor": 0}, "local": [{"desktops": [{"id": "0"}, {"id": "1"}]}]}]])
+  [[{"version": {"major": 1, "minor": 0}, "local": [{"desktops": [{"id": "0"}, {"id": "1"}, {"id": "2"}]}]}]])
 
 # Before a Windows program in the COMMAND of add_test: QUORVEL_RUN takes the program's exit code for the verdict,
 # QUORVEL_RUN_TESTS asks for GoogleTest's own word as well. Empty on Windows.
