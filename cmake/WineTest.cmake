@@ -70,11 +70,7 @@ const std::vector<std::string_view> kRegisteredSuites = {"@suite_list@"};
     set_target_properties(${name} PROPERTIES LINK_DEPENDS "${QUORVEL_PLUGIN_VARIABLES_SCRIPT}")
   endif()
   target_precompile_headers(${name} REUSE_FROM quorvel_test_headers)
-  if(NOT MSVC)
-    # GCC 12 forgets that what comes out of a precompiled header is the library's: it then warns about std::string's own
-    # buffer. The same sources give no such warning without the precompiled header.
-    target_compile_options(${name} PRIVATE -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread)
-  endif()
+  quorvel_accept_precompiled_headers(${name})
   quorvel_warnings(${name})
 endfunction()
 

@@ -2,7 +2,10 @@
    and asks a person about fonts that it does not have. Copy it to begin a library of your own; it needs nothing but
    PluginCore.h and the C library:
 
-       cl /LD ExamplePluginCore.c          x86_64-w64-mingw32-gcc -shared -static -o MyCore.dll ExamplePluginCore.c
+       cl /LD /I include ExamplePluginCore.c
+       x86_64-w64-mingw32-gcc -shared -static -Iinclude -o MyCore.dll ExamplePluginCore.c
+
+   where "include" is the folder that holds plugincore/PluginCore.h (src in the project, include in the installed kit).
 
    What it activates are names in a list. Everything else is as the contract wants it. All calls come on the host's main
    thread, so nothing is locked. */
@@ -235,8 +238,11 @@ int32_t HandleCreateNewDocument(char* buffer, uint64_t* size) { return Reply("",
 
 int32_t HandleSaveDocument(const char* path, const char* report) { return KeepReport(path, report); }
 
-/* Its report is kept, for the next time it is opened. */
-int32_t HandleCloseDocument(const char* path, const char* report) { return KeepReport(path, report); }
+/* Its report is kept, for the next time it is opened. One that was not changed comes without a report, and keeps what is
+   known of it. */
+int32_t HandleCloseDocument(const char* path, const char* report) {
+    return report[0] == '\0' ? kPluginCoreSuccess : KeepReport(path, report);
+}
 
 int32_t GetIDForDocument(const char* path, char* buffer, uint64_t* size) {
     char id[32] = "";

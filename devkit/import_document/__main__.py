@@ -36,21 +36,52 @@ def document_of(file: pathlib.Path) -> dict:
     }
 
 
+def check_can_be_replaced(output: pathlib.Path) -> None:
+    """Nobody's own file is lost to a slip of the hand, least of all the document itself."""
+    if not output.exists():
+        return
+    try:
+        is_document = {"title", "source", "document"} <= set(json.loads(output.read_text(encoding="utf-8")))
+    except (ValueError, TypeError):
+        is_document = not output.stat().st_size
+    if not is_document:
+        raise tools.ImportFailed(f"{output} is there and is no imported document; name another file")
+
+
+def write_whole(output: pathlib.Path, text: str) -> None:
+    """All or nothing."""
+    unfinished = output.with_name(output.name + ".unfinished")
+    try:
+        unfinished.write_bytes(text.encode("utf-8"))
+        unfinished.replace(output)
+    finally:
+        unfinished.unlink(missing_ok=True)
+
+
 def main() -> int:
     parser = argparse.ArgumentParser(prog="import-document", description=__doc__.splitlines()[0])
     parser.add_argument("file", type=pathlib.Path, metavar="FILE", help="a PDF, a PDF-based .ai, an EPS or an SVG")
     parser.add_argument("-o", "--output", type=pathlib.Path, help="where to write the document; else standard output")
     arguments = parser.parse_args()
     try:
+        if arguments.output:
+            check_can_be_replaced(arguments.output)
         document = document_of(arguments.file)
         text = json.dumps(document, indent=2, ensure_ascii=False) + "\n"
         if arguments.output:
-            arguments.output.write_text(text, encoding="utf-8")
+            write_whole(arguments.output, text)
         else:
             sys.stdout.reconfigure(encoding="utf-8")
             sys.stdout.write(text)
     except (tools.ImportFailed, OSError) as error:
         print(f"import-document: {error}", file=sys.stderr)
+        return 2
+    except UnicodeEncodeError:
+        print(f"import-document: {ascii(str(arguments.file))}: a name that is not UTF-8 cannot be told; rename it",
+              file=sys.stderr)
+        return 2
+    except RecursionError:
+        print(f"import-document: {arguments.file}: its elements are nested too deep", file=sys.stderr)
         return 2
     if not any(document["document"]["frames"]):
         print(f"import-document: there is no text in {arguments.file}; is it all outlines or pixels?", file=sys.stderr)

@@ -144,6 +144,26 @@ class ImportDocument(real_documents.WithRealDocuments):
         self.assertEqual((done.returncode, done.stdout), (0, ""))
         self.assertEqual(json.loads(output.read_text(encoding="utf-8"))["document"]["frames"], [["DejaVuSans"]])
 
+    def test_output_never_replaces_somebodys_file(self):
+        drawing = self.write("only-copy.svg", real_documents.DRAWING.encode())
+        notes = self.write("notes.txt", b"somebody's")
+        for output in (drawing, notes):
+            before = output.read_bytes()
+            done = self.run_on(drawing, "--output", output)
+            self.assertEqual(done.returncode, 2, done.stderr)
+            self.assertIn("is no imported document; name another file", done.stderr)
+            self.assertEqual(output.read_bytes(), before)
+        again = self.folder / "again.json"
+        for _ in range(2):
+            self.assertEqual(self.run_on(drawing, "--output", again).returncode, 0)
+        self.assertEqual(list(self.folder.glob("*.unfinished")), [])
+
+    def test_drawing_nested_too_deep_is_refused(self):
+        deep = b'<svg xmlns="http://www.w3.org/2000/svg">' + b"<g>" * 5000 + b"</g>" * 5000 + b"</svg>"
+        done = self.run_on(self.write("deep.svg", deep))
+        self.assertEqual(done.returncode, 2)
+        self.assertNotIn("Traceback", done.stderr)
+
     def test_compressed_svg(self):
         file = self.write("drawing.svgz", gzip.compress(real_documents.DRAWING.encode()))
         self.assertEqual(json.loads(self.run_on(file).stdout)["document"]["frames"],

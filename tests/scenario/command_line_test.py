@@ -176,6 +176,16 @@ def check_paths(simhost: Simhost):
             yield f"the path {path!r} is refused {refused} times and not {len(cases)} times: {outcome[2]}"
     if outside.exists():
         yield "a scenario wrote outside the folder of its run"
+    # A document may lie anywhere, and is told there; what lies there is somebody's.
+    outside.write_text("somebody's", encoding="utf-8")
+    path = "Z:" + str(outside).replace("/", "\\")
+    steps = [{"do": verb, "document": "A", "calls": "any"} for verb in ("open", "save")]
+    outcome = simhost.play(simhost.scenario("saves", plugin="QuorvelTypeAgentAI20.aip", begin={"calls": "any"},
+                                            end=[{"do": verb, "calls": "any"} for verb in
+                                                 ("application_shutdown", "shutdown", "unload")],
+                                            host={"documents": {"A": {"path": path}}}, steps=steps))
+    if "assed" not in outcome[1] or outside.read_text(encoding="utf-8") != "somebody's":
+        yield f"a document outside the folder of the run was saved over: {outcome}"
 
 
 def check_kit_is_safe(simhost: Simhost):
@@ -222,6 +232,8 @@ def check_two_at_once(simhost: Simhost):
     first = simhost.start(slow)
     time.sleep(2)
     yield from expect("a second run that does not wait", simhost.play(*QUICK, "--no-wait"), 2,
+                      "another simhost plays on this desktop")
+    yield from expect("a window that does not wait", simhost.run("window", "--no-wait"), 2,
                       "another simhost plays on this desktop")
     second = simhost.play(*QUICK)
     yield from expect("a second run that waits", second, 0, "waits for another simhost")

@@ -164,7 +164,7 @@ def try_once(fault: Fault, kit: Kit) -> None:
     before = kit.left_behind()
     try:
         verdict, fault.words = fault.attempt(kit)
-    except (OSError, ValueError, LookupError) as error:
+    except Exception as error:  # noqa: BLE001
         # The program has written nothing, or not what it should: that is its verdict, and the table goes on.
         verdict, fault.words = "no result", f"{type(error).__name__}: {error}"
     fault.right += verdict == fault.expected
@@ -186,9 +186,11 @@ def print_table(faults: list[Fault], kits: list[Kit], times: int) -> int:
 
     def try_all(fault: Fault) -> Fault:
         kit = free.get()
-        for _ in range(times):
-            try_once(fault, kit)
-        free.put(kit)
+        try:
+            for _ in range(times):
+                try_once(fault, kit)
+        finally:
+            free.put(kit)
         return fault
 
     print("| fault of | which | verdict | right | names | left behind |\n|---|---|---|---|---|---|", flush=True)

@@ -112,6 +112,9 @@ class Play(unittest.TestCase):
         self.assertIn("cases.json/bad: failed", printed)
         self.assertNotIn("cases.json/good", printed)
         self.assertIn("one.json: failed", printed)
+        # What has not failed is not played, and nothing is forgotten.
+        printed, _ = self.play(SCENARIOS / "about.json", "--only-failed")
+        self.assertEqual(printed, "Nothing of that failed the last time, so nothing is played.\n")
         self.write("one.json", good)
         printed, _ = self.play(path, "--only-failed")
         self.assertIn("Passed:", printed)
@@ -249,6 +252,7 @@ class Play(unittest.TestCase):
             printed, _ = self.play(SCENARIOS / name, "--in-process", "--quiet")
             self.assertIn("Passed:", printed)
         _, complaints = self.play(self.write("broken.json", BROKEN), "--in-process", "--quiet", code=1)
+        self.assertNotIn("cannot remove", complaints)
         self.assertIn("FAILED calls: broken.json.steps[0]: call 2", complaints)
         _, complaints = self.play(SCENARIOS / "tick-throws.json", "--in-process", code=2)
         self.assertIn("--in-process takes one case", complaints)
@@ -276,6 +280,25 @@ class Play(unittest.TestCase):
                 _, complaints = self.play(path, *chosen, "--quiet", "--accept", accepted, code=2)
                 self.assertIn("is there already; --force overwrites it", complaints)
                 self.play(path, *chosen, "--quiet", "--accept", accepted, "--force")
+
+    def test_how_a_dialog_ended_can_be_accepted(self):
+        source = json.loads((SCENARIOS / "suppression-one-dialog-at-a-time.json").read_text(encoding="utf-8"))
+        dialogs = [step for part in ("steps", "end") for step in source.get(part, []) if step["do"] == "dialog"]
+        expected = [step["expect"] for step in dialogs]
+        self.assertIn("clicked OK", expected)
+        for step in dialogs:
+            step["expect"] = "pressed Enter"
+        accepted = self.folder / "accepted.json"
+        self.play(self.write("dialogs.json", source), "--quiet", "--accept", accepted)
+        self.assertIn("Passed:", self.play(accepted, "--quiet")[0])
+
+    def test_what_a_nested_step_observed_cannot_be_accepted(self):
+        source = json.loads((SCENARIOS / "panel-asks-during-a-message.json").read_text(encoding="utf-8"))
+        source["steps"][1]["nested"][0]["step"]["answer"] = 99
+        accepted = self.folder / "accepted.json"
+        _, complaints = self.play(self.write("nested.json", source), "--quiet", "--accept", accepted, code=1)
+        self.assertIn("cannot be accepted: reply: ", complaints)
+        self.assertFalse(accepted.exists())
 
     def test_a_crash_cannot_be_accepted(self):
         source = json.loads((ROOT / "tests/scenario/faults/crash.json").read_text(encoding="utf-8"))

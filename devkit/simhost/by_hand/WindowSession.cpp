@@ -9,6 +9,7 @@
 #include "doubles/host/Host.h"
 #include "doubles/host/PluginReference.h"
 #include "host/MenuSuite.h"
+#include "simhost/scenario/PathsOfRun.h"
 #include "simhost/verbs/VerbTable.h"
 
 namespace simhost {
@@ -85,6 +86,9 @@ WindowSession::WindowSession(Performance& performance)
                                    [this](const std::string& document) { OnDocumentSelected(document); },
                                    [this](const std::vector<const void*>& items) { OnMenuOpened(items); },
                                    [this](const void* item) { OnMenuItem(item); }, [this] { OnIdle(); }}) {}
+
+// The transcript outlives the window, also when an act throws.
+WindowSession::~WindowSession() { mPerformance.report.People().ListenWith({}); }
 
 void WindowSession::Run() {
     for (const std::string& line : mPerformance.report.People().Lines()) {
@@ -231,14 +235,24 @@ void WindowSession::Save(const std::string& name) {
 }
 
 void WindowSession::SaveAs(const std::string& name) {
-    const Document& document = Host().model.Named(name);
-    const std::filesystem::path before(Wide(document.path));
-    const std::filesystem::path folder = HasFile(document) ? before.parent_path() : mPerformance.folder.Root();
-    const std::wstring title = before.stem().wstring() + (HasFile(document) ? L" copy" : L"");
     DocumentChange change;
-    change.path = Utf8((folder / (title + L".ai")).wstring());
+    change.path = NewPathFor(Host().model.Named(name));
     mPerformance.folder.WriteFile({*change.path, "saved by the simulated host\n", std::nullopt});
     Play("save_as", SaveDocument{name, change, true, "AI Command Notifier: After Save As"});
+}
+
+// In the folder of the run, where nothing is anybody's, and under a name that no other document has there.
+std::string WindowSession::NewPathFor(const Document& document) const {
+    const std::filesystem::path& root = mPerformance.folder.Root();
+    const std::filesystem::path before(Wide(document.path));
+    const bool isInRun = HasFile(document) && WhyNotInRun(document.path, Utf8(root.wstring())).empty();
+    const std::filesystem::path folder = isInRun ? before.parent_path() : root;
+    const std::wstring title = before.stem().wstring() + (HasFile(document) ? L" copy" : L"");
+    std::filesystem::path path = folder / (title + L".ai");
+    for (int number = 2; std::filesystem::exists(path); ++number) {
+        path = folder / (title + L" " + std::to_wstring(number) + L".ai");
+    }
+    return Utf8(path.wstring());
 }
 
 void WindowSession::Close(const std::string& name) {

@@ -17,6 +17,9 @@ namespace simhost {
 class WindowSession {
   public:
     explicit WindowSession(Performance& performance);
+    ~WindowSession();
+    WindowSession(const WindowSession&) = delete;
+    WindowSession& operator=(const WindowSession&) = delete;
 
     // Until the window is closed; what is open then is closed as a host does it.
     void Run();
@@ -32,6 +35,7 @@ class WindowSession {
     void Open(const std::string& name);
     void Save(const std::string& name);
     void SaveAs(const std::string& name);
+    std::string NewPathFor(const Document& document) const;
     void Close(const std::string& name);
     void ChangeFonts(const std::string& name);
     void RaiseDialog();

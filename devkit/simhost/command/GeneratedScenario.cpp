@@ -3,11 +3,10 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <fstream>
 #include <iterator>
-#include <stdexcept>
 
 #include "doubles/common/Text.h"
+#include "simhost/report/WholeFile.h"
 
 namespace simhost {
 
@@ -65,20 +64,11 @@ void AddDocument(Json& scenario, const ImportedDocument& imported) {
     scenario["host"]["documents"][imported.title] = imported.document;
 }
 
-[[noreturn]] void Refuse(const std::filesystem::path& file, const std::string& what) {
-    throw std::runtime_error(Utf8(file.wstring()) + " " + what);
-}
-
 }  // namespace
 
-GeneratedScenario::GeneratedScenario(const wchar_t* name, const Json& scenario)
-    : mFolder(L"scenario"), mPath(mFolder.At(name)) {
-    std::ofstream stream(mPath, std::ios::binary | std::ios::trunc);
-    stream << scenario.dump(2, ' ', false, Json::error_handler_t::replace);
-    stream.close();
-    if (!stream) {
-        Refuse(mPath, "cannot be written");
-    }
+GeneratedScenario::GeneratedScenario(const wchar_t* name, const Json& scenario, bool waits)
+    : mFolder(L"scenario", waits), mPath(mFolder.At(name)) {
+    WriteWholeFile(mPath, scenario.dump(2, ' ', false, Json::error_handler_t::replace));
 }
 
 Json ScenarioThatOpens(const ImportedDocument& imported) {

@@ -15,8 +15,8 @@ namespace simhost {
 class GeneratedScenario {
   public:
     // `name` is what reports call the file, as in "open.json.steps[0]". Throws std::runtime_error when it cannot be
-    // written, Cancelled.
-    GeneratedScenario(const wchar_t* name, const nlohmann::ordered_json& scenario);
+    // written, Cancelled. `waits`: for other runs on this desktop.
+    GeneratedScenario(const wchar_t* name, const nlohmann::ordered_json& scenario, bool waits);
     const std::filesystem::path& Path() const { return mPath; }
 
   private:

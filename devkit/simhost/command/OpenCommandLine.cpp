@@ -21,8 +21,8 @@ struct Texts {
 int Open(const Texts& texts) {
     const ImportedDocument imported = ReadImportedDocument(Wide(texts.document));
     ListenForCancellation();
-    const GeneratedScenario scenario(L"open.json", ScenarioThatOpens(imported));
     PlayOptions options = OptionsOf(texts.run);
+    const GeneratedScenario scenario(L"open.json", ScenarioThatOpens(imported), !options.noWait);
     options.scenarios = {scenario.Path()};
     options.repeatedBy = "open " + AsShellWord(texts.document);
     return Play(options);

@@ -27,8 +27,8 @@ int ShowWindow(const Texts& texts) {
         command += " " + AsShellWord(document);
     }
     ListenForCancellation();
-    const GeneratedScenario scenario(L"window.json", ScenarioWithWindow(documents));
     PlayOptions options = OptionsOf(texts.run);
+    const GeneratedScenario scenario(L"window.json", ScenarioWithWindow(documents), !options.noWait);
     options.scenarios = {scenario.Path()};
     options.repeatedBy = command;
     return Play(options);

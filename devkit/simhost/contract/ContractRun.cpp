@@ -73,7 +73,7 @@ bool HasBroken(const Verdict& verdict, Rule rule) {
 class Check {
   public:
     Check(std::filesystem::path library, std::filesystem::path plugin, const ProbeLimits& limits)
-        : mLibrary(std::move(library)), mPlugin(std::move(plugin)), mLimits(limits), mFolder(L"contract") {}
+        : mLibrary(std::move(library)), mPlugin(std::move(plugin)), mLimits(limits), mFolder(L"contract", true) {}
 
     ContractResult Run() {
         // The kit's own double would keep its calls in memory otherwise.

@@ -45,6 +45,10 @@ bool IsOfHost(const std::string& module, const std::string& plugin) {
 
 // Its own code is to blame wherever it runs; what it may have brought along, only within one of its entries.
 bool IsLibrarys(const Violation& loss, bool isEntryUnderWay, const Suspects& suspects) {
+    const bool isFromOutside = loss.rule == Rule::kLostVerdict && loss.module.empty();
+    if (isFromOutside) {
+        return false;
+    }
     return loss.module == suspects.library || (isEntryUnderWay && !IsOfHost(loss.module, suspects.plugin));
 }
 

@@ -22,6 +22,7 @@ struct RuleRow {
 
 constexpr RuleRow kRules[] = {
     {"reply", "answer"},
+    {"dialog", "expect"},
     {"calls", "calls"},
     {"bus-calls", "bus_calls"},
     {"panel-events", "panel_events"},
@@ -31,6 +32,8 @@ constexpr RuleRow kRules[] = {
     {"host-calls", "host_calls"},
     {"ticks", "sent"},
 };
+// In the place of a step that was played inside another.
+constexpr const char* kNestedPlace = ".nested[";
 constexpr const char* kKindsOfState[] = {"menu", "timers", "file_formats", "messages"};
 
 bool IsKindOfState(const std::string& key) {
@@ -133,36 +136,38 @@ class Acceptance {
     }
 
     void Take(const std::vector<Json>& events) {
-        std::vector<std::string> broken;
+        std::vector<Complaint> complaints;
         for (const Json& event : events) {
             const std::string kind = event.value("event", std::string());
             if (kind == "complaint" && !event.value("expected", false)) {
-                broken.push_back(event.value("rule", std::string()));
+                complaints.push_back({event.value("rule", std::string()), event.value("text", std::string())});
             } else if (kind == "step_end" && event["step"].is_number()) {
-                TakeStep(event["step"].get<std::size_t>(), event["observed"], std::exchange(broken, {}));
+                TakeStep(event["step"].get<std::size_t>(), event["observed"], std::exchange(complaints, {}));
             }
         }
     }
 
     std::vector<std::string> changed;  // "begin", "steps", "end"
+    std::vector<std::string> refused;  // what no step can say
 
   private:
+    struct Complaint {
+        std::string rule;
+        std::string text;
+    };
     struct Row {
         Json* step;
         std::string part;
     };
 
-    void TakeStep(std::size_t number, const Json& observed, const std::vector<std::string>& broken) {
+    void TakeStep(std::size_t number, const Json& observed, const std::vector<Complaint>& complaints) {
         if (number == 0 || number > mSteps.size()) {
             return;
         }
         Row& row = mSteps[number - 1];
-        for (const std::string& rule : broken) {
-            for (const std::string& key : KeysOf(rule)) {
-                // What a step cannot show is only looked at when it says so.
-                if (row.step->contains(key) || !IsKindOfState(key)) {
-                    Set(key, observed, row);
-                }
+        for (const Complaint& complaint : complaints) {
+            if (!Answers(complaint, observed, row)) {
+                refused.push_back(complaint.rule + ": " + complaint.text);
             }
         }
         for (const char* const key : {"calls", "bus_calls"}) {
@@ -170,6 +175,23 @@ class Acceptance {
                 Set(key, observed, row);
             }
         }
+    }
+
+    // Writes what was observed where the step can say it; false where it cannot.
+    bool Answers(const Complaint& complaint, const Json& observed, Row& row) {
+        // What was observed is the outer step's.
+        if (complaint.text.find(kNestedPlace) != std::string::npos) {
+            return false;
+        }
+        bool isSaid = false;
+        for (const std::string& key : KeysOf(complaint.rule)) {
+            // Of the state a step tells only what it is asked for.
+            if (observed.contains(key) && (row.step->contains(key) || !IsKindOfState(key))) {
+                Set(key, observed, row);
+                isSaid = true;
+            }
+        }
+        return isSaid;
     }
 
     void Set(const std::string& key, const Json& observed, Row& row) {
@@ -185,15 +207,15 @@ class Acceptance {
     std::vector<Row> mSteps;
 };
 
-// Rules that no step can speak about.
-std::vector<std::string> RefusedOf(const std::vector<std::string>& complaints) {
-    std::vector<std::string> refused;
+// Complaints of the run that belong to no step, and those of rules that no step can speak about.
+std::vector<std::string> OutsideSteps(const std::vector<std::string>& complaints) {
+    std::vector<std::string> outside;
     for (const std::string& complaint : complaints) {
         if (KeysOf(complaint.substr(0, complaint.find(':'))).empty()) {
-            refused.push_back(complaint);
+            outside.push_back(complaint);
         }
     }
-    return refused;
+    return outside;
 }
 
 }  // namespace
@@ -216,7 +238,14 @@ Accepted AcceptObserved(Json story, const Placeholders& placeholders, const std:
     for (const char* const key : {"answers", "bus_answers"}) {
         MakeAnswersReadable(story, key);
     }
-    return {WithPlaceholders(story, placeholders), RefusedOf(complaints)};
+    // One that is both is told once, in the words of the run.
+    std::vector<std::string> refused = OutsideSteps(complaints);
+    for (const std::string& one : acceptance.refused) {
+        if (!KeysOf(one.substr(0, one.find(':'))).empty()) {
+            refused.push_back(one);
+        }
+    }
+    return {WithPlaceholders(story, placeholders), std::move(refused)};
 }
 
 }  // namespace simhost

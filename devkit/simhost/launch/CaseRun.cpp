@@ -158,7 +158,8 @@ Verdict RunCase(const ScenarioFile& file, const std::string& caseName, const Run
     Scenario scenario = file.Read(caseName, folder.PlaceholdersForScenarios());
     Vary(scenario, options.variation);
     BeginRuns(!options.noWait);
-    const FolderForOneRun forOneRun(folder.Root(), options.keepFolder);
+    // Libraries that are loaded in this process hold files there until it ends: the next run clears them away.
+    const FolderForOneRun forOneRun(folder.Root(), options.keepFolder || options.inProcess);
     const std::filesystem::path pluginCore = PluginCoreFile(options.pluginCore);
     CheckIsLaidOut(pluginCore, scenario);
     folder.LayOut(scenario, plugin, KitFolder(), pluginCore);

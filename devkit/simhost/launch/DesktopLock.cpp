@@ -29,6 +29,9 @@ bool TakeDesktop(bool waits) {
         return false;
     }
     const HANDLE mutex = CreateMutexW(nullptr, FALSE, L"Local\\simhost-plays");
+    if (mutex == nullptr) {
+        throw std::runtime_error("Windows gives no mutex (error " + std::to_string(GetLastError()) + ")");
+    }
     if (!IsTaken(mutex, waits ? kSilentMilliseconds : 0)) {
         if (!waits) {
             CloseHandle(mutex);

@@ -1,7 +1,5 @@
 #include "simhost/launch/EventFile.h"
 
-#include <windows.h>
-
 #include <cstdio>
 #include <fstream>
 #include <iterator>
@@ -16,34 +14,22 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::filesystem::path FileForOneRun() {
-    return std::filesystem::temp_directory_path() /
-           (L"simhost-events-" + std::to_wstring(GetCurrentProcessId()) + L".jsonl");
-}
-
 bool Holds(const std::vector<Json>& events, const char* kind) {
     return !events.empty() && events.front().value("event", "") == kind;
 }
 
 }  // namespace
 
-EventFile::EventFile(const std::filesystem::path& asked)
-    : mForOneRun(asked.empty() || asked == L"-"),
-      mPrinted(asked == L"-"),
-      mPath(mForOneRun ? FileForOneRun() : std::filesystem::absolute(asked)) {
-    std::error_code ignored;
-    if (mForOneRun) {
-        std::filesystem::remove(mPath, ignored);
+EventFile::EventFile(const std::filesystem::path& asked, bool waits) : mPrinted(asked == L"-") {
+    if (asked.empty() || mPrinted) {
+        mForOneRun.emplace(L"events", waits);
+        mPath = mForOneRun->At(L"events.jsonl");
+    } else {
+        mPath = std::filesystem::absolute(asked);
     }
+    std::error_code ignored;
     const EventLog canBeWritten(mPath);
     mOffset = static_cast<std::size_t>(std::filesystem::file_size(mPath, ignored));
-}
-
-EventFile::~EventFile() {
-    std::error_code ignored;
-    if (mForOneRun) {
-        std::filesystem::remove(mPath, ignored);
-    }
 }
 
 std::vector<Json> EventFile::Complete(const RunOutcome& outcome) const {

@@ -5,20 +5,19 @@
 #include <cstddef>
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <vector>
 
+#include "simhost/launch/TemporaryFolder.h"
 #include "simhost/report/RunOutcome.h"
 
 namespace simhost {
 
 class EventFile {
   public:
-    // `asked`: empty when nobody asked, "-" for standard output. Throws std::runtime_error when it cannot be written.
-    explicit EventFile(const std::filesystem::path& asked);
-    // Removes a file that nobody asked for.
-    ~EventFile();
-    EventFile(const EventFile&) = delete;
-    EventFile& operator=(const EventFile&) = delete;
+    // `asked`: empty when nobody asked, "-" for standard output; then the file is removed with the object, and `waits`
+    // says whether to wait for other runs on this desktop. Throws std::runtime_error when it cannot be written.
+    EventFile(const std::filesystem::path& asked, bool waits);
 
     const std::filesystem::path& Path() const { return mPath; }
 
@@ -26,7 +25,7 @@ class EventFile {
     std::vector<nlohmann::ordered_json> Complete(const RunOutcome& outcome) const;
 
   private:
-    bool mForOneRun;
+    std::optional<TemporaryFolder> mForOneRun;
     bool mPrinted;
     std::filesystem::path mPath;
     std::size_t mOffset = 0;  // where the lines of this run begin

@@ -16,6 +16,7 @@
 #include "simhost/launch/CaseRun.h"
 #include "simhost/launch/EventFile.h"
 #include "simhost/launch/Leftovers.h"
+#include "simhost/launch/OutputFile.h"
 #include "simhost/launch/OwnFolder.h"
 #include "simhost/launch/RunFolder.h"
 #include "simhost/launch/Selection.h"
@@ -41,45 +42,6 @@ std::string ProgramName() {
     return length == 0 || length >= MAX_PATH ? "simhost" : Utf8(std::wstring_view(name, length));
 }
 
-// An empty path is none that was asked for.
-void CheckCanBeWritten(const std::string& option, const std::filesystem::path& named) {
-    if (named.empty()) {
-        return;
-    }
-    const std::filesystem::path file = std::filesystem::absolute(named);
-    if (!std::filesystem::is_directory(file.parent_path())) {
-        throw std::runtime_error(option + ": there is no folder " + Utf8(file.parent_path().wstring()));
-    }
-    if (std::filesystem::is_directory(file)) {
-        throw std::runtime_error(option + ": " + Utf8(file.wstring()) + " is a folder; name a file");
-    }
-    const bool wasThere = std::filesystem::exists(file);
-    if (!std::ofstream(file, std::ios::binary | std::ios::app)) {
-        throw std::runtime_error(option + ": cannot write " + Utf8(file.wstring()));
-    }
-    if (!wasThere) {
-        std::filesystem::remove(file);
-    }
-}
-
-// A file that is written anew must be one of its kind already, or empty: nobody's own file is lost to a slip of the
-// hand.
-void CheckIsOfItsKind(const std::string& option, const std::filesystem::path& named, const std::string& mark,
-                      const std::string& kind) {
-    std::ifstream stream(named, std::ios::binary);
-    const std::string text(std::istreambuf_iterator<char>(stream), {});
-    if (!text.empty() && text.find(mark) == std::string::npos) {
-        throw std::runtime_error(option + ": " + Utf8(std::filesystem::absolute(named).wstring()) +
-                                 " is there and is no " + kind + "; name another file");
-    }
-}
-
-void CheckOutput(const std::string& option, const std::filesystem::path& named, const std::string& mark,
-                 const std::string& kind) {
-    CheckCanBeWritten(option, named);
-    CheckIsOfItsKind(option, named, mark, kind);
-}
-
 // Before anything is played: whether it can be read and written where the options say.
 void CheckFilesOf(const PlayOptions& options) {
     if (!options.plugin.empty()) {
@@ -88,18 +50,18 @@ void CheckFilesOf(const PlayOptions& options) {
     if (!options.workFolder.empty()) {
         CheckIsOwnOrNew(std::filesystem::absolute(options.workFolder));
     }
-    CheckOutput("--record", options.record, "\"complaints\": [", "result record");
-    CheckOutput("--junit", options.junit, "<testsuites", "report of JUnit");
+    CheckOutputFile("--record", options.record, "\"complaints\": [", "result record");
+    CheckOutputFile("--junit", options.junit, "<testsuites", "report of JUnit");
     if (options.jsonLines != L"-") {
-        CheckOutput("--json-lines", options.jsonLines, "{\"event\":", "file of JSON lines");
+        CheckOutputFile("--json-lines", options.jsonLines, "{\"event\":", "file of JSON lines");
     }
     CheckCanBeWritten("--accept", options.accept);
 }
 
 // Plays what the options name, and keeps what came of it.
-class Programme {
+class Playlist {
   public:
-    explicit Programme(const PlayOptions& options) : mOptions(options) {}
+    explicit Playlist(const PlayOptions& options) : mOptions(options) {}
 
     int Play() {
         ListenForCancellation();
@@ -112,6 +74,10 @@ class Programme {
         Selection selection = SelectCases(Files(failed), mOptions.cases);
         if (mOptions.onlyFailed) {
             KeepOnly(failed, selection);
+            if (selection.cases.empty() && selection.unplayable.empty()) {
+                std::printf("Nothing of that failed the last time, so nothing is played.\n");
+                return kPassed;
+            }
         }
         mSeveral = selection.cases.size() > 1;
         CheckAccept(selection);
@@ -149,7 +115,7 @@ class Programme {
         return ScenariosNamed(named);
     }
 
-    // Takes a case back out of the programme when it can be played and did not fail.
+    // Takes a case back out of the list when it can be played and did not fail.
     static void KeepOnly(const std::vector<FailedCase>& failed, Selection& selection) {
         std::erase_if(selection.cases, [&](const SelectedCase& selected) {
             const auto file = std::filesystem::absolute(selected.file->Path()).lexically_normal();
@@ -171,7 +137,7 @@ class Programme {
     void PlayCase(const ScenarioFile& file, const std::string& name) {
         RunOutcome outcome{file.Path(), name, file.PlaceOf(name), file.TitleOf(name)};
         const auto began = std::chrono::steady_clock::now();
-        EventFile events(mOptions.jsonLines);
+        EventFile events(mOptions.jsonLines, !mOptions.noWait);
         try {
             const RunOptions run = OptionsFor(file, name, events.Path());
             const Verdict verdict = RunCase(file, name, run);
@@ -361,7 +327,7 @@ class Programme {
 
 int Play(const PlayOptions& options) {
     try {
-        return Programme(options).Play();
+        return Playlist(options).Play();
     } catch (const std::exception& error) {
         std::fprintf(stderr, "simhost: %s\n", error.what());
         return kNotPlayed;

@@ -8,6 +8,7 @@
 #include "doubles/common/Text.h"
 #include "simhost/launch/OwnFolder.h"
 #include "simhost/launch/RemoveTree.h"
+#include "simhost/scenario/PathsOfRun.h"
 
 #ifndef QUORVEL_VERSION
 #error "the version number comes from the build"
@@ -20,6 +21,9 @@ namespace {
 // Where a file is going to be written: its folder is there and is no link to elsewhere, and it is none itself. A former
 // file is removed and not written over, because it may have another name somewhere else.
 void MakeWay(const std::filesystem::path& root, const std::filesystem::path& file) {
+    if (const std::string why = WhyNotInRun(Utf8(file.wstring()), Utf8(root.wstring())); !why.empty()) {
+        throw std::runtime_error(Utf8(file.wstring()) + " is no file in the folder of the run: " + why);
+    }
     for (std::filesystem::path folder = file.parent_path(); folder != root && folder.has_relative_path();
          folder = folder.parent_path()) {
         if (IsLink(folder)) {

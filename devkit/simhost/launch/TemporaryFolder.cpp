@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include <cstdio>
 #include <exception>
 
 #include "simhost/launch/Leftovers.h"
@@ -11,8 +10,8 @@
 namespace simhost {
 
 // The desktop is taken first: whoever has it removes what lies there without it.
-TemporaryFolder::TemporaryFolder(const std::wstring& purpose)
-    : mFolder((BeginRuns(true), FolderOfRuns()) / (purpose + L"-" + std::to_wstring(GetCurrentProcessId()))) {
+TemporaryFolder::TemporaryFolder(const std::wstring& purpose, bool waits)
+    : mFolder((BeginRuns(waits), FolderOfRuns()) / (purpose + L"-" + std::to_wstring(GetCurrentProcessId()))) {
     mFolder.make_preferred();
     TakeFolder(mFolder);
 }
@@ -20,8 +19,8 @@ TemporaryFolder::TemporaryFolder(const std::wstring& purpose)
 TemporaryFolder::~TemporaryFolder() {
     try {
         RemoveOwnFolder(mFolder);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "simhost: %s\n", error.what());
+    } catch (const std::exception&) {
+        // A file in it is still open, in a library that stays until the process ends: the next run clears it away.
     }
 }
 

@@ -9,8 +9,9 @@ namespace simhost {
 
 class TemporaryFolder {
   public:
-    // Waits for other runs on this desktop, which may be clearing up. Throws std::runtime_error, Cancelled.
-    explicit TemporaryFolder(const std::wstring& purpose);
+    // Other runs on this desktop may be clearing up: waits for them, or throws when there is one. Throws
+    // std::runtime_error, Cancelled.
+    TemporaryFolder(const std::wstring& purpose, bool waits);
     // Removes it with all that lies in it.
     ~TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;

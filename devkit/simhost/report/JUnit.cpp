@@ -83,7 +83,7 @@ std::string Counts(const std::vector<const RunOutcome*>& runs) {
 
 std::string CaseOf(const RunOutcome& run) {
     std::string xml = "    <testcase" + Attribute("classname", Utf8(run.file.stem().wstring())) +
-                      Attribute("name", run.caseName.empty() ? run.file.stem().string() : run.caseName) +
+                      Attribute("name", run.caseName.empty() ? Utf8(run.file.stem().wstring()) : run.caseName) +
                       Attribute("time", Seconds(run.seconds));
     if (run.played && run.passed) {
         return xml + "/>\n";

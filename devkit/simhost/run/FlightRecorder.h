@@ -21,7 +21,6 @@ struct FlightRecord {
     std::uint32_t isByHand;       // not 0: a person decides how long the step takes, but not each message
     std::uint32_t isPerEntry;     // not 0: the time of a step counts from the last begin or end of an entry
     std::uint64_t stepBegan;      // GetTickCount64(); 0: may take as long as it likes
-    std::uint64_t changes;        // how often anything of this changed
     char step[256];
     char message[256];  // "" while the plug-in handles none
     char entries[kMostEntries][64];

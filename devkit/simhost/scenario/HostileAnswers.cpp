@@ -65,15 +65,20 @@ class Generator {
                 return text.substr(0, Below(text.size()));
             case 2:
                 return std::string(1 + Below(100'000), 'x');
-            case 3:
-                return std::string(1 + Below(20'000), Chance(50) ? '[' : '{');
+            case 3: {
+                // One draw in each statement: the order within one is the compiler's.
+                const std::size_t length = 1 + Below(20'000);
+                return std::string(length, Chance(50) ? '[' : '{');
+            }
             case 4:
                 return RandomBytes(1 + Below(300));
             case 5:
                 return text + text;
-            case 6:
+            case 6: {
                 // As long as the usual buffers, or nearly so: the end of the text falls on the end of the buffer.
-                return text + std::string((std::size_t{1} << (8 + Below(8))) - Below(3), ' ');
+                const std::size_t buffer = std::size_t{1} << (8 + Below(8));
+                return text + std::string(buffer - Below(3), ' ');
+            }
             case 7:
                 return Spoilt(std::move(text), 1 + Below(5));
             default:
@@ -128,21 +133,6 @@ Json HostileAnswers(std::uint64_t seed) {
         }
     }
     return answers;
-}
-
-std::vector<std::string> LinesOfAnswers(const Json& answers) {
-    constexpr std::size_t kLongest = 100;
-    std::vector<std::string> lines;
-    for (const auto& [entry, list] : answers.items()) {
-        for (const Json& answer : list) {
-            const std::string text = answer.dump();
-            lines.push_back(entry + " " +
-                            (text.size() <= kLongest
-                                 ? text
-                                 : text.substr(0, kLongest) + "... (" + std::to_string(text.size()) + " characters)"));
-        }
-    }
-    return lines;
 }
 
 }  // namespace simhost

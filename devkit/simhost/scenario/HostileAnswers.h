@@ -4,14 +4,9 @@
 
 #include <cstdint>
 #include <nlohmann/json.hpp>
-#include <string>
-#include <vector>
 
 namespace simhost {
 
 nlohmann::ordered_json HostileAnswers(std::uint64_t seed);
-
-// For people, one line for each answer, long texts cut.
-std::vector<std::string> LinesOfAnswers(const nlohmann::ordered_json& answers);
 
 }  // namespace simhost

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <iterator>
 #include <vector>
+
 namespace simhost {
 
 namespace {

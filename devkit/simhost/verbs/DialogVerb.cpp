@@ -16,6 +16,9 @@ void Perform(const ShowDialog& action, Performance& performance) {
     const DialogRecord record = ShowHostDialog(action.dialog);
     const std::string dialog = "dialog \"" + action.dialog.title + "\"";
     performance.Tell(dialog + ": " + Describe(record));
+    if (const auto end = NameOfEnd(record)) {
+        performance.Observed("expect", *end);
+    }
     const DialogRecord expected = RecordFor(action.end);
     if (record.received != expected.received || record.endedWithOk != expected.endedWithOk) {
         performance.Broken(Rule::kDialog,

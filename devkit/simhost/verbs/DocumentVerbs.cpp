@@ -2,8 +2,10 @@
 
 #include <system_error>
 
+#include "doubles/common/Text.h"
 #include "doubles/host/Host.h"
 #include "simhost/run/Performance.h"
+#include "simhost/scenario/PathsOfRun.h"
 #include "simhost/verbs/NotifierVerbs.h"
 
 namespace simhost {
@@ -34,10 +36,12 @@ void Change(Document& document, const DocumentChange& change) {
     document.placed = change.placed.value_or(document.placed);
 }
 
-// A path under which there is no file is only told: it may hold what no file system allows.
+// A path under which there is no file is only told: it may hold what no file system allows. So is one outside the
+// folder of the run: what lies there is somebody's.
 void WriteSavedFile(const std::string& path, const RunFolder& folder) {
     std::error_code ignored;
-    if (std::filesystem::is_regular_file(folder.At(path), ignored)) {
+    if (WhyNotInRun(path, Utf8(folder.Root().wstring())).empty() &&
+        std::filesystem::is_regular_file(folder.At(path), ignored)) {
         folder.WriteFile({path, "saved by the simulated host\n", std::nullopt});
     }
 }

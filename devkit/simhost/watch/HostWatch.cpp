@@ -230,7 +230,8 @@ class Watch {
         }
     }
 
-    // `ending`: the thread that ends the process.
+    // `ending`: the thread that ends the process. Which step started the others nobody can tell: a debugger is told of
+    // a thread when that begins to run, and the host may be a step further by then.
     void NoteThreadsLeft(DWORD ending) {
         // Threads that wait at the same place are told together: names take their time.
         std::map<CallStack, int> left;

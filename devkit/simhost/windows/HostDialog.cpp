@@ -191,7 +191,7 @@ DialogRecord RecordFor(DialogEnd end) {
     }
 }
 
-std::string Describe(const DialogRecord& record) {
+std::optional<std::string> NameOfEnd(const DialogRecord& record) {
     if (record.closed && record.received.empty()) {
         return "closed";
     }
@@ -202,6 +202,13 @@ std::string Describe(const DialogRecord& record) {
         if (record.received == expected.received && record.endedWithOk == expected.endedWithOk) {
             return name;
         }
+    }
+    return std::nullopt;
+}
+
+std::string Describe(const DialogRecord& record) {
+    if (auto name = NameOfEnd(record)) {
+        return *name;
     }
     std::string text = record.endedWithOk ? "ended with OK" : "not ended";
     for (const std::string& message : record.received) {

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -33,7 +34,9 @@ DialogRecord ShowHostDialog(const DialogToShow& dialog);
 // What ShowHostDialog gives for a dialog that ended so.
 DialogRecord RecordFor(DialogEnd end);
 
-// In words, for example "clicked OK".
+// The end that a scenario can expect, as it is written there, for example "clicked OK"; none when it went otherwise.
+std::optional<std::string> NameOfEnd(const DialogRecord& record);
+// That name, or else what reached the dialog.
 std::string Describe(const DialogRecord& record);
 
 }  // namespace simhost

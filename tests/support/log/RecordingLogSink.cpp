@@ -52,9 +52,10 @@ std::vector<std::string> RecordedTexts() {
 }
 
 int CountRecorded(std::string_view text) {
-    const std::vector<RecordedLine> lines = RecordedLog();
-    return static_cast<int>(
-        std::count_if(lines.begin(), lines.end(), [text](const RecordedLine& line) { return line.text == text; }));
+    Record& record = TheRecord();
+    const std::lock_guard<Mutex> lock(record.mutex);
+    return static_cast<int>(std::count_if(record.lines.begin(), record.lines.end(),
+                                          [text](const RecordedLine& line) { return line.text == text; }));
 }
 
 void ClearRecordedLog() {
