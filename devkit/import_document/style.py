@@ -11,7 +11,7 @@ SLANTS = ("normal", "italic", "oblique")
 NO_FAMILY = "serif"
 # Those that are attributes as well.
 PROPERTIES = ("font-family", "font-weight", "font-style", "display")
-# For which a drawing program shows a document. Conditions, as in "screen and (min-width: 1px)", are not looked into.
+# The media whose rules hold: a drawing program shows a document on a screen. Conditions, as in "screen and (min-width: 1px)", are not looked into.
 MEDIA = ("all", "screen")
 
 

@@ -97,6 +97,9 @@ class Play(unittest.TestCase):
         printed, _ = self.play(path, "--until", "1")
         self.assertIn("what is left over was not looked at", printed)
         self.play(SCENARIOS / "saved.json", "--until", "2", "--quiet")
+        quoting = self.write("quoting.json", {"title": "T", "steps": [
+            {"do": "about", "say": 'He says "hi"', "calls": "any"}, {"do": "about", "calls": "any"}]})
+        self.play(quoting, "--until", 'He says "hi"', "--quiet", "--work-folder", f"{self.folder}/with a slash/")
         for step, complaint in (("9", "there is no step 9; the scenario has 6"),
                                 ("The document was saved", "did you mean \"The document is saved\"?")):
             self.assertIn(complaint, self.play(path, "--until", step, code=2)[1])

@@ -20,7 +20,7 @@ constexpr int kTrace = 103;
 void MakeAllControls(HWND window, HFONT font);
 void LayControls(HWND window, int width, int height);
 
-// The buttons of what can be done to a document that is closed, and to the current one.
+// Enables or disables the buttons of the commands for a document that is closed, and for the current one.
 void EnableCommands(HWND window, bool ofClosed, bool ofCurrent);
 // The command of a button or key; nothing for any other control.
 std::optional<WindowCommand> CommandOf(int identifier);

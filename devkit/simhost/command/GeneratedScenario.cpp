@@ -58,7 +58,7 @@ bool IsClaimed(const std::string& path) {
     });
 }
 
-// The file itself, under its own name; links beside it are only told.
+// Lays out the document's file under its own name. The files that it links are not laid out: only their paths are used.
 void AddDocument(Json& scenario, const ImportedDocument& imported) {
     scenario["files"].push_back({{"path", imported.title}, {"from", imported.source}});
     scenario["host"]["documents"][imported.title] = imported.document;

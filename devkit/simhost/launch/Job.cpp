@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "doubles/common/Text.h"
+#include "simhost/launch/Quoting.h"
 
 namespace simhost {
 
@@ -37,9 +38,9 @@ bool IsIn(HANDLE job, DWORD id) {
 }
 
 std::wstring CommandLineOf(const ProgramToStart& what) {
-    std::wstring line = L"\"" + what.program.wstring() + L"\"";
+    std::wstring line = Quoted(what.program.wstring());
     for (const std::wstring& argument : what.arguments) {
-        line += L" \"" + argument + L"\"";
+        line += L" " + Quoted(argument);
     }
     return line;
 }

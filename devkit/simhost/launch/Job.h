@@ -12,7 +12,6 @@ namespace simhost {
 
 struct ProgramToStart {
     std::filesystem::path program;
-    // Paths and option names: none holds a quote, nor ends in a backslash.
     std::vector<std::wstring> arguments{};
     std::filesystem::path folder{};  // to run in; empty: this process's
     DWORD flags = 0;                 // of CreateProcess

@@ -21,6 +21,9 @@ bool SameLetters(std::string_view one, std::string_view other) {
 
 // Without the folder in front.
 std::string_view Relative(std::string_view path, std::string_view workFolder) {
+    while (!workFolder.empty() && IsSlash(workFolder.back())) {
+        workFolder.remove_suffix(1);
+    }
     const bool isWithin = path.size() > workFolder.size() &&
                           SameLetters(path.substr(0, workFolder.size()), workFolder) &&
                           IsSlash(path[workFolder.size()]);

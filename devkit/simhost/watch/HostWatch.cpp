@@ -65,6 +65,8 @@ class Watch {
         // Wine starts the process of its desktop with the first process that has to do with windows: that is not the
         // host, whose processes are counted.
         GetDesktopWindow();
+        // Windows gives a program that is started by a debugger another heap otherwise.
+        SetEnvironmentVariableW(L"_NO_DEBUG_HEAP", L"1");
         constexpr DWORD kFlags = DEBUG_ONLY_THIS_PROCESS | CREATE_NEW_PROCESS_GROUP;
         const PROCESS_INFORMATION process =
             mJob.Start({mHost.program, mHost.arguments, mHost.program.parent_path(), kFlags});
