@@ -1,4 +1,4 @@
-"""Where the Wine session is in which the test runs: ctest gives each test that needs a desktop one of two."""
+"""Where the Wine session is in which the test runs: ctest gives each test that needs a desktop one of three."""
 
 import os
 import pathlib
