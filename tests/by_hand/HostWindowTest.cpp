@@ -55,6 +55,17 @@ class HostWindowTest : public testing::Test {
                 [this](const void* item) { mChosen = item; }, [] {}};
     }
 
+    // A hundred lines, more than the pane can show.
+    void FillTrace() {
+        for (int i = 0; i < 100; ++i) {
+            mWindow.Append("line " + std::to_string(i));
+            if (i % 10 == 0) {
+                mWindow.ShowTrace();
+            }
+        }
+        mWindow.ShowTrace();
+    }
+
     static HWND Top() { return FindWindowW(simhost::kHostWindowClass, nullptr); }
     static HWND Control(int identifier) { return GetDlgItem(Top(), identifier); }
     static std::string TextOfControl(int identifier) { return Utf8(TextOf(Control(identifier))); }
@@ -191,13 +202,7 @@ TEST_F(HostWindowTest, ErrorOfACommandEndsTheWindowAndComesOut) {
 }
 
 TEST_F(HostWindowTest, TraceEndsAtTheLowerEdge) {
-    for (int i = 0; i < 100; ++i) {
-        mWindow.Append("line " + std::to_string(i));
-        if (i % 10 == 0) {
-            mWindow.ShowTrace();
-        }
-    }
-    mWindow.ShowTrace();
+    FillTrace();
     const HWND trace = Control(simhost::kTrace);
     RECT area{};
     SendMessageW(trace, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&area));
@@ -229,13 +234,7 @@ TEST_F(HostWindowTest, TraceIsShownAndPaintedAtTheEndOfAnActOrWhenItTakesLong) {
 }
 
 TEST_F(HostWindowTest, TraceStaysWhereSomebodyReads) {
-    for (int i = 0; i < 100; ++i) {
-        mWindow.Append("line " + std::to_string(i));
-        if (i % 10 == 0) {
-            mWindow.ShowTrace();
-        }
-    }
-    mWindow.ShowTrace();
+    FillTrace();
     const HWND trace = Control(simhost::kTrace);
     SendMessageW(trace, EM_LINESCROLL, 0, -4);
     const LRESULT first = SendMessageW(trace, EM_GETFIRSTVISIBLELINE, 0, 0);
