@@ -16,6 +16,8 @@ template <class... Functions>
 struct Overloaded : Functions... {
     using Functions::operator()...;
 };
+template <class... Functions>
+Overloaded(Functions...) -> Overloaded<Functions...>;
 
 bool HoldsControlCharacter(std::string_view text) {
     return std::any_of(text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; });
@@ -93,7 +95,8 @@ CallRecord& CallRecord::Pointer(const char* name, const void* pointer) {
 
 nlohmann::ordered_json CallRecord::Arguments() const {
     Json arguments = Json::object();
-    for (const auto& [name, value] : mArguments) {
+    for (const Argument& argument : mArguments) {
+        const std::string& name = argument.name;
         std::visit(Overloaded{[&](std::nullptr_t) { arguments[name] = nullptr; },
                               [&](const std::string& text) { AddText(arguments, name, text); },
                               [&](const std::vector<std::string>& texts) { arguments[name] = texts; },
@@ -107,7 +110,7 @@ nlohmann::ordered_json CallRecord::Arguments() const {
                                   arguments["capacity"] = *buffer.capacity;
                                   arguments["zeroed"] = buffer.content ? Json(buffer.isZeroed) : Json(nullptr);
                               }},
-                   value);
+                   argument.value);
     }
     return arguments;
 }
@@ -119,7 +122,7 @@ std::string CallRecord::AsJson() const {
 std::string CallRecord::AsText() const {
     std::string list;
     const auto add = [&list](const std::string& text) { list += (list.empty() ? "" : ", ") + text; };
-    for (const auto& [name, value] : mArguments) {
+    for (const Argument& argument : mArguments) {
         std::visit(
             Overloaded{
                 [&](std::nullptr_t) { add("null"); }, [&](const std::string& text) { add(Quoted(text)); },
@@ -136,7 +139,7 @@ std::string CallRecord::AsText() const {
                         add(capacity);
                     }
                 }},
-            value);
+            argument.value);
     }
     return mEntry + "(" + list + ")";
 }

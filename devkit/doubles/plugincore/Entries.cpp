@@ -202,9 +202,9 @@ std::int32_t InvokeRestrictedFontsDialog(const char* path, char* buffer) {
     return Return(TwoTexts("InvokeRestrictedFontsDialog", "path", path, "text", buffer));
 }
 
-std::int32_t PluginIsEnabled(Flag flag, Flag* enabled) { return Return(Enabled(flag, enabled)); }
+std::int32_t PluginIsEnabled(Flag query, Flag* isEnabled) { return Return(Enabled(query, isEnabled)); }
 
-std::int32_t ProcessPanelMessages(Flag flag) { return Return(PanelMessages(flag)); }
+std::int32_t ProcessPanelMessages(Flag process) { return Return(PanelMessages(process)); }
 
 std::int32_t RegisterPlugPlug(PlugPlugState* state) { return Return(RegisterBus(state)); }
 

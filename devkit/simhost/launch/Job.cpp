@@ -62,9 +62,7 @@ class StartAttributes {
     StartAttributes(const StartAttributes&) = delete;
     StartAttributes& operator=(const StartAttributes&) = delete;
 
-    LPPROC_THREAD_ATTRIBUTE_LIST Get() const {
-        return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(const_cast<std::byte*>(mBytes.data()));
-    }
+    LPPROC_THREAD_ATTRIBUTE_LIST Get() { return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(mBytes.data()); }
 
   private:
     HANDLE mJob;  // Windows keeps its address
@@ -88,7 +86,7 @@ Job::~Job() {
 }
 
 PROCESS_INFORMATION Job::Start(const ProgramToStart& what) const {
-    const StartAttributes attributes(mJob);
+    StartAttributes attributes(mJob);
     STARTUPINFOEXW startup{};
     startup.StartupInfo.cb = sizeof startup;
     startup.lpAttributeList = attributes.Get();

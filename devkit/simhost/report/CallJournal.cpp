@@ -39,6 +39,7 @@ std::vector<PluginCoreCall> ReadJournal(const std::filesystem::path& file, std::
         }
     }
     std::vector<PluginCoreCall> calls;
+    calls.reserve(byNumber.size());
     for (auto& [number, call] : byNumber) {
         calls.push_back(std::move(call));
     }
