@@ -15,7 +15,7 @@ using Json = nlohmann::ordered_json;
 
 // Far more than any scenario needs, and few enough for everything that walks through the value.
 constexpr std::size_t kDeepest = 100;
-constexpr std::size_t kLongest = 16 * 1024 * 1024;
+constexpr std::size_t kLongest = std::size_t{16} * 1024 * 1024;
 
 // Tells how far the library has read.
 struct CountingIterator {

@@ -13,7 +13,7 @@ struct Position {
     std::size_t line = 0;    // from 1; 0: not known
     std::size_t column = 0;  // from 1, in characters
 
-    auto operator<=>(const Position&) const = default;
+    auto operator<=>(const Position&) const = default;  // NOLINT(modernize-use-nullptr): the compiler's code
 };
 
 // "a/b" becomes "a~1b": a name as a part of a JSON pointer, and back.

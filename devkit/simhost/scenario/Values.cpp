@@ -121,9 +121,8 @@ void Values::NoteCopy(const std::string& name, const Place& place) const {
 Json Values::FilledText(const std::string& text, const Place& place) {
     if (const auto name = OnlyName(text)) {
         if (const Json* const whole = Named(*name, place)) {
-            const Json value = *whole;
             NoteCopy(*name, place);
-            return value;
+            return *whole;
         }
     }
     std::string filled;

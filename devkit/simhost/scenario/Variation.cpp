@@ -24,6 +24,7 @@ std::size_t StepsUntil(const std::vector<Step>& steps, const std::string& until)
         return number;
     }
     std::vector<std::string> known;
+    known.reserve(steps.size());
     for (const Step& step : steps) {
         known.push_back(step.say);
     }

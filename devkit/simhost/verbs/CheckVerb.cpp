@@ -15,7 +15,7 @@ Json ReadGroups(ObjectReader& reader, const char* key);
 
 // "host", one of the other plug-ins, or nothing: the plug-in itself.
 std::string ReadOwner(ObjectReader& reader) {
-    const std::string owner = reader.Text("owner", "");
+    std::string owner = reader.Text("owner", "");
     const auto& plugins = reader.OwnPlace().Context().known.otherPlugins;
     std::vector<std::string> known(plugins.begin(), plugins.end());
     known.insert(known.end(), {"", "host"});
