@@ -6,9 +6,9 @@ What is printed is JSON: the document as a scenario describes one, and where the
 import argparse
 import json
 import pathlib
-import re
 import sys
 
+import file_names
 import kinds
 import links
 import page_text
@@ -18,13 +18,13 @@ import tools
 
 def document_of(file: pathlib.Path) -> dict:
     kind = kinds.kind_of(file)
+    file_names.check_can_be_opened(file)
     if kind == kinds.SVG:
         drawing = svg.Drawing(file)
         frames, linked = drawing.frames(), drawing.linked_files()
     else:
         frames, linked = page_text.frames(file, kind), links.linked_files(file, kind)
-    # What Windows allows in no name of a file.
-    name = re.sub(r'[\\/:*?"<>|]', "_", file.name)
+    name = file_names.title_of(file)
     return {
         "title": name,
         "source": links.as_placed(str(file.resolve())),

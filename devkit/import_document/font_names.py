@@ -1,5 +1,5 @@
-"""The PostScript name of a font that is asked for by family, weight and slant: fontconfig's word, and a guess for fonts
-that this machine does not have. Those are the ones that a font manager is for."""
+"""The PostScript name of a font that is asked for by family, weight, slant and width: fontconfig's word, and a guess for
+fonts that this machine does not have. Those are the ones that a font manager is for."""
 
 import functools
 import re
@@ -7,23 +7,35 @@ import re
 import style
 import tools
 
-# fontconfig's own scale, by that of style sheets.
+# fontconfig's own scale, by that of style sheets. That of widths is the same.
 WEIGHTS = {100: 0, 200: 40, 300: 50, 400: 80, 500: 100, 600: 180, 700: 200, 800: 205, 900: 210}
 SLANTS = {"normal": 0, "italic": 100, "oblique": 110}
 BOLD = 600
+# What stands for any font of a kind.
+GENERIC = ("serif", "sans-serif", "monospace", "cursive", "fantasy", "system-ui")
 
 
 @functools.cache
 def postscript_name(font: style.Font) -> str:
     family = escaped(font.family)
-    if listed(f":family={family}") or font.family in ("serif", "sans-serif", "monospace"):
-        weight = WEIGHTS[min(WEIGHTS, key=lambda each: abs(each - font.weight))]
-        pattern = f"{family}:weight={weight}:slant={SLANTS[font.slant]}"
-        return tools.text_of(tools.run("fc-match", "--format=%{postscriptname}", pattern))
-    if listed(f":postscriptname={family}"):
-        # Drawing programs write the PostScript name where the family belongs.
+    if font.family in GENERIC:
+        name = best_match(font)
+        tools.warn(f"\"{font.family}\" is no font's name; this machine takes {name} for it, another one may not")
+        return name
+    if listed(f":family={family}"):
+        return best_match(font)
+    # Drawing programs write the PostScript name where the family belongs.
+    if listed(f":postscriptname={family}") or re.fullmatch(r"[^-\s]+-\S+", font.family):
         return font.family
-    return guess(font)
+    name = guess(font)
+    tools.warn(f"no font of the family \"{font.family}\" is installed; the PostScript name {name} is a guess")
+    return name
+
+
+def best_match(font: style.Font) -> str:
+    weight = WEIGHTS[min(WEIGHTS, key=lambda each: abs(each - font.weight))]
+    pattern = f"{escaped(font.family)}:weight={weight}:slant={SLANTS[font.slant]}:width={font.stretch}"
+    return tools.text_of(tools.run("fc-match", "--format=%{postscriptname}", pattern))
 
 
 def escaped(family: str) -> str:
@@ -35,5 +47,6 @@ def listed(pattern: str) -> bool:
 
 
 def guess(font: style.Font) -> str:
-    looks = ("Bold" if font.weight >= BOLD else "") + ("Italic" if font.slant != "normal" else "")
+    looks = ("Condensed" if font.stretch < 100 else "Extended" if font.stretch > 100 else "") \
+        + ("Bold" if font.weight >= BOLD else "") + ("Italic" if font.slant != "normal" else "")
     return font.family.replace(" ", "") + ("-" + looks if looks else "")

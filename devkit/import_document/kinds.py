@@ -1,5 +1,6 @@
 """What kind of file it is: by its contents, since an .ai may be a PDF or PostScript."""
 
+import codecs
 import gzip
 import pathlib
 import zlib
@@ -36,6 +37,9 @@ def kind_of(file: pathlib.Path) -> str:
 
 def is_svg(file: pathlib.Path) -> bool:
     try:
-        return b"<svg" in contents(file)
+        data = contents(file)
     except (gzip.BadGzipFile, zlib.error, EOFError):
         return False
+    if data.startswith((codecs.BOM_UTF16_LE, codecs.BOM_UTF16_BE)):
+        data = data.decode("utf-16", errors="replace").encode("utf-8")
+    return b"<svg" in data

@@ -11,6 +11,9 @@ import tools
 # What page-layout programs write beside the low-resolution stand-in of a linked image.
 OPEN_PREPRESS_COMMENT = re.compile(rb"(?:^|[\r\n])%(?:ALD|%)ImageFileName: *\(?([^\r\n]+?)\)? *(?=[\r\n]|$)")
 
+# Not among the files of the run itself.
+BESIDE_DOCUMENT = "${work}\\Job\\"
+
 
 def linked_files(file: pathlib.Path, kind: str) -> list[str]:
     """As the document names them, in its order."""
@@ -41,4 +44,4 @@ def as_placed(link: str) -> str:
     if link.startswith("/"):
         # Where Wine shows the file system that it runs on.
         return "Z:" + link.replace("/", "\\")
-    return "${work}\\" + re.sub(r"^(\./)+", "", link).replace("/", "\\")
+    return BESIDE_DOCUMENT + re.sub(r"^(\./)+", "", link).replace("/", "\\")

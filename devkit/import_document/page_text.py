@@ -11,6 +11,9 @@ gi.require_version("Poppler", "0.18")
 # pylint: disable=wrong-import-position
 from gi.repository import GLib, Poppler  # noqa: E402
 
+# What Poppler says of a font without a name.
+NAME_FOR_NONE = "Default"
+
 
 def frames(file: pathlib.Path, kind: str) -> list[list[str]]:
     """A frame for each page, with one PostScript name for each run in another font than the one before."""
@@ -30,14 +33,29 @@ def frames_of_pdf(file: pathlib.Path) -> list[list[str]]:
         document = Poppler.Document.new_from_file(file.resolve().as_uri())
     except GLib.Error as error:
         raise tools.ImportFailed(f"{file} cannot be read: {error.message}") from None
-    return [runs_of(document.get_page(number)) for number in range(document.get_n_pages())]
+    names = names_of_fonts(document)
+    return [runs_of(document.get_page(number), names, f"page {number + 1} of {file}")
+            for number in range(document.get_n_pages())]
 
 
-def runs_of(page) -> list[str]:
+def names_of_fonts(document) -> set[str]:
+    fonts = Poppler.FontInfo.new(document)
+    found, font = fonts.scan(document.get_n_pages())
+    names = set()
+    while found:
+        names.add(font.get_name() or "")
+        found = font.next()
+    return names
+
+
+def runs_of(page, names: set[str], what: str) -> list[str]:
+    if page is None:
+        raise tools.ImportFailed(f"{what} cannot be read")
     runs: list[str] = []
     for run in page.get_text_attributes():
         name = run.font_name or ""
-        # A font that is drawn by the document itself has no name.
-        if name and (not runs or runs[-1] != name):
+        if not name or (name == NAME_FOR_NONE and name not in names):
+            tools.warn(f"{what}: a font that is drawn by the document itself has no name, and is left out")
+        elif not runs or runs[-1] != name:
             runs.append(name)
     return runs

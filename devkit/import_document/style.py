@@ -7,11 +7,18 @@ import tinycss2
 
 WEIGHTS = {"normal": 400, "bold": 700}
 SLANTS = ("normal", "italic", "oblique")
+# In per cent.
+STRETCHES = {"ultra-condensed": 50, "extra-condensed": 63, "condensed": 75, "semi-condensed": 87, "normal": 100,
+             "semi-expanded": 113, "expanded": 125, "extra-expanded": 150, "ultra-expanded": 200}
+SIZES = ("xx-small", "x-small", "small", "medium", "large", "x-large", "xx-large", "xxx-large", "smaller", "larger")
 # What a browser shows without any family; nobody can say which font that is.
 NO_FAMILY = "serif"
 # Those that are attributes as well.
-PROPERTIES = ("font-family", "font-weight", "font-style", "display")
-# The media whose rules hold: a drawing program shows a document on a screen. Conditions, as in "screen and (min-width: 1px)", are not looked into.
+PROPERTIES = ("font-family", "font-weight", "font-style", "font-stretch", "display")
+# The field of a font that each is about.
+FIELDS = {"font-family": "family", "font-weight": "weight", "font-style": "slant", "font-stretch": "stretch"}
+# The media whose rules hold: a drawing program shows a document on a screen. Conditions, as in
+# "screen and (min-width: 1px)", are not looked into.
 MEDIA = ("all", "screen")
 
 
@@ -20,6 +27,7 @@ class Font:
     family: str = NO_FAMILY
     weight: int = 400
     slant: str = "normal"
+    stretch: int = 100
 
 
 INITIAL = Font()
@@ -33,7 +41,7 @@ class Sheet:
                 self.add(rule)
 
     def add(self, rule) -> None:
-        if rule.type == "at-rule" and rule.lower_at_keyword == "media" and is_for_us(rule.prelude):
+        if rule.type == "at-rule" and rule.lower_at_keyword == "media" and holds_for(tinycss2.serialize(rule.prelude)):
             for within in tinycss2.parse_rule_list(rule.content, skip_comments=True, skip_whitespace=True):
                 self.add(within)
         if rule.type != "qualified-rule":
@@ -62,17 +70,18 @@ class Sheet:
         attributes = element.etree_element
         weakest = [f"{name}: {attributes.get(name)}" for name in PROPERTIES if attributes.get(name)]
         found = parse("; ".join(weakest))
-        for match in sorted(self.matcher.match(element), key=lambda match: match[:2]):
-            found += [declaration for declaration in match[-1] if declaration.type == "declaration"]
+        for _, _, pseudo_element, declarations in sorted(self.matcher.match(element), key=lambda match: match[:2]):
+            # A rule for the first letter, say, is none for the element.
+            if pseudo_element is None:
+                found += [declaration for declaration in declarations if declaration.type == "declaration"]
         found += parse(attributes.get("style") or "")
         # sorted keeps the order of equals.
         return sorted(found, key=lambda declaration: declaration.important)
 
 
-def is_for_us(prelude) -> bool:
-    """Of a rule for media."""
-    queries = "".join(token.serialize() for token in prelude).split(",")
-    return any(query.strip().lower() in MEDIA for query in queries)
+def holds_for(media: str) -> bool:
+    """Media as a rule or a style sheet lists them."""
+    return any(query.strip().lower() in MEDIA for query in media.split(","))
 
 
 def parse(declarations: str) -> list:
@@ -89,15 +98,17 @@ def applied(font: Font, name: str, tokens: list, inherited: Font) -> Font:
         return font
     word = tokens[0].lower_value if tokens[0].type == "ident" else None
     if word == "inherit":
-        field = {"font-family": "family", "font-weight": "weight", "font-style": "slant"}.get(name)
-        return inherited if name == "font" else dataclasses.replace(font, **{field: getattr(inherited, field)}) \
-            if field else font
+        if name == "font":
+            return inherited
+        return dataclasses.replace(font, **{FIELDS[name]: getattr(inherited, FIELDS[name])}) if name in FIELDS else font
     if name == "font-family":
         return dataclasses.replace(font, family=first_family(tokens))
     if name == "font-weight":
         return dataclasses.replace(font, weight=weight_of(tokens[0], inherited.weight))
     if name == "font-style" and word in SLANTS:
         return dataclasses.replace(font, slant=word)
+    if name == "font-stretch":
+        return dataclasses.replace(font, stretch=stretch_of(tokens[0], inherited.stretch))
     if name == "font":
         return shorthand(tokens, inherited)
     return font
@@ -112,6 +123,12 @@ def weight_of(token, inherited: int) -> int:
     if word == "lighter":
         return 400 if inherited > 500 else 100
     return WEIGHTS.get(word, inherited)
+
+
+def stretch_of(token, inherited: int) -> int:
+    if token.type == "percentage":
+        return int(token.value)
+    return STRETCHES.get(token.lower_value if token.type == "ident" else "", inherited)
 
 
 def first_family(tokens: list) -> str:
@@ -129,13 +146,15 @@ def shorthand(tokens: list, inherited: Font) -> Font:
     font = Font(family=inherited.family)
     for i, token in enumerate(tokens):
         word = token.lower_value if token.type == "ident" else ""
-        if token.type in ("dimension", "percentage"):
+        if token.type in ("dimension", "percentage") or word in SIZES:
             rest = tokens[i + 1:]
             if rest and rest[0].type == "literal" and rest[0].value == "/":
                 rest = rest[2:]
             return dataclasses.replace(font, family=first_family(rest))
         if word in SLANTS[1:]:
             font = dataclasses.replace(font, slant=word)
+        elif word in STRETCHES and word != "normal":
+            font = dataclasses.replace(font, stretch=STRETCHES[word])
         elif token.type == "number" or word in ("bold", "bolder", "lighter"):
             font = dataclasses.replace(font, weight=weight_of(token, inherited.weight))
     # Without a size it is no font shorthand, or the name of a font of the system.

@@ -13,8 +13,15 @@ import tools
 
 SVG = "{http://www.w3.org/2000/svg}"
 LINK = "{http://www.w3.org/1999/xlink}href"
+XLINK_HREF = "{http://www.w3.org/1999/xlink}href"
 # What holds text to be shown within a text element; a title or a description does not.
 PARTS_OF_TEXT = tuple(SVG + tag for tag in ("text", "tspan", "textPath", "a"))
+# What is shown only where a `use` names it, or a part of it.
+KEPT_ASIDE = tuple(SVG + tag for tag in ("defs", "symbol"))
+# What is shown only as the look of something else.
+NOT_FOLLOWED = tuple(SVG + tag for tag in ("clipPath", "mask", "pattern", "marker", "foreignObject"))
+# Far more than anybody draws: drawings that show themselves again and again grow without end.
+MOST_ELEMENTS = 1_000_000
 
 
 class Drawing:
@@ -23,35 +30,84 @@ class Drawing:
             self.root = ElementTree.fromstring(kinds.contents(file))
         except ElementTree.ParseError as error:
             raise tools.ImportFailed(f"{file} is not well-formed: {error}") from None
-        self.sheet = style.Sheet(element.text or "" for element in self.root.iter(SVG + "style"))
+        self.file = file
+        self.sheet = style.Sheet(element.text or "" for element in self.root.iter(SVG + "style")
+                                 if style.holds_for(element.get("media") or "all"))
+        self.wrapped = cssselect2.ElementWrapper.from_xml_root(self.root)
+        self.named = {element.id: element for element in self.wrapped.iter_subtree() if element.id}
+        self.elements = 0
 
     def frames(self) -> list[list[str]]:
         """A frame for each text element, with one PostScript name for each run in another font."""
         frames = []
-        wrapped = cssselect2.ElementWrapper.from_xml_root(self.root)
-        self.visit(wrapped, style.INITIAL, None, frames)
+        self.visit(self.wrapped, style.INITIAL, None, frames)
         return frames
 
     def visit(self, element, inherited: style.Font, frame, frames: list) -> None:
         tag = element.etree_element.tag
-        if not self.sheet.is_shown(element) or (frame is not None and tag not in PARTS_OF_TEXT):
+        if not self.sheet.is_shown(element) or not is_understood(element) or tag in KEPT_ASIDE \
+                or (frame is not None and tag not in PARTS_OF_TEXT):
             return
+        if tag in NOT_FOLLOWED:
+            if "".join(element.etree_element.itertext()).strip():
+                tools.warn(f"{self.file}: text in a {element.local_name} is not looked into")
+            return
+        self.show(element, inherited, frame, frames)
+
+    def show(self, element, inherited: style.Font, frame, frames: list) -> None:
+        self.elements += 1
+        if self.elements > MOST_ELEMENTS:
+            raise tools.ImportFailed(f"{self.file} shows more than {MOST_ELEMENTS} elements")
+        tag = element.etree_element.tag
         font = self.sheet.font_of(element, inherited)
         if tag == SVG + "text":
             frame = []
             frames.append(frame)
         add_run(frame, element.etree_element.text, font)
-        for child in element.iter_children():
+        for child in children_of(element):
             self.visit(child, font, frame, frames)
             # What stands behind the child is this element's own text again.
             add_run(frame, child.etree_element.tail, font)
+        if tag == SVG + "use":
+            self.show_used(element, font, frames)
+
+    def show_used(self, element, font: style.Font, frames: list) -> None:
+        """As if it stood here: fonts are inherited from the `use`."""
+        link = link_of(element.etree_element)
+        used = self.named.get(link.removeprefix("#"))
+        if used is None:
+            tools.warn(f"{self.file}: what \"{link}\" names is not in it")
+        elif used.etree_element.tag in KEPT_ASIDE and self.sheet.is_shown(used):
+            self.show(used, font, None, frames)
+        else:
+            self.visit(used, font, None, frames)
 
     def linked_files(self) -> list[str]:
         links = []
         for image in self.root.iter(SVG + "image"):
-            link = image.get("href") or image.get(LINK) or ""
-            links.append(file_named_by(link.strip()))
+            links.append(file_named_by(link_of(image)))
         return list(dict.fromkeys(filter(None, links)))
+
+
+def link_of(element) -> str:
+    return (element.get("href") or element.get(XLINK_HREF) or "").strip()
+
+
+def is_understood(element) -> bool:
+    """What asks for more than an ordinary reader knows is not shown, and of languages the one that is asked for here."""
+    attributes = element.etree_element
+    if attributes.get("systemLanguage") is not None:
+        tools.warn("what the drawing shows depends on the reader's language; English is taken")
+    languages = [each.strip().lower() for each in attributes.get("systemLanguage", "en").split(",")]
+    return not attributes.get("requiredExtensions") and any(re.match("en(-|$)", each) for each in languages)
+
+
+def children_of(element) -> list:
+    """Of a switch, the first one that is understood."""
+    children = list(element.iter_children())
+    if element.etree_element.tag != SVG + "switch":
+        return children
+    return [child for child in children if is_understood(child)][:1]
 
 
 def file_named_by(link: str) -> str:

@@ -1,12 +1,20 @@
-"""Running the programs that know the formats."""
+"""Running the programs that know the formats, and telling what they cannot know."""
 
+import functools
 import subprocess
+import sys
 
 TIME_LIMIT_SECONDS = 120
 
 
 class ImportFailed(Exception):
     """In words for whoever gave the file."""
+
+
+@functools.cache
+def warn(words: str) -> None:
+    """Once, however often it holds."""
+    print(f"import-document: {words}", file=sys.stderr)
 
 
 def run(*command: str) -> bytes:

@@ -24,6 +24,18 @@ class ImportDocument(real_documents.WithRealDocuments):
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         return json.loads(done.stdout)["document"]
 
+    def imported_drawing(self, content, *warnings):
+        """The frames of an SVG, whose elements and style sheets these are."""
+        file = self.write("tried.svg", f'<svg xmlns="http://www.w3.org/2000/svg">{content}</svg>'.encode())
+        done = self.run_on(file)
+        self.assertEqual((done.returncode, done.stderr),
+                         (0, "".join(f"import-document: {warning}\n" for warning in warnings).replace("FILE", str(file))))
+        return json.loads(done.stdout)["document"]["frames"]
+
+    def assert_fonts_by_other_tools(self, *fonts):
+        """Of the drawing that was imported last."""
+        self.assertEqual(real_documents.fonts_by_other_tools(self.folder / "tried.svg", self.folder), set(fonts))
+
     def refusal(self, file):
         done = self.run_on(file)
         self.assertEqual((done.returncode, done.stdout), (2, ""))
@@ -62,36 +74,125 @@ class ImportDocument(real_documents.WithRealDocuments):
                          [["NimbusRoman-Regular", "NimbusRoman-Bold", "DejaVuSans-Oblique", "NimbusRoman-Regular"],
                           ["C059-Roman"]])
 
-    def test_svg_font_that_nobody_has_is_named_after_the_family(self):
-        file = self.write("missing.svg", b'<svg xmlns="http://www.w3.org/2000/svg"><text font-family="Some Family" '
-                          b'font-weight="bold">a</text><text font-family="NimbusRoman-Bold">b</text></svg>')
-        document = json.loads(self.run_on(file).stdout)["document"]
-        self.assertEqual(document["frames"], [["SomeFamily-Bold"], ["NimbusRoman-Bold"]])
+    def test_svg_font_that_nobody_has_is_a_guess_that_is_said(self):
+        guess = 'no font of the family "Some Family" is installed; the PostScript name {} is a guess'.format
+        self.assertEqual(self.imported_drawing(
+            '<text font-family="Some Family" font-weight="bold">a</text>'
+            '<text font-family="Some Family" font-stretch="condensed" font-style="italic">b</text>',
+            guess("SomeFamily-Bold"), guess("SomeFamily-CondensedItalic")),
+            [["SomeFamily-Bold"], ["SomeFamily-CondensedItalic"]])
+
+    def test_svg_family_that_is_a_postscript_name_stays_one(self):
+        self.assertEqual(self.imported_drawing(
+            '<text font-family="NimbusRoman-Bold">a</text><text font-family="MyriadPro-Bold" font-weight="bold">b</text>'),
+            [["NimbusRoman-Bold"], ["MyriadPro-Bold"]])
+
+    def test_svg_family_that_stands_for_any_font_is_said(self):
+        match = subprocess.run(["fc-match", "--format=%{postscriptname}", "cursive"], capture_output=True, check=True,
+                               encoding="utf-8").stdout
+        self.assertEqual(self.imported_drawing(
+            '<text font-family="cursive">a</text>',
+            f'"cursive" is no font\'s name; this machine takes {match} for it, another one may not'), [[match]])
+
+    def test_svg_width_of_a_font(self):
+        wide = "<text font-family='DejaVu Serif'>a<tspan font-stretch='{0}'>b</tspan>" \
+            "<tspan style='font: {0} 9px DejaVu Serif'>c<tspan style='font-stretch: normal'>d</tspan></tspan></text>"
+        self.assertEqual(self.imported_drawing(wide.format("semi-condensed")),
+                         [["DejaVuSerif", "DejaVuSerifCondensed", "DejaVuSerif"]])
+        self.assert_fonts_by_other_tools("DejaVuSerif", "DejaVuSerifCondensed")
+
+    def test_svg_sizes_in_words(self):
+        self.assertEqual(self.imported_drawing(
+            "<text style='font: bold medium/2 C059'>a</text><text style='font: italic x-large P052, serif'>b</text>"),
+            [["C059-Bold"], ["P052-Italic"]])
+        self.assert_fonts_by_other_tools("C059-Bold", "P052-Italic")
+
+    def test_svg_style_sheets_and_rules_for_something_else(self):
+        self.assertEqual(self.imported_drawing(
+            "<style>text { font-family: P052 } text::first-letter { font-family: A }</style>"
+            "<style media='print'>text { font-family: B }</style><style media='tv, screen'>.c { font-family: C059 }</style>"
+            "<text>a<tspan class='c'>b</tspan></text>"), [["P052-Roman", "C059-Roman"]])
+
+    def test_svg_text_that_is_kept_aside_is_shown_where_it_is_used(self):
+        self.assertEqual(self.imported_drawing(
+            "<defs><text font-family='A'>a</text><text id='kept'>b</text></defs><symbol><text font-family='B'>c</text>"
+            "</symbol><symbol id='sign'><text font-family='C059'>d</text></symbol><g font-family='P052'>"
+            "<use href='#kept'/><use xmlns:x='http://www.w3.org/1999/xlink' x:href='#sign'/></g>"),
+            [["P052-Roman"], ["C059-Roman"]])
+        self.assert_fonts_by_other_tools("P052-Roman", "C059-Roman")
+
+    def test_svg_that_shows_itself_is_refused(self):
+        file = self.write("itself.svg", b'<svg xmlns="http://www.w3.org/2000/svg"><g id="a"><use href="#a"/></g></svg>')
+        self.assertEqual(self.refusal(file), "FILE: its elements are nested too deep")
+
+    def test_svg_what_is_not_looked_into_is_said(self):
+        self.assertEqual(self.imported_drawing(
+            "<pattern><text font-family='A'>a</text></pattern><clipPath><path/></clipPath><use href='other.svg#a'/>"
+            "<text font-family='C059'>b</text>", "FILE: text in a pattern is not looked into",
+            'FILE: what "other.svg#a" names is not in it'), [["C059-Roman"]])
+
+    def test_svg_switch_shows_the_first_that_is_understood(self):
+        self.assertEqual(self.imported_drawing(
+            "<switch><foreignObject requiredExtensions='urn:a'>x</foreignObject><text font-family='C059'>a</text>"
+            "<text font-family='A'>b</text></switch>"), [["C059-Roman"]])
+        self.assertEqual(self.imported_drawing(
+            "<switch><text systemLanguage='de' font-family='A'>a</text><text systemLanguage='fr, en-GB' "
+            "font-family='P052'>b</text><text font-family='B'>c</text></switch>",
+            "what the drawing shows depends on the reader's language; English is taken"), [["P052-Roman"]])
+
+    def test_svg_in_utf_16(self):
+        text = real_documents.DRAWING.replace("UTF-8", "UTF-16")
+        for encoding in ("utf-16-le", "utf-16-be"):
+            file = self.write("wide.svg", ("\ufeff" + text).encode(encoding))
+            self.assertEqual(json.loads(self.run_on(file).stdout)["document"]["frames"],
+                             self.document("drawing.svg")["frames"])
+
+    def test_font_without_a_name_is_said(self):
+        pages = self.folder / "drawn.pdf"
+        real_documents.run("gs", "-q", "-sDEVICE=pdfwrite", f"-sOutputFile={pages}", "-dBATCH", "-dNOPAUSE", "-",
+                           stdin=real_documents.FONT_OF_ITS_OWN.encode())
+        done = self.run_on(pages)
+        self.assertEqual(json.loads(done.stdout)["document"]["frames"], [["Helvetica"]])
+        self.assertEqual(done.stderr, f"import-document: page 1 of {pages}: a font that is drawn by the document itself "
+                         "has no name, and is left out\n")
+
+    def test_page_that_cannot_be_read_is_refused(self):
+        pages = self.files["typeset.pdf"].read_bytes()
+        self.assertEqual(pages.count(b"/Count 2"), 1)
+        self.assertEqual(self.refusal(self.write("pages.pdf", pages.replace(b"/Count 2", b"/Count 3"))),
+                         "page 3 of FILE cannot be read")
+
+    def test_name_that_cannot_be_opened_is_refused(self):
+        for name in ("aux.svg", "dot.", "x${work}.svg", "line\nfeed.svg", "com1"):
+            with self.subTest(name):
+                done = self.run_on(self.write(name, real_documents.DRAWING.encode()))
+                self.assertEqual((done.returncode, done.stdout), (2, ""))
+                self.assertIn(f"Windows or a scenario cannot name {ascii(name)}; rename it", done.stderr)
 
     def test_linked_files(self):
         placed = {name: self.document(name)["placed"] for name in self.files}
         self.assertEqual(placed, {
             "typeset.pdf": [], "typeset.eps": [], "Überschrift.pdf": [], "scripts.pdf": [],
-            "drawing.svg": ["${work}\\Pictures\\A harbour.png"], "diagram.svg": ["${work}\\Pictures\\A logo.png"],
-            "illustration.ai": ["C:\\Jobs\\Logo.psd", "${work}\\Links\\Photo.tif"],
+            "drawing.svg": ["${work}\\Job\\Pictures\\A harbour.png"], "diagram.svg": ["${work}\\Job\\Pictures\\A logo.png"],
+            "illustration.ai": ["C:\\Jobs\\Logo.psd", "${work}\\Job\\Links\\Photo.tif"],
             "advertisement.eps": ["Z:\\Volumes\\Pictures\\A large photo.tif"],
         })
 
     def test_links_are_those_that_other_tools_find(self):
         sizes = real_documents.PICTURES
         for name in ("drawing.svg", "diagram.svg"):
-            linked = [link.removeprefix("${work}\\").replace("\\", "/") for link in self.document(name)["placed"]]
+            linked = [link.removeprefix("${work}\\Job\\").replace("\\", "/") for link in self.document(name)["placed"]]
             self.assertEqual([sizes[link] for link in linked],
                              real_documents.pictures_of_svg(self.files[name], self.folder), name)
         self.assertEqual(real_documents.links_in_metadata(self.files["illustration.ai"]),
                          list(real_documents.LINKS_OF_ILLUSTRATION))
 
     def test_links_of_an_svg_are_addresses(self):
-        links = {"a.png?size=2#part": "${work}\\a.png", "b%3F%23.png": "${work}\\b?#.png", "#part": None,
+        links = {"a.png?size=2#part": "${work}\\Job\\a.png", "b%3F%23.png": "${work}\\Job\\b?#.png", "#part": None,
                  "https://host/c.png": None, "http://host/c.png": None, "//host/c.png": None, "data:image/png,": None,
                  "file:///D:/d%20e.png?x#y": "D:\\d e.png", "file://localhost/f.png": "Z:\\f.png",
                  "file://server/share/g.png": "\\\\server\\share\\g.png", "C:\\h#1.png": "C:\\h#1.png", " i.png ":
-                     "${work}\\i.png"}
+                     "${work}\\Job\\i.png"}
         images = "".join(f'<image href="{link}"/>' for link in links)
         file = self.write("links.svg", f'<svg xmlns="http://www.w3.org/2000/svg">{images}</svg>'.encode())
         self.assertEqual(json.loads(self.run_on(file).stdout)["document"]["placed"], list(filter(None, links.values())))
@@ -130,13 +231,13 @@ class ImportDocument(real_documents.WithRealDocuments):
 
     def test_name_that_windows_does_not_allow(self):
         document = json.loads(self.run_on(self.write("Price: 5.svg", real_documents.DRAWING.encode())).stdout)
-        self.assertEqual((document["title"], document["document"]["path"]), ("Price_ 5.svg", "${work}\\Price_ 5.svg"))
+        self.assertEqual((document["title"], document["document"]["path"]), ("Price_ 5.svg", "${work}\\Job\\Price_ 5.svg"))
 
     def test_document_names_its_file(self):
         done = json.loads(self.run_on(self.files["Überschrift.pdf"]).stdout)
         self.assertEqual(done["title"], "Überschrift.pdf")
         self.assertEqual(done["source"], "Z:" + str(self.files["Überschrift.pdf"].resolve()).replace("/", "\\"))
-        self.assertEqual(done["document"]["path"], "${work}\\Überschrift.pdf")
+        self.assertEqual(done["document"]["path"], "${work}\\Job\\Überschrift.pdf")
 
     def test_output_file(self):
         output = self.folder / "document.json"

@@ -14,9 +14,9 @@ import real_documents
 
 IMPORT, EXAMPLE, *SIMHOST = sys.argv[1:]
 LINKS = {
-    "drawing.svg": ["${work}\\Pictures\\A harbour.png"],
-    "diagram.svg": ["${work}\\Pictures\\A logo.png"],
-    "illustration.ai": ["C:\\Jobs\\Logo.psd", "${work}\\Links\\Photo.tif"],
+    "drawing.svg": ["${work}\\Job\\Pictures\\A harbour.png"],
+    "diagram.svg": ["${work}\\Job\\Pictures\\A logo.png"],
+    "illustration.ai": ["C:\\Jobs\\Logo.psd", "${work}\\Job\\Links\\Photo.tif"],
     "advertisement.eps": ["Z:\\Volumes\\Pictures\\A large photo.tif"],
 }
 
@@ -43,6 +43,7 @@ class OpenDocument(real_documents.WithRealDocuments):
                 path = told["HandleOpenExistingDocument"]["path"]
                 work, _, opened = path.rpartition("\\")
                 self.assertEqual(opened, name)
+                work = work.removesuffix("\\Job")
                 self.assertEqual(report["LinkedDocuments"],
                                  [link.replace("${work}", work) for link in LINKS.get(name, [])])
                 self.assertEqual(told["HandleCloseDocument"]["report"], told["HandleSaveDocument"]["report"])
@@ -73,6 +74,27 @@ class OpenDocument(real_documents.WithRealDocuments):
                     self.assertIn("is no name of a file", done.stderr)
                     self.assertTrue((somebodys / "thesis.txt").exists())
 
+    def test_source_is_relative_to_the_document(self):
+        document = self.folder / "moved.json"
+        document.write_text(json.dumps({"title": "drawing.svg", "source": "drawing.svg",
+                                        "document": {"path": "${work}\\Job\\drawing.svg"}}), encoding="utf-8")
+        done = subprocess.run([*SIMHOST, "open", str(document), "--quiet"], capture_output=True, check=False, encoding="utf-8",
+                              cwd=self.folder.parent)
+        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+
+    def test_two_documents_of_one_name_are_refused(self):
+        documents = []
+        for folder, name in (("one", "A drawing.svg"), ("other", "a DRAWING.svg")):
+            drawing = self.folder / folder / name
+            drawing.parent.mkdir()
+            drawing.write_text(real_documents.DRAWING, encoding="utf-8")
+            documents.append(self.folder / f"{folder}.json")
+            real_documents.run(IMPORT, str(drawing), "--output", str(documents[-1]))
+        done = subprocess.run([*SIMHOST, "window", *map(str, documents)], capture_output=True, check=False, encoding="utf-8")
+        self.assertEqual(done.returncode, 2, done.stdout + done.stderr)
+        self.assertRegex(done.stderr, r"two documents have the same name: .*one\\A drawing.svg and .*other\\a DRAWING.svg; "
+                         "rename one of the files, and import it again")
+
     def test_options_are_those_of_play(self):
         document, outputs = self.folder / "options.json", self.folder / "outputs"
         outputs.mkdir()
@@ -84,7 +106,7 @@ class OpenDocument(real_documents.WithRealDocuments):
         self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
         self.assertIn("\033[", done.stdout)
         self.assertNotIn("HandleSaveDocument", done.stdout)
-        self.assertTrue((outputs / "run" / "drawing.svg").exists())
+        self.assertTrue((outputs / "run" / "Job" / "drawing.svg").exists())
         junit = (outputs / "junit.xml").read_text(encoding="utf-8")
         self.assertIn('tests="1"', junit)
         # Nobody has written a scenario.

@@ -77,6 +77,21 @@ showpage
 %%EOF
 """
 
+# Its letters are drawings in the document.
+FONT_OF_ITS_OWN = """%!PS
+/Drawn 8 dict def Drawn begin
+/FontType 3 def /FontMatrix [.001 0 0 .001 0 0] def /FontBBox [0 0 1000 1000] def
+/Encoding 256 array def 0 1 255 { Encoding exch /.notdef put } for Encoding 97 /square put
+/CharProcs 2 dict def CharProcs begin /.notdef {} def /square { 0 0 750 750 rectfill } def end
+/BuildGlyph { 1000 0 0 0 750 750 setcachedevice exch /CharProcs get exch get exec } bind def
+/BuildChar { 1 index /Encoding get exch get 1 index /BuildGlyph get exec } bind def
+end
+/Named Drawn definefont pop
+/Named findfont 20 scalefont setfont 100 100 moveto (aaa) show
+/Helvetica findfont 20 scalefont setfont 100 200 moveto (Hello) show
+showpage
+"""
+
 
 def run(*command, stdin: bytes = b"", cwd: pathlib.Path | None = None) -> bytes:
     return subprocess.run(command, input=stdin, capture_output=True, check=True, cwd=cwd).stdout
@@ -132,17 +147,20 @@ class WithRealDocuments(unittest.TestCase):
 
 
 def fonts_by_other_tools(file: pathlib.Path, folder: pathlib.Path) -> set[str]:
-    """The PostScript names without the prefixes of subsets: of a PDF as pdffonts lists them; of an EPS as its own header
-    names them, else as pdffonts lists them of the PDF that Ghostscript makes; of an SVG as librsvg embeds them."""
+    """The PostScript names without the prefixes of subsets: of a PDF as pdffonts lists them; of an EPS as Ghostscript's
+    interpreter meets them while it extracts the text, without a PDF in between; of an SVG as librsvg embeds them."""
     if file.suffix == ".eps":
-        needed = re.findall(rb"^%%DocumentNeededResources: font (.*)$", file.read_bytes(), re.MULTILINE)
-        if needed:
-            return set(needed[0].decode().split())
-        file = converted(file, folder, "ps2pdf", str(file))
-    elif file.suffix == ".svg":
+        text = run("gs", "-q", "-dSAFER", "-sDEVICE=txtwrite", "-dTextFormat=0", "-sOutputFile=-", "-dBATCH", "-dNOPAUSE",
+                   str(file)).decode()
+        return {without_prefix(font) for font in re.findall('<span [^>]*font="([^"]*)"', text)}
+    if file.suffix == ".svg":
         file = converted(file, folder, "rsvg-convert", "--format=pdf", str(file), "--output")
     lines = run("pdffonts", str(file)).decode().splitlines()[2:]
-    return {re.sub(r"^[A-Z]{6}\+", "", line.split()[0]) for line in lines}
+    return {without_prefix(line.split()[0]) for line in lines}
+
+
+def without_prefix(font: str) -> str:
+    return re.sub(r"^[A-Z]{6}\+", "", font)
 
 
 def converted(file: pathlib.Path, folder: pathlib.Path, *command: str) -> pathlib.Path:

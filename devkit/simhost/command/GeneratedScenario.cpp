@@ -58,9 +58,13 @@ bool IsClaimed(const std::string& path) {
     });
 }
 
-// Lays out the document's file under its own name. The files that it links are not laid out: only their paths are used.
+// Lays out the document's file where the document says that it is, if that is in the folder of the run. The files that
+// it links are not laid out: only their paths are used.
 void AddDocument(Json& scenario, const ImportedDocument& imported) {
-    scenario["files"].push_back({{"path", imported.title}, {"from", imported.source}});
+    const std::string path = imported.document.value("path", "");
+    if (path.starts_with("${work}")) {
+        scenario["files"].push_back({{"path", path}, {"from", imported.source}});
+    }
     scenario["host"]["documents"][imported.title] = imported.document;
 }
 

@@ -27,9 +27,13 @@ bool IsFileName(const std::string& title) {
     return !title.empty() && title != "." && title != ".." && title.find_first_of("\\/:*?\"<>|") == std::string::npos;
 }
 
-ImportedDocument Read(const Json& value, const Place& place) {
+// `folder` is where the document lies: what its source is relative to, if it is.
+ImportedDocument Read(const Json& value, const std::filesystem::path& folder, const Place& place) {
     ObjectReader reader(value, place, kKeys);
     ImportedDocument imported{reader.NeedText("title"), reader.NeedText("source"), Json::object()};
+    if (const std::filesystem::path source(Wide(imported.source)); !source.has_root_directory()) {
+        imported.source = Utf8((folder / source).wstring());
+    }
     if (!IsFileName(imported.title)) {
         reader.PlaceOf("title").Complain("\"" + imported.title + "\" is no name of a file");
     }
@@ -67,7 +71,7 @@ ImportedDocument ReadImportedDocument(const std::filesystem::path& file) {
     ImportedDocument imported;
     if (text.readable) {
         StoryContext context{name, "", text.positions, problems, kSomePlaceholders.at("work")};
-        imported = Read(text.value, Place(context));
+        imported = Read(text.value, std::filesystem::absolute(file).parent_path(), Place(context));
     }
     if (!problems.Empty()) {
         std::vector<std::string> lines = problems.Lines(name, 1);

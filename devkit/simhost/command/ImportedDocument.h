@@ -10,7 +10,7 @@ namespace simhost {
 // NOLINTNEXTLINE(bugprone-exception-escape): the JSON's move throws nothing
 struct ImportedDocument {
     std::string title;                // a name of a file
-    std::string source;               // the file that it was made from
+    std::string source;               // the file that it was made from; not relative
     nlohmann::ordered_json document;  // as a scenario describes one
 };
 

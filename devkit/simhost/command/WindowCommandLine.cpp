@@ -1,4 +1,8 @@
+#include <windows.h>
+
+#include <map>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -19,6 +23,19 @@ struct Texts {
     RunTexts run;
 };
 
+// The host tells its documents apart by their names, and Windows their files, without regard to case.
+void CheckNamesDiffer(const std::vector<ImportedDocument>& documents) {
+    std::map<std::wstring, std::string> titles;
+    for (const ImportedDocument& document : documents) {
+        std::wstring folded = Wide(document.title);
+        CharUpperW(folded.data());
+        if (const auto [other, isNew] = titles.emplace(folded, document.source); !isNew) {
+            throw std::runtime_error("two documents have the same name: " + other->second + " and " + document.source +
+                                     "; rename one of the files, and import it again");
+        }
+    }
+}
+
 int ShowWindow(const Texts& texts) {
     std::vector<ImportedDocument> documents;
     std::string command = "window";
@@ -26,6 +43,7 @@ int ShowWindow(const Texts& texts) {
         documents.push_back(ReadImportedDocument(Wide(document)));
         command += " " + AsShellWord(document);
     }
+    CheckNamesDiffer(documents);
     ListenForCancellation();
     PlayOptions options = OptionsOf(texts.run);
     const GeneratedScenario scenario(L"window.json", ScenarioWithWindow(documents), !options.noWait);
