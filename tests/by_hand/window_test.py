@@ -1,14 +1,15 @@
 #!/usr/bin/env python3
 """`simhost window` is operated by a real mouse and real keys, and watched on the screen.
 
-On the command line follow: the folder for the screenshots, the program that reads windows, a PluginCore of one's own, the
-command that runs a Windows program, simhost.
+On the command line follow: the folder for the screenshots, the program that reads windows, a PluginCore of one's own
+with the faulty ones beside it, the command to import a document, the one that runs a Windows program, simhost.
 """
 
 import json
 import os
 import pathlib
 import re
+import shutil
 import signal
 import subprocess
 import sys
@@ -20,7 +21,8 @@ sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "support"))
 
 import wine_session  # noqa: E402
 
-SCREENSHOTS, READ_WINDOW, EXAMPLE, RUN, SIMHOST = sys.argv[1:]
+SCREENSHOTS, READ_WINDOW, EXAMPLE, IMPORT, RUN, SIMHOST = sys.argv[1:]
+SHOWS_DIALOG = str(pathlib.Path(EXAMPLE).with_name("FaultyShowsDialog.dll"))
 TITLE = "Host by hand"
 PATIENCE_SECONDS = 60
 # Where the first menu is, in pixels from the window's corner.
@@ -94,6 +96,11 @@ class HostByHand:
 
     def documents(self) -> list[str]:
         return self.of_class("ListBox")[0]["lines"]
+
+    def wait_for_dialog(self, title: str) -> str:
+        return wait_for(f"the dialog {title}", lambda: subprocess.run(
+            ["xdotool", "search", "--onlyvisible", "--name", f"^{title}$"], capture_output=True, encoding="utf-8",
+            check=False).stdout.split())[0]
 
     def wait_for_documents(self, *lines: str):
         wait_for(f"the list {lines}", lambda: self.documents() == list(lines))
@@ -173,6 +180,15 @@ def different_pixels(one: pathlib.Path, other: pathlib.Path) -> int:
     return int(float(done.stderr.split()[0]))
 
 
+def imported(folder: str, name: str) -> str:
+    """A drawing with two text elements, as a document of the kit."""
+    drawing, document = pathlib.Path(folder) / name, pathlib.Path(folder) / f"{name}.json"
+    drawing.write_text("<svg xmlns='http://www.w3.org/2000/svg'><text font-family='P052'>a<tspan font-family='C059'>b"
+                       "</tspan></text><text font-family='P052'>c</text></svg>", encoding="utf-8")
+    tool(IMPORT, str(drawing), "--output", str(document))
+    return str(document)
+
+
 class Window(unittest.TestCase):
     def start(self, *options: str) -> HostByHand:
         host = HostByHand(*options)
@@ -196,7 +212,7 @@ class Window(unittest.TestCase):
         host.wait_for_documents("Brochure (current)")
         self.assertFalse(host.control("Open")["enabled"])
         fonts, trace = host.of_class("Edit")
-        self.assertEqual(fonts["text"], "Garamond-Bold, Frutiger-Light, Optima-Roman")
+        self.assertEqual(fonts["text"], "Garamond-Bold, Frutiger-Light; Optima-Roman")
 
         host.open_menu()
         host.expect("^A menu is opened$", '"AI Menu"/"AI Update" Fonts -> 0', '"AI Update" About the Font Manager -> 0')
@@ -253,9 +269,7 @@ class Window(unittest.TestCase):
     def raise_dialog(self, host: HostByHand) -> str:
         host.press('Raise "Missing Fonts"')
         host.expect("^The host shows a dialog$")
-        return wait_for("the dialog", lambda: subprocess.run(
-            ["xdotool", "search", "--onlyvisible", "--name", "^Missing Fonts$"], capture_output=True,
-            encoding="utf-8", check=False).stdout.split())[0]
+        return host.wait_for_dialog("Missing Fonts")
 
     def test_a_dialog_that_nobody_dismisses_stays_until_a_person_closes_it(self):
         host = self.start()
@@ -275,9 +289,24 @@ class Window(unittest.TestCase):
     def test_a_plugincore_of_ones_own_and_the_options_of_play(self):
         with tempfile.TemporaryDirectory() as folder:
             record, events, junit = (pathlib.Path(folder) / name for name in ("record.json", "events.jsonl", "junit.xml"))
-            host = self.start("--plugincore", EXAMPLE, "--record", str(record), "--json-lines", str(events), "--junit",
+            document = imported(folder, "Untitled-1")
+            host = self.start(document, "--plugincore", EXAMPLE, "--record", str(record), "--json-lines", str(events), "--junit",
                               str(junit), "--color", "always")
             host.expect("About the Example")
+            host.click_document(0)
+            host.press("Open")
+            host.expect("Untitled-1 is opened", r"path: <work>\\Job\\Untitled-1$")
+            fonts = "P052-Roman, C059-Roman; P052-Roman"
+            self.assertEqual(host.of_class("Edit")[0]["text"], fonts)
+            host.press("Change")
+            host.expect("Untitled-1 is changed")
+            host.wait_for_documents("Untitled-1 (current, changed)")
+            self.assertEqual(host.of_class("Edit")[0]["text"], fonts)
+            # The imported one stays what it is.
+            host.press("New")
+            host.expect("A document is created", "AI Document New Notifier, Untitled-2 -> 0")
+            # The host is idle once a second; what it tells again and again is counted.
+            wait_for("a repeated tick", lambda: '"event":"repeated"' in events.read_text(encoding="utf-8"))
             host.open_menu()
             host.wait_for_menus(1)
             host.keys("Up", "Return")
@@ -286,10 +315,34 @@ class Window(unittest.TestCase):
             host.expect("Passed: ")
             self.assertIn("\033[", host.printed())
             self.assertTrue(json.loads(record.read_text(encoding="utf-8"))["passed"])
-            calls = [event["entry"] for event in map(json.loads, events.read_text(encoding="utf-8").splitlines())
-                     if event["event"] == "call"]
+            told = [json.loads(line) for line in events.read_text(encoding="utf-8").splitlines()]
+            calls = [event["entry"] for event in told if event["event"] == "call"]
             self.assertIn("HandleMenuSelection", calls)
+            self.assertGreater(sum(event["calls"] for event in told if event["event"] == "repeated"), 0)
+            observed = [name for event in told if event["event"] == "step_end" for call in event["observed"].get("calls", [])
+                        for name in call]
+            self.assertEqual(observed.count("IdleEvent"), calls.count("IdleEvent"))
             self.assertIn('tests="1"', junit.read_text(encoding="utf-8"))
+
+    def test_a_dialog_of_the_plugincore_waits_for_the_person_and_an_act_that_throws_ends_the_window(self):
+        with tempfile.TemporaryDirectory() as folder:
+            work = pathlib.Path(folder) / "run"
+            host = self.start(imported(folder, "drawing.svg"), "--plugincore", SHOWS_DIALOG, "--step-time-limit", "2",
+                              "--work-folder", str(work))
+            host.expect("The host is idle")
+            host.click_document(0)
+            host.press("Open")
+            host.wait_for_dialog("Font manager")
+            time.sleep(5)
+            host.wait_for_dialog("Font manager")
+            host.keys("Return")
+            host.wait_for_documents("drawing.svg (current)")
+            # Where the document was nothing can be saved any more.
+            shutil.rmtree(work / "Job")
+            (work / "Job").write_text("in the way", encoding="utf-8")
+            host.press("Save As")
+            self.assertEqual(host.process.wait(PATIENCE_SECONDS), 1)
+            host.expect("^drawing.svg is saved under another name$", "not-reached")
 
 
 if __name__ == "__main__":

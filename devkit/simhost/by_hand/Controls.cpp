@@ -26,7 +26,7 @@ struct Label {
 
 constexpr Label kLabels[] = {
     {L"Documents", {0, 1, 0, 8}},
-    {L"Fonts of the document's text, separated by commas", {12, 1, 0, 8}},
+    {L"Fonts of the text: a, b in one frame; c in the next", {12, 1, 0, 8}},
     {L"The font manager's panel", {16, 1, 0, 8}},
 };
 

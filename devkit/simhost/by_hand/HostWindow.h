@@ -53,7 +53,7 @@ class HostWindow {
     void ShowTrace();
     void ShowDocuments(const std::vector<DocumentLine>& documents);
     void ShowPanel(const std::string& text);
-    // Comma-separated PostScript names.
+    // PostScript names.
     void ShowFonts(const std::string& fonts);
     std::string Fonts() const;
     // The selected document's name; empty when none is.

@@ -26,27 +26,38 @@ bool IsOpen(const std::string& document) {
 // One that was never saved has a bare title for a path.
 bool HasFile(const Document& document) { return document.path.find('\\') != std::string::npos; }
 
+// The runs of a frame are separated by commas, frames by semicolons.
 std::string FontsOf(const Document& document) {
     std::string fonts;
     for (const TextFrame& frame : document.frames) {
+        std::string runs;
         for (const std::string& font : frame.runs) {
-            fonts += (fonts.empty() ? "" : ", ") + font;
+            runs += (runs.empty() ? "" : ", ") + font;
         }
+        fonts += (fonts.empty() || runs.empty() ? "" : "; ") + runs;
     }
     return fonts;
 }
 
-std::vector<TextFrame> FramesWith(const std::string& fonts) {
-    TextFrame frame;
-    std::istringstream stream(fonts);
-    for (std::string font; std::getline(stream, font, ',');) {
-        font.erase(0, font.find_first_not_of(' '));
-        font.erase(font.find_last_not_of(' ') + 1);
-        if (!font.empty()) {
-            frame.runs.push_back(font);
+std::vector<std::string> Parts(const std::string& text, char separator) {
+    std::vector<std::string> parts;
+    std::istringstream stream(text);
+    for (std::string part; std::getline(stream, part, separator);) {
+        part.erase(0, part.find_first_not_of(' '));
+        part.erase(part.find_last_not_of(' ') + 1);
+        if (!part.empty()) {
+            parts.push_back(part);
         }
     }
-    return frame.runs.empty() ? std::vector<TextFrame>() : std::vector{std::move(frame)};
+    return parts;
+}
+
+std::vector<TextFrame> FramesWith(const std::string& fonts) {
+    std::vector<TextFrame> frames;
+    for (const std::string& runs : Parts(fonts, ';')) {
+        frames.emplace_back().runs = Parts(runs, ',');
+    }
+    return frames;
 }
 
 std::vector<DocumentLine> DocumentLines() {
@@ -166,20 +177,15 @@ void WindowSession::OnMenuItem(const void* item) {
     }
 }
 
-// A tick is shown only when it brings about something that none has brought about since the last act.
 void WindowSession::OnIdle() {
     const auto timers = static_cast<std::int64_t>(Host().model.ActiveTimers().size());
     if (timers == 0 || std::exchange(mActs, true)) {
         return;
     }
-    const std::vector<std::string> lines = mPerformance.report.People().HoldBack([&] {
+    const bool isTold = mPerformance.report.TellIfNew("The host is idle", mTicksShown, [&] {
         Play("tick", Tick{1, timers});
     });
-    if (mTicksShown.insert(lines).second) {
-        mPerformance.report.People().Step("The host is idle");
-        for (const std::string& line : lines) {
-            mPerformance.report.People().Line(0, line);
-        }
+    if (isTold) {
         // Not the fonts: somebody may be typing.
         ShowWhatThePluginMade();
     }
@@ -209,7 +215,9 @@ void WindowSession::Play(const char* verb, Action action) {
 
 void WindowSession::New() {
     Document document;
-    document.name = "Untitled-" + std::to_string(++mCreated);
+    do {
+        document.name = "Untitled-" + std::to_string(++mCreated);
+    } while (Host().model.documents.contains(document.name));
     document.path = document.name;
     document.frames = FramesWith(mWindow.Fonts());
     const std::string name = document.name;
@@ -262,7 +270,9 @@ void WindowSession::Close(const std::string& name) {
 
 void WindowSession::ChangeFonts(const std::string& name) {
     DocumentChange change;
-    change.frames = FramesWith(mWindow.Fonts());
+    if (mWindow.Fonts() != FontsOf(Host().model.Named(name))) {
+        change.frames = FramesWith(mWindow.Fonts());
+    }
     change.modified = true;
     Play("change", EditDocument{name, change, "AI Document Changed Notifier"});
 }

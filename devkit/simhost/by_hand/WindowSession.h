@@ -49,9 +49,10 @@ class WindowSession {
     Performance& mPerformance;
     HostWindow mWindow;
     bool mActs = false;
-    std::int64_t mCreated = 0;                       // new documents so far
-    std::string mTold;                               // to the panel, last
-    std::set<std::vector<std::string>> mTicksShown;  // since the last act
+    std::int64_t mCreated = 0;  // new documents so far
+    std::string mTold;          // to the panel, last
+    // What ticks have brought about since the last act: another that does the same is not told.
+    std::set<std::vector<std::string>> mTicksShown;
 };
 
 }  // namespace simhost

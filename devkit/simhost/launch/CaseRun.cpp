@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
+#include <variant>
 #include <vector>
 
 #include "doubles/common/Text.h"
@@ -123,7 +124,10 @@ WatchLimits LimitsOf(const Scenario& scenario, const RunOptions& options) {
     const std::int64_t run = options.timeLimitSeconds.value_or(scenario.timeLimitSeconds.value_or(kUsualSeconds));
     const std::int64_t step =
         options.stepTimeLimitSeconds.value_or(scenario.stepTimeLimitSeconds.value_or(kUsualStepSeconds));
-    return {run, step};
+    const bool hasPerson = std::any_of(scenario.steps.begin(), scenario.steps.end(), [](const Step& each) {
+        return std::holds_alternative<OperateByHand>(each.action);
+    });
+    return {run, step, true, hasPerson};
 }
 
 // There is a result in any case afterwards.

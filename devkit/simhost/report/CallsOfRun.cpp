@@ -1,6 +1,5 @@
 #include "simhost/report/CallsOfRun.h"
 
-#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <utility>
@@ -24,12 +23,14 @@ bool IsCall(const Json& event) { return event.value("event", std::string()) == "
 
 void TellLostCalls(const std::filesystem::path& events, std::size_t offset, const std::filesystem::path& journal) {
     const std::vector<Json> told = ReadEvents(events, offset);
-    const auto count = std::count_if(told.begin(), told.end(), [](const Json& event) {
-        return IsCall(event) && event.value("library", std::string()) == "plugincore";
-    });
+    std::size_t count = 0;
+    for (const Json& event : told) {
+        count += IsCall(event) && event.value("library", std::string()) == "plugincore" ? 1 : 0;
+        count += event.value("event", std::string()) == "repeated" ? event.value("calls", std::size_t{0}) : 0;
+    }
     EndLine(events);
     EventLog log(events);
-    for (const PluginCoreCall& call : ReadJournal(journal, static_cast<std::size_t>(count))) {
+    for (const PluginCoreCall& call : ReadJournal(journal, count)) {
         Json members = {{"library", "plugincore"}};
         members.update(AsJson(call));
         log.Write("call", members);

@@ -1,6 +1,7 @@
 #include "simhost/report/RunReport.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include "doubles/host/Host.h"
@@ -20,6 +21,10 @@ constexpr int kCallIndent = 6;
 const char* NameOf(Library library) { return library == Library::kPluginCore ? "plugincore" : "messaging"; }
 const char* KeyOf(Library library) { return library == Library::kPluginCore ? "calls" : "bus_calls"; }
 
+bool IsCallOfPluginCore(const std::pair<std::string, Json>& event) {
+    return event.first == "call" && event.second.value("library", "") == NameOf(Library::kPluginCore);
+}
+
 std::string HeadingOf(std::size_t number, const Step& step) {
     return std::to_string(number) + ". " + (step.say.empty() ? step.inShort : step.say);
 }
@@ -31,7 +36,7 @@ RunReport::RunReport(const Scenario& scenario, Transcript transcript, const std:
 
 void RunReport::BeginRun(const std::string& name) {
     mTranscript.Title(mScenario.title);
-    mEvents.Write("run_begin", {{"run", name}, {"title", mScenario.title}, {"steps", mScenario.steps.size()}});
+    Write("run_begin", {{"run", name}, {"title", mScenario.title}, {"steps", mScenario.steps.size()}});
 }
 
 void RunReport::BeginStep(std::size_t number, const Step& step) {
@@ -48,6 +53,14 @@ void RunReport::BeginEnd() {
     Open("After the last step", {{"step", nullptr}});
 }
 
+void RunReport::Write(const std::string& event, Json members) {
+    if (mHeldBack) {
+        mHeldBack->emplace_back(event, std::move(members));
+    } else {
+        mEvents.Write(event, members);
+    }
+}
+
 void RunReport::Open(const std::string& heading, Json members) {
     EndStep();
     mStep = std::move(members);
@@ -55,7 +68,7 @@ void RunReport::Open(const std::string& heading, Json members) {
     mObserved = Json::object();
     mBegan = std::chrono::steady_clock::now();
     mTranscript.BeginStep(heading);
-    mEvents.Write("step_begin", mStep);
+    Write("step_begin", mStep);
 }
 
 void RunReport::EndStep() {
@@ -69,7 +82,7 @@ void RunReport::EndStep() {
                           {"ms", std::chrono::duration_cast<std::chrono::milliseconds>(time).count()},
                           {"observed", mObserved}};
     mTranscript.EndStep(mPassed);
-    mEvents.Write("step_end", members);
+    Write("step_end", members);
     mStep = nullptr;
 }
 
@@ -99,23 +112,23 @@ void RunReport::TellViolations() {
         for (std::size_t i = 0; inLines && i < explained->second.size(); ++i) {
             mTranscript.Line(kMessageIndent + 4, explained->second[i], tone);
         }
-        mEvents.Write("complaint", {{"step", mStep["step"]},
-                                    {"rule", rule},
-                                    {"text", violation.text},
-                                    {"amount", violation.amount},
-                                    {"expected", expected}});
+        Write("complaint", {{"step", mStep["step"]},
+                            {"rule", rule},
+                            {"text", violation.text},
+                            {"amount", violation.amount},
+                            {"expected", expected}});
     }
 }
 
 void RunReport::Message(const std::string& text, std::int32_t answer) {
     mTranscript.Line(kMessageIndent, text + " -> " + std::to_string(answer));
-    mEvents.Write("message", {{"text", text}, {"answer", answer}});
+    Write("message", {{"text", text}, {"answer", answer}});
     Observed("answer", answer);
 }
 
 void RunReport::NestedInto(const std::string& operation) {
     mTranscript.Line(kMessageIndent, "inside " + operation + ":");
-    mEvents.Write("nested", {{"during", operation}});
+    Write("nested", {{"during", operation}});
 }
 
 void RunReport::Calls(Library library, const std::vector<PluginCoreCall>& calls, bool shown) {
@@ -130,14 +143,60 @@ void RunReport::Calls(Library library, const std::vector<PluginCoreCall>& calls,
         }
         Json members = {{"library", NameOf(library)}};
         members.update(AsJson(call));
-        mEvents.Write("call", members);
+        Write("call", members);
         observed.push_back({{call.entry, call.arguments}});
     }
 }
 
 void RunReport::Line(const std::string& text, int indent) {
     mTranscript.Line(indent, text);
-    mEvents.Write("note", {{"text", text}});
+    Write("note", {{"text", text}});
+}
+
+bool RunReport::TellIfNew(const std::string& heading, std::set<std::vector<std::string>>& known,
+                          const std::function<void()>& action) {
+    mHeldBack.emplace();
+    Json observed = std::exchange(mObserved, Json::object());
+    mTranscript.HoldBack();
+    std::exception_ptr error;
+    try {
+        action();
+    } catch (...) {
+        error = std::current_exception();
+    }
+    const std::vector<std::string> lines = mTranscript.TakeHeldBack();
+    const auto events = *std::exchange(mHeldBack, std::nullopt);
+    std::swap(mObserved, observed);
+    const bool isTold = known.insert(lines).second || error != nullptr;
+    if (isTold) {
+        mTranscript.Step(heading);
+        for (const std::string& line : lines) {
+            mTranscript.Line(0, line);
+        }
+        for (const auto& [event, members] : events) {
+            Write(event, members);
+        }
+        AddObserved(observed);
+    } else {
+        // Calls that were lost are found by the number of those that were told.
+        Write("repeated", {{"calls", std::count_if(events.begin(), events.end(), &IsCallOfPluginCore)}});
+    }
+    if (error != nullptr) {
+        std::rethrow_exception(error);
+    }
+    return isTold;
+}
+
+// Calls join those before, anything else takes its place.
+void RunReport::AddObserved(const Json& observed) {
+    for (const auto& [key, value] : observed.items()) {
+        Json& present = mObserved[key];
+        if (present.is_array() && value.is_array()) {
+            present.insert(present.end(), value.begin(), value.end());
+        } else {
+            present = value;
+        }
+    }
 }
 
 void RunReport::Observed(const std::string& key, Json value) { mObserved[key] = std::move(value); }

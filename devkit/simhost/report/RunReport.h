@@ -6,9 +6,13 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <optional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "simhost/checks/PluginCoreCalls.h"
@@ -42,12 +46,19 @@ class RunReport {
 
     // What a step brought about, as it would be written under that key in a scenario.
     void Observed(const std::string& key, Json value);
+    // Does `action`, whose lines for people are told below `heading`, as all else that it brings about, unless it has
+    // brought about the same before: then machines are told how many calls there were. Lines that are told are noted in
+    // `known`. Answers whether they were. Throws what the action throws; then all is told.
+    bool TellIfNew(const std::string& heading, std::set<std::vector<std::string>>& known,
+                   const std::function<void()>& action);
     Transcript& People() { return mTranscript; }
     // What to print instead of a broken rule's text.
     void Explain(const std::string& text, std::vector<std::string> lines) { mExplained[text] = std::move(lines); }
 
   private:
+    void Write(const std::string& event, Json members);
     void Open(const std::string& heading, Json members);
+    void AddObserved(const Json& observed);
     void TellViolations();
     bool IsExpected(const std::string& rule, const std::string& text) const;
 
@@ -59,6 +70,7 @@ class RunReport {
     std::size_t mTold = 0;  // how many broken rules were told
     bool mPassed = true;    // the open step, so far
     Json mObserved;
+    std::optional<std::vector<std::pair<std::string, Json>>> mHeldBack;  // events that may not be told
     std::map<std::string, std::vector<std::string>> mExplained;
     std::chrono::steady_clock::time_point mBegan;
 };

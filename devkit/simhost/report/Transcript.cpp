@@ -76,19 +76,6 @@ void Transcript::EndStep(bool passed) {
     }
 }
 
-std::vector<std::string> Transcript::HoldBack(const std::function<void()>& action) {
-    mHeldBack.emplace();
-    try {
-        action();
-    } catch (...) {
-        mHeldBack.reset();
-        throw;
-    }
-    std::vector<std::string> lines = std::move(*mHeldBack);
-    mHeldBack.reset();
-    return lines;
-}
-
 void Transcript::Tell(std::string line, Tone tone) {
     if (mHeldBack) {
         mHeldBack->push_back(std::move(line));

@@ -36,8 +36,9 @@ class Transcript {
     const std::vector<std::string>& Lines() const { return mLines; }
     // From now on each line also goes to `listener`; none when it is empty.
     void ListenWith(std::function<void(const std::string& line)> listener) { mListener = std::move(listener); }
-    // The lines that `action` brings about, which are not told.
-    std::vector<std::string> HoldBack(const std::function<void()>& action);
+    // From now on lines are not told, but kept until they are taken.
+    void HoldBack() { mHeldBack.emplace(); }
+    std::vector<std::string> TakeHeldBack() { return *std::exchange(mHeldBack, std::nullopt); }
 
     // The text with the work folder shortened.
     std::string Shorten(std::string_view text) const;

@@ -202,7 +202,8 @@ class Watch {
             return;
         }
         const FlightRecord record = mRecorder.Read();
-        const auto inStep = record.stepBegan == 0 ? 0 : static_cast<std::int64_t>(now - record.stepBegan);
+        const ULONGLONG began = std::max<ULONGLONG>(record.stepBegan, mDialogSeenAt);
+        const auto inStep = record.stepBegan == 0 ? 0 : static_cast<std::int64_t>(now - began);
         if (inStep > mLimits.stepSeconds * 1000) {
             OnStepLimit(record);
         } else if (static_cast<std::int64_t>(now - mBegan) > mLimits.runSeconds * 1000) {
@@ -216,7 +217,10 @@ class Watch {
 
     void OnStepLimit(const FlightRecord& record) {
         const std::string after = "after " + std::to_string(mLimits.stepSeconds) + " seconds";
-        if (const auto dialog = FindOpenDialog(mProcessId)) {
+        const auto dialog = FindOpenDialog(mProcessId);
+        if (dialog && mLimits.hasPerson) {
+            mDialogSeenAt = GetTickCount64();
+        } else if (dialog) {
             const Culprit culprit = CulpritOf(StackOf(dialog->thread));
             Lose(Rule::kModalDialog,
                  InWords(*dialog) + " waits for an answer that nobody gives, still " + after + "; it was opened " +
@@ -317,6 +321,7 @@ class Watch {
     bool mIsLost = false;  // found guilty, and told to end
     bool mIsGone = false;
     ULONGLONG mLostAt = 0;
+    ULONGLONG mDialogSeenAt = 0;  // one that a person answers
 };
 
 }  // namespace

@@ -27,6 +27,7 @@ struct WatchLimits {
     std::int64_t runSeconds;
     std::int64_t stepSeconds;
     bool tellsThreadsLeft = true;  // threads that still run at the end; to name them takes its time
+    bool hasPerson = false;        // who answers dialogs, however long that takes
 };
 
 // In the words of a crash that happened on any other thread than the main one.
