@@ -28,11 +28,20 @@ set(QUORVEL_WATCHDOG_SECONDS 60)
 set(QUORVEL_PROGRAM_SECONDS 600)
 set(QUORVEL_CTEST_SECONDS 630)
 
-# A test with RESOURCE_GROUPS desktops:1 has a desktop for itself: a Wine server with its prefix and display. There are three
-# of them; ctest learns it from this file: ctest --resource-spec-file build/release/desktops.json. Without the file nobody
-# keeps such tests apart.
+# A test with RESOURCE_GROUPS desktops:1 has a desktop for itself: a Wine server with its prefix and display. The scripts
+# say how many there are; ctest learns it from this file: ctest --resource-spec-file build/release/desktops.json. Without
+# the file nobody keeps such tests apart.
+set(desktops "")
+file(STRINGS "${CMAKE_SOURCE_DIR}/scripts/lib/wine-environment" count REGEX "^wine_desktop_count=[0-9]+$")
+string(REPLACE "wine_desktop_count=" "" count "${count}")
+foreach(id RANGE 1 ${count})
+  math(EXPR id "${id} - 1")
+  list(APPEND desktops "{\"id\": \"${id}\"}")
+endforeach()
+list(JOIN desktops ", " desktops)
 file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/desktops.json" CONTENT
-  [[{"version": {"major": 1, "minor": 0}, "local": [{"desktops": [{"id": "0"}, {"id": "1"}, {"id": "2"}]}]}]])
+  [[{"version": {"major": 1, "minor": 0}, "local": [{"desktops": [@desktops@]}]}]] @ONLY)
+set_property(DIRECTORY "${CMAKE_SOURCE_DIR}" APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS scripts/lib/wine-environment)
 
 # Before a Windows program in the COMMAND of add_test: QUORVEL_RUN takes the program's exit code for the verdict,
 # QUORVEL_RUN_TESTS asks for GoogleTest's own word as well. Empty on Windows.

@@ -13,7 +13,7 @@ STRETCHES = {"ultra-condensed": 50, "extra-condensed": 63, "condensed": 75, "sem
 SIZES = ("xx-small", "x-small", "small", "medium", "large", "x-large", "xx-large", "xxx-large", "smaller", "larger")
 # What a browser shows without any family; nobody can say which font that is.
 NO_FAMILY = "serif"
-# Those that are attributes as well.
+# What is looked at, in rules and as attributes of an element.
 PROPERTIES = ("font-family", "font-weight", "font-style", "font-stretch", "display")
 # The field of a font that each is about.
 FIELDS = {"font-family": "family", "font-weight": "weight", "font-style": "slant", "font-stretch": "stretch"}

@@ -58,12 +58,7 @@ BOOL CALLBACK AddControl(HWND window, LPARAM argument) {
                     {"place", PlaceOf(window)}};
     if (control["class"] == "ListBox") {
         control["lines"] = LinesOf(window);
-        control["selected"] = SendMessageW(window, LB_GETCURSEL, 0, 0);
         control["line_height"] = SendMessageW(window, LB_GETITEMHEIGHT, 0, 0);
-    }
-    if (control["class"] == "Edit") {
-        control["line_count"] = SendMessageW(window, EM_GETLINECOUNT, 0, 0);
-        control["first_line"] = SendMessageW(window, EM_GETFIRSTVISIBLELINE, 0, 0);
     }
     reinterpret_cast<Json*>(argument)->push_back(std::move(control));
     return TRUE;

@@ -170,16 +170,6 @@ class HostByHand:
         self.output.close()
 
 
-def colours(file: pathlib.Path) -> int:
-    return int(tool("identify", "-format", "%k", str(file)))
-
-
-def different_pixels(one: pathlib.Path, other: pathlib.Path) -> int:
-    done = subprocess.run(["compare", "-metric", "AE", str(one), str(other), "null:"], capture_output=True, check=False,
-                          encoding="utf-8")
-    return int(float(done.stderr.split()[0]))
-
-
 def imported(folder: str, name: str) -> str:
     """A drawing with two text elements, as a document of the kit."""
     drawing, document = pathlib.Path(folder) / name, pathlib.Path(folder) / f"{name}.json"

@@ -11,6 +11,7 @@ import subprocess
 import sys
 import tempfile
 
+LINKS_TEST = pathlib.Path(__file__).parents[1] / "documentation" / "links_test.py"
 CMAKE, BUILD, COMPILER, *RUN = sys.argv[1:]
 
 
@@ -30,11 +31,20 @@ def commands_of_page(page: pathlib.Path) -> list[str]:
     return commands
 
 
+def check_files_of_scenarios(kit: pathlib.Path) -> None:
+    for scenario in (kit / "scenarios").glob("*.json"):
+        for plugin in re.findall(r'"plugin": "([^"]+)"', scenario.read_text(encoding="utf-8")):
+            if not (kit / "bin" / plugin).exists():
+                sys.exit(f"{scenario.name}: the kit has no {plugin}")
+
+
 def main() -> int:
     with tempfile.TemporaryDirectory() as folder:
         kit = pathlib.Path(folder) / "The kit"
         run(CMAKE, "--install", BUILD, "--component", "kit", "--prefix", str(kit))
         simhost, library = str(kit / "bin" / "simhost.exe"), str(pathlib.Path(folder) / "Mine.dll")
+        check_files_of_scenarios(kit)
+        run(sys.executable, str(LINKS_TEST), str(kit))
         run(COMPILER, "-std=c11", "-shared", "-static", f"-I{kit / 'include'}", "-o", library,
             str(kit / "example_plugincore" / "ExamplePluginCore.c"))
         run(*RUN, simhost, "contract", library, "--level", "pedantic")

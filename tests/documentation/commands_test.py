@@ -63,9 +63,12 @@ def held_session():
         holder.communicate()
 
 
-def close_window(process: subprocess.Popen, environment: dict) -> None:
+def close_window(command: str, process: subprocess.Popen, environment: dict, limit: int) -> None:
     """As soon as there is one; again when it does not hear at once."""
+    end = time.monotonic() + limit
     while process.poll() is None:
+        if time.monotonic() > end:
+            raise subprocess.TimeoutExpired(command, limit)
         found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Host by hand$"], capture_output=True,
                                env=environment, check=False, encoding="utf-8").stdout.split()
         if found:
@@ -84,7 +87,7 @@ def run(command: str, folder: pathlib.Path, limit: int) -> tuple[int | None, str
                                    stdout=output, stderr=subprocess.STDOUT)
         try:
             if shows_window:
-                close_window(process, environment)
+                close_window(command, process, environment, limit)
             process.wait(limit)
         except subprocess.TimeoutExpired:
             process.kill()

@@ -1,12 +1,15 @@
 #!/usr/bin/env python3
-"""Links between the pages of the documentation lead to files and headings that exist."""
+"""Links between the pages of the documentation lead to files and headings that exist.
+
+usage: links_test.py [FOLDER]     the folder of the project, or that of an installed kit
+"""
 
 import pathlib
 import re
 import sys
 
-ROOT = pathlib.Path(__file__).parents[2]
-PAGES = [ROOT / "README.md", *sorted((ROOT / "docs").glob("*.md"))]
+ROOT = pathlib.Path(sys.argv[1] if sys.argv[1:] else pathlib.Path(__file__).parents[2])
+PAGES = [*ROOT.glob("README.md"), *sorted((ROOT / "docs").glob("*.md"))]
 LINK = re.compile(r"\[[^\]]*\]\(([^)\s]+)\)")
 
 

@@ -11,6 +11,7 @@ import pathlib
 import re
 import shutil
 import subprocess
+import sys
 import tempfile
 import time
 import unittest
@@ -112,6 +113,11 @@ class Simhost(ScriptsTest):
                 code, _, complained = self.run_script("simhost", "list")
                 self.assertEqual(code, expected)
                 self.assertEqual("the program was ended" in complained, program in ("exit 53", "kill -9 $$"))
+
+    def test_program_says_again_what_was_typed(self):
+        self.program('echo "$SIMHOST_COMMAND"\n')
+        typed = str(self.root / "scripts" / "simhost").replace(" ", "\\ ")
+        self.assertEqual(self.run_script("simhost", "list")[1], typed + "\n")
 
     def test_build_or_setup_that_fails_is_2(self):
         self.program("exit 0\n")
@@ -246,6 +252,35 @@ class Test(ScriptsTest):
         self.assertNotEqual(code, 0)
         self.assertIn("test: no test matches", complained)
         self.assertEqual(self.builds(), [])
+
+
+class FreshClone(unittest.TestCase):
+    """The commands of the pages, tried in a new clone; here quick ones and a small tree, as those of the pages build for
+    minutes."""
+
+    def faults_of(self, command: str) -> tuple[int, str]:
+        with tempfile.TemporaryDirectory() as folder:
+            tree = pathlib.Path(folder) / "tree"
+            program = pathlib.Path("tests") / "documentation" / "commands_test.py"
+            (tree / program).parent.mkdir(parents=True)
+            shutil.copy(ROOT / program, tree / program)
+            shutil.copytree(ROOT / "scripts", tree / "scripts")
+            for git in (["init", "--quiet"], ["add", "."], ["-c", "user.name=A", "-c", "user.email=a@b", "commit", "--quiet",
+                                                            "--message=all"]):
+                subprocess.run(["git", "-C", tree, *git], check=True)
+            (tree / "build").mkdir()
+            page = pathlib.Path(folder) / "page.md"
+            page.write_text(f"```sh\n{command}\n```\n", encoding="utf-8")
+            done = subprocess.run([sys.executable, tree / program, "--fresh-clone", page], capture_output=True, check=False,
+                                  encoding="utf-8")
+        return done.returncode, done.stdout
+
+    def test_commands_run_where_nothing_is_built(self):
+        code, printed = self.faults_of("test -x scripts/test && test ! -e build")
+        self.assertEqual((code, printed.splitlines()[-1]), (0, "All 1 commands work."))
+        code, printed = self.faults_of("ls build")
+        self.assertEqual(code, 1)
+        self.assertIn("ls build: the exit code is 2 and not 0", printed)
 
 
 if __name__ == "__main__":

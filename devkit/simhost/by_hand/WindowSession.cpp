@@ -270,9 +270,7 @@ void WindowSession::Close(const std::string& name) {
 
 void WindowSession::ChangeFonts(const std::string& name) {
     DocumentChange change;
-    if (mWindow.Fonts() != FontsOf(Host().model.Named(name))) {
-        change.frames = FramesWith(mWindow.Fonts());
-    }
+    change.frames = FramesWith(mWindow.Fonts());
     change.modified = true;
     Play("change", EditDocument{name, change, "AI Document Changed Notifier"});
 }
