@@ -130,12 +130,12 @@ def command_line_faults(built: pathlib.Path):
     quick = [str(HERE / "faults" / "replies.json"), "--case", "reply", "--quiet"]
     text = str(HERE / "bad" / "not-json.txt")
     cases = {
-        "no command": ([], "command"),
+        "no command": ([], "a command is missing"),
         "unknown command": (["pley"], 'there is no command "pley"; did you mean "play"'),
-        "no scenario": (["play"], "scenario"),
-        "scenario that is not there": (["play", "nowhere.json"], "nowhere.json"),
-        "pattern that matches nothing": (["play", "nothing-*"], "nothing-"),
-        "case that is not there": (["play", *quick[:1], "--case", "nowhere"], "nowhere"),
+        "no scenario": (["play"], "scenario is required"),
+        "scenario that is not there": (["play", "nowhere.json"], "nowhere.json: cannot be read"),
+        "pattern that matches nothing": (["play", "nothing-*"], "no scenario matches nothing-"),
+        "case that is not there": (["play", *quick[:1], "--case", "nowhere"], 'no case "nowhere"'),
         "time limit of 0": (["play", *quick, "--time-limit", "0"], "1 to 86400"),
         "time limit of too many seconds": (["play", *quick, "--time-limit", "99999999999999999999"], "1 to 86400"),
         "record into a missing folder": (["play", *quick, "--record", "/nowhere/record.json"], "nowhere"),

@@ -253,6 +253,28 @@ class Test(ScriptsTest):
         self.assertIn("test: no test matches", complained)
         self.assertEqual(self.builds(), [])
 
+    def test_name_of_a_case_runs_its_suite(self):
+        (self.root / "tests" / "JsonTest.cpp").write_text(
+            "\nTEST_F(JsonParser, ReadsTexts) {}\nTEST(JsonWriter,\n     WritesTexts) {}\n", encoding="utf-8")
+        for case, suite in (("ReadsTexts", "JsonParser"), ("JsonWriter.Writes", "JsonWriter"), ("Texts", "JsonParser|JsonWriter")):
+            with self.subTest(case):
+                code, _, complained = self.run_script("test", "-R", case, FAKE_TESTS=self.described(["json_tests"]),
+                                                      FAKE_TEST_COUNT="0")
+                self.assertEqual(code, 0)
+                self.assertIn(f"'{case}' names cases; running their suites, ^({suite})$", complained)
+                self.assertTrue(self.calls("ctest")[-1].endswith(f"-R ^({suite})$"), self.calls("ctest")[-1])
+
+    def test_count_comes_last_and_what_failed_is_kept_until_it_passes(self):
+        failed = self.root / "build" / "release-ci" / "Testing" / "Temporary" / "LastTestsFailed.log"
+        failed.parent.mkdir(parents=True)
+        failed.write_text("1:Json\n", encoding="utf-8")
+        half = "50% tests passed, 1 tests failed out of 2"
+        printed = self.run_script("test", FAKE_TEST_RESULT=half)[1].splitlines()
+        self.assertEqual((printed[-1], printed[-2].partition(".")[0]), (half, "test: what failed stands above, with its output"))
+        self.assertTrue(failed.exists())
+        self.assertEqual(self.run_script("test", "--rerun-failed", FAKE_TESTS=self.described(["json_tests"]))[0], 0)
+        self.assertFalse(failed.exists())
+
 
 class FreshClone(unittest.TestCase):
     """The commands of the pages, tried in a new clone; here quick ones and a small tree, as those of the pages build for
