@@ -35,13 +35,30 @@ class Image {
         return At<IMAGE_NT_HEADERS>(static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew));
     }
 
-    // Names and addresses stand in two tables of the same order.
     void** SlotOf(const char* function, const IMAGE_IMPORT_DESCRIPTOR& library) const {
+        return library.OriginalFirstThunk == 0 ? SlotByAddress(function, library) : SlotByName(function, library);
+    }
+
+    // Names and addresses stand in two tables of the same order.
+    void** SlotByName(const char* function, const IMAGE_IMPORT_DESCRIPTOR& library) const {
         const auto* name = At<IMAGE_THUNK_DATA>(library.OriginalFirstThunk);
         auto* slot = At<void*>(library.FirstThunk);
         for (; name->u1.AddressOfData != 0; ++name, ++slot) {
             if (!IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal) &&
                 std::strcmp(At<IMAGE_IMPORT_BY_NAME>(name->u1.AddressOfData)->Name, function) == 0) {
+                return slot;
+            }
+        }
+        return nullptr;
+    }
+
+    // Some linkers write one table alone, in which Windows has replaced the names by the addresses. A function that was
+    // replaced is not found again.
+    void** SlotByAddress(const char* function, const IMAGE_IMPORT_DESCRIPTOR& library) const {
+        const HMODULE module = GetModuleHandleA(At<const char>(library.Name));
+        void* const address = module == nullptr ? nullptr : reinterpret_cast<void*>(GetProcAddress(module, function));
+        for (auto* slot = At<void*>(library.FirstThunk); address != nullptr && *slot != nullptr; ++slot) {
+            if (*slot == address) {
                 return slot;
             }
         }
