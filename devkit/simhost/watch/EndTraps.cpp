@@ -53,7 +53,6 @@ void EndTraps::Remove() {
         Write(trap, trap.original);
     }
     mTraps.clear();
-    mStepping = nullptr;
 }
 
 void EndTraps::Write(const Trap& trap, unsigned char byte) const {
@@ -63,11 +62,8 @@ void EndTraps::Write(const Trap& trap, unsigned char byte) const {
 
 bool EndTraps::Handles(const DEBUG_EVENT& event, HANDLE thread) {
     const EXCEPTION_RECORD& record = event.u.Exception.ExceptionRecord;
-    if (record.ExceptionCode == EXCEPTION_SINGLE_STEP && std::exchange(mIsStepping, false)) {
-        if (mStepping != nullptr) {
-            Write(*std::exchange(mStepping, nullptr), kBreakpoint);
-        }
-        return true;
+    if (record.ExceptionCode == EXCEPTION_SINGLE_STEP) {
+        return HasStepped(event.dwThreadId);
     }
     const auto trap =
         std::find_if(mTraps.begin(), mTraps.end(), [&](const Trap& t) { return t.address == record.ExceptionAddress; });
@@ -82,12 +78,25 @@ bool EndTraps::Handles(const DEBUG_EVENT& event, HANDLE thread) {
     context.Rip = reinterpret_cast<DWORD64>(trap->address);
     context.EFlags |= kSingleStepFlag;
     SetThreadContext(thread, &context);
-    if (mStepping != nullptr) {
-        Write(*mStepping, kBreakpoint);
-    }
     Write(*trap, trap->original);
-    mStepping = &*trap;
-    mIsStepping = true;
+    mStepping[event.dwThreadId] = trap->address;
+    return true;
+}
+
+bool EndTraps::HasStepped(DWORD thread) {
+    const auto stepping = mStepping.find(thread);
+    if (stepping == mStepping.end()) {
+        return false;
+    }
+    void* const address = stepping->second;
+    mStepping.erase(stepping);
+    const bool isStillOut =
+        std::any_of(mStepping.begin(), mStepping.end(), [&](const auto& other) { return other.second == address; });
+    for (const Trap& trap : mTraps) {
+        if (trap.address == address && !isStillOut) {
+            Write(trap, kBreakpoint);
+        }
+    }
     return true;
 }
 

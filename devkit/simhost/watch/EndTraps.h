@@ -6,6 +6,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <vector>
 
@@ -41,12 +42,15 @@ class EndTraps {
         EndAttempt (*read)(const CONTEXT& context);
     };
 
+    // Whether the thread was stepping over a trap, which is back in its place then.
+    bool HasStepped(DWORD thread);
     void Write(const Trap& trap, unsigned char byte) const;
 
     HANDLE mProcess;
     std::vector<Trap> mTraps;
-    const Trap* mStepping = nullptr;  // its breakpoint is out while its first instruction is executed
-    bool mIsStepping = false;         // over the first instruction of a trap, which may be removed meanwhile
+    // By the thread, the trap whose first instruction it is about to execute: the breakpoint is out until then, and the
+    // trap may be removed meanwhile. Threads may end at the same time.
+    std::map<DWORD, void*> mStepping;
     std::optional<EndAttempt> mAttempt;
 };
 
