@@ -192,15 +192,15 @@ PLUGINCORE_API int32_t SetPathForDocument(void);
 
    All five members are needed in every item: the plug-in gives up a refresh of the marks at an item that lacks one. An
    empty title, or null, is a separator; without children, `child` may be null too. Further members are the library's
-   own. Asked at start-up, then each time a menu opens; the result is ignored at start-up. Missing: no items; the marks
-   stay as they are. */
+   own. Asked at start-up, then each time a menu opens; the result is ignored at start-up, so write nothing when you
+   fail. Missing: no items; the marks stay as they are. */
 PLUGINCORE_API int32_t GetMenus(const char* path, char* buffer, uint64_t* size);
 
 /* Adds one menu item; 0 is success. `id` and `label` must not be null. `itemText` is what the menu shows; null or empty
    is a separator. `label` names the item's sub-menu, and is what its children give as `parentID`; at the top level
    `parentID` is null. `checked` and `enabled` count once the menu opens. The texts are copied. An item that is refused
-   does not end the creation. Ids are unique, and so are the labels of sub-menus and of items at the top level.
-   `context` is the one of CreateMenusFromJSONBuffer. */
+   does not end the creation. Ids are unique, and so are the labels of sub-menus and of items at the top level, those
+   of separators aside. `context` is the one of CreateMenusFromJSONBuffer. */
 typedef int32_t (*PluginCoreMenuCallback)(const char* id, const char* label, const char* itemText, uint8_t checked,
                                           uint8_t enabled, uint8_t hasSubMenu, const char* parentID, void* context);
 

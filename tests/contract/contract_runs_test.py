@@ -10,6 +10,8 @@ The folder of the built libraries and the command that runs simhost follow on th
 import json
 import pathlib
 import re
+import shutil
+import struct
 import subprocess
 import sys
 import tempfile
@@ -18,6 +20,30 @@ import unittest
 ROOT = pathlib.Path(__file__).parents[2]
 FOLDER = pathlib.Path()
 COMMAND = []
+
+
+def without_import_names(library: bytes) -> bytes:
+    """The 64-bit library with an OriginalFirstThunk of 0 for each library that it needs."""
+    content = bytearray(library)
+
+    def number(at: int, size: int = 4) -> int:
+        return int.from_bytes(content[at:at + size], "little")
+
+    header = number(0x3C)
+    sections = header + 24 + number(header + 20, 2)
+
+    def offset_of(address: int) -> int:
+        for section in range(sections, sections + 40 * number(header + 6, 2), 40):
+            size, begin, raw_size, raw = struct.unpack_from("<4I", content, section + 8)
+            if begin <= address < begin + max(size, raw_size):
+                return raw + address - begin
+        raise ValueError(f"no section holds {address:#x}")
+
+    descriptor = offset_of(number(header + 24 + 112 + 8))
+    while number(descriptor + 12) != 0:
+        content[descriptor:descriptor + 4] = bytes(4)
+        descriptor += 20
+    return bytes(content)
 
 
 class Runs(unittest.TestCase):
@@ -90,6 +116,13 @@ class Runs(unittest.TestCase):
             _, complaints = self.play("tests/contract/any-calls.json", path, code=2)
             self.assertRegex(complaints, rf"the PluginCore .*{name}\.dll {complaint}")
 
+    def test_what_a_library_without_a_table_of_names_does_is_seen(self):
+        """Some linkers write only one table of imports, in which Windows puts the addresses in place of the names."""
+        library = self.folder / "one-table.dll"
+        library.write_bytes(without_import_names((FOLDER / "FaultyLeavesHook.dll").read_bytes()))
+        _, complaints = self.play("tests/contract/any-calls.json", library, code=1)
+        self.assertIn("FAILED contract: hook-left: ", complaints)
+
     # ---- Who is to blame ----
 
     def test_the_library_is_not_blamed_for_a_plugin_that_crashes(self):
@@ -99,7 +132,7 @@ class Runs(unittest.TestCase):
 
     def test_a_library_that_ends_a_run_is_named(self):
         inside = r"message \"AI Notifier\"/\"AI Notify\", entry HandleOpenExistingDocument, call 1: "
-        place = r" of PluginCoreX64\.dll \(Faults\.c:\d+\)"
+        place = r" of PluginCoreX64\.dll \(\w+Faults\.c:\d+\)"
         for fault, rule, pattern in (
             ("Crashes", "crash", r"access violation .* writing 0x10 in Crash" + place),
             ("OverflowsStack", "crash", r"stack overflow .* in OverflowStack" + place),
@@ -115,11 +148,14 @@ class Runs(unittest.TestCase):
                 self.assertRegex(complaints, rf"^FAILED {rule}: any-calls\.json\.steps\[0\], {inside}{pattern}")
 
     def test_what_several_runs_have_shown_is_told_once(self):
-        printed, _ = self.contract("FaultyKeepsText", code=1)
+        # Laid out for the day it has another name, which its own one contains here.
+        library = self.folder / "MyPluginCoreX64.dll"
+        shutil.copy(FOLDER / "FaultyKeepsText.dll", library)
+        printed, _ = self.run_simhost("contract", library, code=1)
         told = re.findall(r"read (\"path\" \(\d+ bytes?\) after) the entry had returned.*?\[([^]]*)\]", printed, re.DOTALL)
         self.assertTrue(any("small-buffers, texts" in runs for _, runs in told), printed)
         self.assertEqual(len(told), len({what for what, _ in told}), printed)
-        self.assertNotIn("PluginCoreX64.dll", printed)
+        self.assertEqual(set(re.findall(r"\w*PluginCoreX64\.dll", printed)), {"MyPluginCoreX64.dll"}, printed)
 
     # ---- The layer's own work is not charged to the library ----
 

@@ -23,7 +23,7 @@ def check_sound(contract: Contract, library: pathlib.Path, *options: str, answer
         if clause["clause"] not in HINTS and clause["state"] != "kept":
             yield f"{library.name}: {clause['clause']} is {clause['state']}: {clause['seen']}"
     if code != 0:
-        yield f"{library.name}: the exit code is {code}"
+        yield f"{library.name}: the exit code is {code}: {report['notes']}"
 
 
 def check_time(contract: Contract):
@@ -59,7 +59,7 @@ def check_table(contract: Contract):
 
 def check_refusals(contract: Contract):
     for arguments, expected in (
-        (("explain", "bufer-behind"), 'the nearest is "buffer-behind"'),
+        (("explain", "bufer-behind"), '; did you mean "buffer-behind"?'),
         (("contract", str(contract.folder / "nowhere.dll")), "there is no file"),
         (("contract", __file__), "is a text"),
     ):

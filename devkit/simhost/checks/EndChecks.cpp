@@ -8,8 +8,8 @@
 #include "simhost/checks/LoadedLibraries.h"
 #include "simhost/contract/ContractBook.h"
 #include "simhost/contract/ContractChecks.h"
-#include "simhost/contract/GuardedCall.h"
 #include "simhost/contract/PluginCoreWatch.h"
+#include "simhost/contract/RecordedCalls.h"
 #include "simhost/windows/HostDialog.h"
 
 namespace simhost {

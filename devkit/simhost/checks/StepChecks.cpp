@@ -11,7 +11,7 @@
 #include "simhost/checks/CallDifference.h"
 #include "simhost/checks/ImportWatch.h"
 #include "simhost/contract/ContractChecks.h"
-#include "simhost/contract/GuardedCall.h"
+#include "simhost/contract/RecordedCalls.h"
 
 namespace simhost {
 

@@ -3,11 +3,13 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "doubles/common/Text.h"
 #include "simhost/command/CommandLine.h"
 #include "simhost/contract/ContractReport.h"
 #include "simhost/contract/ProbeProcess.h"
+#include "simhost/scenario/NearestWord.h"
 
 namespace simhost {
 
@@ -50,8 +52,11 @@ int CheckLibrary(const Texts& texts) {
 int Explain(const std::string& name) {
     const contract::Clause* const clause = contract::FindClause(name);
     if (clause == nullptr) {
-        std::fprintf(stderr, "simhost: there is no clause \"%s\"; the nearest is \"%s\"\n", name.c_str(),
-                     contract::NearestClause(name).name);
+        std::vector<std::string> known;
+        for (const contract::Clause& one : contract::AllClauses()) {
+            known.emplace_back(one.name);
+        }
+        std::fprintf(stderr, "simhost: there is no clause \"%s\"%s\n", name.c_str(), DidYouMean(name, known).c_str());
         return kNotFound;
     }
     std::printf("%s", contract::ExplanationOf(*clause).c_str());

@@ -116,7 +116,8 @@ void CallbackGuard::CheckDuplicates(const Item& item) {
     const bool isSeparator = item.itemText == nullptr || *item.itemText == '\0';
     if (item.hasSubMenu != 0) {
         add(mSubMenus, item.label, "the label of a sub-menu");
-    } else if (item.parentID == nullptr && !isSeparator) {
+    }
+    if (item.parentID == nullptr && !isSeparator) {
         add(mTopLevel, item.label, "the label of an item at the top level");
     }
 }

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <numeric>
-#include <vector>
 
 namespace simhost::contract {
 
@@ -34,8 +32,8 @@ constexpr Clause kClauses[] = {
     {kSizeSane, "size-sane", kContract,
      "`*size` stays the capacity, or becomes the length of the text, with or without its zero.",
      "The plug-in passes the same variable on to the next entry as the capacity of the same buffer (open reply, "
-     "resolve "
-     "dialog, activation): a size that has grown makes that entry write behind the buffer.",
+     "resolve dialog, activation): a size that has grown makes that entry write behind the buffer, and with any other "
+     "one nobody knows what it says.",
      "Leave `*size` alone; when a text does not fit, cut it or answer an error."},
     {kNullBuffer, "null-buffer", kContract, "HandleOpenExistingDocument accepts a null buffer with a size of 0.",
      "Front ends that take no reply call it so. The plug-in for this host does not, so only this check finds it.",
@@ -75,16 +73,19 @@ constexpr Clause kClauses[] = {
      "appear nowhere.",
      "Go through the description from the top, each item before its children."},
     {kCallbackDuplicate, "callback-duplicate", kRobust,
-     "Each id is passed once, and so is the label of each sub-menu and of each item at the top level.",
+     "Each id is passed once, and so is the label of each sub-menu and of each item at the top level but separators.",
      "A chosen item is told by its id alone, and the marks of both are those of the first one. A label names the "
      "sub-menu, and is the key by which other items at the top level are refused.",
-     "Give each item, separators included, an id of its own, and a label of its own where it opens a sub-menu."},
+     "Give each item, separators included, an id of its own, and a label of its own where it opens a sub-menu or is an "
+     "item at the top level that shows a text."},
     {kCallbackThread, "callback-thread", kContract, "The menu callback is called on the thread of the entry.",
      "The host's menus belong to its main thread.", "Call back within the entry."},
     {kCallbackLate, "callback-late", kContract, "The menu callback is not called after the entry has returned.",
      "Its context is a variable of the plug-in that is gone.", "Keep neither the callback nor its context."},
-    {kMenuJson, "menu-json", kContract, "The reply of GetMenus is JSON.",
-     "The plug-in leaves the marks of the menu as they are when it cannot read the text.",
+    {kMenuJson, "menu-json", kContract, "What GetMenus writes is JSON, whatever it answers.",
+     "The plug-in leaves the marks of the menu as they are when it cannot read the text; at start-up it passes the "
+     "text "
+     "on without a look at the answer.",
      "Write with a JSON library, and mind the 4096 bytes: a text that was cut is no JSON any more."},
     {kMenuMembers, "menu-members", kContract,
      "GetMenus gives an item or an array of items; each has id, title, enabled, checked and child.",
@@ -132,8 +133,7 @@ constexpr Clause kClauses[] = {
     {kDialog, "dialog", kRobust, "Only the entries that are there for it show dialogs and wait.",
      "The host waits in the middle of what it does: it opens a document, or is idle.",
      "Show dialogs in InvokeResolveDialog, InvokeRestrictedFontsDialog and InvokeCommandDialog, or in a process of "
-     "your "
-     "own."},
+     "your own."},
     {kCurrentFolder, "current-folder", kRobust, "The process's current folder stays as it was.",
      "The host finds files of relative names there, and Windows cannot remove the folder.",
      "Use absolute paths; pass OFN_NOCHANGEDIR to the common dialogs."},
@@ -154,21 +154,6 @@ constexpr Clause kClauses[] = {
      "They run on the host's main thread.", "Move the work to a thread of the library."},
 };
 
-std::size_t Distance(std::string_view a, std::string_view b) {
-    std::vector<std::size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        std::size_t diagonal = row[0];
-        row[0] = i + 1;
-        for (std::size_t j = 0; j < b.size(); ++j) {
-            const std::size_t above = row[j + 1];
-            row[j + 1] = std::min({above + 1, row[j] + 1, diagonal + (a[i] == b[j] ? 0 : 1)});
-            diagonal = above;
-        }
-    }
-    return row.back();
-}
-
 constexpr Level kLevels[] = {kContract, kRobust, kPedantic};
 
 }  // namespace
@@ -184,12 +169,6 @@ const Clause* FindClause(std::string_view name) {
     const auto* const found = std::find_if(std::begin(kClauses), std::end(kClauses),
                                            [&](const Clause& clause) { return name == clause.name; });
     return found == std::end(kClauses) ? nullptr : found;
-}
-
-const Clause& NearestClause(std::string_view name) {
-    return *std::min_element(std::begin(kClauses), std::end(kClauses), [&](const Clause& a, const Clause& b) {
-        return Distance(name, a.name) < Distance(name, b.name);
-    });
 }
 
 const char* NameOf(Level level) {

@@ -72,8 +72,6 @@ std::span<const Clause> AllClauses();
 const Clause& ClauseOf(ClauseId id);
 // Null when there is none of that name.
 const Clause* FindClause(std::string_view name);
-// The clause whose name is most like it.
-const Clause& NearestClause(std::string_view name);
 
 const char* NameOf(Level level);
 // Null for no level. "hint" is none to choose.

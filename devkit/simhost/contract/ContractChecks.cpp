@@ -2,7 +2,7 @@
 
 #include "doubles/host/Host.h"
 #include "simhost/contract/ContractBook.h"
-#include "simhost/contract/GuardedCall.h"
+#include "simhost/contract/HitFindings.h"
 
 namespace simhost::contract {
 

@@ -46,8 +46,13 @@ std::string Padded(const std::string& text, std::size_t width) {
 }
 
 // Laid out for the day, the library has another name.
-std::string InOwnName(const std::string& text, const std::string& library) {
-    return ReplaceAll(text, kPluginCoreName, Utf8(std::filesystem::path(Wide(library)).filename().wstring()));
+Finding InOwnName(const Sighting& sighting, const std::string& library) {
+    Finding finding = sighting.finding;
+    if (sighting.run == kDay) {
+        finding.seen =
+            ReplaceAll(finding.seen, kPluginCoreName, Utf8(std::filesystem::path(Wide(library)).filename().wstring()));
+    }
+    return finding;
 }
 
 struct Seen {
@@ -58,23 +63,20 @@ struct Seen {
 // Each thing once, however many runs have shown it.
 std::vector<Seen> SeenOf(const ContractResult& result, ClauseId clause, const std::string& library) {
     std::vector<Seen> all;
-    std::vector<const Finding*> findings;
+    std::vector<Finding> findings;
     for (const Sighting& sighting : result.sightings) {
-        const Finding& finding = sighting.finding;
-        if (finding.clause != clause) {
+        if (sighting.finding.clause != clause) {
             continue;
         }
-        const std::string what = InOwnName(finding.seen, library);
-        std::size_t i = 0;
-        while (i < all.size() &&
-               (findings[i]->entry != finding.entry || InOwnName(findings[i]->seen, library) != what)) {
-            ++i;
-        }
-        if (i == all.size()) {
-            findings.push_back(&finding);
-            all.push_back({InOwnName(Describe(finding), library), sighting.run});
+        const Finding finding = InOwnName(sighting, library);
+        const auto known = std::find_if(findings.begin(), findings.end(), [&](const Finding& other) {
+            return other.entry == finding.entry && other.seen == finding.seen;
+        });
+        if (known == findings.end()) {
+            findings.push_back(finding);
+            all.push_back({Describe(finding), sighting.run});
         } else {
-            all[i].runs += ", " + sighting.run;
+            all[static_cast<std::size_t>(known - findings.begin())].runs += ", " + sighting.run;
         }
     }
     return all;
@@ -167,7 +169,7 @@ Json ReportJson(const ContractResult& result, Level level, const std::string& li
                 seen.push_back({{"run", sighting.run},
                                 {"entry", sighting.finding.entry},
                                 {"call", sighting.finding.call},
-                                {"text", InOwnName(sighting.finding.seen, library)}});
+                                {"text", InOwnName(sighting, library).seen}});
             }
         }
         clauses.push_back({{"clause", clause.name},

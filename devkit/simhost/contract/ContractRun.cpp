@@ -29,7 +29,6 @@ namespace {
 
 // Each costs a person's time.
 constexpr int kHangsThatAreEnough = 1;
-constexpr const char* kDay = "day";
 // A slow library takes its time at each of some hundred calls.
 constexpr std::int64_t kDaySeconds = 300;
 

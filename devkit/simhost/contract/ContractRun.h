@@ -15,8 +15,11 @@
 
 namespace simhost::contract {
 
+// The run through the plug-in, where the library lies under the name that the plug-in looks for.
+inline constexpr const char* kDay = "day";
+
 struct Sighting {
-    std::string run;  // the day, or the probe
+    std::string run;  // kDay, or the probe
     Finding finding;
 };
 

@@ -3,14 +3,17 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <atomic>
 #include <map>
 #include <optional>
 #include <string>
+#include <tuple>
+#include <utility>
 
 #include "doubles/common/Text.h"
 #include "doubles/common/Thread.h"
+#include "simhost/contract/CallStack.h"
 #include "simhost/contract/ContractBook.h"
-#include "simhost/contract/GuardedCall.h"
 
 namespace simhost::contract {
 
@@ -35,33 +38,44 @@ std::string Title(HWND window) {
     return Utf8(std::wstring_view(text));
 }
 
+bool IsOfHost(HWND window) {
+    wchar_t name[64] = L"";
+    GetClassNameW(window, name, static_cast<int>(std::size(name)));
+    return std::wstring_view(name) == kClassOfHost;
+}
+
+// The thread whose dialogs are answered; 0 before.
+std::atomic<DWORD> sThread = 0;
+
 class DialogAnswerer {
   public:
-    explicit DialogAnswerer(DWORD thread) : mThread(thread) {}
-
     [[noreturn]] void Run() {
         for (;;) {
             Sleep(kPauseMilliseconds);
             if (const std::optional<CallUnderWay> call = EntryUnderWay()) {
                 mCall = *call;
-                EnumThreadWindows(mThread, &OnWindow, reinterpret_cast<LPARAM>(this));
+                // Those that are gone are forgotten: another may get the same handle.
+                const Pauses before = std::exchange(mPauses, {});
+                for (const HWND window : VisibleWindows()) {
+                    Look(window, before);
+                }
             } else {
-                mSeen.clear();
+                mPauses.clear();
             }
         }
     }
 
   private:
-    static BOOL CALLBACK OnWindow(HWND window, LPARAM self) {
-        reinterpret_cast<DialogAnswerer*>(self)->Look(window);
-        return TRUE;
-    }
+    using Pauses = std::map<std::tuple<std::string, int, HWND>, int>;  // by the call and its window
 
-    void Look(HWND window) {
-        if (IsWindowVisible(window) == 0 || IsOfHost(window)) {
+    void Look(HWND window, const Pauses& earlier) {
+        const std::vector<HWND>& before = mCall.windowsBefore;
+        if (std::find(before.begin(), before.end(), window) != before.end()) {
             return;
         }
-        const int pauses = ++mSeen[window];
+        const auto key = std::tuple(mCall.entry, mCall.number, window);
+        const auto known = earlier.find(key);
+        const int pauses = mPauses[key] = known == earlier.end() ? 1 : known->second + 1;
         if (pauses == kPausesUntilOk) {
             if (!ShowsDialogs(mCall.entry)) {
                 Book().Broken({ClauseId::kDialog, mCall.entry, mCall.number,
@@ -73,23 +87,30 @@ class DialogAnswerer {
         }
     }
 
-    static bool IsOfHost(HWND window) {
-        wchar_t name[64] = L"";
-        GetClassNameW(window, name, static_cast<int>(std::size(name)));
-        return std::wstring_view(name) == kClassOfHost;
-    }
-
-    DWORD mThread;
     CallUnderWay mCall;
-    std::map<HWND, int> mSeen;
+    Pauses mPauses;
 };
 
 }  // namespace
 
 void AnswerDialogs() {
-    const DWORD thread = GetCurrentThreadId();
+    sThread = GetCurrentThreadId();
     // For good.
-    Thread([thread] { DialogAnswerer(thread).Run(); }).Detach();
+    Thread([] { DialogAnswerer().Run(); }).Detach();
+}
+
+std::vector<HWND> VisibleWindows() {
+    std::vector<HWND> windows;
+    const auto add = [](HWND window, LPARAM list) -> BOOL {
+        if (IsWindowVisible(window) != 0 && !IsOfHost(window)) {
+            reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+        }
+        return TRUE;
+    };
+    if (sThread != 0) {
+        EnumThreadWindows(sThread, add, reinterpret_cast<LPARAM>(&windows));
+    }
+    return windows;
 }
 
 }  // namespace simhost::contract

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "plugincore/PluginCore.h"
-#include "simhost/contract/GuardedCall.h"
+#include "simhost/contract/CallStack.h"
 #include "support/ForeignExceptionGuard.h"
 
 namespace simhost::contract {

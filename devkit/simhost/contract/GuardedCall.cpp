@@ -4,42 +4,21 @@
 #include <cstdio>
 #include <cstring>
 #include <map>
-#include <memory>
-#include <mutex>
 #include <utility>
 
 #include "doubles/common/Text.h"
-#include "doubles/common/Thread.h"
 #include "doubles/plugincore/MessagingState.h"
-#include "simhost/contract/CodeAddress.h"
 #include "simhost/contract/ContractBook.h"
 #include "simhost/contract/HitFindings.h"
-#include "simhost/contract/TextChecks.h"
+#include "simhost/contract/RecordedCalls.h"
 #include "simhost/contract/Timeline.h"
-#include "simhost/run/FlightRecorder.h"
 
 namespace simhost::contract {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 // No buffer of the plug-in's is larger, whatever its size says: a library may have changed that in the call before.
 constexpr std::uint64_t kLargestBuffer = kPluginCoreOpenReplySize;
-
-// The main thread alone changes the stack.
-Mutex sStackMutex;
-
-std::vector<std::unique_ptr<GuardedCall>>& Stack() {
-    static auto* const sStack = new std::vector<std::unique_ptr<GuardedCall>>;
-    return *sStack;
-}
-
-// A call has its place from its beginning on.
-std::vector<std::shared_ptr<PluginCoreCall>>& Recorded() {
-    static auto* const sCalls = new std::vector<std::shared_ptr<PluginCoreCall>>;
-    return *sCalls;
-}
 
 std::uint64_t CapacityOf(const std::uint64_t* size) { return size == nullptr ? 0 : std::min(*size, kLargestBuffer); }
 
@@ -49,20 +28,13 @@ std::string InHexadecimal(std::uint32_t number) {
     return text;
 }
 
-// How often each entry was called.
-std::map<std::string, int>& Numbers() {
-    static auto* const sNumbers = new std::map<std::string, int>;
-    return *sNumbers;
-}
-
 }  // namespace
 
-GuardedCall::GuardedCall(const char* entry)
-    : mEntry(entry), mNumber(++Numbers()[entry]), mRecord(entry), mCall(std::make_shared<PluginCoreCall>()) {
-    mCall->entry = entry;
-    static std::size_t sPlaces = 0;
-    mPlace = sPlaces++;
-    Recorded().push_back(mCall);
+GuardedCall::GuardedCall(const char* entry) : mEntry(entry), mRecord(entry) {
+    auto [call, number, place] = RecordCall(entry);
+    mCall = std::move(call);
+    mNumber = number;
+    mPlace = place;
     Book().Begin(entry, mNumber);
 }
 
@@ -192,88 +164,6 @@ void GuardedCall::GiveBack() {
     NoteHits();
 }
 
-void GuardedCall::CheckReply() {
-    if (!mReply) {
-        return;
-    }
-    const LentText& reply = *mReply;
-    const std::string_view bytes(reply.original, reply.capacity);
-    const std::string text(reply.original, strnlen(reply.original, reply.capacity));
-    if (bytes != reply.before) {
-        mCall->results.update(doubles::CallRecord("").Text("text", text.c_str()).Arguments());
-        Book().Tried(ClauseId::kBufferTerminated);
-        if (text.size() == reply.capacity) {
-            Finding(ClauseId::kBufferTerminated,
-                    "no zero within the " + std::to_string(reply.capacity) + " bytes of the buffer");
-        }
-        Book().Tried(ClauseId::kBufferUtf8);
-        if (!IsUtf8(text)) {
-            Finding(ClauseId::kBufferUtf8, "the reply " + Printable(text) + " is not UTF-8");
-        }
-        CheckRest(text.size() + 1);
-    }
-    if (reply.size != nullptr) {
-        Book().Tried(ClauseId::kSizeSane);
-        const bool isChanged = *reply.size != reply.sizeBefore;
-        if (isChanged) {
-            mCall->results["size"] = *reply.size;
-        }
-        // With or without the zero.
-        const std::uint64_t most = std::max(reply.sizeBefore, reply.capacity);
-        if (isChanged && (*reply.size > most || *reply.size < text.size())) {
-            Finding(ClauseId::kSizeSane, "the size became " + std::to_string(*reply.size) + ", with a capacity of " +
-                                             std::to_string(most) + " and a text of " + std::to_string(text.size()) +
-                                             " bytes");
-        }
-    }
-    if (mCall->answer == kPluginCoreSuccess && !mCall->exception && !text.empty()) {
-        CheckJson(text);
-    }
-}
-
-void GuardedCall::CheckJson(const std::string& text) {
-    struct Shape {
-        std::string_view entry;
-        std::uint64_t capacity;  // in a smaller buffer the text may be cut
-        ClauseId parses, members, kinds;
-        std::vector<ShapeFault> (*faultsOf)(const std::string& json);
-    };
-    const Shape shapes[] = {{"GetMenus", kPluginCoreMenusSize, ClauseId::kMenuJson, ClauseId::kMenuMembers,
-                             ClauseId::kMenuKinds, &FaultsOfMenus},
-                            {"GetSettings", kPluginCoreSettingsSize, ClauseId::kSettingsJson,
-                             ClauseId::kSettingsMembers, ClauseId::kSettingsMembers, &FaultsOfSettings}};
-    const auto* const shape = std::find_if(std::begin(shapes), std::end(shapes),
-                                           [&](const Shape& candidate) { return candidate.entry == mEntry; });
-    if (shape == std::end(shapes) || mReply->capacity < shape->capacity) {
-        return;
-    }
-    Book().Tried(shape->parses);
-    const std::vector<ShapeFault> faults = shape->faultsOf(text);
-    if (faults.empty() || faults.front().kind != ShapeFaultKind::kNoJson) {
-        Book().Tried(shape->members);
-        Book().Tried(shape->kinds);
-    }
-    for (const ShapeFault& fault : faults) {
-        const ClauseId clause = fault.kind == ShapeFaultKind::kNoJson          ? shape->parses
-                                : fault.kind == ShapeFaultKind::kMemberMissing ? shape->members
-                                                                               : shape->kinds;
-        Finding(clause, fault.text + ", in " + Printable(text));
-    }
-}
-
-// Zeros are as good as what was there: strncpy fills with them.
-void GuardedCall::CheckRest(std::size_t begin) const {
-    for (std::size_t i = begin; i < mReply->capacity; ++i) {
-        if (mReply->original[i] != mReply->before[i] && mReply->original[i] != '\0') {
-            Finding(ClauseId::kBufferRest, "byte " + std::to_string(i) +
-                                               " of the buffer was written, behind a text of " +
-                                               std::to_string(begin - 1) + " bytes");
-            break;
-        }
-    }
-    Book().Tried(ClauseId::kBufferRest);
-}
-
 void GuardedCall::CheckCallerState() const {
     const CallerState now = CallerState::Now();
     if (now.currentFolder != mCallerBefore.currentFolder) {
@@ -300,7 +190,9 @@ void GuardedCall::End() {
         mRecord.Texts("items", mCallback->Items());
         mCall->results["items"] = mCallback->ItemsInFull();
     }
-    CheckReply();
+    if (mReply) {
+        CheckReply(*mReply, *mCall, mNumber);
+    }
     CheckCallerState();
     if (mFlag != nullptr) {
         mCall->results["flag"] = *mFlag;
@@ -320,48 +212,6 @@ void GuardedCall::End() {
     Journal().Write(mPlace, *mCall);
     CheckTimeline(*mCall, mNumber, isTimed);
     Book().End();
-}
-
-GuardedCall& BeginCall(const char* entry) {
-    auto call = std::make_unique<GuardedCall>(entry);
-    const CallUnderWay underWay = call->UnderWay();
-    EnteredEntry(std::string(underWay.entry) + ", call " + std::to_string(underWay.number));
-    const std::lock_guard lock(sStackMutex);
-    Stack().push_back(std::move(call));
-    return *Stack().back();
-}
-
-void EndCall() {
-    LeftEntry();
-    Stack().back()->End();
-    const std::lock_guard lock(sStackMutex);
-    Stack().pop_back();
-}
-
-CallJournal& Journal() {
-    static auto* const sJournal = new CallJournal;
-    return *sJournal;
-}
-
-bool WasAnyCalled() { return !Numbers().empty(); }
-
-std::vector<PluginCoreCall> TakeCalls() {
-    std::vector<PluginCoreCall> calls;
-    for (const auto& call : std::exchange(Recorded(), {})) {
-        calls.push_back(*call);
-    }
-    return calls;
-}
-
-std::optional<CallUnderWay> EntryUnderWay() {
-    const std::lock_guard lock(sStackMutex);
-    return Stack().empty() ? std::nullopt : std::optional(Stack().back()->UnderWay());
-}
-
-void NoteHits() {
-    for (const Hit& hit : GuardedMemory::TakeHits()) {
-        Book().Broken(FindingOf(hit));
-    }
 }
 
 }  // namespace simhost::contract

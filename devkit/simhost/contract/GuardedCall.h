@@ -2,8 +2,8 @@
 // called, gives back what it wrote, checks it and records the call. Answers, texts and exceptions reach the plug-in as
 // if nothing stood between.
 //
-// Calls lie on a stack of the layer's own and not in the frames of the forwarding functions: an exception of another
-// compiler runs no destructors there.
+// Calls lie on a stack of the layer's own (CallStack) and not in the frames of the forwarding functions: an exception
+// of another compiler runs no destructors there.
 //
 // Thread: main.
 #pragma once
@@ -23,14 +23,9 @@
 #include "simhost/contract/CallerState.h"
 #include "simhost/contract/Clauses.h"
 #include "simhost/contract/GuardedMemory.h"
-#include "simhost/report/CallJournal.h"
+#include "simhost/contract/ReplyChecks.h"
 
 namespace simhost::contract {
-
-struct CallUnderWay {
-    std::string entry;
-    int number = 0;  // of the call of its entry, from 1
-};
 
 // What a library gets in place of a reply buffer and its size.
 struct LentReply {
@@ -69,34 +64,25 @@ class GuardedCall {
     // Gives everything back, checks and records.
     void End();
 
-    CallUnderWay UnderWay() const { return {mEntry, mNumber}; }
+    // Of the call of its entry, from 1.
+    int Number() const { return mNumber; }
 
   private:
     struct Lent {
         void* block;
         void* original;  // null: nothing is given back
     };
-    struct LentText {
-        std::string before;
-        char* original;
-        std::uint64_t capacity;
-        std::uint64_t sizeBefore;
-        std::uint64_t* size;  // null: the contract knows the capacity
-    };
 
     template <class Type>
     Type* Lend(const char* name, Type* original, std::size_t size);
     LentReply LendReply(char* buffer, std::uint64_t* size, std::uint64_t capacity);
     void GiveBack();
-    void CheckReply();
-    void CheckJson(const std::string& text);
-    void CheckRest(std::size_t begin) const;
     void CheckCallerState() const;
     void Finding(ClauseId clause, const std::string& what) const;
 
     const char* mEntry;
-    int mNumber;
-    std::size_t mPlace;  // among all calls of the process, from 0
+    int mNumber = 0;
+    std::size_t mPlace = 0;  // among all calls of the process, from 0
     doubles::CallRecord mRecord;
     std::shared_ptr<PluginCoreCall> mCall;
     std::vector<Lent> mLent;
@@ -110,23 +96,5 @@ class GuardedCall {
     std::chrono::steady_clock::duration mTook{};
     std::size_t mHitsBefore = 0;
 };
-
-// Begins a call, which End ends and takes away.
-GuardedCall& BeginCall(const char* entry);
-void EndCall();
-
-// Where calls are written as they happen.
-CallJournal& Journal();
-
-// Whether any entry was called so far.
-bool WasAnyCalled();
-// The calls since the last time, in the order in which they began.
-std::vector<PluginCoreCall> TakeCalls();
-// For whoever reports a crash or a run that hangs; nothing while no entry is being called.
-// Thread: any.
-std::optional<CallUnderWay> EntryUnderWay();
-
-// Turns what guarded memory has noted into findings. For uses after a return that come at any time.
-void NoteHits();
 
 }  // namespace simhost::contract

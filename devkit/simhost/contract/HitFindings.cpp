@@ -55,4 +55,10 @@ Finding FindingOf(const Hit& hit) {
     return {ClauseOfHit(hit), hit.loan.entry, hit.loan.call, What(hit) + place};
 }
 
+void NoteHits() {
+    for (const Hit& hit : GuardedMemory::TakeHits()) {
+        Book().Broken(FindingOf(hit));
+    }
+}
+
 }  // namespace simhost::contract

@@ -19,23 +19,40 @@ namespace {
 uintptr_t(__cdecl* sBeginThreadEx)(void*, unsigned, unsigned(__stdcall*)(void*), void*, unsigned, unsigned*) = nullptr;
 uintptr_t(__cdecl* sBeginThread)(void(__cdecl*)(void*), unsigned, void*) = nullptr;
 
-HHOOK Noted(HHOOK hook, int type) {
+HHOOK Noted(HHOOK hook, int type, DWORD thread) {
     if (hook != nullptr) {
-        NoteHook(hook, type);
+        NoteHook(hook, "a hook of type " + std::to_string(type), thread);
     }
     return hook;
 }
 
 HHOOK WINAPI WatchedSetWindowsHookExW(int type, HOOKPROC procedure, HINSTANCE module, DWORD thread) {
-    return Noted(SetWindowsHookExW(type, procedure, module, thread), type);
+    return Noted(SetWindowsHookExW(type, procedure, module, thread), type, thread);
 }
 
 HHOOK WINAPI WatchedSetWindowsHookExA(int type, HOOKPROC procedure, HINSTANCE module, DWORD thread) {
-    return Noted(SetWindowsHookExA(type, procedure, module, thread), type);
+    return Noted(SetWindowsHookExA(type, procedure, module, thread), type, thread);
 }
 
 BOOL WINAPI WatchedUnhookWindowsHookEx(HHOOK hook) {
     const BOOL done = UnhookWindowsHookEx(hook);
+    if (done != 0) {
+        ForgetHook(hook);
+    }
+    return done;
+}
+
+HWINEVENTHOOK WINAPI WatchedSetWinEventHook(DWORD first, DWORD last, HMODULE module, WINEVENTPROC procedure,
+                                            DWORD process, DWORD thread, DWORD flags) {
+    const HWINEVENTHOOK hook = SetWinEventHook(first, last, module, procedure, process, thread, flags);
+    if (hook != nullptr) {
+        NoteHook(hook, "a hook for events of windows", thread);
+    }
+    return hook;
+}
+
+BOOL WINAPI WatchedUnhookWinEvent(HWINEVENTHOOK hook) {
+    const BOOL done = UnhookWinEvent(hook);
     if (done != 0) {
         ForgetHook(hook);
     }
@@ -121,6 +138,8 @@ void WatchLibrary(HMODULE library) {
     Replace(library, "SetWindowsHookExW", &WatchedSetWindowsHookExW, &SetWindowsHookExW);
     Replace(library, "SetWindowsHookExA", &WatchedSetWindowsHookExA, &SetWindowsHookExA);
     Replace(library, "UnhookWindowsHookEx", &WatchedUnhookWindowsHookEx, &UnhookWindowsHookEx);
+    Replace(library, "SetWinEventHook", &WatchedSetWinEventHook, &SetWinEventHook);
+    Replace(library, "UnhookWinEvent", &WatchedUnhookWinEvent, &UnhookWinEvent);
     Replace(library, "CreateWindowExW", &WatchedCreateWindowEx, &CreateWindowExW);
     Replace(library, "CreateWindowExA", &WatchedCreateWindowEx, &CreateWindowExA);
     Replace(library, "CreateThread", &WatchedCreateThread, &CreateThread);

@@ -22,9 +22,13 @@ struct WaitableTraits {
     static void Close(HANDLE handle) { CloseHandle(handle); }
 };
 
+using Waitable = UniqueHandle<WaitableTraits>;
+
+// Windows takes a hook away when one of its threads ends.
 struct MadeHook {
-    HHOOK hook;
-    int type;
+    HANDLE hook;
+    std::string what;
+    std::vector<Waitable> threads;  // the one that made it, and the one whose messages it is for
 };
 
 struct MadeWindow {
@@ -35,9 +39,9 @@ struct MadeWindow {
 // A thread or a process.
 struct Runner {
     ClauseId clause;
-    UniqueHandle<WaitableTraits> handle;  // of our own, which the library cannot close
-    const void* start;                    // of a thread; named only when it is left: that takes its time
-    std::string commandLine;              // of a process
+    Waitable handle;          // of our own, which the library cannot close
+    const void* start;        // of a thread; named only when it is left: that takes its time
+    std::string commandLine;  // of a process
 };
 
 // Never destroyed: a library may make and end things as long as the process lives.
@@ -53,15 +57,20 @@ Made& TheMade() {
     return *sMade;
 }
 
-bool HasEnded(const Runner& runner, DWORD milliseconds) {
-    return WaitForSingleObject(runner.handle.Get(), milliseconds) == WAIT_OBJECT_0;
+bool HasEnded(const Waitable& handle, DWORD milliseconds) {
+    return WaitForSingleObject(handle.Get(), milliseconds) == WAIT_OBJECT_0;
+}
+
+bool IsGone(const MadeHook& hook) {
+    return std::any_of(hook.threads.begin(), hook.threads.end(),
+                       [](const Waitable& thread) { return HasEnded(thread, 0); });
 }
 
 // A library may start any number one after the other: those that have ended are forgotten now and then.
 void ForgetEnded(std::vector<Runner>& runners) {
     static std::size_t sEnough = 64;
     if (runners.size() >= sEnough) {
-        std::erase_if(runners, [](const Runner& other) { return HasEnded(other, 0); });
+        std::erase_if(runners, [](const Runner& other) { return HasEnded(other.handle, 0); });
         sEnough = std::max<std::size_t>(64, 2 * runners.size());
     }
 }
@@ -71,7 +80,7 @@ void Add(ClauseId clause, HANDLE theirs, const void* start, const std::string& c
     if (DuplicateHandle(GetCurrentProcess(), theirs, GetCurrentProcess(), &ours, SYNCHRONIZE, FALSE, 0) == 0) {
         return;
     }
-    Runner runner{clause, UniqueHandle<WaitableTraits>(ours), start, commandLine};
+    Runner runner{clause, Waitable(ours), start, commandLine};
     Made& made = TheMade();
     const std::lock_guard lock(made.mutex);
     ForgetEnded(made.runners);
@@ -141,13 +150,20 @@ void AddWindows(HMODULE library, const std::vector<MadeWindow>& made, std::vecto
 
 }  // namespace
 
-void NoteHook(HHOOK hook, int type) {
+void NoteHook(HANDLE hook, const std::string& what, DWORD watchedThread) {
+    MadeHook noted{hook, what, {}};
+    for (const DWORD id : {GetCurrentThreadId(), watchedThread}) {
+        if (const HANDLE thread = id == 0 ? nullptr : OpenThread(SYNCHRONIZE, FALSE, id)) {
+            noted.threads.emplace_back(thread);
+        }
+    }
     Made& made = TheMade();
     const std::lock_guard lock(made.mutex);
-    made.hooks.push_back({hook, type});
+    std::erase_if(made.hooks, &IsGone);
+    made.hooks.push_back(std::move(noted));
 }
 
-void ForgetHook(HHOOK hook) {
+void ForgetHook(HANDLE hook) {
     Made& made = TheMade();
     const std::lock_guard lock(made.mutex);
     std::erase_if(made.hooks, [&](const MadeHook& other) { return other.hook == hook; });
@@ -175,19 +191,21 @@ std::vector<Leftover> Leftovers(HMODULE library) {
     std::vector<Leftover> left;
     {
         const std::lock_guard lock(made.mutex);
-        for (const MadeHook& hook : made.hooks) {
-            left.push_back({ClauseId::kHookLeft, "a hook of type " + std::to_string(hook.type)});
-        }
         windows = made.windows;
         runners = std::exchange(made.runners, {});
     }
     AddWindows(library, windows, left);
     std::erase_if(runners, [&](const Runner& runner) {
         const ULONGLONG now = GetTickCount64();
-        return HasEnded(runner, now < deadline ? static_cast<DWORD>(deadline - now) : 0);
+        return HasEnded(runner.handle, now < deadline ? static_cast<DWORD>(deadline - now) : 0);
     });
     AddRunners(runners, left);
     const std::lock_guard lock(made.mutex);
+    // Now that the threads which are ending have ended.
+    std::erase_if(made.hooks, &IsGone);
+    for (const MadeHook& hook : made.hooks) {
+        left.push_back({ClauseId::kHookLeft, hook.what});
+    }
     std::move(runners.begin(), runners.end(), std::back_inserter(made.runners));
     return left;
 }

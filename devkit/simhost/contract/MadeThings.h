@@ -12,8 +12,9 @@
 
 namespace simhost::contract {
 
-void NoteHook(HHOOK hook, int type);
-void ForgetHook(HHOOK hook);
+// On the thread that has made it. `watchedThread`: the one whose messages or events it is for; 0 for all.
+void NoteHook(HANDLE hook, const std::string& what, DWORD watchedThread);
+void ForgetHook(HANDLE hook);
 void NoteWindow(HWND window);
 // Both handles stay the library's, which may close them. `start`: where the thread begins.
 void NoteThread(HANDLE thread, const void* start);

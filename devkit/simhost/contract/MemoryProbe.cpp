@@ -4,11 +4,14 @@
 
 #include <array>
 #include <chrono>
+#include <cstring>
 #include <limits>
 #include <string>
 
+#include "simhost/contract/CallStack.h"
 #include "simhost/contract/ContractBook.h"
 #include "simhost/contract/ProbedLibrary.h"
+#include "simhost/contract/QuietMessaging.h"
 #include "simhost/contract/ResourcesInUse.h"
 #include "simhost/run/FlightRecorder.h"
 #include "support/ForeignExceptionGuard.h"
@@ -18,8 +21,11 @@ namespace simhost::contract {
 namespace {
 
 constexpr const char* kPath = "C:\\Job\\Brochure.ai";
+constexpr const char* kFonts = "Garamond-Bold";
 constexpr const char* kReport = R"({"DocumentFonts":[{"PostScriptName":"Garamond-Bold"}],"LinkedDocuments":[]})";
 
+// Less is what a length or a date costs that has grown by a digit.
+constexpr int kBytesPerCall = 8;
 constexpr int kAttempts = 5;
 constexpr int kIntervals = 3;
 
@@ -31,6 +37,11 @@ struct Plan {
 constexpr Plan kCalls = {60, 100, 5};
 constexpr Plan kStarts = {10, 20, 50};
 
+std::int32_t AcceptItem(const char*, const char*, const char*, std::uint8_t, std::uint8_t, std::uint8_t, const char*,
+                        void*) {
+    return kPluginCoreSuccess;
+}
+
 class Watcher {
   public:
     Watcher(const Deadline& deadline, const Plan& plan) : mDeadline(deadline), mPlan(plan) {}
@@ -39,6 +50,7 @@ class Watcher {
     template <class Run>
     void Watch(const char* entry, const Run& run) const {
         Book().Begin(entry, 0);
+        const UnguardedCalls underWay(entry);
         try {
             CallForeignCode([&] {
                 WatchRuns(entry, run);
@@ -63,16 +75,20 @@ class Watcher {
             return;
         }
         Repeat(mPlan.warmUp, entry, run);
-        constexpr long kMany = std::numeric_limits<long>::max();
-        ResourcesInUse least{kMany, kMany, kMany};
+        constexpr long long kMany = std::numeric_limits<long long>::max();
+        ResourcesInUse least{kMany, kMany, kMany, kMany, kMany};
         for (int interval = 0; interval < kIntervals; ++interval) {
             const ResourcesInUse before = ResourcesInUse::Now();
             Repeat(mPlan.rounds, entry, run);
             least = Least(least, ResourcesInUse::Now() - before);
         }
-        Judge(ClauseId::kMemoryGrows, entry, least.blocks, "blocks of memory");
-        Judge(ClauseId::kHandlesGrow, entry, least.handles, "handles");
-        Judge(ClauseId::kHandlesGrow, entry, least.objects, "windows or drawing objects");
+        // Once for each leak: what takes blocks takes their bytes as well.
+        if (!Judge(ClauseId::kMemoryGrows, entry, least.blocks, 1, "blocks of memory")) {
+            Judge(ClauseId::kMemoryGrows, entry, least.bytes, kBytesPerCall, "bytes in its blocks of memory");
+        }
+        Judge(ClauseId::kMemoryGrows, entry, least.pages, 1, "pages of memory");
+        Judge(ClauseId::kHandlesGrow, entry, least.handles, 1, "handles");
+        Judge(ClauseId::kHandlesGrow, entry, least.objects, 1, "windows or drawing objects");
     }
 
     // A machine that has much to do makes some call slow, but not all.
@@ -102,13 +118,16 @@ class Watcher {
         }
     }
 
-    void Judge(ClauseId clause, const char* entry, long grown, const char* what) const {
+    // Whether as much is lost in every other call.
+    bool Judge(ClauseId clause, const char* entry, long long grown, int perCall, const char* what) const {
         Book().Tried(clause);
-        if (grown >= mPlan.rounds / 2) {
+        const bool isLost = grown >= static_cast<long long>(perCall) * mPlan.rounds / 2;
+        if (isLost) {
             Book().Broken({clause, entry, 0,
                            "at least " + std::to_string(grown) + " " + what + " more after each " +
                                std::to_string(mPlan.rounds) + " calls"});
         }
+        return isLost;
     }
 
     const Deadline& mDeadline;
@@ -127,6 +146,9 @@ void ProbeMemory(ProbedLibrary& library) {
         sBuffer[0] = 0;
         return sBuffer.data();
     };
+    const auto filled = [&](const char* text) { return std::strcpy(reply(kPluginCoreOpenReplySize), text); };
+    Reply menus(kPluginCoreMenusSize);
+    library.GetMenus(kPath, menus.Buffer(), &menus.size);
 #define WATCH(name, ...)                                                      \
     if (auto* const entry = library.Real<decltype(::name)>(#name)) {          \
         watcher.Watch(#name, [&] { static_cast<void>(entry(__VA_ARGS__)); }); \
@@ -140,9 +162,13 @@ void ProbeMemory(ProbedLibrary& library) {
     WATCH(GetAPIVersion, &number, kPluginCoreVersion)
     WATCH(GetSettings, reply(kPluginCoreSettingsSize), &size)
     WATCH(GetMenus, kPath, reply(kPluginCoreMenusSize), &size)
+    WATCH(CreateMenusFromJSONBuffer, menus.Buffer(), &AcceptItem, &size)
     WATCH(GetIDForDocument, kPath, reply(kPluginCoreDocumentIDSize), &size)
     WATCH(HandleOpenExistingDocument, kPath, reply(kPluginCoreOpenReplySize), &size)
+    WATCH(InvokeResolveDialog, filled(kFonts), &size)
     WATCH(ActivateChosenFonts, kPath, reply(kPluginCoreOpenReplySize), &size)
+    WATCH(HandleCreateNewDocument, reply(kPluginCoreNewDocumentSize), &size)
+    WATCH(RegisterPlugPlug, QuietMessaging())
     WATCH(UpdateDocumentFontUsage, "document", kReport)
     WATCH(HandleMenuSelection, "document", "[]", "no such item")
     WATCH(HandleSaveDocument, kPath, kReport)

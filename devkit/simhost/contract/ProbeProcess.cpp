@@ -4,7 +4,7 @@
 #include <exception>
 
 #include "simhost/contract/ContractBook.h"
-#include "simhost/contract/GuardedCall.h"
+#include "simhost/contract/HitFindings.h"
 #include "simhost/contract/PluginCoreWatch.h"
 #include "simhost/contract/ProbedLibrary.h"
 #include "simhost/contract/Probes.h"
@@ -28,12 +28,8 @@ void RunAndBook(const std::string& name, const std::filesystem::path& file, std:
     } catch (const OutOfTime&) {
         Book().Note("it was not finished within " + std::to_string(seconds) + " seconds: the library takes its time");
     } catch (const std::exception& error) {
-        // What left an entry is in the book. Anything else is no finding: not loaded, or no memory.
-        if (!Book().HasBroken(ClauseId::kException)) {
-            Book().Refused(error.what());
-        }
-    } catch (...) {
-        // Nothing of our own throws that: it left an entry, and is in the book.
+        // No finding: not loaded, or no memory.
+        Book().Refused(error.what());
     }
     NoteHits();
 }

@@ -12,6 +12,7 @@
 
 #include "plugincore/EntryPoint.h"
 #include "plugincore/PluginCore.h"
+#include "simhost/contract/ContractBook.h"
 
 namespace simhost::contract {
 
@@ -24,6 +25,9 @@ struct Reply {
     std::vector<char> bytes;  // one more than the library is told of
     std::uint64_t size;
 };
+
+// What a probe reads when an entry was left by an exception: no answer of the library's to be judged.
+inline constexpr std::int32_t kLeftByException = -1;
 
 // Thrown instead of a call for which there is no time left.
 struct OutOfTime {};
@@ -53,7 +57,15 @@ class ProbedEntry<std::int32_t(Arguments...)> {
         if (mDeadline.IsOver()) {
             throw OutOfTime();
         }
-        return mEntry(arguments...);
+        try {
+            return mEntry(arguments...);
+        } catch (...) {
+            // What left the entry is in the book; the probe goes on. Anything else is the layer's own.
+            if (!Book().HasBroken(ClauseId::kException)) {
+                throw;
+            }
+            return kLeftByException;
+        }
     }
 
   private:
@@ -61,7 +73,7 @@ class ProbedEntry<std::int32_t(Arguments...)> {
     EntryPoint<std::int32_t(Arguments...)> mEntry;
 };
 
-// A missing entry answers "not found". Calls throw what the entries throw, and OutOfTime.
+// A missing entry answers "not found". Calls throw OutOfTime.
 class ProbedLibrary {
   public:
     // Loads the file, together with what lies in its folder. Throws std::runtime_error in words.

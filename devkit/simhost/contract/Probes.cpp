@@ -5,6 +5,7 @@
 #include "simhost/contract/ContractBook.h"
 #include "simhost/contract/MemoryProbe.h"
 #include "simhost/contract/ProbedLibrary.h"
+#include "simhost/contract/QuietMessaging.h"
 
 namespace simhost::contract {
 
@@ -35,7 +36,7 @@ void ProbeEntries(ProbedLibrary& library) {
         Book().Tried(ClauseId::kVersion);
         std::uint32_t value = 0;
         const std::int32_t answer = library.GetAPIVersion(&value, kPluginCoreVersion);
-        if (answer != 0) {
+        if (answer != kPluginCoreSuccess && answer != kLeftByException) {
             Book().Broken({ClauseId::kVersion, "GetAPIVersion", 1, "answered " + std::to_string(answer)});
         }
     }
@@ -47,7 +48,7 @@ void ProbeNullBuffer(ProbedLibrary& library) {
         Book().Tried(ClauseId::kNullBuffer);
         std::uint64_t size = 0;
         const std::int32_t answer = library.HandleOpenExistingDocument(kPath, nullptr, &size);
-        if (answer != kPluginCoreSuccess && answer != kPluginCoreRestrictedFonts) {
+        if (answer != kPluginCoreSuccess && answer != kPluginCoreRestrictedFonts && answer != kLeftByException) {
             Book().Broken({ClauseId::kNullBuffer, "HandleOpenExistingDocument", 1,
                            "a null buffer was answered with " + std::to_string(answer)});
         }
@@ -138,26 +139,12 @@ void ProbeMenus(ProbedLibrary& library) {
     Sleep(kMomentMilliseconds);
 }
 
-// Of a messaging library that has nothing to say.
-PlugPlugState QuietMessaging() {
-    PlugPlugState state{};
-    state.module = GetModuleHandleW(nullptr);
-    state.loadExtension = [](const char*) -> std::int32_t { return 0; };
-    state.unloadExtension = [](const char*) -> std::int32_t { return 0; };
-    state.addListener = [](const char*, PlugPlugListener, void*) -> std::int32_t { return 0; };
-    state.removeListener = [](const char*, PlugPlugListener, void*) -> std::int32_t { return 0; };
-    state.dispatch = [](const PlugPlugEvent*) -> std::int32_t { return 0; };
-    return state;
-}
-
 void ProbePanel(ProbedLibrary& library) {
-    // The pointer may be kept until the process ends.
-    static PlugPlugState sState = QuietMessaging();
     library.Start();
     std::uint32_t port = 0;
-    library.RegisterPlugPlug(&sState);
+    library.RegisterPlugPlug(QuietMessaging());
     library.GetSocketPort(&port);
-    library.RegisterPlugPlug(&sState);
+    library.RegisterPlugPlug(QuietMessaging());
     library.ProcessPanelMessages(1);
     library.IdleEvent();
     library.GetSocketPort(&port);
@@ -188,12 +175,28 @@ void AskToTheEnd(const ProbedLibrary& library) {
     library.GetSocketPort(&port);
 }
 
+// The host offers its menus and panels until the process ends, and its clock ticks.
+void UseMenusAndPanel(const ProbedLibrary& library) {
+    library.IdleEvent();
+    library.ProcessPanelMessages(1);
+    std::uint8_t isEnabled = 0;
+    library.PluginIsEnabled(1, &isEnabled);
+    Reply menus(kPluginCoreMenusSize);
+    library.GetMenus(kPath, menus.Buffer(), &menus.size);
+    Reply id(kPluginCoreDocumentIDSize);
+    library.GetIDForDocument(kPath, id.Buffer(), &id.size);
+    library.UpdateDocumentFontUsage(id.Buffer(), kReport);
+    library.HandleMenuSelection(id.Buffer(), menus.Buffer(), "no such item");
+    library.RegisterPlugPlug(QuietMessaging());
+}
+
 void ProbeAfterTerminate(ProbedLibrary& library) {
     library.Start();
     AskToTheEnd(library);
     library.End();
     Book().Tried(ClauseId::kAfterTerminate);
     AskToTheEnd(library);
+    UseMenusAndPanel(library);
 }
 
 struct Answers {

@@ -6,9 +6,11 @@
 namespace simhost::contract {
 
 struct ResourcesInUse {
-    long blocks = 0;   // of memory, in all heaps
-    long handles = 0;  // of the kernel
-    long objects = 0;  // of windows and drawing; Wine counts none
+    long long blocks = 0;   // of memory, in all heaps
+    long long bytes = 0;    // of these blocks
+    long long pages = 0;    // of memory that is this process's alone, heaps among it
+    long long handles = 0;  // of the kernel
+    long long objects = 0;  // of windows and drawing; Wine counts none
 
     static ResourcesInUse Now();
 };

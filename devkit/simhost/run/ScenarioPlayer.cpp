@@ -6,8 +6,8 @@
 
 #include "doubles/host/Host.h"
 #include "simhost/checks/ImportWatch.h"
-#include "simhost/contract/GuardedCall.h"
 #include "simhost/contract/PluginCoreWatch.h"
+#include "simhost/contract/RecordedCalls.h"
 #include "simhost/plugin/PluginClock.h"
 #include "simhost/plugin/ProgramDisguise.h"
 #include "simhost/run/FlightRecorder.h"
