@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <cstdint>
+
 namespace simhost::contract {
 
 PlugPlugState* QuietMessaging() {
