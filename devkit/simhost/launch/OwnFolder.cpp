@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "doubles/common/Text.h"
+#include "simhost/launch/FileChanges.h"
 #include "simhost/launch/RemoveTree.h"
 
 namespace simhost {
@@ -45,12 +46,7 @@ void CheckIsOwnOrNew(const std::filesystem::path& folder) {
 
 void ShareFolder(const std::filesystem::path& folder) {
     CheckIsOwnOrNew(folder);
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    if (error) {
-        throw std::runtime_error("cannot make the folder " + Utf8(folder.wstring()) + " (error " +
-                                 std::to_string(error.value()) + ")");
-    }
+    MakeFolder(folder);
     Mark(folder);
 }
 

@@ -2,12 +2,13 @@
 
 #include <windows.h>
 
-#include <fstream>
 #include <stdexcept>
 
 #include "doubles/common/Text.h"
+#include "simhost/launch/FileChanges.h"
 #include "simhost/launch/OwnFolder.h"
 #include "simhost/launch/RemoveTree.h"
+#include "simhost/report/WholeFile.h"
 #include "simhost/scenario/PathsOfRun.h"
 
 #ifndef QUORVEL_VERSION
@@ -30,8 +31,8 @@ void MakeWay(const std::filesystem::path& root, const std::filesystem::path& fil
             throw std::runtime_error(Utf8(folder.wstring()) + " leads out of the folder of the run");
         }
     }
-    std::filesystem::create_directories(file.parent_path());
-    std::filesystem::remove(file);
+    MakeFolder(file.parent_path());
+    RemoveFile(file);
 }
 
 void Copy(const std::filesystem::path& from, const std::filesystem::path& to) {
@@ -83,14 +84,14 @@ void RunFolder::LayOut(const Scenario& scenario, const std::filesystem::path& pl
         WriteFile(file);
     }
     WriteAnswers(scenario.answers);
-    std::ofstream(BusAnswers(), std::ios::binary | std::ios::trunc) << scenario.busAnswers.dump();
+    WriteWholeFile(BusAnswers(), scenario.busAnswers.dump());
 }
 
 void RunFolder::WriteFile(const FileToMake& file) const {
     const std::filesystem::path path = At(file.path);
     MakeWay(mRoot, path);
     if (file.from.empty()) {
-        std::ofstream(path, std::ios::binary | std::ios::trunc) << file.text;
+        WriteWholeFile(path, file.text);
     } else {
         Copy(Wide(file.from), path);
     }
@@ -101,11 +102,9 @@ void RunFolder::WriteFile(const FileToMake& file) const {
 
 void RunFolder::Move(const FileToMove& move) const {
     MakeWay(mRoot, At(move.to));
-    std::filesystem::rename(At(move.from), At(move.to));
+    MoveFileTo(At(move.from), At(move.to));
 }
 
-void RunFolder::WriteAnswers(const nlohmann::ordered_json& answers) const {
-    std::ofstream(Answers(), std::ios::binary | std::ios::trunc) << answers.dump();
-}
+void RunFolder::WriteAnswers(const nlohmann::ordered_json& answers) const { WriteWholeFile(Answers(), answers.dump()); }
 
 }  // namespace simhost

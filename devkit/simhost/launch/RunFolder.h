@@ -39,8 +39,7 @@ class RunFolder {
     Placeholders PlaceholdersForScenarios() const;
 
     // Takes the folder for the run (see OwnFolder.h) and makes it anew, with everything that the scenario lays out in
-    // it. `kit` is the folder of the libraries that are copied. Throws std::runtime_error or
-    // std::filesystem::filesystem_error.
+    // it. `kit` is the folder of the libraries that are copied. Throws std::runtime_error.
     // `pluginCore` is copied where the scenario wants PluginCoreX64.dll; empty for the kit's double.
     void LayOut(const Scenario& scenario, const std::filesystem::path& plugin, const std::filesystem::path& kit,
                 const std::filesystem::path& pluginCore) const;
