@@ -9,6 +9,7 @@ namespace {
 
 constexpr RuleName kRules[] = {
     {Rule::kPropertyList, "property-list"},
+    {Rule::kPluginLoad, "plugin-load"},
     {Rule::kReply, "reply"},
     {Rule::kCalls, "calls"},
     {Rule::kContract, "contract"},

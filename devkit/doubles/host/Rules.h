@@ -15,6 +15,7 @@ namespace simhost {
 
 enum class Rule {
     kPropertyList,
+    kPluginLoad,
     kReply,
     kCalls,
     kContract,

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
+#include <set>
 #include <string_view>
 #include <system_error>
 
@@ -72,15 +74,50 @@ std::string WrongMachine(std::uint16_t machine) {
     return "is for another kind of processor (" + std::to_string(machine) + ")";
 }
 
-std::string MissingLibrary(const LibraryImage& image) {
+// Where Windows looks for a library that another one needs; nothing when it is not there.
+std::optional<std::filesystem::path> FindLibrary(const std::string& name) {
+    const HMODULE library = LoadLibraryExW(Wide(name).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    if (library == nullptr) {
+        return std::nullopt;
+    }
+    FreeLibrary(library);
+    wchar_t path[MAX_PATH] = L"";
+    const DWORD length = SearchPathW(nullptr, Wide(name).c_str(), nullptr, MAX_PATH, path, nullptr);
+    // Some names stand for libraries of other names, which are Windows' own.
+    return length == 0 || length >= MAX_PATH ? std::filesystem::path() : std::filesystem::path(path);
+}
+
+// What Windows brings along is whole.
+bool IsOfSystem(const std::filesystem::path& file) {
+    wchar_t folder[MAX_PATH] = L"";
+    GetSystemDirectoryW(folder, MAX_PATH);
+    std::error_code ignored;
+    return std::filesystem::equivalent(file.parent_path(), folder, ignored);
+}
+
+// As in "needs one.dll, which needs other.dll, which is not found"; empty when nothing is missing. `seen`: those that
+// were looked at, which may need each other.
+std::string MissingLibrary(const LibraryImage& image, std::set<std::string>& seen) {
     for (const ImportedLibrary& import : image.Imports()) {
-        const HMODULE library = LoadLibraryExW(Wide(import.name).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
-        if (library == nullptr) {
+        if (!seen.insert(import.name).second) {
+            continue;
+        }
+        const auto file = FindLibrary(import.name);
+        if (!file) {
             return "needs " + import.name + ", which is not found";
         }
-        FreeLibrary(library);
+        const std::string missing = file->empty() || IsOfSystem(*file) ? "" : MissingLibrary(LibraryImage(*file), seen);
+        if (!missing.empty()) {
+            return "needs " + import.name + ", which " + missing;
+        }
     }
-    return "needs a library that is not found, or one that it needs does";
+    return {};
+}
+
+std::string MissingLibrary(const LibraryImage& image) {
+    std::set<std::string> seen;
+    const std::string missing = MissingLibrary(image, seen);
+    return missing.empty() ? "needs a library that is not found, or one that it needs does" : missing;
 }
 
 std::string MissingFunction(const LibraryImage& image) {

@@ -1,6 +1,5 @@
 #include "simhost/plugin/PluginModule.h"
 
-#include <stdexcept>
 #include <vector>
 
 #include "doubles/common/Text.h"
@@ -11,15 +10,16 @@ namespace simhost {
 
 namespace {
 
+template <class Error>
 [[noreturn]] void Fail(const std::filesystem::path& file, const std::string& what) {
-    throw std::runtime_error(Utf8(file.filename().wstring()) + " " + what);
+    throw Error(Utf8(file.filename().wstring()) + " " + what);
 }
 
 // Before any of the file's code runs, as the host does it.
 std::vector<std::byte> ReadPropertyList(const std::filesystem::path& file) {
     const HMODULE data = LoadLibraryExW(file.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
     if (data == nullptr) {
-        Fail(file, "cannot be read (error " + std::to_string(GetLastError()) + ")");
+        Fail<LoadError>(file, "cannot be read (error " + std::to_string(GetLastError()) + ")");
     }
     const HRSRC resource = FindResourceW(data, MAKEINTRESOURCEW(16000), L"PIPL");
     std::vector<std::byte> bytes;
@@ -29,7 +29,7 @@ std::vector<std::byte> ReadPropertyList(const std::filesystem::path& file) {
     }
     FreeLibrary(data);
     if (bytes.empty()) {
-        Fail(file, "has no property list, so it is no plug-in");
+        Fail<PropertyListError>(file, "has no property list, so it is no plug-in");
     }
     return bytes;
 }
@@ -40,11 +40,12 @@ PluginModule::PluginModule(const std::filesystem::path& file)
     : mEntryName(EntryPointName(ParsePropertyList(ReadPropertyList(file)))) {
     mModule = LoadLibraryW(file.c_str());
     if (mModule == nullptr) {
-        Fail(file, WhyNotLoaded(file, GetLastError()));
+        Fail<LoadError>(file, WhyNotLoaded(file, GetLastError()));
     }
     mEntry = reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(mModule, mEntryName.c_str())));
     if (mEntry == nullptr) {
-        Fail(file, "does not export \"" + mEntryName + "\", which its property list names as its entry");
+        Fail<PropertyListError>(file,
+                                "does not export \"" + mEntryName + "\", which its property list names as its entry");
     }
 }
 

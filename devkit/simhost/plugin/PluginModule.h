@@ -5,14 +5,21 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 
 namespace simhost {
 
+// Windows does not load the plug-in's file.
+class LoadError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
 class PluginModule {
   public:
     // Reads the file's property list, loads the file and finds the entry point that the list names.
-    // Throws std::runtime_error in words when that cannot be done.
+    // Throws LoadError and PropertyListError in words when that cannot be done.
     explicit PluginModule(const std::filesystem::path& file);
     PluginModule(const PluginModule&) = delete;
     PluginModule& operator=(const PluginModule&) = delete;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <stdexcept>
 
 #include "doubles/common/Text.h"
 #include "host/HostTypes.h"
@@ -31,7 +30,7 @@ class Cursor {
 
     std::span<const std::byte> TakeBytes(std::size_t count) {
         if (count > mRest.size()) {
-            throw std::runtime_error("the property list is cut short");
+            throw PropertyListError("the property list is cut short");
         }
         const auto taken = mRest.first(count);
         mRest = mRest.subspan(count);
@@ -47,14 +46,14 @@ const Property& Find(const std::vector<Property>& properties, const char (&key)[
         return property.vendor == kVendor && property.key == FourCharCode(key) && property.id == 0;
     });
     if (found == properties.end()) {
-        throw std::runtime_error(std::string("the property list has no '") + key + "'");
+        throw PropertyListError(std::string("the property list has no '") + key + "'");
     }
     return *found;
 }
 
 std::uint32_t NumberOf(const Property& property) {
     if (property.data.size() != sizeof(std::uint32_t)) {
-        throw std::runtime_error("the property '" + FourCharacters(property.key) + "' is no 32-bit number");
+        throw PropertyListError("the property '" + FourCharacters(property.key) + "' is no 32-bit number");
     }
     std::uint32_t number = 0;
     std::memcpy(&number, property.data.data(), sizeof number);
@@ -66,7 +65,7 @@ std::uint32_t NumberOf(const Property& property) {
 std::vector<Property> ParsePropertyList(std::span<const std::byte> bytes) {
     Cursor cursor(bytes);
     if (cursor.Take<std::uint16_t>() != 1 || cursor.Take<std::uint32_t>() != 0) {
-        throw std::runtime_error("the property list has another layout");
+        throw PropertyListError("the property list has another layout");
     }
     cursor.Take<std::uint32_t>();  // the count
     std::vector<Property> properties;
@@ -85,16 +84,16 @@ std::vector<Property> ParsePropertyList(std::span<const std::byte> bytes) {
 
 std::string EntryPointName(const std::vector<Property>& properties) {
     if (NumberOf(Find(properties, "kind")) != kKindOfPlugin) {
-        throw std::runtime_error("the property list is not that of a plug-in");
+        throw PropertyListError("the property list is not that of a plug-in");
     }
     if (NumberOf(Find(properties, "ivrs")) != kInterfaceVersion) {
-        throw std::runtime_error("the property list asks for another interface version");
+        throw PropertyListError("the property list asks for another interface version");
     }
     const Property& entryPoint = Find(properties, "wx86");
     std::string name(reinterpret_cast<const char*>(entryPoint.data.data()), entryPoint.data.size());
     name.resize(std::strlen(name.c_str()));
     if (name.empty()) {
-        throw std::runtime_error("the property list names no entry point");
+        throw PropertyListError("the property list names no entry point");
     }
     return name;
 }

@@ -7,6 +7,8 @@
 
 #include "doubles/host/Host.h"
 #include "simhost/checks/EndChecks.h"
+#include "simhost/plugin/PluginModule.h"
+#include "simhost/plugin/PropertyList.h"
 #include "simhost/report/ResultRecord.h"
 #include "simhost/run/FlightRecorder.h"
 #include "simhost/run/ScenarioPlayer.h"
@@ -36,8 +38,11 @@ void Play(const Scenario& scenario, const RunFolder& folder, RunReport& report) 
     ScenarioPlayer* player = nullptr;
     try {
         player = new ScenarioPlayer(scenario, folder, report);
-    } catch (const std::exception& error) {
+    } catch (const PropertyListError& error) {
         Host().rules.Broken(Rule::kPropertyList, error.what());
+        return;
+    } catch (const LoadError& error) {
+        Host().rules.Broken(Rule::kPluginLoad, error.what());
         return;
     }
     player->PlaySteps();
