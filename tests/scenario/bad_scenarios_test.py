@@ -18,6 +18,8 @@ BAD = pathlib.Path(__file__).parent / "bad"
 # What only the reader can know: names that are defined elsewhere, or by the double of the host; what is behind a value;
 # and two members of one name, of which most readers of JSON see one.
 SCHEMA_ACCEPTS = {
+    "argument-of-another-kind",
+    "files-not-there",
     "in-one-case",
     "like-nothing",
     "name-twice",
@@ -102,6 +104,9 @@ def check_large(command: list[str]) -> list[str]:
         path.write_text('{"title": "' + "T" * (16 * 1024 * 1024) + '"}', encoding="utf-8")
         faults += check_one(command, "a file of 16 megabytes",
                             "large.json:1:1: the file has more than 16 megabytes", path)
+        path.write_text(json.dumps({"title": "T", "values": {f"v{i}": 0 for i in range(100_000)}}), encoding="utf-8")
+        faults += check_one(command, "100,000 members of an object",
+                            "large.json:1:10917: more than 1000 members in one object", path)
         chain = {"v0": [], **{f"v{i}": [f"${{v{i - 1}}}"] for i in range(1, 150)}}
         steps = [{"do": "about", "calls": []}]
         path.write_text(json.dumps({"title": "T", "values": dict(reversed(chain.items())), "steps": steps}))

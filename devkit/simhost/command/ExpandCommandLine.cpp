@@ -18,7 +18,7 @@ using Json = nlohmann::ordered_json;
 int Expand(const std::filesystem::path& scenario) {
     const ScenarioFile file(scenario);
     const Placeholders placeholders = {{"work", "<work>"}, {"plugin", "<plugin>"}, {"version", "<version>"}};
-    file.Check();
+    file.Check({});
     Json cases = Json::object();
     for (const std::string& name : file.Cases()) {
         cases[name] = file.WrittenOut(name, placeholders);

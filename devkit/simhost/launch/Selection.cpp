@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "doubles/common/Text.h"
+#include "simhost/launch/CaseRun.h"
 #include "simhost/launch/Patterns.h"
 #include "simhost/scenario/NearestWord.h"
 
@@ -35,7 +36,8 @@ std::vector<std::filesystem::path> ScenariosIn(const std::filesystem::path& fold
 
 std::vector<std::filesystem::path> ScenariosNamed(const std::filesystem::path& name) {
     const std::string pattern = Utf8(name.filename().wstring());
-    const bool folder = std::filesystem::is_directory(name);
+    std::error_code ignored;
+    const bool folder = std::filesystem::is_directory(name, ignored);
     if (!folder && !HasWildcards(pattern)) {
         return {name};
     }
@@ -84,7 +86,7 @@ Selection SelectCases(const std::vector<std::filesystem::path>& files, const std
         try {
             const auto file = std::make_shared<const ScenarioFile>(path);
             names.insert(names.end(), file->Cases().begin(), file->Cases().end());
-            file->Check();
+            file->Check(KitFolder());
             for (const std::string& name : file->Cases()) {
                 if (MatchesAny(name, casePatterns)) {
                     selection.cases.push_back({file, name});

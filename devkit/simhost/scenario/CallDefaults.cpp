@@ -1,5 +1,7 @@
 #include "simhost/scenario/CallDefaults.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <vector>
 
@@ -49,10 +51,30 @@ struct NumberRow {
 };
 
 constexpr NumberRow kNumbers[] = {
-    {"flag", ranges::kByte},
-    {"scope", ranges::kInt32},
-    {"interface_version", ranges::kInt32},
+    {"flag", ranges::kByte},    {"scope", ranges::kInt32},     {"interface_version", ranges::kInt32},
+    {"preset", ranges::kInt32}, {"capacity", ranges::kUint32},
 };
+constexpr std::string_view kFlags[] = {"zeroed"};
+
+// Of another kind than the record has it, an argument would differ from whatever comes.
+void CheckKind(const std::string& name, const Json& value, const Place& place) {
+    const auto* const number = std::find_if(std::begin(kNumbers), std::end(kNumbers),
+                                            [&](const NumberRow& row) { return row.argument == name; });
+    if (number != std::end(kNumbers)) {
+        NumberOf(value, place, number->range);
+    } else if (std::find(std::begin(kFlags), std::end(kFlags), name) != std::end(kFlags)) {
+        if (!value.is_boolean()) {
+            place.Complain("must be true or false");
+        }
+    } else if (name == kNameOfLists) {
+        if (!value.is_array()) {
+            place.Complain("must be an array");
+        }
+    } else if (value.is_number() || value.is_boolean()) {
+        // Null stands for no text, and a text of JSON may be written as that.
+        place.Complain("must be a text");
+    }
+}
 
 void CheckArgument(const CallRow& row, const std::string& name, const Json& value, const Place& place) {
     const auto known = SplitKeys(row.arguments);
@@ -63,11 +85,7 @@ void CheckArgument(const CallRow& row, const std::string& name, const Json& valu
                             DidYouMean(name, {known.begin(), known.end()}));
         return;
     }
-    for (const NumberRow& number : kNumbers) {
-        if (number.argument == name) {
-            NumberOf(value, place, number.range);
-        }
-    }
+    CheckKind(name, value, place);
 }
 
 void CheckAnswer(const CallRow& row, const Json& answer, const Place& place) {

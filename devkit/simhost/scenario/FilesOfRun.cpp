@@ -4,7 +4,10 @@
 #include <charconv>
 #include <chrono>
 #include <optional>
+#include <system_error>
 
+#include "doubles/common/Text.h"
+#include "simhost/scenario/NearestWord.h"
 #include "simhost/scenario/PathsOfRun.h"
 
 namespace simhost {
@@ -52,6 +55,27 @@ std::int64_t ReadTime(const std::string& text, const Place& place) {
     return seconds.value_or(0);
 }
 
+bool IsFile(const std::filesystem::path& file) {
+    std::error_code ignored;
+    return std::filesystem::is_regular_file(file, ignored);
+}
+
+std::vector<std::string> FilesIn(const std::filesystem::path& folder) {
+    std::vector<std::string> names;
+    std::error_code ignored;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
+        names.push_back(Utf8(entry.path().filename().wstring()));
+    }
+    return names;
+}
+
+void CheckIsInKit(const std::string& name, const Place& place) {
+    const std::filesystem::path& kit = place.Context().kit;
+    if (!kit.empty() && WhyNotInRun(name, "").empty() && !IsFile(kit / Wide(name))) {
+        place.Complain("beside simhost.exe there is no file \"" + name + "\"" + DidYouMean(name, FilesIn(kit)));
+    }
+}
+
 }  // namespace
 
 FileToMake FileOfDocument(const std::string& path) {
@@ -69,6 +93,9 @@ std::vector<FileToMake> ReadFiles(ObjectReader& reader) {
         if (!file.from.empty() && !file.text.empty()) {
             value.OwnPlace().Complain("holds either \"text\" or what it is copied \"from\"");
         }
+        if (!file.from.empty() && !value.OwnPlace().Context().kit.empty() && !IsFile(Wide(file.from))) {
+            value.PlaceOf("from").Complain("there is no file \"" + file.from + "\"");
+        }
         files.push_back(std::move(file));
     });
     return files;
@@ -82,12 +109,14 @@ std::vector<CopyToMake> ReadCopies(ObjectReader& reader) {
     for (std::size_t i = 0; i < array.size(); ++i) {
         if (array[i].is_string()) {
             CheckPathInRun(array[i].get<std::string>(), reader.PlaceOf("copies").Element(i));
+            CheckIsInKit(array[i].get<std::string>(), reader.PlaceOf("copies").Element(i));
             copies.push_back({array[i].get<std::string>(), "host/" + array[i].get<std::string>()});
             continue;
         }
         ObjectReader copy(array[i], reader.PlaceOf("copies").Element(i), keys::kCopy);
         // What is copied lies beside simhost.exe, which is as little left.
         copies.push_back({NeedPathInRun(copy, "copy"), NeedPathInRun(copy, "to")});
+        CheckIsInKit(copies.back().what, copy.PlaceOf("copy"));
         copy.Finish();
     }
     return copies;

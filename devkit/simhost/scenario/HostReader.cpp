@@ -34,9 +34,8 @@ std::map<std::int32_t, std::string> ReadDefaultFonts(ObjectReader& reader) {
 }
 
 bool IsWritten(const std::vector<FileToMake>& files, const std::string& path, const std::string& workFolder) {
-    return std::any_of(files.begin(), files.end(), [&](const FileToMake& file) {
-        return file.path == path || workFolder + "\\" + ReplaceAll(file.path, "/", "\\") == path;
-    });
+    return std::any_of(files.begin(), files.end(),
+                       [&](const FileToMake& file) { return IsSameInRun(file.path, path, workFolder); });
 }
 
 void ReadRefusedSuites(ObjectReader& reader, Scenario& scenario) {
@@ -84,7 +83,7 @@ void ReadDocument(const Json& value, const std::string& name, const Place& place
     if (const Json* const placed = reader.Find("placed")) {
         document.placed = TextsOf(*placed, reader.PlaceOf("placed"));
     }
-    const bool hasFile = reader.Flag("file", document.path.starts_with(workFolder));
+    const bool hasFile = reader.Flag("file", IsInFolder(document.path, workFolder));
     reader.Finish();
     if (hasFile && !IsWritten(scenario.files, document.path, workFolder)) {
         CheckPathInRun(document.path, place);

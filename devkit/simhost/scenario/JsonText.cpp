@@ -15,6 +15,8 @@ using Json = nlohmann::ordered_json;
 
 // Far more than any scenario needs, and few enough for everything that walks through the value.
 constexpr std::size_t kDeepest = 100;
+// To look for a name that stands there twice takes time for each pair of them.
+constexpr std::size_t kMostMembers = 1000;
 constexpr std::size_t kLongest = std::size_t{16} * 1024 * 1024;
 
 // Tells how far the library has read.
@@ -66,6 +68,10 @@ class Builder : public nlohmann::json_sax<Json> {
         mEnd = Reached();
         Level& level = mLevels.back();
         level.key = name;
+        if (level.value->size() == kMostMembers) {
+            Complain(mKeyAt, "more than " + std::to_string(kMostMembers) + " members in one object");
+            return false;
+        }
         if (level.value->contains(name)) {
             Complain(mKeyAt, "the name \"" + name + "\" stands there twice");
         }

@@ -90,6 +90,14 @@ std::string WhyNotInRun(std::string_view path, std::string_view workFolder) {
     return {};
 }
 
+bool IsInFolder(std::string_view path, std::string_view folder) {
+    return !folder.empty() && Relative(path, folder).size() != path.size();
+}
+
+bool IsSameInRun(std::string_view path, std::string_view other, std::string_view workFolder) {
+    return SameLetters(Relative(path, workFolder), Relative(other, workFolder));
+}
+
 void CheckPathInRun(const std::string& path, const Place& place) {
     if (const std::string why = WhyNotInRun(path, place.Context().workFolder); !why.empty()) {
         place.Complain("\"" + path + "\" is no path in the folder of the run: " + why);

@@ -12,6 +12,11 @@ namespace simhost {
 // it.
 std::string WhyNotInRun(std::string_view path, std::string_view workFolder);
 
+// Whether the path lies in the folder: folders are told apart whole, letters and slashes as Windows does.
+bool IsInFolder(std::string_view path, std::string_view folder);
+// Whether both name the same place in the run.
+bool IsSameInRun(std::string_view path, std::string_view other, std::string_view workFolder);
+
 // Complains when nothing may be written there.
 void CheckPathInRun(const std::string& path, const Place& place);
 // Reads such a path.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <optional>
 #include <set>
 #include <string>
@@ -27,6 +28,8 @@ struct StoryContext {
     const PositionIndex& positions;
     Problems& problems;
     std::string workFolder{};  // the folder of the run, as the story's texts have it
+    // Beside simhost.exe, where the files lie that a story names. Empty: nobody looks whether they are there.
+    std::filesystem::path kit{};
     Origins origins{};
     KnownNames known{};
     std::size_t aside = 0;            // how many places there are that are not in the story

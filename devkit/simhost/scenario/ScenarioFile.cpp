@@ -159,8 +159,8 @@ Problems ScenarioFile::ProblemsOfFile() const {
 }
 
 ScenarioFile::Reading ScenarioFile::ReadStory(const std::string& caseName, const Placeholders& placeholders,
-                                              Problems& problems) const {
-    StoryContext context{PlaceOf(caseName), caseName, mText.positions, problems, placeholders.at("work")};
+                                              Problems& problems, const std::filesystem::path& kit) const {
+    StoryContext context{PlaceOf(caseName), caseName, mText.positions, problems, placeholders.at("work"), kit};
     const Place place(context);
     if (!mText.value.is_object()) {
         context.givenUp.insert(place.Pointer());  // the check of the file has complained already
@@ -176,10 +176,10 @@ ScenarioFile::Reading ScenarioFile::ReadStory(const std::string& caseName, const
     return {std::move(story), std::move(scenario)};
 }
 
-void ScenarioFile::Check() const {
+void ScenarioFile::Check(const std::filesystem::path& kit) const {
     Problems problems = ProblemsOfFile();
     for (const std::string& name : mCases) {
-        ReadStory(name, kSomePlaceholders, problems);
+        ReadStory(name, kSomePlaceholders, problems, kit);
     }
     ThrowIfAny(problems);
 }

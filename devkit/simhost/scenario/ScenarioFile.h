@@ -29,8 +29,9 @@ class ScenarioFile {
     // Which of "begin" and "end" the case leaves to the default.
     std::vector<std::string> UsualPartsOf(const std::string& caseName) const;
 
-    // Reads all cases. Throws ScenarioError with everything that is wrong in any of them.
-    void Check() const;
+    // Reads all cases. Throws ScenarioError with everything that is wrong in any of them. `kit` is the folder of the
+    // files that scenarios copy; empty: whether they are there does not matter.
+    void Check(const std::filesystem::path& kit) const;
 
     // The file name, beside simhost.exe, of the plug-in that the case is played to.
     std::string PluginOf(const std::string& caseName) const;
@@ -47,7 +48,8 @@ class ScenarioFile {
     };
 
     Problems ProblemsOfFile() const;
-    Reading ReadStory(const std::string& caseName, const Placeholders& placeholders, Problems& problems) const;
+    Reading ReadStory(const std::string& caseName, const Placeholders& placeholders, Problems& problems,
+                      const std::filesystem::path& kit = {}) const;
     Reading ReadOrThrow(const std::string& caseName, const Placeholders& placeholders) const;
     nlohmann::ordered_json StoryOf(const std::string& caseName, Origins& origins) const;
     void ThrowIfAny(const Problems& problems) const;

@@ -1,5 +1,6 @@
 #include "simhost/scenario/ScenarioReader.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "doubles/host/Rules.h"
@@ -70,6 +71,28 @@ void LearnMenuItems(const Json& story, const Expectations& expect, KnownNames& k
     }
 }
 
+// Programs are started before the first step, so nothing else can have made them.
+void ReadProcesses(ObjectReader& reader, const std::string& workFolder, Scenario& scenario) {
+    const Json* const processes = reader.Find("processes");
+    if (processes == nullptr) {
+        return;
+    }
+    scenario.processes = TextsOf(*processes, reader.PlaceOf("processes"));
+    for (std::size_t i = 0; i < scenario.processes.size(); ++i) {
+        const std::string& program = scenario.processes[i];
+        const Place place = reader.PlaceOf("processes").Element(i);
+        CheckPathInRun(program, place);
+        const auto isIt = [&](const std::string& path) { return IsSameInRun(path, program, workFolder); };
+        const bool isLaidOut = std::any_of(scenario.copies.begin(), scenario.copies.end(),
+                                           [&](const CopyToMake& copy) { return isIt(copy.to); }) ||
+                               std::any_of(scenario.files.begin(), scenario.files.end(),
+                                           [&](const FileToMake& file) { return isIt(file.path); });
+        if (!isLaidOut && WhyNotInRun(program, workFolder).empty()) {
+            place.Complain("nothing lays out \"" + program + "\"; \"copies\" does");
+        }
+    }
+}
+
 }  // namespace
 
 Scenario ReadScenario(const Json& story, const Place& place, const std::string& workFolder) {
@@ -83,12 +106,7 @@ Scenario ReadScenario(const Json& story, const Place& place, const std::string& 
     scenario.files = ReadFiles(reader);
     scenario.copies = reader.Find("copies") == nullptr ? UsualCopies() : ReadCopies(reader);
     scenario.launchInfo = ReadLaunchInfo(reader);
-    if (const Json* const processes = reader.Find("processes")) {
-        scenario.processes = TextsOf(*processes, reader.PlaceOf("processes"));
-        for (std::size_t i = 0; i < scenario.processes.size(); ++i) {
-            CheckPathInRun(scenario.processes[i], reader.PlaceOf("processes").Element(i));
-        }
-    }
+    ReadProcesses(reader, workFolder, scenario);
     scenario.answers = reader.Object("answers");
     scenario.busAnswers = reader.Object("bus_answers");
     const Json* const host = reader.Find("host");
