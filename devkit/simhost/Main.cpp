@@ -14,6 +14,7 @@
 
 #include "doubles/common/Text.h"
 #include "simhost/command/CommandLine.h"
+#include "simhost/launch/InProcessRun.h"
 #include "simhost/scenario/NearestWord.h"
 
 namespace {
@@ -88,9 +89,13 @@ int Run() {
 
 // Exit codes are 0, 1 and 2, whatever happens.
 LONG WINAPI OnCrash(EXCEPTION_POINTERS* exception) {
-    std::fprintf(stderr, "simhost: crashed itself, by the exception 0x%08lX at %p\n",
+    const bool isPlaying = simhost::InProcessRun::IsUnderWay();
+    std::fflush(stdout);
+    std::fprintf(stderr, "%s exception 0x%08lX at %p\n",
+                 isPlaying ? "FAILED crash: the plug-in plays in this process, and there was the"
+                           : "simhost: crashed itself, by the",
                  exception->ExceptionRecord->ExceptionCode, exception->ExceptionRecord->ExceptionAddress);
-    TerminateProcess(GetCurrentProcess(), 2);
+    TerminateProcess(GetCurrentProcess(), isPlaying ? 1 : 2);
     return EXCEPTION_EXECUTE_HANDLER;
 }
 

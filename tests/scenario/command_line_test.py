@@ -17,6 +17,7 @@ import time
 
 sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "support"))
 
+import simhost_events  # noqa: E402
 import wine_session  # noqa: E402
 
 FAULTS = pathlib.Path(__file__).parent / "faults"
@@ -176,6 +177,9 @@ def check_paths(simhost: Simhost):
             yield f"the path {path!r} is refused {refused} times and not {len(cases)} times: {outcome[2]}"
     if outside.exists():
         yield "a scenario wrote outside the folder of its run"
+    yield from expect("a document beside the folder of the run, which begins as its name does",
+                      simhost.play(simhost.scenario("beside-work", host={"documents": {"A": {"path": "${work}shop\\A.ai"}}})),
+                      0, "")
     # A document may lie anywhere, and is told there; what lies there is somebody's.
     outside.write_text("somebody's", encoding="utf-8")
     path = "Z:" + str(outside).replace("/", "\\")
@@ -224,13 +228,21 @@ def check_files_that_are_no_plugins(simhost: Simhost):
     needs = simhost.folder / "needs.aip"
     needs.write_bytes(plugin.replace(b"USER32.dll", b"USED32.dll").replace(b"user32.dll", b"used32.dll"))
     yield from expect("a plug-in that needs a missing library", simhost.play(*QUICK, "--plugin", str(needs)), 1,
-                      r"property-list: needs\.aip needs (USED|used)32\.dll, which is not found")
+                      r"plugin-load: needs\.aip needs (USED|used)32\.dll, which is not found")
+    used = simhost.folder / "used32.dll"
+    used.write_bytes(plugin.replace(b"USER32.dll", b"LOST32.dll").replace(b"user32.dll", b"lost32.dll"))
+    beside = simhost.scenario("beside", files=[{"path": "host/used32.dll", "from": f"Z:{used}"}])
+    yield from expect("a plug-in that needs a library that needs a missing one",
+                      simhost.play(beside, "--plugin", str(needs)), 1,
+                      r"needs\.aip needs (USED|used)32\.dll, which needs (LOST|lost)32\.dll, which is not found")
 
 
 def check_two_at_once(simhost: Simhost):
     slow = simhost.scenario("slow", steps=ENDLESS_STEPS, step_time_limit=5, expect={"violations": {"hang": 1}})
-    first = simhost.start(slow)
-    time.sleep(2)
+    lines = simhost.folder / "slow.jsonl"
+    first = simhost.start(slow, "--json-lines", str(lines))
+    if not simhost_events.wait_for_step(lines, first):
+        yield "the first of two runs has not begun its step"
     yield from expect("a second run that does not wait", simhost.play(*QUICK, "--no-wait"), 2,
                       "another simhost plays on this desktop")
     yield from expect("a window that does not wait", simhost.run("window", "--no-wait"), 2,
@@ -256,32 +268,62 @@ def processes_of(scenario: str) -> dict[int, str]:
     return found
 
 
+def began(lines: pathlib.Path, run: str) -> bool:
+    """Whether a step of the run of that name has begun."""
+    text = lines.read_text(encoding="utf-8") if lines.exists() else ""
+    return '"step_begin"' in text.partition(f'"run_begin","run":"{run}"')[2]
+
+
+def left_in_temp() -> list[pathlib.Path]:
+    users = wine_session.drive() / "users"
+    return [*users.glob("*/Temp/simhost-runs/*"), *users.glob("*/Temp/simhost-launch-info*")]
+
+
+def check_cancelled(code: int, complaints: str, kept: dict[str, pathlib.Path]):
+    """Of a run that somebody gives up, everything is put back at once, and what was played before is kept."""
+    if code != 2 or "simhost: cancelled" not in complaints:
+        yield f"a run that was given up has exit code {code} and says {complaints!r}"
+    if left := left_in_temp():
+        yield f"a run that was given up has left {left}"
+    junit = kept["--junit"].read_text(encoding="utf-8") if kept["--junit"].exists() else "nothing"
+    if 'tests="2" failures="0" errors="1"' not in junit:
+        yield f"a run that was given up leaves in the report of JUnit {junit}"
+    record = kept["--record"].read_text(encoding="utf-8") if kept["--record"].exists() else "{}"
+    if list(json.loads(record)) != ["before-SIGINT.json"]:
+        yield f"a run that was given up leaves in the record {record}"
+    last = json.loads(kept["--json-lines"].read_text(encoding="utf-8").splitlines()[-1])
+    if (last["event"], last.get("played"), last.get("complaints")) != ("run_end", False, ["cancelled"]):
+        yield f"a run that was given up ends in {last}"
+
+
 def check_killed(simhost: Simhost, how: signal.Signals):
     """A run whose process is ended leaves nothing that runs; at the latest the next run clears away its folder."""
     # Of a name that no run of another clone has at the same time.
     scenario = simhost.scenario(f"endless-{how.name}-{simhost.folder.name}", steps=ENDLESS_STEPS, step_time_limit=600, time_limit=600,
                                 copies=["PluginCoreX64.dll", "Lumet.exe"], processes=["host/Lumet.exe"])
-    run = simhost.start(scenario)
-    end = time.monotonic() + 30
-    while len(processes_of(scenario)) < 3 and time.monotonic() < end:
-        time.sleep(0.2)
-    # Until the steps are being played.
-    time.sleep(2)
+    before = simhost.scenario(f"before-{how.name}")
+    kept = {option: simhost.folder / f"{how.name}{option}" for option in ("--junit", "--record", "--json-lines")}
+    # The lines of the endless run alone.
+    run = simhost.start(before, scenario, *(str(word) for pair in kept.items() for word in pair))
+    end = time.monotonic() + 60
+    while time.monotonic() < end and not began(kept["--json-lines"], pathlib.Path(scenario).name):
+        time.sleep(0.05)
     during = processes_of(scenario)
     if len(during) != 3:
         yield f"{how.name}: expected the starter, the host and another program to run, but these do: {during}"
     starters = [pid for pid, arguments in during.items() if "simhost.exe play" in arguments]
     for starter in starters:
         os.kill(starter, how)
-    run.communicate(timeout=60)
+    _, complaints = run.communicate(timeout=60)
     end = time.monotonic() + 5
     while processes_of(scenario) and time.monotonic() < end:
         time.sleep(0.1)
     if left := processes_of(scenario):
         yield f"{how.name}: these still run: {left}"
+    if how == signal.SIGINT:
+        yield from check_cancelled(run.returncode, complaints.decode("utf-8"), kept)
     yield from expect(f"the run after one that was ended by {how.name}", simhost.play(*QUICK), 0, "")
-    prefix = wine_session.drive() / "users"
-    if left := [*prefix.glob("*/Temp/simhost-runs/*"), *prefix.glob("*/Temp/simhost-launch-info*")]:
+    if left := left_in_temp():
         yield f"{how.name}: the next run has not cleared away {left}"
 
 

@@ -2,14 +2,20 @@
 """What simhost play prints, writes and remembers. The command that runs simhost follows on the command line."""
 
 import json
+import os
 import pathlib
+import resource
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
-import time
 import unittest
 import xml.etree.ElementTree
+
+sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "support"))
+
+import simhost_events  # noqa: E402
 
 ROOT = pathlib.Path(__file__).parents[2]
 SCENARIOS = ROOT / "devkit" / "scenarios"
@@ -121,6 +127,13 @@ class Play(unittest.TestCase):
         self.write("one.json", good)
         printed, _ = self.play(path, "--only-failed")
         self.assertIn("Passed:", printed)
+        # What was not among these is not forgotten.
+        printed, _ = self.play("--only-failed", code=1)
+        self.assertIn("cases.json/bad: failed", printed)
+        self.assertNotIn("one.json", printed)
+        cases.write_text(json.dumps({"title": "T", "cases": {
+            "bad": {"steps": [{"do": "about", "calls": "any"}]}}}), encoding="utf-8")
+        self.assertIn("Passed:", self.play("--only-failed")[0])
         printed, _ = self.play("--only-failed")
         self.assertEqual(printed, "Nothing failed the last time, so nothing is played.\n")
 
@@ -130,6 +143,49 @@ class Play(unittest.TestCase):
         played = [line for line in printed.splitlines() if line.endswith(": passed")]
         self.assertEqual(played, ["about.json: passed", "changed-without-a-document.json: passed",
                                   "changed.json: passed"])
+
+    def test_runs_of_one_name_are_not_kept_in_the_place_of_each_other(self):
+        good = {"title": "T", "steps": [{"do": "about", "calls": "any"}]}
+        (self.folder / "a").mkdir()
+        (self.folder / "b").mkdir()
+        files = [self.write("a/x.json", good), self.write("b/X.json", good)]
+        work, record = self.folder / "work", self.folder / "record.json"
+        for option, place in (("--work-folder", work), ("--record", record)):
+            printed, complaints = self.play(*files, option, place, code=2)
+            self.assertRegex(complaints, rf"simhost: {option} keeps runs by name, and .*a/x\.json and .*b/X\.json have")
+            self.assertFalse(place.exists())
+        cases = self.write("a/y.json", {"title": "T", "cases": {"z": {"steps": good["steps"]}}})
+        self.play(cases, self.write("y-z.json", good), "--work-folder", work, code=2)
+        self.assertFalse(work.exists())
+        self.play(*files, "--quiet")
+
+    def test_files_do_not_lie_in_the_work_folder_nor_in_each_others_place(self):
+        work, good = self.folder / "work", {"title": "T", "steps": [{"do": "about", "calls": "any"}]}
+        path = self.write("x.json", good)
+        self.play(path, "--work-folder", work, "--quiet")
+        inside = self.write("work/x.json", good)
+        lines = work / "lines.jsonl"
+        for option, complaint in ((["--json-lines", lines], "--json-lines: "), (["--record", lines], "--record: "),
+                                  (["--plugin", work / "host" / "Plug-ins" / "QuorvelTypeAgentAI20.aip"], "--plugin: ")):
+            _, complaints = self.play(path, "--work-folder", work, *option, code=2)
+            self.assertRegex(complaints, f"^simhost: {complaint}.* lies in the folder that --work-folder names")
+        _, complaints = self.play(inside, "--work-folder", work, code=2)
+        self.assertIn("simhost: scenario: ", complaints)
+        self.assertTrue(inside.exists())
+        one = self.folder / "one"
+        _, complaints = self.play(path, "--record", one, "--junit", f"{self.folder}/work/../ONE", code=2)
+        self.assertRegex(complaints, "^simhost: --record and --junit name one file, .*one")
+        self.assertFalse(one.exists())
+
+    def test_more_than_announced_is_not_announced(self):
+        steps = [{"do": "message", "caller": "Fault", "selector": "nothing", "answer": 7, "calls": []}] * 3
+        announced = {"title": "T", "plugin": "FaultyPlugin.aip", "begin": "none", "end": "none", "steps": steps}
+        for violations in ({"reply": 2}, {"reply": [f"many.json.steps[{i}]: \"Fault\"/\"nothing\" was answered with 0, expected 7"
+                                                    for i in range(2)]}):
+            path = self.write("many.json", {**announced, "expect": {"violations": violations}})
+            printed, _ = self.play(path, code=1)
+            self.assertEqual((printed.count("as announced, reply:"), printed.count("! reply:")), (2, 1), printed)
+            self.assertIn("many.json: failed in step 3", printed)
 
     def test_json_lines_hold_steps_calls_answers_and_times(self):
         file = self.folder / "lines.jsonl"
@@ -212,13 +268,40 @@ class Play(unittest.TestCase):
                     "title": "T", "plugin": "FaultyPlugin.aip", "begin": "none", "end": "none", "step_time_limit": 4,
                     "steps": [{"do": "message", "caller": "Fault", "selector": "hang", "calls": []}],
                     "expect": {"violations": {"hang": 1}}})
-                run = subprocess.Popen([*COMMAND, "play", str(scenario), option, str(folder / "file"), "--quiet"],
+                lines = self.folder / f"{option}.jsonl"
+                run = subprocess.Popen([*COMMAND, "play", str(scenario), option, str(folder / "file"), "--quiet",
+                                        "--json-lines", str(lines)],
                                        stdout=subprocess.PIPE, stderr=subprocess.PIPE, cwd=ROOT)
-                time.sleep(2)
+                self.assertTrue(simhost_events.wait_for_step(lines, run))
                 shutil.rmtree(folder)
                 printed, complaints = run.communicate()
                 self.assertEqual(run.returncode, 2, printed + complaints)
                 self.assertRegex(complaints.decode("utf-8"), r"simhost: cannot write .*file")
+
+    def test_lines_that_do_not_arrive_are_told(self):
+        """A file that may not grow stands for a full disk."""
+        limit = 16 * 1024 * 1024
+        lines = self.folder / "lines.jsonl"
+        lines.write_text('{"event": "note"}\n', encoding="utf-8")
+        os.truncate(lines, limit - 3000)
+
+        def limit_files():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit))
+
+        run = subprocess.run([*COMMAND, "play", SCENARIOS / "about.json", "--quiet", "--json-lines", lines], cwd=ROOT,
+                             capture_output=True, check=False, preexec_fn=limit_files)  # noqa: PLW1509
+        complaints = run.stderr.decode("utf-8")
+        self.assertEqual(run.returncode, 2, run.stdout.decode("utf-8") + complaints)
+        self.assertRegex(complaints, r"simhost: cannot write .*lines\.jsonl; lines of it are missing")
+        self.assertNotIn("Passed:", run.stdout.decode("utf-8"))
+
+    def test_a_file_that_cannot_be_moved_is_told_in_words(self):
+        move = {"do": "move", "from": "a.txt", "to": "b.txt"}
+        scenario = {"title": "T", "files": [{"path": "a.txt", "text": "a"}], "steps": [move, move]}
+        _, complaints = self.play(self.write("moves.json", scenario), code=1)
+        self.assertRegex(complaints, r"cannot move <work>.a\.txt to <work>.b\.txt \(error \d+\)")
+        self.assertNotIn("filesystem", complaints)
 
     def test_a_menu_that_differs_is_shown_member_by_member(self):
         source = {"title": "T", "steps": [{"do": "check", "menu": [{"group": "Type Plugins2"}]}]}
@@ -257,6 +340,8 @@ class Play(unittest.TestCase):
         _, complaints = self.play(self.write("broken.json", BROKEN), "--in-process", "--quiet", code=1)
         self.assertNotIn("cannot remove", complaints)
         self.assertIn("FAILED calls: broken.json.steps[0]: call 2", complaints)
+        _, complaints = self.play("tests/scenario/faults/crash.json", "--case", "access-violation", "--in-process", code=1)
+        self.assertIn("FAILED crash: the plug-in plays in this process, and there was the exception 0xC0000005 at ", complaints)
         _, complaints = self.play(SCENARIOS / "tick-throws.json", "--in-process", code=2)
         self.assertIn("--in-process takes one case", complaints)
 
@@ -301,6 +386,17 @@ class Play(unittest.TestCase):
         accepted = self.folder / "accepted.json"
         _, complaints = self.play(self.write("nested.json", source), "--quiet", "--accept", accepted, code=1)
         self.assertIn("cannot be accepted: reply: ", complaints)
+        self.assertFalse(accepted.exists())
+
+    def test_what_comes_after_the_last_step_or_does_not_come_cannot_be_accepted(self):
+        source = json.loads((SCENARIOS / "panel-no-library.json").read_text(encoding="utf-8"))
+        source["expect"]["messaging_library"] = "Elsewhere.dll"
+        accepted = self.folder / "accepted.json"
+        _, complaints = self.play(self.write("library.json", source), "--quiet", "--accept", accepted, code=1)
+        self.assertIn("cannot be accepted: messaging-library: ", complaints)
+        announced = {"title": "T", "steps": [{"do": "about", "calls": "any"}], "expect": {"violations": {"reply": 1}}}
+        _, complaints = self.play(self.write("announced.json", announced), "--quiet", "--accept", accepted, code=1)
+        self.assertIn("cannot be accepted: reply: broken 0 times, expected 1", complaints)
         self.assertFalse(accepted.exists())
 
     def test_a_crash_cannot_be_accepted(self):

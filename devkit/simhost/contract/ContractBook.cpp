@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <mutex>
 #include <nlohmann/json.hpp>
-#include <stdexcept>
 #include <utility>
 
 namespace simhost::contract {
@@ -48,12 +47,7 @@ std::vector<Finding> ContractBook::TakeNew() {
     return added;
 }
 
-void ContractBook::KeepIn(const std::filesystem::path& file) {
-    mFile = _wfopen(file.c_str(), L"wb");
-    if (mFile == nullptr) {
-        throw std::runtime_error("the record of the contract cannot be written");
-    }
-}
+void ContractBook::KeepIn(const std::filesystem::path& file) { mFile.Open(file, L"wb"); }
 
 void ContractBook::Begin(const std::string& entry, int call) {
     const std::lock_guard lock(mMutex);
@@ -80,12 +74,9 @@ void ContractBook::Refused(const std::string& why) {
     Write({{"refused", why}});
 }
 
-// Flushed to Windows: the process may be lost at any time.
 void ContractBook::Write(const nlohmann::ordered_json& line) {
-    if (mFile != nullptr) {
-        const std::string text = line.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
-        std::fwrite(text.data(), 1, text.size(), mFile);
-        std::fflush(mFile);
+    if (mFile.IsOpen()) {
+        mFile.Write(line.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
     }
 }
 

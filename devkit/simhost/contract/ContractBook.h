@@ -4,7 +4,6 @@
 // Thread: any; a library may break a clause on a thread of its own.
 #pragma once
 
-#include <cstdio>
 #include <filesystem>
 #include <nlohmann/json_fwd.hpp>
 #include <set>
@@ -13,6 +12,7 @@
 
 #include "doubles/common/Thread.h"
 #include "simhost/contract/Clauses.h"
+#include "simhost/report/LineFile.h"
 
 namespace simhost::contract {
 
@@ -57,7 +57,7 @@ class ContractBook {
     std::set<ClauseId> mTried;
     std::vector<Finding> mFindings;
     std::size_t mTaken = 0;
-    std::FILE* mFile = nullptr;  // never closed: a library may break a clause as long as the process lives
+    LineFile mFile;
 };
 
 // The one of this process.

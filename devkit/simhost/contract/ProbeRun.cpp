@@ -38,6 +38,9 @@ ProbeOutcome RunInProcess(const Probe& probe, const std::filesystem::path& libra
     const WatchLimits watchLimits{limits.probeSeconds + limits.callSeconds + kOwnSeconds, limits.callSeconds, false};
     const HostEnd end = RunAndWatch(program, watchLimits, recorder);
     ContractRecord seen = ReadContractRecord(record);
+    if (recorder.Read().lostLines != 0 && seen.refusal.empty()) {
+        seen.refusal = "not all that was seen could be written";
+    }
     std::optional<Loss> loss = LossOf(end.findings, seen.underWay, {Utf8(library.filename().wstring()), ""});
     if (loss && loss->finding) {
         loss->finding->seen = WithoutPlace(loss->finding->seen);

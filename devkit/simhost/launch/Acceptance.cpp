@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "doubles/common/Text.h"
+#include "simhost/report/ResultRecord.h"
 #include "simhost/scenario/CallTable.h"
 
 namespace simhost {
@@ -147,6 +148,11 @@ class Acceptance {
         }
     }
 
+    // Whether a step says now what the run complained about.
+    bool IsAnswered(const std::string& complaint) const {
+        return std::find(mAnswered.begin(), mAnswered.end(), complaint) != mAnswered.end();
+    }
+
     std::vector<std::string> changed;  // "begin", "steps", "end"
     std::vector<std::string> refused;  // what no step can say
 
@@ -166,9 +172,7 @@ class Acceptance {
         }
         Row& row = mSteps[number - 1];
         for (const Complaint& complaint : complaints) {
-            if (!Answers(complaint, observed, row)) {
-                refused.push_back(complaint.rule + ": " + complaint.text);
-            }
+            (Answers(complaint, observed, row) ? mAnswered : refused).push_back(complaint.rule + ": " + complaint.text);
         }
         for (const char* const key : {"calls", "bus_calls"}) {
             if (row.step->contains(key) && (*row.step)[key] == "any") {
@@ -205,18 +209,11 @@ class Acceptance {
     }
 
     std::vector<Row> mSteps;
+    std::vector<std::string> mAnswered;
 };
 
-// Complaints of the run that belong to no step, and those of rules that no step can speak about.
-std::vector<std::string> OutsideSteps(const std::vector<std::string>& complaints) {
-    std::vector<std::string> outside;
-    for (const std::string& complaint : complaints) {
-        if (KeysOf(complaint.substr(0, complaint.find(':'))).empty()) {
-            outside.push_back(complaint);
-        }
-    }
-    return outside;
-}
+// The first violations of a rule are told by name, and the rest by this.
+bool IsRest(const std::string& complaint) { return complaint.find(kMoreOfTheSame) != std::string::npos; }
 
 }  // namespace
 
@@ -238,11 +235,12 @@ Accepted AcceptObserved(Json story, const Placeholders& placeholders, const std:
     for (const char* const key : {"answers", "bus_answers"}) {
         MakeAnswersReadable(story, key);
     }
-    // One that is both is told once, in the words of the run.
-    std::vector<std::string> refused = OutsideSteps(complaints);
-    for (const std::string& one : acceptance.refused) {
-        if (!KeysOf(one.substr(0, one.find(':'))).empty()) {
-            refused.push_back(one);
+    // Whatever no step says now: also what came after the last step, and what a step announces and did not come.
+    std::vector<std::string> refused = acceptance.refused;
+    for (const std::string& complaint : complaints) {
+        const bool isTold = std::find(refused.begin(), refused.end(), complaint) != refused.end();
+        if (!isTold && !acceptance.IsAnswered(complaint) && !IsRest(complaint)) {
+            refused.push_back(complaint);
         }
     }
     return {WithPlaceholders(story, placeholders), std::move(refused)};

@@ -12,6 +12,8 @@
 #include "doubles/common/Text.h"
 #include "simhost/contract/PluginCoreWatch.h"
 #include "simhost/launch/ChildProcess.h"
+#include "simhost/launch/FileChanges.h"
+#include "simhost/launch/InProcessRun.h"
 #include "simhost/launch/Job.h"
 #include "simhost/launch/LaunchInfoFiles.h"
 #include "simhost/launch/Leftovers.h"
@@ -135,6 +137,9 @@ void RunHost(const Scenario& scenario, const RunFolder& folder, const std::vecto
              const WatchLimits& limits, const std::filesystem::path& record) {
     const FlightRecorder recorder;
     const HostEnd end = RunAndWatch({folder.Program(), arguments, folder.Root()}, limits, recorder);
+    if (recorder.Read().lostLines != 0) {
+        throw std::runtime_error("not all that was seen could be written, so nothing can be said of this run");
+    }
     CompleteResult(record, scenario, end.concluded, folder.Violations(), end.findings);
 }
 
@@ -173,13 +178,14 @@ Verdict RunCase(const ScenarioFile& file, const std::string& caseName, const Run
 
     const std::filesystem::path record =
         options.record.empty() ? folder.Root() / L"result.json" : std::filesystem::absolute(options.record);
-    std::filesystem::remove(record);
+    RemoveFile(record);
     NameRecordsAndScripts(folder);
     SetVariable(contract::kPluginCoreFileVariable, pluginCore);
     std::error_code noEvents;
     const std::uintmax_t size = std::filesystem::file_size(options.tell.events, noEvents);
     const std::size_t offset = noEvents ? 0 : static_cast<std::size_t>(size);
     if (options.inProcess) {
+        const InProcessRun underWay;
         Perform({file.Path(), caseName, folder.Root(), folder.Plugin().filename(), record, options.tell,
                  options.variation});
     } else {

@@ -3,9 +3,11 @@
 #include <cstdio>
 #include <fstream>
 #include <iterator>
+#include <stdexcept>
 #include <string>
 #include <system_error>
 
+#include "doubles/common/Text.h"
 #include "simhost/report/EventLog.h"
 
 namespace simhost {
@@ -44,6 +46,9 @@ std::vector<Json> EventFile::Complete(const RunOutcome& outcome) const {
                               {"passed", outcome.passed},
                               {"complaints", outcome.complaints},
                               {"seconds", outcome.seconds}});
+        if (log.HasFailed()) {
+            throw std::runtime_error("cannot write " + Utf8(mPath.wstring()) + "; lines of it are missing");
+        }
     }
     if (mPrinted) {
         std::ifstream stream(mPath, std::ios::binary);

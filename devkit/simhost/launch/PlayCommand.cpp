@@ -16,8 +16,8 @@
 #include "simhost/launch/CaseRun.h"
 #include "simhost/launch/EventFile.h"
 #include "simhost/launch/Leftovers.h"
-#include "simhost/launch/OutputFile.h"
 #include "simhost/launch/OwnFolder.h"
+#include "simhost/launch/PlayChecks.h"
 #include "simhost/launch/RunFolder.h"
 #include "simhost/launch/Selection.h"
 #include "simhost/report/CallLines.h"
@@ -42,22 +42,6 @@ std::string ProgramName() {
     return length == 0 || length >= MAX_PATH ? "simhost" : Utf8(std::wstring_view(name, length));
 }
 
-// Before anything is played: whether it can be read and written where the options say.
-void CheckFilesOf(const PlayOptions& options) {
-    if (!options.plugin.empty()) {
-        CheckPluginFile(options.plugin);
-    }
-    if (!options.workFolder.empty()) {
-        CheckIsOwnOrNew(std::filesystem::absolute(options.workFolder));
-    }
-    CheckOutputFile("--record", options.record, "\"complaints\": [", "result record");
-    CheckOutputFile("--junit", options.junit, "<testsuites", "report of JUnit");
-    if (options.jsonLines != L"-") {
-        CheckOutputFile("--json-lines", options.jsonLines, "{\"event\":", "file of JSON lines");
-    }
-    CheckCanBeWritten("--accept", options.accept);
-}
-
 // Plays what the options name, and keeps what came of it.
 class Playlist {
   public:
@@ -80,19 +64,14 @@ class Playlist {
             }
         }
         mSeveral = selection.cases.size() > 1;
-        CheckAccept(selection);
-        if (mOptions.variation.seed && !mOptions.pluginCore.empty()) {
-            throw std::runtime_error("--seed makes answers of the double, so --plugincore cannot be named as well");
-        }
-        if (mOptions.inProcess && selection.cases.size() != 1) {
-            throw std::runtime_error("--in-process takes one case; name it with --case");
-        }
+        CheckSelection(mOptions, selection);
+        FindPlugins(selection);
         for (const Unplayable& unplayable : selection.unplayable) {
             NotPlayed(
                 {unplayable.file, "", Utf8(unplayable.file.filename().wstring()), "", false, false, unplayable.lines});
         }
-        for (const SelectedCase& selected : selection.cases) {
-            PlayCase(*selected.file, selected.name);
+        for (std::size_t i = 0; i < selection.cases.size() && !mIsCancelled; ++i) {
+            PlayCase(*selection.cases[i].file, selection.cases[i].name);
         }
         Conclude();
         return mWorst;
@@ -126,6 +105,22 @@ class Playlist {
         });
     }
 
+    // Takes cases back out of the list whose plug-in is not there.
+    void FindPlugins(Selection& selection) const {
+        std::erase_if(selection.cases, [&](const SelectedCase& selected) {
+            try {
+                RunOptions run;
+                run.plugin = mOptions.plugin;
+                PluginFileOf(*selected.file, selected.name, run);
+                return false;
+            } catch (const std::runtime_error& error) {
+                selection.unplayable.push_back(
+                    {selected.file->Path(), {selected.file->PlaceOf(selected.name) + ": " + error.what()}});
+                return true;
+            }
+        });
+    }
+
     void NotPlayed(RunOutcome outcome) {
         for (const std::string& line : outcome.complaints) {
             std::fprintf(stderr, "simhost: %s\n", line.c_str());
@@ -138,35 +133,56 @@ class Playlist {
         RunOutcome outcome{file.Path(), name, file.PlaceOf(name), file.TitleOf(name)};
         const auto began = std::chrono::steady_clock::now();
         EventFile events(mOptions.jsonLines, !mOptions.noWait);
+        std::vector<std::string> complaints;  // with whole paths
         try {
             const RunOptions run = OptionsFor(file, name, events.Path());
             const Verdict verdict = RunCase(file, name, run);
-            const Transcript transcript(Utf8(run.workFolder.wstring()), Verbosity::kQuiet, false);
             KeepRecord(outcome.name, run.record);
             outcome.played = true;
             outcome.passed = verdict.passed;
-            for (const std::string& complaint : verdict.complaints) {
-                outcome.complaints.push_back(transcript.Shorten(complaint));
-            }
-        } catch (const Cancelled&) {
-            throw;
+            complaints = verdict.complaints;
+            outcome.complaints = Shortened(complaints, run);
+        } catch (const Cancelled& cancelled) {
+            // What was played before is kept.
+            mIsCancelled = true;
+            outcome.complaints = {cancelled.what()};
         } catch (const ScenarioError& error) {
             outcome.complaints = error.Lines();
         } catch (const std::exception& error) {
             outcome.complaints = {error.what()};
         }
         outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count();
-        const std::vector<nlohmann::ordered_json> lines = events.Complete(outcome);
+        const std::vector<nlohmann::ordered_json> lines = Complete(events, outcome);
         outcome.failed = outcome.passed ? std::nullopt : FirstFailedStep(lines);
         if (outcome.played && !outcome.passed && WasLostWithinStep(lines)) {
             TellLoss(outcome, lines);
         }
-        if (!mOptions.accept.empty() && outcome.played && AcceptRun(file, name, outcome, lines)) {
+        if (!mOptions.accept.empty() && outcome.played && AcceptRun(file, name, complaints, lines)) {
             outcome.passed = true;
             outcome.complaints.clear();
         }
         Tell(std::move(outcome));
         std::fflush(stdout);
+    }
+
+    // A run whose lines do not arrive counts as not played.
+    static std::vector<nlohmann::ordered_json> Complete(const EventFile& events, RunOutcome& outcome) {
+        try {
+            return events.Complete(outcome);
+        } catch (const std::runtime_error& error) {
+            outcome.played = false;
+            outcome.passed = false;
+            outcome.complaints = {error.what()};
+            return {};
+        }
+    }
+
+    static std::vector<std::string> Shortened(std::vector<std::string> texts, const RunOptions& run) {
+        const Transcript transcript(Utf8(run.workFolder.wstring()), Verbosity::kQuiet, false);
+        for (std::string& text : texts) {
+            text = transcript.Shorten(text);
+        }
+        return texts;
     }
 
     // In the place of the host's process, which ended within a step.
@@ -185,29 +201,15 @@ class Playlist {
         }
     }
 
-    // Before anything is played.
-    void CheckAccept(const Selection& selection) const {
-        if (mOptions.accept.empty()) {
-            return;
-        }
-        if (selection.cases.size() + selection.unplayable.size() != 1) {
-            throw std::runtime_error("--accept takes one case; name it with --case");
-        }
-        if (std::filesystem::exists(mOptions.accept) && !mOptions.overwrite) {
-            throw std::runtime_error(Utf8(mOptions.accept.generic_wstring()) +
-                                     " is there already; --force overwrites it");
-        }
-    }
-
     // False when something was observed that no scenario can expect.
-    bool AcceptRun(const ScenarioFile& file, const std::string& name, const RunOutcome& outcome,
+    bool AcceptRun(const ScenarioFile& file, const std::string& name, const std::vector<std::string>& complaints,
                    const std::vector<nlohmann::ordered_json>& lines) const {
         const RunOptions run = OptionsFor(file, name, {});
         const RunFolder folder(run.workFolder, PluginFileOf(file, name, run));
         const Placeholders placeholders = folder.PlaceholdersForScenarios();
         const Accepted accepted = AcceptObserved(file.WrittenOut(name, placeholders), placeholders,
-                                                 file.UsualPartsOf(name), lines, outcome.complaints);
-        for (const std::string& refused : accepted.refused) {
+                                                 file.UsualPartsOf(name), lines, complaints);
+        for (const std::string& refused : Shortened(accepted.refused, run)) {
             std::fprintf(stderr, "simhost: cannot be accepted: %s\n", refused.c_str());
         }
         if (accepted.refused.empty()) {
@@ -238,7 +240,7 @@ class Playlist {
 
     RunOptions OptionsFor(const ScenarioFile& file, const std::string& name,
                           const std::filesystem::path& events) const {
-        const std::wstring run = file.Path().stem().wstring() + (name.empty() ? L"" : L"-" + Wide(name));
+        const std::wstring run = FolderNameOf(file, name);
         const bool kept = !mOptions.workFolder.empty();
         std::filesystem::path folder = kept ? std::filesystem::absolute(mOptions.workFolder)
                                             : FolderOfRuns() / (run + L"-" + std::to_wstring(GetCurrentProcessId()));
@@ -279,7 +281,8 @@ class Playlist {
             WriteWholeFile(mOptions.junit, AsJUnit(mOutcomes));
         }
         if (mOptions.repeatedBy.empty()) {
-            RememberFailures(mOutcomes);
+            // Of what was not played now nothing new is known.
+            RememberFailures(mOutcomes, mOptions.onlyFailed || mIsCancelled);
         }
         if (!TellsPeople()) {
             return;
@@ -318,6 +321,7 @@ class Playlist {
 
     const PlayOptions& mOptions;
     bool mSeveral = false;  // more than one run, so each is told by name
+    bool mIsCancelled = false;
     int mWorst = kPassed;
     std::vector<RunOutcome> mOutcomes;
     nlohmann::ordered_json mRecords;

@@ -2,7 +2,6 @@
 
 #include <fstream>
 #include <map>
-#include <stdexcept>
 #include <string>
 
 #include "simhost/report/CallJson.h"
@@ -11,20 +10,12 @@ namespace simhost {
 
 using Json = nlohmann::ordered_json;
 
-void CallJournal::KeepIn(const std::filesystem::path& file) {
-    mFile = _wfopen(file.c_str(), L"wb");
-    if (mFile == nullptr) {
-        throw std::runtime_error("the journal of the calls cannot be written");
-    }
-}
+void CallJournal::KeepIn(const std::filesystem::path& file) { mFile.Open(file, L"wb"); }
 
-// Flushed to Windows: the process may be lost at any time.
 void CallJournal::Write(std::size_t number, const PluginCoreCall& call) {
-    if (mFile != nullptr) {
+    if (mFile.IsOpen()) {
         const Json line = {{"number", number}, {"call", AsJson(call)}};
-        const std::string text = line.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
-        std::fwrite(text.data(), 1, text.size(), mFile);
-        std::fflush(mFile);
+        mFile.Write(line.dump(-1, ' ', false, Json::error_handler_t::replace));
     }
 }
 

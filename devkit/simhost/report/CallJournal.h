@@ -5,12 +5,12 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdio>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <vector>
 
 #include "simhost/checks/PluginCoreCalls.h"
+#include "simhost/report/LineFile.h"
 
 namespace simhost {
 
@@ -23,7 +23,7 @@ class CallJournal {
     void Write(std::size_t number, const PluginCoreCall& call);
 
   private:
-    std::FILE* mFile = nullptr;  // never closed: a library may be called as long as the process lives
+    LineFile mFile;
 };
 
 // The calls from that number on; those that never came back have not returned.

@@ -1,25 +1,20 @@
 #include "simhost/report/EventLog.h"
 
 #include <fstream>
-#include <stdexcept>
-
-#include "doubles/common/Text.h"
 
 namespace simhost {
 
 using Json = nlohmann::ordered_json;
 
-EventLog::EventLog(const std::filesystem::path& file) : mFile(file.empty() ? nullptr : _wfopen(file.c_str(), L"ab")) {
-    if (!file.empty() && mFile == nullptr) {
-        throw std::runtime_error("cannot write " + Utf8(file.wstring()));
+EventLog::EventLog(const std::filesystem::path& file) {
+    if (!file.empty()) {
+        mFile.Open(file, L"ab");
     }
 }
 
 void EventLog::Write(const std::string& event, const Json& members) {
-    if (mFile != nullptr) {
-        const std::string line = LineOfEvent(event, members) + "\n";
-        std::fwrite(line.data(), 1, line.size(), mFile.get());
-        std::fflush(mFile.get());
+    if (mFile.IsOpen()) {
+        mFile.Write(LineOfEvent(event, members));
     }
 }
 

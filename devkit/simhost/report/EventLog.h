@@ -4,11 +4,11 @@
 // Thread: main.
 #pragma once
 
-#include <cstdio>
 #include <filesystem>
-#include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
+
+#include "simhost/report/LineFile.h"
 
 namespace simhost {
 
@@ -18,12 +18,10 @@ class EventLog {
     explicit EventLog(const std::filesystem::path& file);
 
     void Write(const std::string& event, const nlohmann::ordered_json& members);
+    bool HasFailed() const { return mFile.HasFailed(); }
 
   private:
-    struct Closer {
-        void operator()(std::FILE* file) const { std::fclose(file); }
-    };
-    std::unique_ptr<std::FILE, Closer> mFile;
+    LineFile mFile;
 };
 
 // The end of a process may have cut the last line of the file short; the next one would be swallowed.

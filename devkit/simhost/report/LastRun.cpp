@@ -38,18 +38,29 @@ std::optional<std::vector<FailedCase>> FailedLastTime() {
     return failed;
 }
 
-void RememberFailures(const std::vector<RunOutcome>& runs) {
-    Json failed = Json::array();
+void RememberFailures(const std::vector<RunOutcome>& runs, bool keepsOthers) {
+    std::vector<FailedCase> failed;
+    if (keepsOthers) {
+        failed = FailedLastTime().value_or(failed);
+    }
     for (const RunOutcome& run : runs) {
+        const FailedCase played{std::filesystem::absolute(run.file).lexically_normal(), run.caseName};
+        // Of a file that could not be read nobody knew the cases.
+        std::erase_if(failed, [&](const FailedCase& one) {
+            return one.file == played.file && (one.caseName == played.caseName || one.caseName.empty());
+        });
         if (!run.passed) {
-            const auto file = std::filesystem::absolute(run.file).lexically_normal();
-            failed.push_back({{"file", Utf8(file.wstring())}, {"case", run.caseName}});
+            failed.push_back(played);
         }
+    }
+    Json entries = Json::array();
+    for (const FailedCase& one : failed) {
+        entries.push_back({{"file", Utf8(one.file.wstring())}, {"case", one.caseName}});
     }
     std::error_code ignored;
     const std::filesystem::path file = StateFile();
     std::filesystem::create_directories(file.parent_path(), ignored);
-    std::ofstream(file, std::ios::binary | std::ios::trunc) << Json{{"failed", failed}}.dump(2) << "\n";
+    std::ofstream(file, std::ios::binary | std::ios::trunc) << Json{{"failed", entries}}.dump(2) << "\n";
 }
 
 }  // namespace simhost

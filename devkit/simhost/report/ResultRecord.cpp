@@ -6,6 +6,7 @@
 
 #include "doubles/host/Host.h"
 #include "simhost/report/WholeFile.h"
+#include "simhost/run/FlightRecorder.h"
 
 namespace simhost {
 
@@ -38,7 +39,7 @@ std::map<std::string, Noted> NotedByRule(const RuleBook& book) {
 void Complain(const std::string& rule, const std::vector<std::string>& texts, std::vector<std::string>& complaints) {
     for (std::size_t i = 0; i < texts.size(); ++i) {
         if (i == kComplaintsPerRule) {
-            complaints.push_back(rule + ": more of the same, see the violations in the record");
+            complaints.push_back(rule + ": " + kMoreOfTheSame);
             return;
         }
         complaints.push_back(rule + ": " + texts[i]);
@@ -135,8 +136,11 @@ void WriteResult(const std::filesystem::path& file, const std::string& title, co
 }
 
 void NoteViolation(const std::filesystem::path& file, const Violation& violation) {
-    std::ofstream(file, std::ios::binary | std::ios::app)
-        << AsJson(violation).dump(-1, ' ', false, Json::error_handler_t::replace) << "\n";
+    std::ofstream stream(file, std::ios::binary | std::ios::app);
+    stream << AsJson(violation).dump(-1, ' ', false, Json::error_handler_t::replace) << "\n";
+    if (!stream.flush()) {
+        RecordLostLines();
+    }
 }
 
 void CompleteResult(const std::filesystem::path& file, const Scenario& scenario, bool shouldBeThere,

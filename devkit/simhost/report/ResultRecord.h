@@ -11,6 +11,9 @@
 
 namespace simhost {
 
+// In the complaint that stands for all further ones of its rule.
+inline constexpr const char* kMoreOfTheSame = "more of the same, see the violations in the record";
+
 struct Verdict {
     bool passed;
     std::vector<std::string> complaints;  // one line each

@@ -86,11 +86,16 @@ void RunReport::EndStep() {
     mStep = nullptr;
 }
 
-bool RunReport::IsExpected(const std::string& rule, const std::string& text) const {
-    const auto texts = mScenario.expect.violationTexts.find(rule);
-    return mScenario.expect.ignored.contains(rule) || mScenario.expect.violations.contains(rule) ||
-           (texts != mScenario.expect.violationTexts.end() &&
-            std::find(texts->second.begin(), texts->second.end(), text) != texts->second.end());
+bool RunReport::IsExpected(const std::string& rule, const Violation& violation) const {
+    const Expectations& expect = mScenario.expect;
+    const auto told = mToldByRule.find(rule);
+    const Told before = told == mToldByRule.end() ? Told() : told->second;
+    const auto amount = expect.violations.find(rule);
+    const auto texts = expect.violationTexts.find(rule);
+    return expect.ignored.contains(rule) ||
+           (amount != expect.violations.end() && before.amount + violation.amount <= amount->second) ||
+           (texts != expect.violationTexts.end() && before.times < texts->second.size() &&
+            texts->second[before.times] == violation.text);
 }
 
 void RunReport::TellViolations() {
@@ -98,7 +103,9 @@ void RunReport::TellViolations() {
     for (; mTold < violations.size(); ++mTold) {
         const Violation& violation = violations[mTold];
         const std::string rule = simhost::NameOf(violation.rule);
-        const bool expected = IsExpected(rule, violation.text);
+        const bool expected = IsExpected(rule, violation);
+        ++mToldByRule[rule].times;
+        mToldByRule[rule].amount += violation.amount;
         mPassed = mPassed && expected;
         std::string text = violation.text;
         if (!mPlace.empty() && text.starts_with(mPlace + ": ")) {

@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "doubles/host/Rules.h"
 #include "simhost/checks/PluginCoreCalls.h"
 #include "simhost/report/EventLog.h"
 #include "simhost/report/Transcript.h"
@@ -60,7 +61,8 @@ class RunReport {
     void Open(const std::string& heading, Json members);
     void AddObserved(const Json& observed);
     void TellViolations();
-    bool IsExpected(const std::string& rule, const std::string& text) const;
+    // Whether the scenario announces it, and not only others of the rule that were told already.
+    bool IsExpected(const std::string& rule, const Violation& violation) const;
 
     const Scenario& mScenario;
     Transcript mTranscript;
@@ -68,7 +70,12 @@ class RunReport {
     Json mStep;             // what tells the open step; null when none is open
     std::string mPlace;     // of the open step
     std::size_t mTold = 0;  // how many broken rules were told
-    bool mPassed = true;    // the open step, so far
+    struct Told {
+        std::size_t times = 0;
+        std::int64_t amount = 0;
+    };
+    std::map<std::string, Told> mToldByRule;
+    bool mPassed = true;  // the open step, so far
     Json mObserved;
     std::optional<std::vector<std::pair<std::string, Json>>> mHeldBack;  // events that may not be told
     std::map<std::string, std::vector<std::string>> mExplained;

@@ -119,6 +119,12 @@ void RecordConclusion() {
     }
 }
 
+void RecordLostLines() {
+    if (FlightRecord* const record = Record()) {
+        record->lostLines = 1;
+    }
+}
+
 FlightRecorder::FlightRecorder() {
     static unsigned sNumber = 0;
     const std::wstring name =

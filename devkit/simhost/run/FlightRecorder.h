@@ -20,6 +20,7 @@ struct FlightRecord {
     std::uint32_t entriesInside;  // of the PluginCore, one called inside the other; may be more than are kept
     std::uint32_t isByHand;       // not 0: a person decides how long the step takes, but not each message
     std::uint32_t isPerEntry;     // not 0: the time of a step counts from the last begin or end of an entry
+    std::uint32_t lostLines;      // not 0: something that was seen could not be written down
     std::uint64_t stepBegan;      // GetTickCount64(); 0: may take as long as it likes
     char step[256];
     char message[256];  // "" while the plug-in handles none
@@ -43,6 +44,8 @@ void RecordMessage(std::string_view message);
 void EnteredEntry(std::string_view name);
 void LeftEntry();
 void RecordConclusion();
+// A line of a file that tells what was seen could not be written.
+void RecordLostLines();
 
 // --- the watching process ---
 
