@@ -2,11 +2,10 @@
 
 #include <windows.h>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <exception>
-#include <fstream>
+#include <optional>
 #include <stdexcept>
 #include <vector>
 
@@ -18,29 +17,16 @@
 #include "simhost/launch/Leftovers.h"
 #include "simhost/launch/OwnFolder.h"
 #include "simhost/launch/PlayChecks.h"
+#include "simhost/launch/PlayReport.h"
 #include "simhost/launch/RunFolder.h"
 #include "simhost/launch/Selection.h"
-#include "simhost/report/CallLines.h"
 #include "simhost/report/CallsOfRun.h"
-#include "simhost/report/JUnit.h"
 #include "simhost/report/LastRun.h"
-#include "simhost/report/Summary.h"
 #include "simhost/report/WholeFile.h"
 
 namespace simhost {
 
 namespace {
-
-constexpr int kPassed = 0;
-constexpr int kFailed = 1;
-constexpr int kNotPlayed = 2;
-
-// How the person calls this program: a script that starts it says so.
-std::string ProgramName() {
-    wchar_t name[MAX_PATH] = L"";
-    const DWORD length = GetEnvironmentVariableW(L"SIMHOST_COMMAND", name, MAX_PATH);
-    return length == 0 || length >= MAX_PATH ? "simhost" : Utf8(std::wstring_view(name, length));
-}
 
 // Plays what the options name, and keeps what came of it.
 class Playlist {
@@ -53,28 +39,28 @@ class Playlist {
         const std::vector<FailedCase> failed = mOptions.onlyFailed ? FailedBefore() : std::vector<FailedCase>();
         if (mOptions.onlyFailed && failed.empty()) {
             std::printf("Nothing failed the last time, so nothing is played.\n");
-            return kPassed;
+            return PlayReport::kPassed;
         }
         Selection selection = SelectCases(Files(failed), mOptions.cases);
         if (mOptions.onlyFailed) {
             KeepOnly(failed, selection);
             if (selection.cases.empty() && selection.unplayable.empty()) {
                 std::printf("Nothing of that failed the last time, so nothing is played.\n");
-                return kPassed;
+                return PlayReport::kPassed;
             }
         }
         mSeveral = selection.cases.size() > 1;
+        mReport.emplace(mOptions, mSeveral);
         CheckSelection(mOptions, selection);
         FindPlugins(selection);
         for (const Unplayable& unplayable : selection.unplayable) {
-            NotPlayed(
+            mReport->Add(
                 {unplayable.file, "", Utf8(unplayable.file.filename().wstring()), "", false, false, unplayable.lines});
         }
         for (std::size_t i = 0; i < selection.cases.size() && !mIsCancelled; ++i) {
             PlayCase(*selection.cases[i].file, selection.cases[i].name);
         }
-        Conclude();
-        return mWorst;
+        return mReport->Conclude(mOptions.onlyFailed || mIsCancelled);
     }
 
   private:
@@ -121,14 +107,6 @@ class Playlist {
         });
     }
 
-    void NotPlayed(RunOutcome outcome) {
-        for (const std::string& line : outcome.complaints) {
-            std::fprintf(stderr, "simhost: %s\n", line.c_str());
-        }
-        mWorst = kNotPlayed;
-        mOutcomes.push_back(std::move(outcome));
-    }
-
     void PlayCase(const ScenarioFile& file, const std::string& name) {
         RunOutcome outcome{file.Path(), name, file.PlaceOf(name), file.TitleOf(name)};
         const auto began = std::chrono::steady_clock::now();
@@ -137,7 +115,7 @@ class Playlist {
         try {
             const RunOptions run = OptionsFor(file, name, events.Path());
             const Verdict verdict = RunCase(file, name, run);
-            KeepRecord(outcome.name, run.record);
+            mReport->KeepRecord(outcome.name, run.record);
             outcome.played = true;
             outcome.passed = verdict.passed;
             complaints = verdict.complaints;
@@ -155,14 +133,13 @@ class Playlist {
         const std::vector<nlohmann::ordered_json> lines = Complete(events, outcome);
         outcome.failed = outcome.passed ? std::nullopt : FirstFailedStep(lines);
         if (outcome.played && !outcome.passed && WasLostWithinStep(lines)) {
-            TellLoss(outcome, lines);
+            mReport->TellLoss(outcome, lines);
         }
         if (!mOptions.accept.empty() && outcome.played && AcceptRun(file, name, complaints, lines)) {
             outcome.passed = true;
             outcome.complaints.clear();
         }
-        Tell(std::move(outcome));
-        std::fflush(stdout);
+        mReport->Add(std::move(outcome));
     }
 
     // A run whose lines do not arrive counts as not played.
@@ -185,22 +162,6 @@ class Playlist {
         return texts;
     }
 
-    // In the place of the host's process, which ended within a step.
-    void TellLoss(const RunOutcome& outcome, const std::vector<nlohmann::ordered_json>& lines) const {
-        if (TellsPeople() && mOptions.tell.verbosity != Verbosity::kQuiet) {
-            const bool colour = UsesColour(mOptions.tell.colour);
-            for (const PluginCoreCall& call : CallsOfOpenStep(lines)) {
-                for (const std::string& line : LinesOf(call, [](const std::string& text) { return text; })) {
-                    std::printf("      %s\n", ShowControlCharacters(line).c_str());
-                }
-            }
-            for (const std::string& complaint : outcome.complaints) {
-                std::printf("%s\n", Coloured("  ! " + complaint, Tone::kBad, colour).c_str());
-            }
-            std::printf("%s\n", Coloured("  failed", Tone::kBad, colour).c_str());
-        }
-    }
-
     // False when something was observed that no scenario can expect.
     bool AcceptRun(const ScenarioFile& file, const std::string& name, const std::vector<std::string>& complaints,
                    const std::vector<nlohmann::ordered_json>& lines) const {
@@ -219,25 +180,6 @@ class Playlist {
         return accepted.refused.empty();
     }
 
-    void Tell(RunOutcome outcome) {
-        if (!outcome.played) {
-            NotPlayed(std::move(outcome));
-            return;
-        }
-        for (const std::string& complaint : outcome.complaints) {
-            std::fprintf(stderr, "FAILED %s%s\n", mSeveral ? (outcome.name + ": ").c_str() : "", complaint.c_str());
-        }
-        mWorst = std::max(mWorst, outcome.passed ? kPassed : kFailed);
-        if (mSeveral && TellsPeople()) {
-            std::printf("%s%s: %s\n", mOptions.tell.verbosity == Verbosity::kQuiet ? "" : "\n", outcome.name.c_str(),
-                        outcome.passed ? "passed" : "failed");
-        }
-        mOutcomes.push_back(std::move(outcome));
-    }
-
-    // Standard output is for the machine when that asks for it.
-    bool TellsPeople() const { return mOptions.jsonLines != L"-"; }
-
     RunOptions OptionsFor(const ScenarioFile& file, const std::string& name,
                           const std::filesystem::path& events) const {
         const std::wstring run = FolderNameOf(file, name);
@@ -250,7 +192,7 @@ class Playlist {
         }
         TellOptions tell = mOptions.tell;
         tell.events = events;
-        tell.verbosity = TellsPeople() ? tell.verbosity : Verbosity::kQuiet;
+        tell.verbosity = mReport->TellsPeople() ? tell.verbosity : Verbosity::kQuiet;
         return {mOptions.plugin,
                 mOptions.pluginCore,
                 folder.make_preferred(),
@@ -264,67 +206,10 @@ class Playlist {
                 mOptions.inProcess};
     }
 
-    // Several runs share one file: their records are put together there, by name.
-    void KeepRecord(const std::string& place, const std::filesystem::path& record) {
-        if (!mSeveral || record.empty()) {
-            return;
-        }
-        std::ifstream stream(record, std::ios::binary);
-        mRecords[place] = nlohmann::ordered_json::parse(stream);
-    }
-
-    void Conclude() const {
-        if (!mRecords.empty()) {
-            WriteWholeFile(mOptions.record, mRecords.dump(2) + "\n");
-        }
-        if (!mOptions.junit.empty()) {
-            WriteWholeFile(mOptions.junit, AsJUnit(mOutcomes));
-        }
-        if (mOptions.repeatedBy.empty()) {
-            // Of what was not played now nothing new is known.
-            RememberFailures(mOutcomes, mOptions.onlyFailed || mIsCancelled);
-        }
-        if (!TellsPeople()) {
-            return;
-        }
-        const char* const before = mOptions.tell.verbosity == Verbosity::kQuiet || mSeveral ? "" : "\n";
-        if (mWorst == kPassed) {
-            std::printf(
-                "%sPassed: everything came as expected, and %s.\n", before,
-                mOptions.variation.until.empty() ? "nothing is left over" : "what is left over was not looked at");
-        }
-        for (const std::string& line : SummaryOf(mOutcomes, ProgramName(), mOptions.repeatedBy, OptionsToRepeat())) {
-            std::printf("%s\n", line.c_str());
-        }
-    }
-
-    std::vector<std::string> OptionsToRepeat() const {
-        std::vector<std::string> options;
-        if (!mOptions.plugin.empty()) {
-            options.insert(options.end(), {"--plugin", Utf8(mOptions.plugin.generic_wstring())});
-        }
-        if (!mOptions.pluginCore.empty()) {
-            options.insert(options.end(), {"--plugincore", Utf8(mOptions.pluginCore.generic_wstring())});
-        }
-        const auto addNumber = [&](const char* option, const std::optional<std::int64_t>& number) {
-            if (number) {
-                options.insert(options.end(), {option, std::to_string(*number)});
-            }
-        };
-        addNumber("--time-limit", mOptions.timeLimitSeconds);
-        addNumber("--step-time-limit", mOptions.stepTimeLimitSeconds);
-        if (mOptions.variation.seed) {
-            options.insert(options.end(), {"--seed", std::to_string(*mOptions.variation.seed)});
-        }
-        return options;
-    }
-
     const PlayOptions& mOptions;
     bool mSeveral = false;  // more than one run, so each is told by name
     bool mIsCancelled = false;
-    int mWorst = kPassed;
-    std::vector<RunOutcome> mOutcomes;
-    nlohmann::ordered_json mRecords;
+    std::optional<PlayReport> mReport;
 };
 
 }  // namespace
@@ -334,7 +219,7 @@ int Play(const PlayOptions& options) {
         return Playlist(options).Play();
     } catch (const std::exception& error) {
         std::fprintf(stderr, "simhost: %s\n", error.what());
-        return kNotPlayed;
+        return PlayReport::kNotPlayed;
     }
 }
 
