@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include <algorithm>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <utility>
@@ -13,6 +13,7 @@
 #include "simhost/watch/Culprit.h"
 #include "simhost/watch/EndTraps.h"
 #include "simhost/watch/ExceptionWords.h"
+#include "simhost/watch/LeftRunning.h"
 #include "simhost/watch/OpenDialogs.h"
 #include "simhost/watch/WineDebugging.h"
 
@@ -23,8 +24,6 @@ namespace {
 constexpr DWORD kPauseMilliseconds = 20;
 // A process that was told to end and does not: then its job is ended.
 constexpr ULONGLONG kPatienceMilliseconds = 5000;
-// Processes that the host started may be ending already.
-constexpr ULONGLONG kTimeToEndMilliseconds = 500;
 constexpr DWORD kEndedFromOutside = 1;
 constexpr int kMostAttempts = 3;
 
@@ -53,7 +52,8 @@ class Watch {
             CheckLimits();
         }
         WaitForSingleObject(mProcess, kPatienceMilliseconds);
-        NoteProcessesLeft();
+        NoteLeft(ProcessesLeft(mJob));
+        EndAll();
         const FlightRecord record = mRecorder.Read();
         mEnd.hasBegun = record.hasBegun != 0;
         mEnd.concluded = record.concluded != 0;
@@ -157,7 +157,7 @@ class Watch {
         }
         if (mRecorder.Read().concluded != 0) {
             if (mLimits.tellsThreadsLeft) {
-                NoteThreadsLeft(threadId);
+                NoteLeft(ThreadsLeft(mThreads, threadId, *mStacks, *mModules, mHost.program));
             }
             mTraps->Remove();
             return;
@@ -236,44 +236,9 @@ class Watch {
         }
     }
 
-    // `ending`: the thread that ends the process. Which step started the others nobody can tell: a debugger is told of
-    // a thread when that begins to run, and the host may be a step further by then.
-    void NoteThreadsLeft(DWORD ending) {
-        // Threads that wait at the same place are told together: names take their time.
-        std::map<CallStack, int> left;
-        for (const auto& [id, thread] : mThreads) {
-            const CallStack stack = id == ending ? CallStack{} : mStacks->ReadRunning(thread);
-            if (std::any_of(stack.begin(), stack.end(), [&](std::uint64_t address) { return IsGuest(address); })) {
-                ++left[stack];
-            }
-        }
-        for (const auto& [stack, count] : left) {
-            const Culprit culprit = CulpritOf(stack);
-            mEnd.findings.push_back({Rule::kThreadLeft, count,
-                                     (count == 1 ? "a thread" : std::to_string(count) + " threads") +
-                                         " still ran when the host quit, " + InWords(culprit),
-                                     ModuleOf(culprit)});
-        }
-    }
-
-    // Neither the system's nor the host's own.
-    bool IsGuest(std::uint64_t address) const {
-        const Module* const module = mModules->At(address);
-        return module != nullptr && !module->isSystem && module->path.filename() != mHost.program.filename();
-    }
-
-    void NoteProcessesLeft() {
-        const ULONGLONG end = GetTickCount64() + kTimeToEndMilliseconds;
-        std::vector<Job::Member> members = mJob.Members();
-        while (!members.empty() && GetTickCount64() < end) {
-            Sleep(kPauseMilliseconds);
-            members = mJob.Members();
-        }
-        for (const Job::Member& member : members) {
-            mEnd.findings.push_back(
-                {Rule::kProcessLeft, 1, member.program + " was started during the run and still ran after it"});
-        }
-        EndAll();
+    void NoteLeft(std::vector<Violation> left) {
+        mEnd.findings.insert(mEnd.findings.end(), std::make_move_iterator(left.begin()),
+                             std::make_move_iterator(left.end()));
     }
 
     // A process that ends is only gone when its debugger has seen it, or has let go of it.

@@ -1,0 +1,61 @@
+#include "simhost/watch/LeftRunning.h"
+
+#include <algorithm>
+#include <string>
+
+#include "simhost/watch/Culprit.h"
+
+namespace simhost {
+
+namespace {
+
+// Processes that the host started may be ending already.
+constexpr ULONGLONG kTimeToEndMilliseconds = 500;
+constexpr DWORD kPauseMilliseconds = 20;
+
+// Neither the system's nor the host's own.
+bool IsGuest(std::uint64_t address, const Modules& modules, const std::filesystem::path& program) {
+    const Module* const module = modules.At(address);
+    return module != nullptr && !module->isSystem && module->path.filename() != program.filename();
+}
+
+}  // namespace
+
+std::vector<Violation> ThreadsLeft(const std::map<DWORD, HANDLE>& threads, DWORD ending, const StackReader& stacks,
+                                   const Modules& modules, const std::filesystem::path& program) {
+    // Threads that wait at the same place are told together: names take their time.
+    std::map<CallStack, int> left;
+    for (const auto& [id, thread] : threads) {
+        const CallStack stack = id == ending ? CallStack{} : stacks.ReadRunning(thread);
+        if (std::any_of(stack.begin(), stack.end(),
+                        [&](std::uint64_t address) { return IsGuest(address, modules, program); })) {
+            ++left[stack];
+        }
+    }
+    std::vector<Violation> findings;
+    for (const auto& [stack, count] : left) {
+        const Culprit culprit = FindCulprit(stacks.Describe(stack), program);
+        findings.push_back({Rule::kThreadLeft, count,
+                            (count == 1 ? "a thread" : std::to_string(count) + " threads") +
+                                " still ran when the host quit, " + InWords(culprit),
+                            ModuleOf(culprit)});
+    }
+    return findings;
+}
+
+std::vector<Violation> ProcessesLeft(const Job& job) {
+    const ULONGLONG end = GetTickCount64() + kTimeToEndMilliseconds;
+    std::vector<Job::Member> members = job.Members();
+    while (!members.empty() && GetTickCount64() < end) {
+        Sleep(kPauseMilliseconds);
+        members = job.Members();
+    }
+    std::vector<Violation> findings;
+    for (const Job::Member& member : members) {
+        findings.push_back(
+            {Rule::kProcessLeft, 1, member.program + " was started during the run and still ran after it"});
+    }
+    return findings;
+}
+
+}  // namespace simhost
