@@ -113,6 +113,15 @@ class OpenDocument(real_documents.WithRealDocuments):
         self.assertIn("open.json", junit)
         self.assertNotIn("scenario.json", junit)
         self.assertTrue(json.loads((outputs / "record.json").read_text(encoding="utf-8"))["passed"])
+        # The folder of a run is its own, and is emptied by the next one.
+        inside = outputs / "run" / "inside.json"
+        inside.write_bytes(document.read_bytes())
+        for command in ("open", "window"):
+            done = subprocess.run([*SIMHOST, command, str(inside), "--work-folder", str(outputs / "run")],
+                                  capture_output=True, check=False, encoding="utf-8")
+            self.assertEqual(done.returncode, 2, done.stdout + done.stderr)
+            self.assertRegex(done.stderr, "^simhost: document: .*inside.json lies in the folder that --work-folder names")
+        self.assertTrue(inside.exists())
 
     def test_what_is_no_imported_document_is_refused(self):
         source = str(self.files["drawing.svg"])

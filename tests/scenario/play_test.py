@@ -137,6 +137,31 @@ class Play(unittest.TestCase):
         printed, _ = self.play("--only-failed")
         self.assertEqual(printed, "Nothing failed the last time, so nothing is played.\n")
 
+    def test_what_failed_is_not_forgotten_by_the_way(self):
+        good = {"steps": [{"do": "about", "calls": "any"}]}
+        bad = {"steps": [{"do": "about", "calls": "any"}, {"do": "about", "calls": ["IdleEvent"]}]}
+        cases = self.write("cases.json", {"title": "T", "cases": {"bad": bad, "good": good}})
+        self.play(cases, "--quiet", code=1)
+        # A run that ended before the step says nothing of it.
+        self.play("--only-failed", "--until", "1", "--quiet")
+        self.assertIn("IdleEvent", self.play("--only-failed", "--quiet", code=1)[1])
+        # Nor does another case of the file say anything of one that cannot be played.
+        self.write("cases.json", {"title": "T", "cases": {"lost": {**good, "plugin": "Nowhere.aip"}, "good": good}})
+        self.play(cases, "--quiet", code=2)
+        self.assertIn("cases.json/lost", self.play("--only-failed", code=2)[1])
+        # What is not there any more cannot fail.
+        self.write("cases.json", {"title": "T", "cases": {"good": good}})
+        printed, _ = self.play("--only-failed")
+        self.assertEqual(printed, "Nothing of that failed the last time, so nothing is played.\n")
+        printed, _ = self.play("--only-failed")
+        self.assertEqual(printed, "Nothing failed the last time, so nothing is played.\n")
+        gone = self.write("gone.json", {"title": "T", **bad})
+        self.play(gone, "--quiet", code=1)
+        gone.unlink()
+        self.play("--only-failed", code=2)
+        printed, _ = self.play("--only-failed")
+        self.assertEqual(printed, "Nothing failed the last time, so nothing is played.\n")
+
     def test_several_files_and_patterns(self):
         printed, _ = self.play("devkit/scenarios/about.json", "devkit/scenarios/changed*", "devkit/scenarios/about.json",
                                "--quiet")
@@ -172,6 +197,10 @@ class Play(unittest.TestCase):
         _, complaints = self.play(inside, "--work-folder", work, code=2)
         self.assertIn("simhost: scenario: ", complaints)
         self.assertTrue(inside.exists())
+        broken = self.write("work/broken.json", {"title": 1})
+        _, complaints = self.play(broken, path, "--work-folder", work, code=2)
+        self.assertRegex(complaints, "^simhost: scenario: .*broken.json lies in the folder that --work-folder names")
+        self.assertTrue(broken.exists())
         one = self.folder / "one"
         _, complaints = self.play(path, "--record", one, "--junit", f"{self.folder}/work/../ONE", code=2)
         self.assertRegex(complaints, "^simhost: --record and --junit name one file, .*one")

@@ -24,6 +24,7 @@ int Open(const Texts& texts) {
     PlayOptions options = OptionsOf(texts.run);
     const GeneratedScenario scenario(L"open.json", ScenarioThatOpens(imported), !options.noWait);
     options.scenarios = {scenario.Path()};
+    options.documents = {Wide(texts.document), Wide(imported.source)};
     options.repeatedBy = "open " + AsShellWord(texts.document);
     return Play(options);
 }

@@ -1,9 +1,11 @@
 #include <windows.h>
 
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "doubles/common/Text.h"
@@ -38,9 +40,11 @@ void CheckNamesDiffer(const std::vector<ImportedDocument>& documents) {
 
 int ShowWindow(const Texts& texts) {
     std::vector<ImportedDocument> documents;
+    std::vector<std::filesystem::path> files;
     std::string command = "window";
     for (const std::string& document : texts.documents) {
         documents.push_back(ReadImportedDocument(Wide(document)));
+        files.insert(files.end(), {Wide(document), Wide(documents.back().source)});
         command += " " + AsShellWord(document);
     }
     CheckNamesDiffer(documents);
@@ -48,6 +52,7 @@ int ShowWindow(const Texts& texts) {
     PlayOptions options = OptionsOf(texts.run);
     const GeneratedScenario scenario(L"window.json", ScenarioWithWindow(documents), !options.noWait);
     options.scenarios = {scenario.Path()};
+    options.documents = std::move(files);
     options.repeatedBy = command;
     return Play(options);
 }

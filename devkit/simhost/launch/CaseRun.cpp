@@ -19,6 +19,7 @@
 #include "simhost/launch/Leftovers.h"
 #include "simhost/launch/OwnFolder.h"
 #include "simhost/launch/RunFolder.h"
+#include "simhost/launch/StartInOrder.h"
 #include "simhost/plugin/LibraryFile.h"
 #include "simhost/report/CallsOfRun.h"
 #include "simhost/run/FlightRecorder.h"

@@ -1,6 +1,5 @@
 #include "simhost/launch/ChildProcess.h"
 
-#include <stdexcept>
 #include <utility>
 
 #include "simhost/launch/Cancellation.h"
@@ -9,7 +8,6 @@ namespace simhost {
 
 namespace {
 
-constexpr int kAttempts = 64;
 constexpr DWORD kPauseMilliseconds = 50;
 
 }  // namespace
@@ -47,24 +45,6 @@ std::optional<DWORD> ChildProcess::WaitFor(std::int64_t milliseconds) const {
     DWORD code = 0;
     GetExitCodeProcess(mProcess, &code);
     return code;
-}
-
-std::vector<ChildProcess> StartInOrder(const std::vector<std::filesystem::path>& programs, const Job& job) {
-    const std::vector<std::wstring> arguments = {std::to_wstring(GetCurrentProcessId())};
-    std::vector<ChildProcess> started;
-    // Identifiers are used again. One that is too small is held by its process until a greater one turns up.
-    std::vector<ChildProcess> tooSmall;
-    while (started.size() < programs.size()) {
-        ChildProcess process(programs[started.size()], arguments, job);
-        if (started.empty() || process.Id() > started.back().Id()) {
-            started.push_back(std::move(process));
-        } else if (tooSmall.size() < kAttempts) {
-            tooSmall.push_back(std::move(process));
-        } else {
-            throw std::runtime_error("Windows gives no greater process identifier");
-        }
-    }
-    return started;
 }
 
 }  // namespace simhost

@@ -31,8 +31,4 @@ class ChildProcess {
     DWORD mId;
 };
 
-// Starts the programs one after the other, such that each has a greater process identifier than the one before.
-// They belong to the job.
-std::vector<ChildProcess> StartInOrder(const std::vector<std::filesystem::path>& programs, const Job& job);
-
 }  // namespace simhost

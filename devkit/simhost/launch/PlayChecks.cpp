@@ -131,6 +131,12 @@ void CheckSelection(const PlayOptions& options, const Selection& selection) {
     for (const SelectedCase& selected : selection.cases) {
         CheckIsElsewhere({"scenario", selected.file->Path()}, options.workFolder);
     }
+    for (const Unplayable& unplayable : selection.unplayable) {
+        CheckIsElsewhere({"scenario", unplayable.file}, options.workFolder);
+    }
+    for (const std::filesystem::path& document : options.documents) {
+        CheckIsElsewhere({"document", document}, options.workFolder);
+    }
 }
 
 std::wstring FolderNameOf(const ScenarioFile& file, const std::string& caseName) {

@@ -2,9 +2,11 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <exception>
+#include <iterator>
 #include <optional>
 #include <stdexcept>
 #include <vector>
@@ -55,7 +57,7 @@ class Playlist {
         FindPlugins(selection);
         for (const Unplayable& unplayable : selection.unplayable) {
             mReport->Add(
-                {unplayable.file, "", Utf8(unplayable.file.filename().wstring()), "", false, false, unplayable.lines});
+                {unplayable.file, unplayable.caseName, unplayable.Place(), "", false, false, unplayable.lines});
         }
         for (std::size_t i = 0; i < selection.cases.size() && !mIsCancelled; ++i) {
             PlayCase(*selection.cases[i].file, selection.cases[i].name);
@@ -82,13 +84,29 @@ class Playlist {
 
     // Takes a case back out of the list when it can be played and did not fail.
     static void KeepOnly(const std::vector<FailedCase>& failed, Selection& selection) {
+        ForgetFailures(CasesThatAreGone(failed, selection));
         std::erase_if(selection.cases, [&](const SelectedCase& selected) {
-            const auto file = std::filesystem::absolute(selected.file->Path()).lexically_normal();
             // Of a file that could not be read nobody knew the cases.
             return std::none_of(failed.begin(), failed.end(), [&](const FailedCase& one) {
-                return one.file == file && (one.caseName == selected.name || one.caseName.empty());
+                return IsOf(selected, one) && (one.caseName == selected.name || one.caseName.empty());
             });
         });
+    }
+
+    // The file is there and can be read, and has no such case.
+    static std::vector<FailedCase> CasesThatAreGone(const std::vector<FailedCase>& failed, const Selection& selection) {
+        std::vector<FailedCase> gone;
+        std::copy_if(failed.begin(), failed.end(), std::back_inserter(gone), [&](const FailedCase& one) {
+            const auto of = std::find_if(selection.cases.begin(), selection.cases.end(),
+                                         [&](const SelectedCase& selected) { return IsOf(selected, one); });
+            return of != selection.cases.end() && !one.caseName.empty() &&
+                   std::ranges::find(of->file->Cases(), one.caseName) == of->file->Cases().end();
+        });
+        return gone;
+    }
+
+    static bool IsOf(const SelectedCase& selected, const FailedCase& one) {
+        return std::filesystem::absolute(selected.file->Path()).lexically_normal() == one.file;
     }
 
     // Takes cases back out of the list whose plug-in is not there.
@@ -100,8 +118,9 @@ class Playlist {
                 PluginFileOf(*selected.file, selected.name, run);
                 return false;
             } catch (const std::runtime_error& error) {
-                selection.unplayable.push_back(
-                    {selected.file->Path(), {selected.file->PlaceOf(selected.name) + ": " + error.what()}});
+                selection.unplayable.push_back({selected.file->Path(),
+                                                selected.name,
+                                                {selected.file->PlaceOf(selected.name) + ": " + error.what()}});
                 return true;
             }
         });

@@ -27,6 +27,8 @@ struct PlayOptions {
     std::optional<std::int64_t> timeLimitSeconds{};
     std::optional<std::int64_t> stepTimeLimitSeconds{};
     bool noWait = false;
+    // What the command line names besides: files that are read, and no scenarios.
+    std::vector<std::filesystem::path> documents{};
     // How a person repeats it when the scenario is one that a command made for itself; empty: the scenario is a file.
     std::string repeatedBy{};
     TellOptions tell{};

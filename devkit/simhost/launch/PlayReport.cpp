@@ -81,7 +81,7 @@ int PlayReport::Conclude(bool wasPart) const {
         WriteWholeFile(mOptions.junit, AsJUnit(mOutcomes));
     }
     if (mOptions.repeatedBy.empty()) {
-        RememberFailures(mOutcomes, wasPart);
+        Remember(wasPart);
     }
     if (!TellsPeople()) {
         return mWorst;
@@ -95,6 +95,16 @@ int PlayReport::Conclude(bool wasPart) const {
         std::printf("%s\n", line.c_str());
     }
     return mWorst;
+}
+
+void PlayReport::Remember(bool wasPart) const {
+    const bool isWhole = mOptions.variation.until.empty();
+    std::vector<RunOutcome> known = mOutcomes;
+    if (!isWhole) {
+        // What comes after may fail as it did.
+        std::erase_if(known, [](const RunOutcome& outcome) { return outcome.passed; });
+    }
+    RememberFailures(known, wasPart || !isWhole);
 }
 
 std::vector<std::string> PlayReport::OptionsToRepeat() const {

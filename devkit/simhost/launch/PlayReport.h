@@ -37,6 +37,7 @@ class PlayReport {
     int Conclude(bool wasPart) const;
 
   private:
+    void Remember(bool wasPart) const;
     std::vector<std::string> OptionsToRepeat() const;
 
     const PlayOptions& mOptions;

@@ -66,6 +66,10 @@ void CheckPatterns(const std::vector<std::string>& patterns, const std::vector<s
 
 }  // namespace
 
+std::string Unplayable::Place() const {
+    return Utf8(file.filename().wstring()) + (caseName.empty() ? "" : "/" + caseName);
+}
+
 std::vector<std::filesystem::path> ScenariosNamed(const std::vector<std::filesystem::path>& names) {
     std::vector<std::filesystem::path> files;
     std::set<std::filesystem::path> known;
@@ -93,7 +97,7 @@ Selection SelectCases(const std::vector<std::filesystem::path>& files, const std
                 }
             }
         } catch (const ScenarioError& error) {
-            selection.unplayable.push_back({path, error.Lines()});
+            selection.unplayable.push_back({path, "", error.Lines()});
         }
     }
     if (selection.unplayable.empty()) {

@@ -17,7 +17,11 @@ struct SelectedCase {
 
 struct Unplayable {
     std::filesystem::path file;
+    std::string caseName;            // empty: the whole file, or it has no cases
     std::vector<std::string> lines;  // why
+
+    // "file.json/case", as reports name it.
+    std::string Place() const;
 };
 
 struct Selection {

@@ -21,6 +21,9 @@ struct FailedCase {
 // Nothing when nobody has played anything yet.
 std::optional<std::vector<FailedCase>> FailedLastTime();
 
+// These are not there any more.
+void ForgetFailures(const std::vector<FailedCase>& gone);
+
 // `keepsOthers`: what failed before is remembered as well, unless it is among the runs. A run that cannot be remembered
 // is no failure: nothing is said.
 void RememberFailures(const std::vector<RunOutcome>& runs, bool keepsOthers);
