@@ -11,21 +11,27 @@ import tools
 WEIGHTS = {100: 0, 200: 40, 300: 50, 400: 80, 500: 100, 600: 180, 700: 200, 800: 205, 900: 210}
 SLANTS = {"normal": 0, "italic": 100, "oblique": 110}
 BOLD = 600
-# What stands for any font of a kind.
-GENERIC = ("serif", "sans-serif", "monospace", "cursive", "fantasy", "system-ui")
+# What stands for any font of a kind, in small letters.
+GENERIC = ("serif", "sans-serif", "monospace", "cursive", "fantasy", "system-ui", "ui-serif", "ui-sans-serif",
+           "ui-monospace", "ui-rounded", "math", "emoji", "fangsong")
+# What stands behind the hyphen of a PostScript name, one or several; the foundry's letters may follow.
+STYLES = ("Thin", "Hairline", "Extra", "Ultra", "Semi", "Demi", "Light", "Book", "Regular", "Normal", "Roman", "Plain",
+          "Medium", "Bold", "bold", "Heavy", "Black", "Italic", "It", "Oblique", "Slanted", "Condensed", "Cond", "Cn",
+          "Compressed", "Narrow", "Extended", "Ext", "Expanded", "Wide", "Display", "Caption", "Text")
+POSTSCRIPT_NAME = re.compile(rf"[^-\s]+-(\d*({'|'.join(STYLES)}))+(PS)?(MT)?")
 
 
 @functools.cache
 def postscript_name(font: style.Font) -> str:
     family = escaped(font.family)
-    if font.family in GENERIC:
+    if font.family.lower() in GENERIC:
         name = best_match(font)
         tools.warn(f"\"{font.family}\" is no font's name; this machine takes {name} for it, another one may not")
         return name
     if listed(f":family={family}"):
         return best_match(font)
     # Drawing programs write the PostScript name where the family belongs.
-    if listed(f":postscriptname={family}") or re.fullmatch(r"[^-\s]+-\S+", font.family):
+    if listed(f":postscriptname={family}") or POSTSCRIPT_NAME.fullmatch(font.family):
         return font.family
     name = guess(font)
     tools.warn(f"no font of the family \"{font.family}\" is installed; the PostScript name {name} is a guess")

@@ -12,7 +12,6 @@ import style
 import tools
 
 SVG = "{http://www.w3.org/2000/svg}"
-LINK = "{http://www.w3.org/1999/xlink}href"
 XLINK_HREF = "{http://www.w3.org/1999/xlink}href"
 # What holds text to be shown within a text element; a title or a description does not.
 PARTS_OF_TEXT = tuple(SVG + tag for tag in ("text", "tspan", "textPath", "a"))

@@ -84,15 +84,24 @@ class ImportDocument(real_documents.WithRealDocuments):
 
     def test_svg_family_that_is_a_postscript_name_stays_one(self):
         self.assertEqual(self.imported_drawing(
-            '<text font-family="NimbusRoman-Bold">a</text><text font-family="MyriadPro-Bold" font-weight="bold">b</text>'),
-            [["NimbusRoman-Bold"], ["MyriadPro-Bold"]])
+            '<text font-family="NimbusRoman-Bold">a</text><text font-family="MyriadPro-Bold" font-weight="bold">b</text>'
+            '<text font-family="Frutiger-57LightCondensedItalic">c</text><text font-family="Futura-SemiboldMT">d</text>'),
+            [["NimbusRoman-Bold"], ["MyriadPro-Bold"], ["Frutiger-57LightCondensedItalic"], ["Futura-SemiboldMT"]])
+
+    def test_svg_family_with_a_hyphen_is_no_postscript_name(self):
+        self.assertEqual(self.imported_drawing(
+            '<text font-family="Open-Sans" font-weight="bold">a</text>',
+            'no font of the family "Open-Sans" is installed; the PostScript name Open-Sans-Bold is a guess'),
+            [["Open-Sans-Bold"]])
 
     def test_svg_family_that_stands_for_any_font_is_said(self):
-        match = subprocess.run(["fc-match", "--format=%{postscriptname}", "cursive"], capture_output=True, check=True,
-                               encoding="utf-8").stdout
-        self.assertEqual(self.imported_drawing(
-            '<text font-family="cursive">a</text>',
-            f'"cursive" is no font\'s name; this machine takes {match} for it, another one may not'), [[match]])
+        for family in ("cursive", "Sans-Serif", "ui-sans-serif", "system-ui"):
+            with self.subTest(family):
+                match = subprocess.run(["fc-match", "--format=%{postscriptname}", family.replace("-", r"\-")],
+                                       capture_output=True, check=True, encoding="utf-8").stdout
+                self.assertEqual(self.imported_drawing(
+                    f'<text font-family="{family}">a</text>',
+                    f'"{family}" is no font\'s name; this machine takes {match} for it, another one may not'), [[match]])
 
     def test_svg_width_of_a_font(self):
         wide = "<text font-family='DejaVu Serif'>a<tspan font-stretch='{0}'>b</tspan>" \
@@ -163,7 +172,8 @@ class ImportDocument(real_documents.WithRealDocuments):
                          "page 3 of FILE cannot be read")
 
     def test_name_that_cannot_be_opened_is_refused(self):
-        for name in ("aux.svg", "dot.", "x${work}.svg", "line\nfeed.svg", "com1"):
+        for name in ("aux.svg", "dot.", "x${work}.svg", "line\nfeed.svg", "com1", "a\\b.svg", "a?b.svg",
+                     "a*b.svg", 'a"b.svg', "a<b.svg", "a>b.svg", "a|b.svg"):
             with self.subTest(name):
                 done = self.run_on(self.write(name, real_documents.DRAWING.encode()))
                 self.assertEqual((done.returncode, done.stdout), (2, ""))
