@@ -1,6 +1,7 @@
 #include "simhost/scenario/CallDefaults.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <string_view>
 #include <vector>
@@ -55,14 +56,24 @@ constexpr NumberRow kNumbers[] = {
     {"preset", ranges::kInt32}, {"capacity", ranges::kUint32},
 };
 constexpr std::string_view kFlags[] = {"zeroed"};
+// Null when the caller passed a null pointer.
+constexpr std::string_view kBehindPointers[] = {"preset", "capacity", "zeroed"};
+
+template <std::size_t Size>
+bool IsOneOf(const std::string_view (&names)[Size], const std::string& name) {
+    return std::find(std::begin(names), std::end(names), name) != std::end(names);
+}
 
 // Of another kind than the record has it, an argument would differ from whatever comes.
 void CheckKind(const std::string& name, const Json& value, const Place& place) {
+    if (value.is_null() && IsOneOf(kBehindPointers, name)) {
+        return;
+    }
     const auto* const number = std::find_if(std::begin(kNumbers), std::end(kNumbers),
                                             [&](const NumberRow& row) { return row.argument == name; });
     if (number != std::end(kNumbers)) {
         NumberOf(value, place, number->range);
-    } else if (std::find(std::begin(kFlags), std::end(kFlags), name) != std::end(kFlags)) {
+    } else if (IsOneOf(kFlags, name)) {
         if (!value.is_boolean()) {
             place.Complain("must be true or false");
         }
