@@ -93,7 +93,7 @@ void RunFolder::WriteFile(const FileToMake& file) const {
     if (file.from.empty()) {
         WriteWholeFile(path, file.text);
     } else {
-        Copy(Wide(file.from), path);
+        Copy(At(file.from), path);
     }
     if (file.modified) {
         SetModificationTime(path, *file.modified);

@@ -76,13 +76,22 @@ void CheckIsInKit(const std::string& name, const Place& place) {
     }
 }
 
+// What lies in the folder of the run is laid out later.
+void CheckIsThere(const std::string& file, const Place& place) {
+    const std::filesystem::path path = Wide(file);
+    if (!place.Context().kit.empty() && path.is_absolute() && !IsInFolder(file, place.Context().workFolder) &&
+        !IsFile(path)) {
+        place.Complain("there is no file \"" + file + "\"");
+    }
+}
+
 }  // namespace
 
 FileToMake FileOfDocument(const std::string& path) {
     return {path, "not read by anybody\n", SecondsOf("2024-05-01T12:00:00Z")};
 }
 
-std::vector<FileToMake> ReadFiles(ObjectReader& reader) {
+std::vector<FileToMake> ReadFiles(ObjectReader& reader, Sources sources) {
     std::vector<FileToMake> files;
     reader.ForEach("files", keys::kFile, [&](ObjectReader& value) {
         FileToMake file{NeedPathInRun(value, "path"), value.Text("text", ""), std::nullopt};
@@ -93,8 +102,8 @@ std::vector<FileToMake> ReadFiles(ObjectReader& reader) {
         if (!file.from.empty() && !file.text.empty()) {
             value.OwnPlace().Complain("holds either \"text\" or what it is copied \"from\"");
         }
-        if (!file.from.empty() && !value.OwnPlace().Context().kit.empty() && !IsFile(Wide(file.from))) {
-            value.PlaceOf("from").Complain("there is no file \"" + file.from + "\"");
+        if (sources == Sources::kAreThere) {
+            CheckIsThere(file.from, value.PlaceOf("from"));
         }
         files.push_back(std::move(file));
     });

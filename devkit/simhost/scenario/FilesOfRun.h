@@ -14,7 +14,7 @@ struct FileToMake {
     std::string path;
     std::string text;
     std::optional<std::int64_t> modified;  // seconds since 1970
-    std::string from{};                    // a file anywhere, of which this one is a copy; empty: it holds the text
+    std::string from{};                    // the file of which this one is a copy; empty: it holds the text
 };
 
 struct CopyToMake {
@@ -30,8 +30,11 @@ struct FileToMove {
 // What a document's file holds when its scenario does not care: nobody reads it.
 FileToMake FileOfDocument(const std::string& path);
 
+// Whether what files are copied from is there before the run, or may come into being during it.
+enum class Sources { kAreThere, kMayCome };
+
 // The member "files" of what is being read.
-std::vector<FileToMake> ReadFiles(ObjectReader& reader);
+std::vector<FileToMake> ReadFiles(ObjectReader& reader, Sources sources);
 // The member "copies". A text stands for a file that is copied beside the host's program under its own name.
 std::vector<CopyToMake> ReadCopies(ObjectReader& reader);
 // What is laid out when a scenario does not say.

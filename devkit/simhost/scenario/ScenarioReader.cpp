@@ -103,7 +103,7 @@ Scenario ReadScenario(const Json& story, const Place& place, const std::string& 
     reader.OptionalText("plugin");  // needed before the story is read: see ScenarioFile::PluginOf
     scenario.timeLimitSeconds = reader.OptionalNumber("time_limit", ranges::kTimeLimit);
     scenario.stepTimeLimitSeconds = reader.OptionalNumber("step_time_limit", ranges::kTimeLimit);
-    scenario.files = ReadFiles(reader);
+    scenario.files = ReadFiles(reader, Sources::kAreThere);
     scenario.copies = reader.Find("copies") == nullptr ? UsualCopies() : ReadCopies(reader);
     scenario.launchInfo = ReadLaunchInfo(reader);
     ReadProcesses(reader, workFolder, scenario);

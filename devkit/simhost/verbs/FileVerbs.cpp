@@ -5,7 +5,7 @@
 
 namespace simhost {
 
-WriteFiles ReadWriteFiles(ObjectReader& reader) { return {ReadFiles(reader)}; }
+WriteFiles ReadWriteFiles(ObjectReader& reader) { return {ReadFiles(reader, Sources::kMayCome)}; }
 
 void Perform(const WriteFiles& action, Performance& performance) {
     for (const FileToMake& file : action.files) {
