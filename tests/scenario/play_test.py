@@ -325,6 +325,27 @@ class Play(unittest.TestCase):
         self.assertRegex(complaints, r"simhost: cannot write .*lines\.jsonl; lines of it are missing")
         self.assertNotIn("Passed:", run.stdout.decode("utf-8"))
 
+    def test_a_file_can_be_copied_from_one_that_comes_into_being_during_the_run(self):
+        def write(**file):
+            return {"do": "write", "files": [file]}
+
+        steps = [write(path="later/a.txt", text="a"), write(path="b.txt", **{"from": "${work}\\later\\a.txt"}),
+                 write(path="c.txt", **{"from": "later/a.txt"})]
+        scenario = {"title": "T", "files": [{"path": "first.txt", "text": "first"},
+                                            {"path": "second.txt", "from": "first.txt"}], "steps": steps}
+        path, work = self.write("later.json", scenario), self.folder / "work"
+        for options in ([], ["--in-process"]):
+            with self.subTest(options=options):
+                self.play(path, "--quiet", "--work-folder", work, *options)
+                read = {name: (work / f"{name}.txt").read_text(encoding="utf-8") for name in ("second", "b", "c")}
+                self.assertEqual(read, {"second": "first", "b": "a", "c": "a"})
+
+    def test_a_null_pointer_can_be_expected(self):
+        steps = [{"do": "about", "calls": [{"GetSettings": {"capacity": None, "zeroed": None}},
+                                           {"GetSocketPort": {"preset": None}}]}]
+        _, complaints = self.play(self.write("null.json", {"title": "T", "steps": steps}), code=1)
+        self.assertIn('expected GetSettings {"capacity":null,"zeroed":null}', complaints)
+
     def test_a_file_that_cannot_be_moved_is_told_in_words(self):
         move = {"do": "move", "from": "a.txt", "to": "b.txt"}
         scenario = {"title": "T", "files": [{"path": "a.txt", "text": "a"}], "steps": [move, move]}
@@ -427,6 +448,19 @@ class Play(unittest.TestCase):
         _, complaints = self.play(self.write("announced.json", announced), "--quiet", "--accept", accepted, code=1)
         self.assertIn("cannot be accepted: reply: broken 0 times, expected 1", complaints)
         self.assertFalse(accepted.exists())
+
+    def test_what_is_announced_does_not_stand_in_the_way_of_accepting(self):
+        other = {"do": "message", "caller": "Fault", "selector": "no such fault", "calls": []}
+        right = {**other, "answer": 99}
+        text = 'announced.json.steps[0]: "Fault"/"no such fault" was answered with 99, expected 0'
+        for announced, steps in ((1, [other, other]), ([text], [other, right, other])):
+            with self.subTest(announced=announced):
+                source = {"title": "T", "plugin": "FaultyPlugin.aip", "begin": "none", "end": "none", "steps": steps,
+                          "expect": {"violations": {"reply": announced}}}
+                accepted = self.folder / "announced" / "announced.json"
+                accepted.parent.mkdir(exist_ok=True)
+                self.play(self.write("announced.json", source), "--quiet", "--accept", accepted, "--force")
+                self.assertIn("Passed:", self.play(accepted, "--quiet")[0])
 
     def test_a_crash_cannot_be_accepted(self):
         source = json.loads((ROOT / "tests/scenario/faults/crash.json").read_text(encoding="utf-8"))

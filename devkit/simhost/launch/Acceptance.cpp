@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
 #include <string_view>
 #include <utility>
 
@@ -140,17 +141,24 @@ class Acceptance {
         std::vector<Complaint> complaints;
         for (const Json& event : events) {
             const std::string kind = event.value("event", std::string());
-            if (kind == "complaint" && !event.value("expected", false)) {
-                complaints.push_back({event.value("rule", std::string()), event.value("text", std::string())});
+            if (kind == "complaint") {
+                complaints.push_back({event.value("rule", std::string()), event.value("text", std::string()),
+                                      event.value("expected", false)});
             } else if (kind == "step_end" && event["step"].is_number()) {
                 TakeStep(event["step"].get<std::size_t>(), event["observed"], std::exchange(complaints, {}));
             }
         }
     }
 
-    // Whether a step says now what the run complained about.
+    // Whether a step says now what the run complained about, or the scenario announces it.
     bool IsAnswered(const std::string& complaint) const {
         return std::find(mAnswered.begin(), mAnswered.end(), complaint) != mAnswered.end();
+    }
+
+    // How many violations of the rule come as announced, even with what the steps say now.
+    std::size_t AnnouncedOf(const std::string& rule) const {
+        const auto found = mAnnounced.find(rule);
+        return found == mAnnounced.end() ? 0 : found->second;
     }
 
     std::vector<std::string> changed;  // "begin", "steps", "end"
@@ -160,6 +168,7 @@ class Acceptance {
     struct Complaint {
         std::string rule;
         std::string text;
+        bool isAnnounced;
     };
     struct Row {
         Json* step;
@@ -172,7 +181,13 @@ class Acceptance {
         }
         Row& row = mSteps[number - 1];
         for (const Complaint& complaint : complaints) {
-            (Answers(complaint, observed, row) ? mAnswered : refused).push_back(complaint.rule + ": " + complaint.text);
+            const bool isAnswered = complaint.isAnnounced || Answers(complaint, observed, row);
+            (isAnswered ? mAnswered : refused).push_back(complaint.rule + ": " + complaint.text);
+            // A step that says now what it observed no longer breaks the rule as announced.
+            const bool isSaidNow = std::any_of(complaints.begin(), complaints.end(), [&](const Complaint& other) {
+                return other.rule == complaint.rule && !other.isAnnounced;
+            });
+            mAnnounced[complaint.rule] += isSaidNow ? 0 : 1;
         }
         for (const char* const key : {"calls", "bus_calls"}) {
             if (row.step->contains(key) && (*row.step)[key] == "any") {
@@ -210,7 +225,21 @@ class Acceptance {
 
     std::vector<Row> mSteps;
     std::vector<std::string> mAnswered;
+    std::map<std::string, std::size_t> mAnnounced;
 };
+
+// Whether the complaint sums up that a rule was broken otherwise than announced, and is as announced from now on.
+bool IsSettled(const std::string& complaint, const Json& expect, const Acceptance& acceptance) {
+    const std::size_t end = complaint.find(": ");
+    const std::string rule = complaint.substr(0, end);
+    const std::string_view words = std::string_view(complaint).substr(std::min(end, complaint.size()));
+    if (!words.starts_with(kOtherNumber) && words != kOtherViolations) {
+        return false;
+    }
+    const Json announced = expect.value("violations", Json::object()).value(rule, Json());
+    const std::size_t number = announced.is_array() ? announced.size() : announced.get<std::size_t>();
+    return acceptance.AnnouncedOf(rule) == number;
+}
 
 // The first violations of a rule are told by name, and the rest by this.
 bool IsRest(const std::string& complaint) { return complaint.find(kMoreOfTheSame) != std::string::npos; }
@@ -237,9 +266,11 @@ Accepted AcceptObserved(Json story, const Placeholders& placeholders, const std:
     }
     // Whatever no step says now: also what came after the last step, and what a step announces and did not come.
     std::vector<std::string> refused = acceptance.refused;
+    const Json expect = story.value("expect", Json::object());
     for (const std::string& complaint : complaints) {
         const bool isTold = std::find(refused.begin(), refused.end(), complaint) != refused.end();
-        if (!isTold && !acceptance.IsAnswered(complaint) && !IsRest(complaint)) {
+        if (!isTold && !acceptance.IsAnswered(complaint) && !IsRest(complaint) &&
+            !IsSettled(complaint, expect, acceptance)) {
             refused.push_back(complaint);
         }
     }

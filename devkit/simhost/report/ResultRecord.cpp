@@ -99,8 +99,8 @@ Verdict Judge(const RuleBook& book, const Expectations& expect) {
             continue;
         }
         if (noted[rule].amount != amount) {
-            verdict.complaints.push_back(rule + ": broken " + std::to_string(noted[rule].amount) + " times, expected " +
-                                         std::to_string(amount));
+            verdict.complaints.push_back(rule + kOtherNumber + std::to_string(noted[rule].amount) +
+                                         " times, expected " + std::to_string(amount));
         } else {
             noted.erase(rule);
         }
@@ -110,7 +110,7 @@ Verdict Judge(const RuleBook& book, const Expectations& expect) {
             continue;
         }
         if (noted[rule].texts != texts) {
-            verdict.complaints.push_back(rule + ": other violations than expected");
+            verdict.complaints.push_back(rule + kOtherViolations);
         } else {
             noted.erase(rule);
         }

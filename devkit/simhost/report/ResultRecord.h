@@ -13,6 +13,9 @@ namespace simhost {
 
 // In the complaint that stands for all further ones of its rule.
 inline constexpr const char* kMoreOfTheSame = "more of the same, see the violations in the record";
+// How complaints about a rule go on that was broken otherwise than announced.
+inline constexpr const char* kOtherNumber = ": broken ";
+inline constexpr const char* kOtherViolations = ": other violations than expected";
 
 struct Verdict {
     bool passed;
