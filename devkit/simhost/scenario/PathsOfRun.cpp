@@ -1,9 +1,12 @@
 #include "simhost/scenario/PathsOfRun.h"
 
+#include <windows.h>
+
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 #include <vector>
+
+#include "doubles/common/Text.h"
 
 namespace simhost {
 
@@ -11,23 +14,12 @@ namespace {
 
 bool IsSlash(char c) { return c == '/' || c == '\\'; }
 
-char Upper(char c) { return static_cast<char>(std::toupper(static_cast<unsigned char>(c))); }
-
-bool SameLetters(std::string_view one, std::string_view other) {
-    return one.size() == other.size() && std::equal(one.begin(), one.end(), other.begin(), [](char a, char b) {
-               return (IsSlash(a) && IsSlash(b)) || Upper(a) == Upper(b);
-           });
-}
-
-// Without the folder in front.
-std::string_view Relative(std::string_view path, std::string_view workFolder) {
-    while (!workFolder.empty() && IsSlash(workFolder.back())) {
-        workFolder.remove_suffix(1);
-    }
-    const bool isWithin = path.size() > workFolder.size() &&
-                          SameLetters(path.substr(0, workFolder.size()), workFolder) &&
-                          IsSlash(path[workFolder.size()]);
-    return isWithin ? path.substr(workFolder.size() + 1) : path;
+// As Windows compares the names of files.
+bool IsSameName(std::string_view one, std::string_view other) {
+    const std::wstring a = Wide(one);
+    const std::wstring b = Wide(other);
+    return CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(), static_cast<int>(b.size()), TRUE) ==
+           CSTR_EQUAL;
 }
 
 std::vector<std::string_view> Parts(std::string_view path) {
@@ -40,16 +32,31 @@ std::vector<std::string_view> Parts(std::string_view path) {
     return parts;
 }
 
+// Without the folder in front.
+std::string_view Relative(std::string_view path, std::string_view workFolder) {
+    while (!workFolder.empty() && IsSlash(workFolder.back())) {
+        workFolder.remove_suffix(1);
+    }
+    const auto folder = Parts(workFolder);
+    const auto parts = Parts(path);
+    if (folder.empty() || parts.size() < folder.size() ||
+        !std::equal(folder.begin(), folder.end(), parts.begin(), &IsSameName)) {
+        return path;
+    }
+    const std::string_view last = parts[folder.size() - 1];
+    const auto end = static_cast<std::size_t>(last.data() + last.size() - path.data());
+    return end < path.size() ? path.substr(end + 1) : path;
+}
+
 // Windows opens a device under these names, in whatever folder and with whatever ending.
 bool IsDevice(std::string_view part) {
     const std::string_view name = part.substr(0, part.find('.'));
     constexpr std::string_view kDevices[] = {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$", "CLOCK$"};
     const auto isPort = [&](std::string_view port) {
-        return name.size() == 4 && SameLetters(name.substr(0, 3), port) && name[3] >= '0' && name[3] <= '9';
+        return name.size() == 4 && IsSameName(name.substr(0, 3), port) && name[3] >= '0' && name[3] <= '9';
     };
-    return isPort("COM") || isPort("LPT") || std::any_of(std::begin(kDevices), std::end(kDevices), [&](auto device) {
-               return SameLetters(name, device);
-           });
+    return isPort("COM") || isPort("LPT") ||
+           std::any_of(std::begin(kDevices), std::end(kDevices), [&](auto device) { return IsSameName(name, device); });
 }
 
 std::string WhyNoName(std::string_view part) {
@@ -95,7 +102,9 @@ bool IsInFolder(std::string_view path, std::string_view folder) {
 }
 
 bool IsSameInRun(std::string_view path, std::string_view other, std::string_view workFolder) {
-    return SameLetters(Relative(path, workFolder), Relative(other, workFolder));
+    const auto parts = Parts(Relative(path, workFolder));
+    const auto others = Parts(Relative(other, workFolder));
+    return std::equal(parts.begin(), parts.end(), others.begin(), others.end(), &IsSameName);
 }
 
 void CheckPathInRun(const std::string& path, const Place& place) {
