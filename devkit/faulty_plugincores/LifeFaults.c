@@ -8,7 +8,8 @@
 static int sStarts;
 static int sIsTerminated;
 
-static void RefuseVersion(Call* call) { call->answer = 5; }
+/* A code like any other. */
+static void RefuseVersion(Call* call) { call->answer = -1; }
 
 static void NoteTerminated(Call* call) {
     (void)call;

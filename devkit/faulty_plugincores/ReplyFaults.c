@@ -51,7 +51,7 @@ static void WriteToNullBuffer(Call* call) {
     }
 }
 
-static void RefuseNullBuffer(Call* call) { call->answer = call->buffer == NULL ? 87 : call->answer; }
+static void RefuseNullBuffer(Call* call) { call->answer = call->buffer == NULL ? -1 : call->answer; }
 
 static void AnswerTwo(Call* call) { *call->flag = 2; }
 

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,9 +27,6 @@ struct Reply {
     std::uint64_t size;
 };
 
-// What a probe reads when an entry was left by an exception: no answer of the library's to be judged.
-inline constexpr std::int32_t kLeftByException = -1;
-
 // Thrown instead of a call for which there is no time left.
 struct OutOfTime {};
 
@@ -42,7 +40,7 @@ class Deadline {
     ULONGLONG mAt;
 };
 
-// An entry as the plug-in calls it, as long as there is time.
+// An entry as the plug-in calls it, as long as there is time. Answers nothing when an exception has left the entry.
 template <class Signature>
 class ProbedEntry;
 
@@ -53,7 +51,7 @@ class ProbedEntry<std::int32_t(Arguments...)> {
 
     void Bind(FARPROC address) noexcept { mEntry.Bind(address); }
     bool IsNull() const noexcept { return mEntry.IsNull(); }
-    std::int32_t operator()(Arguments... arguments) const {
+    std::optional<std::int32_t> operator()(Arguments... arguments) const {
         if (mDeadline.IsOver()) {
             throw OutOfTime();
         }
@@ -64,7 +62,7 @@ class ProbedEntry<std::int32_t(Arguments...)> {
             if (!Book().HasBroken(ClauseId::kException)) {
                 throw;
             }
-            return kLeftByException;
+            return std::nullopt;
         }
     }
 

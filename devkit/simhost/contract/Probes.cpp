@@ -1,6 +1,7 @@
 #include "simhost/contract/Probes.h"
 
 #include <cstdio>
+#include <optional>
 
 #include "simhost/contract/ContractBook.h"
 #include "simhost/contract/MemoryProbe.h"
@@ -35,9 +36,9 @@ void ProbeEntries(ProbedLibrary& library) {
     if (!library.GetAPIVersion.IsNull()) {
         Book().Tried(ClauseId::kVersion);
         std::uint32_t value = 0;
-        const std::int32_t answer = library.GetAPIVersion(&value, kPluginCoreVersion);
-        if (answer != kPluginCoreSuccess && answer != kLeftByException) {
-            Book().Broken({ClauseId::kVersion, "GetAPIVersion", 1, "answered " + std::to_string(answer)});
+        const auto answer = library.GetAPIVersion(&value, kPluginCoreVersion);
+        if (answer && *answer != kPluginCoreSuccess) {
+            Book().Broken({ClauseId::kVersion, "GetAPIVersion", 1, "answered " + std::to_string(*answer)});
         }
     }
 }
@@ -47,10 +48,10 @@ void ProbeNullBuffer(ProbedLibrary& library) {
     if (!library.HandleOpenExistingDocument.IsNull()) {
         Book().Tried(ClauseId::kNullBuffer);
         std::uint64_t size = 0;
-        const std::int32_t answer = library.HandleOpenExistingDocument(kPath, nullptr, &size);
-        if (answer != kPluginCoreSuccess && answer != kPluginCoreRestrictedFonts && answer != kLeftByException) {
+        const auto answer = library.HandleOpenExistingDocument(kPath, nullptr, &size);
+        if (answer && *answer != kPluginCoreSuccess && *answer != kPluginCoreRestrictedFonts) {
             Book().Broken({ClauseId::kNullBuffer, "HandleOpenExistingDocument", 1,
-                           "a null buffer was answered with " + std::to_string(answer)});
+                           "a null buffer was answered with " + std::to_string(*answer)});
         }
     }
     library.End();
@@ -200,7 +201,7 @@ void ProbeAfterTerminate(ProbedLibrary& library) {
 }
 
 struct Answers {
-    std::int32_t start = 0;
+    std::optional<std::int32_t> start;
     std::uint8_t isEnabled = 0;
     std::string menus, settings;
     bool operator==(const Answers&) const = default;
