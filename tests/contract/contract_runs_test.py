@@ -123,6 +123,14 @@ class Runs(unittest.TestCase):
         _, complaints = self.play("tests/contract/any-calls.json", library, code=1)
         self.assertIn("FAILED contract: hook-left: ", complaints)
 
+    def test_the_library_that_is_missing_behind_a_neighbour_is_named(self):
+        """Windows looks in the folder of the checked library, not in that of the program."""
+        library = shutil.copy(FOLDER / "PluginCoreWithNeighbour.dll", self.folder)
+        neighbour = (FOLDER / "Neighbour.dll").read_bytes()
+        (self.folder / "Neighbour.dll").write_bytes(neighbour.replace(b"KERNEL32.dll", b"LOSTEL32.dll"))
+        _, complaints = self.run_simhost("contract", library, code=2)
+        self.assertIn("needs Neighbour.dll, which needs LOSTEL32.dll, which is not found", complaints)
+
     # ---- Who is to blame ----
 
     def test_the_library_is_not_blamed_for_a_plugin_that_crashes(self):

@@ -15,7 +15,7 @@ HMODULE Load(const std::filesystem::path& file) {
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
     const HMODULE module = LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
     if (module == nullptr) {
-        throw std::runtime_error("it " + WhyNotLoaded(file, GetLastError()));
+        throw std::runtime_error("it " + WhyNotLoaded(file, GetLastError(), file.parent_path()));
     }
     return module;
 }

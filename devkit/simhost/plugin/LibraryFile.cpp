@@ -74,8 +74,13 @@ std::string WrongMachine(std::uint16_t machine) {
     return "is for another kind of processor (" + std::to_string(machine) + ")";
 }
 
-// Where Windows looks for a library that another one needs; nothing when it is not there.
-std::optional<std::filesystem::path> FindLibrary(const std::string& name) {
+// Where Windows looks for a library that another one needs, in `folder` first if one is named; nothing when it is not
+// there.
+std::optional<std::filesystem::path> FindLibrary(const std::string& name, const std::filesystem::path& folder) {
+    std::error_code ignored;
+    if (!folder.empty() && std::filesystem::is_regular_file(folder / Wide(name), ignored)) {
+        return folder / Wide(name);
+    }
     const HMODULE library = LoadLibraryExW(Wide(name).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
     if (library == nullptr) {
         return std::nullopt;
@@ -97,16 +102,18 @@ bool IsOfSystem(const std::filesystem::path& file) {
 
 // As in "needs one.dll, which needs other.dll, which is not found"; empty when nothing is missing. `seen`: those that
 // were looked at, which may need each other.
-std::string MissingLibrary(const LibraryImage& image, std::set<std::string>& seen) {
+std::string MissingLibrary(const LibraryImage& image, const std::filesystem::path& folder,
+                           std::set<std::string>& seen) {
     for (const ImportedLibrary& import : image.Imports()) {
         if (!seen.insert(import.name).second) {
             continue;
         }
-        const auto file = FindLibrary(import.name);
+        const auto file = FindLibrary(import.name, folder);
         if (!file) {
             return "needs " + import.name + ", which is not found";
         }
-        const std::string missing = file->empty() || IsOfSystem(*file) ? "" : MissingLibrary(LibraryImage(*file), seen);
+        const bool isWhole = file->empty() || IsOfSystem(*file);
+        const std::string missing = isWhole ? "" : MissingLibrary(LibraryImage(*file), folder, seen);
         if (!missing.empty()) {
             return "needs " + import.name + ", which " + missing;
         }
@@ -114,15 +121,17 @@ std::string MissingLibrary(const LibraryImage& image, std::set<std::string>& see
     return {};
 }
 
-std::string MissingLibrary(const LibraryImage& image) {
+std::string MissingLibrary(const LibraryImage& image, const std::filesystem::path& folder) {
     std::set<std::string> seen;
-    const std::string missing = MissingLibrary(image, seen);
+    const std::string missing = MissingLibrary(image, folder, seen);
     return missing.empty() ? "needs a library that is not found, or one that it needs does" : missing;
 }
 
-std::string MissingFunction(const LibraryImage& image) {
+std::string MissingFunction(const LibraryImage& image, const std::filesystem::path& folder) {
     for (const ImportedLibrary& import : image.Imports()) {
-        const HMODULE library = LoadLibraryExW(Wide(import.name).c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES);
+        const auto file = FindLibrary(import.name, folder);
+        const std::wstring name = file && !file->empty() ? file->wstring() : Wide(import.name);
+        const HMODULE library = LoadLibraryExW(name.c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES);
         if (library == nullptr) {
             continue;
         }
@@ -166,12 +175,12 @@ std::string WhyNoLibrary(const std::filesystem::path& file) {
     return image.IsCutShort() ? "is cut short" : "";
 }
 
-std::string WhyNotLoaded(const std::filesystem::path& file, DWORD error) {
+std::string WhyNotLoaded(const std::filesystem::path& file, DWORD error, const std::filesystem::path& folder) {
     switch (error) {
         case ERROR_MOD_NOT_FOUND:
-            return MissingLibrary(LibraryImage(file));
+            return MissingLibrary(LibraryImage(file), folder);
         case ERROR_PROC_NOT_FOUND:
-            return MissingFunction(LibraryImage(file));
+            return MissingFunction(LibraryImage(file), folder);
         case ERROR_DLL_INIT_FAILED:
             return "refused to be loaded: its DllMain answered FALSE";
         default:

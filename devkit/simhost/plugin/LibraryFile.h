@@ -14,6 +14,7 @@ std::string WhyNoLibrary(const std::filesystem::path& file);
 
 // Why Windows did not load a file against which nothing speaks, by the code that it gave: a library or a function that
 // it needs is missing, or it refused. In the process in which it was tried.
-std::string WhyNotLoaded(const std::filesystem::path& file, DWORD error);
+// `folder`: where Windows was told to look first for what it needs; empty for the program's own.
+std::string WhyNotLoaded(const std::filesystem::path& file, DWORD error, const std::filesystem::path& folder = {});
 
 }  // namespace simhost
