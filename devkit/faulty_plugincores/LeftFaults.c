@@ -78,6 +78,14 @@ static void Leak(Call* call) {
     (void)sLost;
 }
 
+/* Blocks that take pages. */
+static void LeakMuch(Call* call) {
+    static void* volatile sLost;
+    (void)call;
+    sLost = malloc(8192);
+    (void)sLost;
+}
+
 /* One block, ever larger. */
 static void GrowBlock(Call* call) {
     static char* volatile sLog;
@@ -106,7 +114,7 @@ const Fault kLeftFaults[] = {
     {"LeavesManyThreads", "InitializePluginCoreInterface", &LeaveManyThreads},
     {"LeavesProcess", "InitializePluginCoreInterface", &LeaveProcess},
     {"Leaks", "IdleEvent", &Leak},
-    {"Leaks", "HandleCreateNewDocument", &Leak},
+    {"Leaks", "HandleCreateNewDocument", &LeakMuch},
     {"Leaks", "CreateMenusFromJSONBuffer", &Leak},
     {"Leaks", "InvokeResolveDialog", &Leak},
     {"Leaks", "RegisterPlugPlug", &Leak},

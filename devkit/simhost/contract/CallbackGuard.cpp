@@ -107,18 +107,23 @@ void CallbackGuard::Check(const Item& item) {
 
 void CallbackGuard::CheckDuplicates(const Item& item) {
     Book().Tried(ClauseId::kCallbackDuplicate);
-    const auto add = [&](std::set<std::string>& known, const char* text, const char* what) {
-        if (text != nullptr && !known.insert(text).second) {
-            Book().Broken({ClauseId::kCallbackDuplicate, kEntry, mCall, what + (" " + Name(text)) + " came twice"});
-        }
+    const auto isKnown = [](std::set<std::string>& known, const char* text) {
+        return text != nullptr && !known.insert(text).second;
     };
-    add(mIDs, item.id, "the id");
-    const bool isSeparator = item.itemText == nullptr || *item.itemText == '\0';
-    if (item.hasSubMenu != 0) {
-        add(mSubMenus, item.label, "the label of a sub-menu");
+    const auto tell = [&](const std::string& what, const char* text) {
+        Book().Broken({ClauseId::kCallbackDuplicate, kEntry, mCall, what + " " + Name(text) + " came twice"});
+    };
+    if (isKnown(mIDs, item.id)) {
+        tell("the id", item.id);
     }
-    if (item.parentID == nullptr && !isSeparator) {
-        add(mTopLevel, item.label, "the label of an item at the top level");
+    const bool isSeparator = item.itemText == nullptr || *item.itemText == '\0';
+    const bool isSubMenuKnown = item.hasSubMenu != 0 && isKnown(mSubMenus, item.label);
+    const bool isItemKnown = item.parentID == nullptr && !isSeparator && isKnown(mTopLevel, item.label);
+    // One label is told once.
+    if (isSubMenuKnown) {
+        tell("the label of a sub-menu", item.label);
+    } else if (isItemKnown) {
+        tell("the label of an item at the top level", item.label);
     }
 }
 

@@ -82,11 +82,11 @@ class Watcher {
             Repeat(mPlan.rounds, entry, run);
             least = Least(least, ResourcesInUse::Now() - before);
         }
-        // Once for each leak: what takes blocks takes their bytes as well.
-        if (!Judge(ClauseId::kMemoryGrows, entry, least.blocks, 1, "blocks of memory")) {
-            Judge(ClauseId::kMemoryGrows, entry, least.bytes, kBytesPerCall, "bytes in its blocks of memory");
+        // Once for each leak: what takes blocks takes their bytes as well, and these take pages.
+        if (!Judge(ClauseId::kMemoryGrows, entry, least.blocks, 1, "blocks of memory") &&
+            !Judge(ClauseId::kMemoryGrows, entry, least.bytes, kBytesPerCall, "bytes in its blocks of memory")) {
+            Judge(ClauseId::kMemoryGrows, entry, least.pages, 1, "pages of memory");
         }
-        Judge(ClauseId::kMemoryGrows, entry, least.pages, 1, "pages of memory");
         Judge(ClauseId::kHandlesGrow, entry, least.handles, 1, "handles");
         Judge(ClauseId::kHandlesGrow, entry, least.objects, 1, "windows or drawing objects");
     }
