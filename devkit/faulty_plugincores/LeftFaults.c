@@ -108,6 +108,7 @@ static void LeakHandle(Call* call) {
 const Fault kLeftFaults[] = {
     {"LeavesHook", "InitializePluginCoreInterface", &LeaveHook},
     {"LeavesHook", "InitializePluginCoreInterface", &LeaveEventHook},
+    {"LeavesHook", "IdleEvent", &LeaveHook},
     {"LeavesWindow", "InitializePluginCoreInterface", &LeaveWindow},
     {"LeavesWindowUnseen", "InitializePluginCoreInterface", &LeaveWindowUnseen},
     {"LeavesThread", "InitializePluginCoreInterface", &LeaveThread},

@@ -2,6 +2,7 @@
 
 #include <process.h>
 
+#include <optional>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -21,7 +22,7 @@ uintptr_t(__cdecl* sBeginThread)(void(__cdecl*)(void*), unsigned, void*) = nullp
 
 HHOOK Noted(HHOOK hook, int type, DWORD thread) {
     if (hook != nullptr) {
-        NoteHook(hook, "a hook of type " + std::to_string(type), thread);
+        NoteHook(hook, type, thread);
     }
     return hook;
 }
@@ -46,7 +47,7 @@ HWINEVENTHOOK WINAPI WatchedSetWinEventHook(DWORD first, DWORD last, HMODULE mod
                                             DWORD process, DWORD thread, DWORD flags) {
     const HWINEVENTHOOK hook = SetWinEventHook(first, last, module, procedure, process, thread, flags);
     if (hook != nullptr) {
-        NoteHook(hook, "a hook for events of windows", thread);
+        NoteHook(hook, std::nullopt, thread);
     }
     return hook;
 }

@@ -1,7 +1,9 @@
 #include "simhost/contract/MadeThings.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <utility>
 
@@ -24,11 +26,17 @@ struct WaitableTraits {
 
 using Waitable = UniqueHandle<WaitableTraits>;
 
-// Windows takes a hook away when one of its threads ends.
+struct HookThread {
+    DWORD id = 0;  // 0 for none
+    std::shared_ptr<Waitable> handle;
+};
+
+// Windows takes a hook away when one of its threads ends. Each costs neither handle nor block of memory: what a library
+// takes with each call is counted in the same process.
 struct MadeHook {
     HANDLE hook;
-    std::string what;
-    std::vector<Waitable> threads;  // the one that made it, and the one whose messages it is for
+    std::optional<int> type;
+    std::array<HookThread, 2> threads;  // the one that made it, and the one whose messages it is for
 };
 
 struct MadeWindow {
@@ -63,7 +71,24 @@ bool HasEnded(const Waitable& handle, DWORD milliseconds) {
 
 bool IsGone(const MadeHook& hook) {
     return std::any_of(hook.threads.begin(), hook.threads.end(),
-                       [](const Waitable& thread) { return HasEnded(thread, 0); });
+                       [](const HookThread& thread) { return thread.handle && HasEnded(*thread.handle, 0); });
+}
+
+// The one handle that all hooks of a thread share. Those of `hooks` still run, so none has the id of an earlier one.
+HookThread ThreadOfHook(DWORD id, const std::vector<MadeHook>& hooks) {
+    for (const MadeHook& hook : hooks) {
+        for (const HookThread& thread : hook.threads) {
+            if (thread.id == id) {
+                return thread;
+            }
+        }
+    }
+    const HANDLE handle = id == 0 ? nullptr : OpenThread(SYNCHRONIZE, FALSE, id);
+    return handle == nullptr ? HookThread{} : HookThread{id, std::make_shared<Waitable>(handle)};
+}
+
+std::string Describe(const MadeHook& hook) {
+    return hook.type ? "a hook of type " + std::to_string(*hook.type) : "a hook for events of windows";
 }
 
 // A library may start any number one after the other: those that have ended are forgotten now and then.
@@ -150,17 +175,13 @@ void AddWindows(HMODULE library, const std::vector<MadeWindow>& made, std::vecto
 
 }  // namespace
 
-void NoteHook(HANDLE hook, const std::string& what, DWORD watchedThread) {
-    MadeHook noted{hook, what, {}};
-    for (const DWORD id : {GetCurrentThreadId(), watchedThread}) {
-        if (const HANDLE thread = id == 0 ? nullptr : OpenThread(SYNCHRONIZE, FALSE, id)) {
-            noted.threads.emplace_back(thread);
-        }
-    }
+void NoteHook(HANDLE hook, std::optional<int> type, DWORD watchedThread) {
+    const DWORD maker = GetCurrentThreadId();
     Made& made = TheMade();
     const std::lock_guard lock(made.mutex);
     std::erase_if(made.hooks, &IsGone);
-    made.hooks.push_back(std::move(noted));
+    const HookThread watched = watchedThread == maker ? HookThread{} : ThreadOfHook(watchedThread, made.hooks);
+    made.hooks.push_back({hook, type, {ThreadOfHook(maker, made.hooks), watched}});
 }
 
 void ForgetHook(HANDLE hook) {
@@ -204,7 +225,7 @@ std::vector<Leftover> Leftovers(HMODULE library) {
     // Now that the threads which are ending have ended.
     std::erase_if(made.hooks, &IsGone);
     for (const MadeHook& hook : made.hooks) {
-        left.push_back({ClauseId::kHookLeft, hook.what});
+        left.push_back({ClauseId::kHookLeft, Describe(hook)});
     }
     std::move(runners.begin(), runners.end(), std::back_inserter(made.runners));
     return left;

@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,8 +13,9 @@
 
 namespace simhost::contract {
 
-// On the thread that has made it. `watchedThread`: the one whose messages or events it is for; 0 for all.
-void NoteHook(HANDLE hook, const std::string& what, DWORD watchedThread);
+// On the thread that has made it. `type`: nothing for a hook for events of windows. `watchedThread`: the one whose
+// messages or events it is for; 0 for all.
+void NoteHook(HANDLE hook, std::optional<int> type, DWORD watchedThread);
 void ForgetHook(HANDLE hook);
 void NoteWindow(HWND window);
 // Both handles stay the library's, which may close them. `start`: where the thread begins.
