@@ -84,8 +84,7 @@ constexpr Clause kClauses[] = {
      "Its context is a variable of the plug-in that is gone.", "Keep neither the callback nor its context."},
     {kMenuJson, "menu-json", kContract, "What GetMenus writes is JSON, whatever it answers.",
      "The plug-in leaves the marks of the menu as they are when it cannot read the text; at start-up it passes the "
-     "text "
-     "on without a look at the answer.",
+     "text on without a look at the answer.",
      "Write with a JSON library, and mind the 4096 bytes: a text that was cut is no JSON any more."},
     {kMenuMembers, "menu-members", kContract,
      "GetMenus gives an item or an array of items; each has id, title, enabled, checked and child.",
@@ -130,7 +129,8 @@ constexpr Clause kClauses[] = {
     {kEntriesMissing, "entries-missing", kContract, "All 24 entries are exported.",
      "The plug-in uses a library that accepts its version all the same: a missing entry does nothing.",
      "Export every entry, those that do nothing too; `PLUGINCORE_EXPORTS` or a module definition file does it."},
-    {kDialog, "dialog", kRobust, "Only the entries that are there for it show dialogs and wait.",
+    {kDialog, "dialog", kRobust,
+     "Only the entries that are there for it show a dialog, or any window for longer than 0.3 seconds.",
      "The host waits in the middle of what it does: it opens a document, or is idle.",
      "Show dialogs in InvokeResolveDialog, InvokeRestrictedFontsDialog and InvokeCommandDialog, or in a process of "
      "your own."},

@@ -79,7 +79,7 @@ class DialogAnswerer {
         if (pauses == kPausesUntilOk) {
             if (!ShowsDialogs(mCall.entry)) {
                 Book().Broken({ClauseId::kDialog, mCall.entry, mCall.number,
-                               "shows the window \"" + Title(window) + "\" and waits"});
+                               "shows the window \"" + Title(window) + "\" while it is under way"});
             }
             PostMessageW(window, WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED), 0);
         } else if (pauses == kPausesUntilClose) {
