@@ -76,9 +76,12 @@ static void FailFast(Call* call) {
     RaiseFailFastException(NULL, NULL, 0);
 }
 
+/* Works for some time when a person has answered, who takes some time for it. */
 static void ShowDialog(Call* call) {
+    const ULONGLONG began = GetTickCount64();
     (void)call;
     MessageBoxW(NULL, L"Sign in?", L"Font manager", MB_OKCANCEL);
+    Sleep(GetTickCount64() - began > 4000 ? 2000 : 0);
 }
 
 static void TakeTime(Call* call) {

@@ -317,13 +317,14 @@ class Window(unittest.TestCase):
     def test_a_dialog_of_the_plugincore_waits_for_the_person_and_an_act_that_throws_ends_the_window(self):
         with tempfile.TemporaryDirectory() as folder:
             work = pathlib.Path(folder) / "run"
-            host = self.start(imported(folder, "drawing.svg"), "--plugincore", SHOWS_DIALOG, "--step-time-limit", "2",
+            host = self.start(imported(folder, "drawing.svg"), "--plugincore", SHOWS_DIALOG, "--step-time-limit", "3",
                               "--work-folder", str(work))
             host.expect("The host is idle")
             host.click_document(0)
             host.press("Open")
             host.wait_for_dialog("Font manager")
-            time.sleep(5)
+            # For longer than the limit, and until shortly before it would be over again. The library then takes 2 seconds.
+            time.sleep(4.7)
             host.wait_for_dialog("Font manager")
             host.keys("Return")
             host.wait_for_documents("drawing.svg (current)")

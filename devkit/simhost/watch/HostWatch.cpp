@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <iterator>
 #include <map>
 #include <optional>
@@ -24,6 +25,8 @@ namespace {
 constexpr DWORD kPauseMilliseconds = 20;
 // A process that was told to end and does not: then its job is ended.
 constexpr ULONGLONG kPatienceMilliseconds = 5000;
+// Between two looks for a dialog: how much of a person's time is charged to the library at most.
+constexpr ULONGLONG kLookMilliseconds = 250;
 constexpr DWORD kEndedFromOutside = 1;
 constexpr int kMostAttempts = 3;
 
@@ -202,6 +205,7 @@ class Watch {
             return;
         }
         const FlightRecord record = mRecorder.Read();
+        LookForDialogOfPerson(record, now);
         const ULONGLONG began = std::max<ULONGLONG>(record.stepBegan, mDialogSeenAt);
         const auto inStep = record.stepBegan == 0 ? 0 : static_cast<std::int64_t>(now - began);
         if (inStep > mLimits.stepSeconds * 1000) {
@@ -215,10 +219,22 @@ class Watch {
         }
     }
 
+    // A person's time is not the library's.
+    void LookForDialogOfPerson(const FlightRecord& record, ULONGLONG now) {
+        if (!mLimits.hasPerson || record.stepBegan == 0 || now < mLookedAt + kLookMilliseconds) {
+            return;
+        }
+        if (FindOpenDialog(mProcessId)) {
+            mDialogSeenAt = now;
+        }
+        mLookedAt = GetTickCount64();
+    }
+
     void OnStepLimit(const FlightRecord& record) {
         const std::string after = "after " + std::to_string(mLimits.stepSeconds) + " seconds";
         const auto dialog = FindOpenDialog(mProcessId);
         if (dialog && mLimits.hasPerson) {
+            // Opened since the last look.
             mDialogSeenAt = GetTickCount64();
         } else if (dialog) {
             const Culprit culprit = CulpritOf(StackOf(dialog->thread));
@@ -287,6 +303,7 @@ class Watch {
     bool mIsGone = false;
     ULONGLONG mLostAt = 0;
     ULONGLONG mDialogSeenAt = 0;  // one that a person answers
+    ULONGLONG mLookedAt = 0;
 };
 
 }  // namespace
