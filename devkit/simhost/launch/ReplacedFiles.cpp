@@ -94,6 +94,7 @@ ReplacedFiles::ReplacedFiles(std::filesystem::path journal, const std::vector<Fi
     // An earlier run of this process may have left it: never written over.
     PutBack(mJournal);
     std::vector<FileContents> before;
+    before.reserve(during.size());
     for (const FileContents& one : during) {
         before.push_back({one.file, ContentsOf(one.file)});
     }

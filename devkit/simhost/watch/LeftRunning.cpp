@@ -51,6 +51,7 @@ std::vector<Violation> ProcessesLeft(const Job& job) {
         members = job.Members();
     }
     std::vector<Violation> findings;
+    findings.reserve(members.size());
     for (const Job::Member& member : members) {
         findings.push_back(
             {Rule::kProcessLeft, 1, member.program + " was started during the run and still ran after it"});
