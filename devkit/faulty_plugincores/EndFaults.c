@@ -77,6 +77,7 @@ static void FailFast(Call* call) {
 }
 
 /* Works for some time when a person has answered, who takes some time for it. */
+/* Goes on working when a person took long over it, so that a test can tell whose time that was. */
 static void ShowDialog(Call* call) {
     const ULONGLONG began = GetTickCount64();
     (void)call;

@@ -202,7 +202,7 @@ class Play(unittest.TestCase):
         self.assertRegex(complaints, "^simhost: scenario: .*broken.json lies in the folder that --work-folder names")
         self.assertTrue(broken.exists())
         one = self.folder / "one"
-        _, complaints = self.play(path, "--record", one, "--junit", f"{self.folder}/work/../ONE", code=2)
+        _, complaints = self.play(path, "--record", one, "--junit", work / ".." / "ONE", code=2)
         self.assertRegex(complaints, "^simhost: --record and --junit name one file, .*one")
         self.assertFalse(one.exists())
 
