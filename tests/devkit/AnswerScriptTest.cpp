@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <limits>
 #include <stdexcept>
 
 #include "doubles/common/LibraryDouble.h"
@@ -13,7 +15,7 @@ using doubles::AnswerScript;
 using doubles::Throw;
 
 AnswerScript Loaded(const std::string& json) {
-    AnswerScript script({"text", "enabled", "port"});
+    AnswerScript script({"text", "repeated", "size", "enabled", "port"});
     script.Load(json);
     return script;
 }
@@ -40,15 +42,19 @@ TEST(AnswerScript, AnswersAreUsedInTurnAndTheLastOneIsRepeated) {
 
 TEST(AnswerScript, EveryKeyIsRead) {
     AnswerScript script = Loaded(
-        R"({"A": [{"result": -3, "text": "a text", "enabled": 0, "port": 4294967295}],
-            "B": [{"throw": "foreign"}, {"throw": "cpp"}]})");
+        R"({"A": [{"result": -3, "text": "a text", "repeated": true, "size": 18446744073709551615, "enabled": 0,
+                   "port": 4294967295}],
+            "B": [{"throw": "foreign"}, {"throw": "cpp"}, {"throw": "access violation"}]})");
     const Answer answer = script.TakeNext("A");
     EXPECT_EQ(answer.result, -3);
     EXPECT_EQ(answer.text, "a text");
+    EXPECT_TRUE(answer.isRepeated);
+    EXPECT_EQ(answer.size, std::numeric_limits<std::uint64_t>::max());
     EXPECT_EQ(answer.enabled, 0);
     EXPECT_EQ(answer.port, 4294967295u);
     EXPECT_EQ(script.TakeNext("B").throws, Throw::kForeignException);
     EXPECT_EQ(script.TakeNext("B").throws, Throw::kCppException);
+    EXPECT_EQ(script.TakeNext("B").throws, Throw::kAccessViolation);
 }
 
 TEST(AnswerScript, WhatCannotBeUnderstoodIsRefused) {
@@ -67,6 +73,22 @@ TEST(AnswerScript, LoadingBeginsAgain) {
     script.Load(R"({"A": [{"result": 3}, {"result": 4}]})");
     EXPECT_EQ(script.TakeNext("A").result, 3);
     EXPECT_EQ(script.TakeNext("B").result, 0);
+}
+
+TEST(AnswerScript, OneCallGetsAnAnswerOfItsOwn) {
+    AnswerScript script = Loaded(R"({"A": [{"result": 1}, {"result": 2}]})");
+    script.TakeNext("A");
+    bool ran = false;
+    Answer single;
+    single.result = 7;
+    single.during = [&] { ran = true; };
+    script.AnswerOnce("A", single, 2);
+    EXPECT_EQ(script.DuringNext("A"), nullptr);
+    EXPECT_EQ(script.TakeNext("A").result, 2);
+    script.DuringNext("A")();
+    EXPECT_TRUE(ran);
+    EXPECT_EQ(script.TakeNext("A").result, 7);
+    EXPECT_EQ(script.TakeNext("A").result, 2);
 }
 
 TEST(AnswerScript, CodeChangesTheAnswerThatIsRepeated) {
@@ -154,6 +176,18 @@ TEST(ReceivedCall, TextIsWrittenWithItsZeroAsFarAsItFits) {
     answer.text = "xyz";
     doubles::WriteText(answer, buffer.data(), 4);
     EXPECT_EQ(buffer, std::string("xyz\0", 4));
+}
+
+TEST(ReceivedCall, RepeatedTextFillsTheBufferWithoutAZero) {
+    Answer answer;
+    answer.isRepeated = true;
+    std::string buffer(6, '#');
+    doubles::WriteText(answer, buffer.data(), 5);
+    EXPECT_EQ(buffer, "######");
+    answer.text = "ab";
+    doubles::WriteText(answer, buffer.data(), 5);
+    EXPECT_EQ(buffer, "ababa#");
+    doubles::WriteText(answer, nullptr, 5);
 }
 
 }  // namespace

@@ -53,6 +53,38 @@ EXPECTED = {
 }
 
 
+# Each entry of the PluginCore crashes once: the case, where, and in which entry.
+CRASHES_OF_PLUGINCORE = """
+    get-apiversion                  begin[0]  GetAPIVersion
+    initialize-plugin-core-interface begin[0]  InitializePluginCoreInterface
+    get-menus                       begin[0]  GetMenus
+    create-menus-from-jsonbuffer    begin[0]  CreateMenusFromJSONBuffer
+    plugin-is-enabled               begin[0]  PluginIsEnabled
+    get-settings                    begin[0]  GetSettings
+    handle-create-new-document      steps[0]  HandleCreateNewDocument
+    handle-open-existing-document   steps[1]  HandleOpenExistingDocument
+    invoke-resolve-dialog           steps[1]  InvokeResolveDialog
+    activate-chosen-fonts           steps[1]  ActivateChosenFonts
+    invoke-restricted-fonts-dialog  steps[1]  InvokeRestrictedFontsDialog
+    get-idfor-document              steps[2]  GetIDForDocument
+    update-document-font-usage      steps[2]  UpdateDocumentFontUsage
+    handle-menu-selection           steps[2]  HandleMenuSelection
+    handle-save-document            steps[3]  HandleSaveDocument
+    register-plug-plug              steps[4]  RegisterPlugPlug
+    get-socket-port                 steps[4]  GetSocketPort
+    idle-event                      steps[4]  IdleEvent
+    process-panel-messages          steps[4]  ProcessPanelMessages
+    invoke-command-dialog           steps[5]  InvokeCommandDialog
+    handle-close-document           steps[6]  HandleCloseDocument
+    terminate-plugin-core-interface end[0]    TerminatePluginCoreInterface
+"""
+for line in CRASHES_OF_PLUGINCORE.strip().splitlines():
+    case, place, entry = line.split()
+    EXPECTED["crash-plugincore", case] = ("crash", (
+        rf'\.{re.escape(place)}, message "[^"]+"/"[^"]+", entry {entry}, call 1: '
+        r"access violation \(0xC0000005\) writing 0x10 in PluginCoreX64\.dll\b"))
+
+
 def play(command: list[str], path: pathlib.Path) -> dict:
     """The records of all cases, by name of the case."""
     cases = list(json.loads(path.read_text(encoding="utf-8"))["cases"])

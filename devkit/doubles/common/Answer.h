@@ -10,7 +10,12 @@
 
 namespace doubles {
 
-enum class Throw { kNothing, kForeignException, kCppException };
+enum class Throw {
+    kNothing,
+    kForeignException,
+    kCppException,
+    kAccessViolation,  // no exception of C++: nobody in the process is meant to stop it
+};
 
 struct Answer {
     std::int32_t result = 0;
@@ -20,6 +25,10 @@ struct Answer {
     std::optional<std::string> text;
     // Nothing is written of a text that does not fit with its zero.
     bool isWholeTextOnly = false;
+    // The text over and over, up to the last byte of the buffer and without a zero.
+    bool isRepeated = false;
+    // What becomes of the caller's size, whatever was written. Untouched without it.
+    std::optional<std::uint64_t> size;
     // What PluginIsEnabled and GetSocketPort fill in.
     std::uint8_t enabled = 1;
     std::uint32_t port = 0;

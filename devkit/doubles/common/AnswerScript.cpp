@@ -19,7 +19,10 @@ Throw ThrowNamed(const std::string& name) {
     if (name == "cpp") {
         return Throw::kCppException;
     }
-    throw std::runtime_error("\"throw\" must be \"foreign\" or \"cpp\", not \"" + name + "\"");
+    if (name == "access violation") {
+        return Throw::kAccessViolation;
+    }
+    throw std::runtime_error("\"throw\" must be \"foreign\", \"cpp\" or \"access violation\", not \"" + name + "\"");
 }
 
 // Texts that JSON cannot hold, because they are no UTF-8, are written in hexadecimal digits.
@@ -48,6 +51,10 @@ void ReadKey(Answer& answer, const std::string& key, const Json& value) {
         answer.text = BytesOf(value.get<std::string>());
     } else if (key == "whole") {
         answer.isWholeTextOnly = value.get<bool>();
+    } else if (key == "repeated") {
+        answer.isRepeated = value.get<bool>();
+    } else if (key == "size") {
+        answer.size = value.get<std::uint64_t>();
     } else if (key == "enabled") {
         answer.enabled = value.get<std::uint8_t>();
     } else if (key == "port") {
@@ -92,12 +99,19 @@ void AnswerScript::Fail(const std::string& entry, std::int32_t code, int nth) {
     mFailures[{entry, CallsOf(entry) + static_cast<std::size_t>(nth)}] = code;
 }
 
+void AnswerScript::AnswerOnce(const std::string& entry, Answer answer, int nth) {
+    mSingleAnswers[{entry, CallsOf(entry) + static_cast<std::size_t>(nth)}] = std::move(answer);
+}
+
 std::size_t AnswerScript::CallsOf(const std::string& entry) const {
     const auto calls = mCalls.find(entry);
     return calls == mCalls.end() ? 0 : calls->second;
 }
 
 const Answer* AnswerScript::Upcoming(const std::string& entry) const {
+    if (const auto single = mSingleAnswers.find({entry, CallsOf(entry) + 1}); single != mSingleAnswers.end()) {
+        return &single->second;
+    }
     const auto answers = mAnswers.find(entry);
     if (answers == mAnswers.end() || answers->second.empty()) {
         return nullptr;

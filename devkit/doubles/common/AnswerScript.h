@@ -36,6 +36,9 @@ class AnswerScript {
     // Makes the n-th call of the entry from now (1 is the next one) return `code`.
     void Fail(const std::string& entry, std::int32_t code, int nth = 1);
 
+    // Makes the n-th call of the entry from now get this answer, in place of the entry's own ones.
+    void AnswerOnce(const std::string& entry, Answer answer, int nth = 1);
+
     // What runs inside the entry's next call; empty for nothing.
     std::function<void()> DuringNext(const std::string& entry) const;
 
@@ -52,6 +55,7 @@ class AnswerScript {
     std::map<std::string, std::vector<Answer>> mAnswers;
     std::map<std::string, std::size_t> mCalls;
     std::map<std::pair<std::string, std::size_t>, std::int32_t> mFailures;
+    std::map<std::pair<std::string, std::size_t>, Answer> mSingleAnswers;
 };
 
 }  // namespace doubles

@@ -2,7 +2,18 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <stdexcept>
+
+namespace {
+
+void WriteWhereNothingIs() {
+    // Not null itself: the compiler would make a trap of it.
+    volatile auto* const nowhere = reinterpret_cast<volatile int*>(std::uintptr_t{16});
+    *nowhere = 1;
+}
+
+}  // namespace
 
 // Windows is given the exception code and four parameters, of which the first tells the version of the layout.
 void ThrowLikeAnotherCompiler() {
@@ -13,6 +24,9 @@ void ThrowLikeAnotherCompiler() {
 }
 
 void ThrowAsAsked(doubles::Throw what) {
+    if (what == doubles::Throw::kAccessViolation) {
+        WriteWhereNothingIs();
+    }
     if (what == doubles::Throw::kForeignException) {
         ThrowLikeAnotherCompiler();
     }

@@ -13,6 +13,13 @@ namespace doubles {
 
 namespace {
 
+// Nothing for a text without characters.
+void FillWith(const std::string& text, char* buffer, std::uint64_t capacity) {
+    for (std::uint64_t i = 0; buffer != nullptr && !text.empty() && i < capacity; ++i) {
+        buffer[i] = text[i % text.size()];
+    }
+}
+
 [[noreturn]] void EndProcess(const char* library, const char* message) {
     std::fprintf(stderr, "double of %s: %s\n", library, message);
     std::abort();
@@ -92,6 +99,10 @@ std::int32_t Return(ReceivedCall::Outcome outcome) {
 }
 
 void WriteText(const Answer& answer, char* buffer, std::uint64_t capacity) {
+    if (answer.isRepeated) {
+        FillWith(answer.text.value_or(""), buffer, capacity);
+        return;
+    }
     const bool fits = answer.text && answer.text->size() < capacity;
     if (answer.text && buffer != nullptr && (fits || !answer.isWholeTextOnly)) {
         std::memcpy(buffer, answer.text->c_str(), std::min<std::uint64_t>(answer.text->size() + 1, capacity));

@@ -67,7 +67,8 @@ class ReceivedCall {
 // Throws or returns as the outcome says.
 std::int32_t Return(ReceivedCall::Outcome outcome);
 
-// The answer's text and a zero, as far as they fit into the buffer; or nothing, when the answer wants it whole.
+// The answer's text and a zero, as far as they fit into the buffer; or nothing, when the answer wants it whole; or the
+// text until the buffer is full.
 void WriteText(const Answer& answer, char* buffer, std::uint64_t capacity);
 
 }  // namespace doubles

@@ -1,9 +1,11 @@
 #include "doubles/host/OperationList.h"
 
+#include <iterator>
 #include <set>
 #include <sstream>
 
 #include "doubles/host/suites/SuiteList.h"
+#include "plugincore/PluginCore.h"
 
 namespace simhost {
 
@@ -33,13 +35,16 @@ constexpr OperationRow kOperations[] = {
     {"ATE Font Suite", "AddRef IsNull Release"},
     {"ATE TextRange Suite", "AddRef GetTextRunsIterator GetUniqueCharFeatures IsNull Release"},
     {"ATE TextRunsIterator Suite", "AddRef IsNotDone IsNull Item Next Release"},
-    // Not of a suite: the font manager's panel is told something.
-    {"Panel", "OnEvent"},
     {"SP Basic Suite", "AcquireSuite IsEqual ReleaseSuite"},
     {"SP Blocks Suite", "AllocateBlock FreeBlock"},
     {"SP Interface Suite", "SendMessage SetupMessageData"},
     {"SP Plug-ins Suite", "GetNamedPlugin"},
 };
+
+// What is no operation of a suite: the font manager's panel is told something, the PluginCore is called.
+#define MOMENT_OF_ENTRY(name) "PluginCore/" #name,
+constexpr const char* kOtherMoments[] = {"Panel/OnEvent", PLUGINCORE_ENTRIES(MOMENT_OF_ENTRY)};
+#undef MOMENT_OF_ENTRY
 
 const std::set<std::string, std::less<>>& Names() {
     static const auto* const sNames = [] {
@@ -64,6 +69,12 @@ const std::set<std::string, std::less<>>& Names() {
 bool IsHostOperation(std::string_view name) { return Names().contains(name); }
 
 std::vector<std::string> HostOperationNames() { return {Names().begin(), Names().end()}; }
+
+std::vector<std::string> MomentNames() {
+    std::vector<std::string> names = HostOperationNames();
+    names.insert(names.end(), std::begin(kOtherMoments), std::end(kOtherMoments));
+    return names;
+}
 
 std::vector<std::string> SuiteNames() {
     std::vector<std::string> names;

@@ -33,6 +33,16 @@ Outcome AnswerWithText(CallRecord record, char* buffer, std::uint64_t capacity) 
     return call.Conclude();
 }
 
+// And whose caller passes the capacity, where the length of the text may be told.
+Outcome AnswerWithText(CallRecord record, char* buffer, std::uint64_t* size) {
+    ReceivedCall call(ThePluginCore(), std::move(record));
+    WriteText(call.GetAnswer(), buffer, CapacityOf(size));
+    if (size != nullptr && call.GetAnswer().size) {
+        *size = *call.GetAnswer().size;
+    }
+    return call.Conclude();
+}
+
 Outcome Plain(const char* entry) {
     const OwnMemory own;
     return Answer(CallRecord(entry));
@@ -49,14 +59,14 @@ Outcome TwoTexts(const char* entry, const char* firstName, const char* first, co
     return Answer(CallRecord(entry).Text(firstName, first).Text(secondName, second));
 }
 
-Outcome Reply(const char* entry, char* buffer, const std::uint64_t* size) {
+Outcome Reply(const char* entry, char* buffer, std::uint64_t* size) {
     const OwnMemory own;
-    return AnswerWithText(CallRecord(entry).Buffer(buffer, size), buffer, CapacityOf(size));
+    return AnswerWithText(CallRecord(entry).Buffer(buffer, size), buffer, size);
 }
 
-Outcome PathAndReply(const char* entry, const char* path, char* buffer, const std::uint64_t* size) {
+Outcome PathAndReply(const char* entry, const char* path, char* buffer, std::uint64_t* size) {
     const OwnMemory own;
-    return AnswerWithText(CallRecord(entry).Text("path", path).Buffer(buffer, size), buffer, CapacityOf(size));
+    return AnswerWithText(CallRecord(entry).Text("path", path).Buffer(buffer, size), buffer, size);
 }
 
 Outcome PathAndShortReply(const char* entry, const char* path, char* buffer) {
@@ -65,17 +75,15 @@ Outcome PathAndShortReply(const char* entry, const char* path, char* buffer) {
 }
 
 // These two get a text in the buffer, together with its capacity.
-Outcome ActivateChosen(const char* path, char* text, const std::uint64_t* size) {
+Outcome ActivateChosen(const char* path, char* text, std::uint64_t* size) {
     const OwnMemory own;
     return AnswerWithText(
-        CallRecord("ActivateChosenFonts").Text("path", path).Text("text", text).NumberAt("capacity", size), text,
-        CapacityOf(size));
+        CallRecord("ActivateChosenFonts").Text("path", path).Text("text", text).NumberAt("capacity", size), text, size);
 }
 
-Outcome Resolve(char* text, const std::uint64_t* size) {
+Outcome Resolve(char* text, std::uint64_t* size) {
     const OwnMemory own;
-    return AnswerWithText(CallRecord("InvokeResolveDialog").Text("text", text).NumberAt("capacity", size), text,
-                          CapacityOf(size));
+    return AnswerWithText(CallRecord("InvokeResolveDialog").Text("text", text).NumberAt("capacity", size), text, size);
 }
 
 Outcome CreateMenus(const char* json, PluginCoreMenuCallback callback, void* context) {

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "simhost/watch/WindowText.h"
+#include "simhost/windows/HostDialog.h"
 
 namespace simhost {
 
@@ -55,8 +56,9 @@ void BoxWatcher::Run() {
 
 BOOL CALLBACK BoxWatcher::OnWindow(HWND window, LPARAM self) {
     auto& watcher = *reinterpret_cast<BoxWatcher*>(self);
-    if (watcher.mWatching && window != watcher.mAnswered && IsWindowVisible(window) != 0 &&
-        ClassOfWindow(window) == L"#32770") {
+    // Asked before and after: the host may be about to show its dialog, or to take it away.
+    if (watcher.mWatching && window != watcher.mAnswered && !IsHostDialog(window) && IsWindowVisible(window) != 0 &&
+        ClassOfWindow(window) == L"#32770" && !IsHostDialog(window)) {
         watcher.Answer(window);
     }
     return TRUE;

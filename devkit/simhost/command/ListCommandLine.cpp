@@ -34,7 +34,7 @@ Json KeysAsJson(std::string_view keys) { return Json(SplitKeys(keys)); }
 Json Verbs(bool nested) {
     Json verbs = Json::object();
     for (const Verb& verb : AllVerbs()) {
-        if (!nested || verb.reachesPlugin) {
+        if (!nested || verb.canBeNested) {
             verbs[std::string(verb.name)] = KeysAsJson(KeysOf(verb, nested));
         }
     }

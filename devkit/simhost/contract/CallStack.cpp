@@ -20,6 +20,7 @@ struct StackedCall {
 // The main thread alone changes what is guarded by it.
 Mutex sMutex;
 std::optional<CallUnderWay> sUnguarded;
+void (*sBeforeCall)(const char* entry) = nullptr;
 
 std::vector<StackedCall>& Stack() {
     static auto* const sStack = new std::vector<StackedCall>;
@@ -28,7 +29,12 @@ std::vector<StackedCall>& Stack() {
 
 }  // namespace
 
+void BeforeEachCall(void (*action)(const char* entry)) { sBeforeCall = action; }
+
 GuardedCall& BeginCall(const char* entry) {
+    if (sBeforeCall != nullptr) {
+        sBeforeCall(entry);
+    }
     auto call = std::make_unique<GuardedCall>(entry);
     CallUnderWay told{entry, call->Number(), VisibleWindows()};
     EnteredEntry(told.entry + ", call " + std::to_string(told.number));

@@ -13,6 +13,10 @@
 
 namespace simhost::contract {
 
+// What runs before each call begins. For the plug-in that is inside the entry already, and the library cannot be blamed
+// for it yet.
+void BeforeEachCall(void (*action)(const char* entry));
+
 // Begins a call, which EndCall ends and takes away.
 GuardedCall& BeginCall(const char* entry);
 void EndCall();

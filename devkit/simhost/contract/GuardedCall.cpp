@@ -82,7 +82,7 @@ char* GuardedCall::ReplyOf(char* buffer, std::uint64_t capacity) {
 
 LentReply GuardedCall::TextAndReply(char* text, std::uint64_t* size) {
     mRecord.Text("text", text).NumberAt("capacity", size);
-    const std::uint64_t used = text == nullptr ? 0 : strnlen(text, kLargestBuffer - 1) + 1;
+    const std::uint64_t used = text == nullptr ? 0 : strnlen(text, kLargestBuffer) + 1;
     return LendReply(text, size, std::max(CapacityOf(size), used));
 }
 

@@ -6,6 +6,7 @@
 
 #include "doubles/host/Host.h"
 #include "simhost/checks/ImportWatch.h"
+#include "simhost/contract/CallStack.h"
 #include "simhost/contract/PluginCoreWatch.h"
 #include "simhost/contract/RecordedCalls.h"
 #include "simhost/plugin/PluginClock.h"
@@ -28,6 +29,8 @@ ScenarioPlayer::ScenarioPlayer(const Scenario& scenario, const RunFolder& folder
       mMessaging(folder, report, mPanel) {
     WatchImports(mPlugin.Module());
     contract::WatchPluginCore(mPlugin.Module());
+    // A scenario may send another message then, or show a dialog.
+    contract::BeforeEachCall([](const char* entry) { Host().operations.Begin("PluginCore", entry); });
     contract::Journal().KeepIn(folder.Calls());
     DisguiseAs(folder.Program(), mPlugin.Module());
     InstallPluginClock(mPlugin.Module());

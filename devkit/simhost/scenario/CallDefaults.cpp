@@ -103,7 +103,7 @@ void CheckAnswer(const CallRow& row, const Json& answer, const Place& place) {
     ObjectReader reader(answer, place, "result throw " + std::string(row.answers));
     reader.Int32("result", 0);
     if (reader.Find("throw") != nullptr) {
-        reader.NeedChoice("throw", {"foreign", "cpp"});
+        reader.NeedChoice("throw", {"foreign", "cpp", "access violation"});
     }
     if (row.answers.starts_with("text")) {
         const Json* const text = reader.Find("text");
@@ -113,6 +113,10 @@ void CheckAnswer(const CallRow& row, const Json& answer, const Place& place) {
         const std::string digits = reader.Text("text_hex", "");
         if (digits.size() % 2 != 0 || digits.find_first_not_of("0123456789ABCDEFabcdef") != std::string::npos) {
             reader.PlaceOf("text_hex").Complain("must be pairs of hexadecimal digits");
+        }
+        reader.Flag("repeated", false);
+        if (row.answers.ends_with("size")) {
+            reader.Number("size", 0, ranges::kSize);
         }
     } else if (row.answers == "enabled") {
         reader.Number("enabled", 1, ranges::kByte);

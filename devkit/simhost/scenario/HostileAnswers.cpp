@@ -36,6 +36,12 @@ class Generator {
         }
         if (row.answers.starts_with("text") && Chance(90)) {
             answer["text_hex"] = AsHexadecimal(Text());
+            if (Chance(10)) {
+                answer["repeated"] = true;
+            }
+            if (row.answers.ends_with("size") && Chance(10)) {
+                answer["size"] = Size();
+            }
         } else if (row.answers == "enabled") {
             constexpr int kFlags[] = {0, 1, 1, 1, 1, 2, 128, 255};
             answer["enabled"] = kFlags[Below(std::size(kFlags))];
@@ -54,6 +60,11 @@ class Generator {
     std::int32_t Result() {
         constexpr std::int32_t kResults[] = {1, -1, 77, 0x12000000, INT32_MIN, INT32_MAX};
         return kResults[Below(std::size(kResults))];
+    }
+
+    std::uint64_t Size() {
+        constexpr std::uint64_t kSizes[] = {0, 1, 255, 32767, 32768, 100'000, 0xFFFFFFFF, INT64_MAX};
+        return kSizes[Below(std::size(kSizes))];
     }
 
     std::string Text() {

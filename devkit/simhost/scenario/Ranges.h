@@ -18,6 +18,8 @@ inline constexpr Range kInt32{std::numeric_limits<std::int32_t>::min(), std::num
 // Styles of message boxes, ports: the PluginCore's port fills 32 bits.
 inline constexpr Range kUint32{0, std::numeric_limits<std::uint32_t>::max()};
 inline constexpr Range kByte{0, 255};
+// What the PluginCore leaves in a 64-bit size.
+inline constexpr Range kSize{0, std::numeric_limits<std::int64_t>::max()};
 // "The n-th call", and how often something happens.
 inline constexpr Range kNth{1, 1'000'000};
 inline constexpr Range kCount{0, 1'000'000};

@@ -12,12 +12,12 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::string NeedOperation(ObjectReader& reader, const char* key) {
-    std::string operation = reader.NeedText(key);
-    if (!operation.empty()) {
-        CheckKnown(operation, "operation of the host", HostOperationNames(), reader.PlaceOf(key));
+std::string NeedKnown(ObjectReader& reader, const char* key, const char* kind, const std::vector<std::string>& known) {
+    std::string name = reader.NeedText(key);
+    if (!name.empty()) {
+        CheckKnown(name, kind, known, reader.PlaceOf(key));
     }
-    return operation;
+    return name;
 }
 
 std::vector<BoxToExpect> ReadBoxes(ObjectReader& reader) {
@@ -49,8 +49,8 @@ std::vector<PanelEvent> ReadPanelEvents(ObjectReader& reader) {
 std::vector<FailureToScript> ReadFailures(ObjectReader& reader) {
     std::vector<FailureToScript> failures;
     reader.ForEach("fail", keys::kFailure, [&](ObjectReader& failure) {
-        failures.push_back(
-            {NeedOperation(failure, "operation"), failure.Number("nth", 1, ranges::kNth), failure.NeedInt32("code")});
+        failures.push_back({NeedKnown(failure, "operation", "operation of the host", HostOperationNames()),
+                            failure.Number("nth", 1, ranges::kNth), failure.NeedInt32("code")});
         if (failure.Find("code") != nullptr && *failure.Find("code") == 0) {
             failure.PlaceOf("code").Complain("must not be 0, for 0 is no failure");
         }
@@ -63,7 +63,9 @@ Step ReadStep(const Json& value, const Place& place, bool nested);
 std::vector<NestedStep> ReadNested(ObjectReader& reader) {
     std::vector<NestedStep> nested;
     reader.ForEach("nested", keys::kNested, [&](ObjectReader& each) {
-        NestedStep step{NeedOperation(each, "during"), each.Number("nth", 1, ranges::kNth), {}};
+        NestedStep step{NeedKnown(each, "during", "operation of the host, nor entry of the PluginCore,", MomentNames()),
+                        each.Number("nth", 1, ranges::kNth),
+                        {}};
         if (const Json* const value = each.Need("step")) {
             step.step.push_back(ReadStep(*value, each.PlaceOf("step"), true));
         }
@@ -146,6 +148,9 @@ Step ReadStep(const Json& value, const Place& place, bool nested) {
         return step;
     }
     const Verb& verb = *step.verb;
+    if (nested && !verb.canBeNested) {
+        place.Member("do").Complain("\"" + std::string(verb.name) + "\" cannot be nested in a message");
+    }
     ObjectReader reader(value, place, KeysOf(verb, nested));
     reader.Need("do");
     step.say = reader.Text("say", "");

@@ -23,7 +23,7 @@ constexpr Verb Row(std::string_view name, std::string_view keys, Action (*read)(
 // A row for a verb of which the plug-in is told nothing.
 template <class Struct>
 constexpr Verb SilentRow(std::string_view name, std::string_view keys, Action (*read)(ObjectReader& reader)) {
-    return {name, keys, read, &PerformAs<Struct>, false, false};
+    return {name, keys, read, &PerformAs<Struct>, false, false, false};
 }
 
 using Reader = ObjectReader;
@@ -81,8 +81,9 @@ constexpr Verb kVerbs[] = {
 
     SilentRow<CheckState>("check", "menu timers file_formats messages",
                           [](Reader& r) -> Action { return ReadCheckState(r); }),
-    SilentRow<ShowDialog>("dialog", "title class ok_button created_before expect",
-                          [](Reader& r) -> Action { return ReadShowDialog(r); }),
+    // The hook sees it also while a message is being handled.
+    {"dialog", "title class ok_button created_before expect", [](Reader& r) -> Action { return ReadShowDialog(r); },
+     &PerformAs<ShowDialog>, false, false},
     SilentRow<OperateByHand>("window", "", [](Reader&) -> Action { return OperateByHand{}; }),
 };
 

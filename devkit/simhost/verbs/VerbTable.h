@@ -20,6 +20,7 @@ struct Verb {
     void (*perform)(const Action& action, Performance& performance);
     bool reachesPlugin = true;  // and so has something to expect
     bool needsPlugin = true;    // cannot be performed when the plug-in has been unloaded
+    bool canBeNested = true;    // within another message
 };
 
 std::span<const Verb> AllVerbs();

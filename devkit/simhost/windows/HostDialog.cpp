@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <stdexcept>
 
@@ -22,6 +23,8 @@ constexpr DWORD kLongestMilliseconds = 1000;
 
 // The dialog on show. There is one at a time.
 DialogRecord* sRecord = nullptr;
+// Its window, from before it is visible until it is gone.
+std::atomic<HWND> sWindow = nullptr;
 // Whether a person has closed it.
 bool sClosed = false;
 
@@ -166,6 +169,7 @@ DialogRecord ShowHostDialog(const DialogToShow& dialog) {
     if (dialog.okButton) {
         AddOkButton(window);
     }
+    sWindow = window;
     EnableWindow(dialog.owner, FALSE);
     ShowWindow(window, SW_SHOWNORMAL);
     HandleMessages(window, dialog.staysOpen, record);
@@ -173,12 +177,15 @@ DialogRecord ShowHostDialog(const DialogToShow& dialog) {
     // Before the dialog goes, or another program's window comes to the front.
     EnableWindow(dialog.owner, TRUE);
     DestroyWindow(window);
+    sWindow = nullptr;
     if (waiting != nullptr) {
         DestroyWindow(waiting);
     }
     sRecord = nullptr;
     return record;
 }
+
+bool IsHostDialog(HWND window) { return sWindow == window; }
 
 DialogRecord RecordFor(DialogEnd end) {
     switch (end) {

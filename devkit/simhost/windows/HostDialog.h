@@ -31,6 +31,9 @@ struct DialogRecord {
 // Shows the dialog and handles its messages until it ends with OK or nothing has happened for a moment.
 DialogRecord ShowHostDialog(const DialogToShow& dialog);
 
+// Whether ShowHostDialog shows this window now. Thread: any.
+bool IsHostDialog(HWND window);
+
 // What ShowHostDialog gives for a dialog that ended so.
 DialogRecord RecordFor(DialogEnd end);
 

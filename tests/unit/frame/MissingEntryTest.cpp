@@ -3,34 +3,9 @@
 
 #include "dialogs/SuppressionHook.h"
 #include "support/plugincore/EntryNames.h"
-#include "support/plugplug/FakePlugPlug.h"
-#include "support/ResultCodes.h"
-#include "unit/frame/LifeCycleFixture.h"
+#include "unit/frame/WorkingDayFixture.h"
 
 namespace {
-
-using Names = std::vector<std::string>;
-
-const Names kMessages = {"start-up", "new",  "open restricted", "open",  "menu update", "menu choice",
-                         "save",     "tick", "close",           "about", "shut-down"};
-
-// The entries that each message calls in a complete library.
-const std::map<std::string, Names> kCallsOfADay = {
-    {"start-up",
-     {"GetAPIVersion", "InitializePluginCoreInterface", "GetMenus", "CreateMenusFromJSONBuffer", "PluginIsEnabled",
-      "GetAPIVersion", "GetSettings"}},
-    {"new", {"PluginIsEnabled", "HandleCreateNewDocument"}},
-    {"open restricted", {"PluginIsEnabled", "HandleOpenExistingDocument", "InvokeRestrictedFontsDialog"}},
-    {"open",
-     {"PluginIsEnabled", "HandleOpenExistingDocument", "GetSettings", "InvokeResolveDialog", "ActivateChosenFonts"}},
-    {"menu update", {"GetMenus"}},
-    {"menu choice", {"GetIDForDocument", "UpdateDocumentFontUsage", "HandleMenuSelection"}},
-    {"save", {"PluginIsEnabled", "HandleSaveDocument"}},
-    {"tick", {"PluginIsEnabled", "RegisterPlugPlug", "GetSocketPort", "IdleEvent", "ProcessPanelMessages"}},
-    {"close", {"PluginIsEnabled", "HandleCloseDocument"}},
-    {"about", {"InvokeCommandDialog"}},
-    {"shut-down", {"TerminatePluginCoreInterface", "GetAPIVersion", "GetSettings"}},
-};
 
 // What a missing entry does beyond not being called.
 struct Consequence {
@@ -84,66 +59,15 @@ FARPROC(WINAPI* sRealGetProcAddress)(HMODULE, LPCSTR) = nullptr;
 FARPROC WINAPI FindAllButOne(HMODULE module, LPCSTR name) {
     return sMissing == name ? nullptr : sRealGetProcAddress(module, name);
 }
-int WINAPI PressOk(HWND, LPCSTR, LPCSTR, UINT) { return IDOK; }
 
-class MissingEntryTest : public FrameTest, public testing::WithParamInterface<std::string> {
+class MissingEntryTest : public WorkingDayTest, public testing::WithParamInterface<std::string> {
   protected:
     MissingEntryTest() {
         sMissing = GetParam();
         const ImportPatch find("GetProcAddress", AsReplacement(FindAllButOne));
         sRealGetProcAddress = find.Original<decltype(sRealGetProcAddress)>();
         LoadFakePluginCore();
-        ThePluginCore().calls.Show("PluginIsEnabled");
         ThePluginCore().script["HandleOpenExistingDocument"].text = "fonts";
-        host.currentPath = "C:/a.ai";
-        sHooksInstalled = 0;
-    }
-
-    static Names NamesOf(const std::vector<std::string>& calls) {
-        Names names;
-        for (const std::string& call : calls) {
-            names.push_back(call.substr(0, call.find('(')));
-        }
-        return names;
-    }
-
-    // Notifies about the document; nothing when the plug-in is not registered, as no host would send that.
-    std::int32_t Tell(AINotifierHandle PluginGlobals::*notifier) {
-        const auto* const globals = static_cast<PluginGlobals*>(host.globals);
-        if (globals == nullptr || globals->*notifier == nullptr) {
-            return 0;
-        }
-        AINotifierMessage message{host.MessageData(), globals->*notifier, "type", host.currentDocument};
-        return Send("AI Notifier", "AI Notify", &message.d);
-    }
-
-    std::int32_t SendMenu(const char* selector) {
-        if (host.globals == nullptr) {
-            return 0;
-        }
-        AIMenuMessage message{host.MessageData(), host.AddItem("Fonts")};
-        return Send("AI Menu", selector, &message.d);
-    }
-
-    std::int32_t Perform(const std::string& message) {
-        const std::map<std::string, std::function<std::int32_t()>> performers = {
-            {"start-up", [&] { return Startup(); }},
-            {"new", [&] { return Tell(&PluginGlobals::documentNew); }},
-            {"open restricted",
-             [&] {
-                 ThePluginCore().script.Fail("HandleOpenExistingDocument", kRestrictedFonts);
-                 return Tell(&PluginGlobals::documentOpened);
-             }},
-            {"open", [&] { return Tell(&PluginGlobals::documentOpened); }},
-            {"menu update", [&] { return SendMenu("AI Update"); }},
-            {"menu choice", [&] { return SendMenu("AI Go"); }},
-            {"save", [&] { return Tell(&PluginGlobals::documentSaved); }},
-            {"tick", [&] { return Send("AI Timer", "AI Go"); }},
-            {"close", [&] { return Tell(&PluginGlobals::documentClosed); }},
-            {"about", [&] { return Send("SP Interface", "About"); }},
-            {"shut-down", [&] { return Send("SP Interface", "Shutdown"); }},
-        };
-        return performers.at(message)();
     }
 
     Names ExpectedCalls(const Consequence& consequence, const std::string& message) {
@@ -152,11 +76,6 @@ class MissingEntryTest : public FrameTest, public testing::WithParamInterface<st
         std::erase(names, GetParam());
         return names;
     }
-
-    LoadablePlugPlug plugPlug;
-    ImportPatch box{"MessageBoxA", AsReplacement(PressOk)};
-    ImportPatch setHook{"SetWindowsHookExW", AsReplacement(CountSetHook)};
-    ImportPatch unhook{"UnhookWindowsHookEx", AsReplacement(CountUnhook)};
 };
 
 TEST_P(MissingEntryTest, CostsNoMoreThanWhatItWouldHaveDone) {
