@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <algorithm>
+
 namespace simhost {
 
 namespace {
@@ -12,6 +14,23 @@ std::wstring ToWide(std::string_view bytes, unsigned codePage, DWORD flags) {
     std::wstring wide(static_cast<std::size_t>(count), L'\0');
     MultiByteToWideChar(codePage, flags, bytes.data(), size, wide.data(), count);
     return wide;
+}
+
+constexpr std::size_t kBytesOfSurrogate = 3;
+
+// 0xED, then 0xA0 or more: UTF-8 keeps this for surrogates, which it does not allow.
+std::size_t FindSurrogate(std::string_view bytes) {
+    for (std::size_t i = 0; i + kBytesOfSurrogate <= bytes.size(); ++i) {
+        if (bytes[i] == '\xED' && static_cast<unsigned char>(bytes[i + 1]) >= 0xA0) {
+            return i;
+        }
+    }
+    return std::string_view::npos;
+}
+
+char16_t SurrogateAt(std::string_view bytes, std::size_t at) {
+    const auto low = [&](std::size_t i) { return static_cast<unsigned>(bytes[at + i]) & 0x3F; };
+    return static_cast<char16_t>(0xD000 | (low(1) << 6) | low(2));
 }
 
 }  // namespace
@@ -38,6 +57,23 @@ std::optional<std::u16string> Utf16(std::string_view bytes, unsigned codePage) {
         return std::nullopt;
     }
     return std::u16string(wide.begin(), wide.end());
+}
+
+std::u16string HostUnits(std::string_view utf8) {
+    std::u16string units;
+    while (!utf8.empty()) {
+        const std::size_t end = std::min(FindSurrogate(utf8), utf8.size());
+        const std::optional<std::u16string> before = Utf16(utf8.substr(0, end), CP_UTF8);
+        if (!before) {
+            return {};
+        }
+        units += *before;
+        if (end < utf8.size()) {
+            units += SurrogateAt(utf8, end);
+        }
+        utf8.remove_prefix(std::min(end + kBytesOfSurrogate, utf8.size()));
+    }
+    return units;
 }
 
 std::string Utf8(std::u16string_view units) { return Utf8(std::wstring(units.begin(), units.end())); }

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include "doubles/common/AllocationFaults.h"
 #include "support/log/RecordingLogSink.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
@@ -32,6 +33,14 @@ TEST(DllMainTest, ThreadsComeAndGoWithoutALine) {
     EXPECT_EQ(DllMain(kModule, DLL_THREAD_ATTACH, nullptr), TRUE);
     EXPECT_EQ(DllMain(kModule, DLL_THREAD_DETACH, nullptr), TRUE);
     EXPECT_TRUE(RecordedLog().empty());
+}
+
+TEST(DllMainTest, MemoryThatHasRunOutIsNotNeeded) {
+    const FailingAllocation memory;
+    for (const DWORD reason : {DLL_PROCESS_ATTACH, DLL_THREAD_ATTACH, DLL_THREAD_DETACH, DLL_PROCESS_DETACH}) {
+        EXPECT_EQ(DllMain(kModule, reason, kReserved), TRUE);
+    }
+    EXPECT_FALSE(memory.HasHappened());
 }
 
 }  // namespace

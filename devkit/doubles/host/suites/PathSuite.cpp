@@ -80,7 +80,7 @@ AIErr GetFullPath(const ai::FilePathData& path, AIBool8 displayName, ai::Unicode
 }  // namespace
 
 AIErr AnswerPath(const SuiteCall& call, std::string_view utf8, ai::FilePathData& target) {
-    std::u16string units = Utf16(utf8, CP_UTF8).value_or(u"");
+    std::u16string units = HostUnits(utf8);
     if (target.impl == nullptr) {
         target.impl = Host().objects.paths.Add(std::move(units));
         return 0;

@@ -122,7 +122,7 @@ AIErr AnswerUnits(const SuiteCall& call, std::u16string units, ai::UnicodeString
 }
 
 AIErr AnswerText(const SuiteCall& call, std::string_view utf8, ai::UnicodeStringData& target) {
-    return AnswerUnits(call, Utf16(utf8, CP_UTF8).value_or(u""), target);
+    return AnswerUnits(call, HostUnits(utf8), target);
 }
 
 void InstallStringSuite(SuiteStore& suites) {
