@@ -10,6 +10,7 @@
 #include "frame/base/Suites.h"
 #include "host/Messages.h"
 #include "menus/FindFontCommand.h"
+#include "support/CompilerSupport.h"
 
 namespace {
 
@@ -25,6 +26,14 @@ void Handle(const char* selector) {
 }
 
 }  // namespace
+
+// As the product does.
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID) {
+    if (reason == DLL_PROCESS_ATTACH) {
+        TakeRuntimeMemory();
+    }
+    return TRUE;
+}
 
 // Always 0, so that the file can be unloaded.
 extern "C" __declspec(dllexport) std::int32_t PluginMain(const char* caller, const char* selector, void* message) {
