@@ -73,8 +73,10 @@ int Run() {
     simhost::AddList(app, chosen);
     simhost::AddContract(app, chosen);
     simhost::AddExplain(app, chosen);
+    simhost::AddSweep(app, chosen);
     simhost::AddProbe(app, chosen);
     simhost::AddPerform(app, chosen);
+    simhost::AddSweepWorker(app, chosen);
     simhost::AddSymbols(app, chosen);
     const std::vector<std::string> arguments = ArgumentsBackwards();
     CheckCommand(app, arguments);

@@ -40,6 +40,9 @@ CallFate HostOperations::Begin(const std::string& suite, const std::string& oper
             actions.push_back(event.action);
         }
     }
+    if (inject) {
+        fate = inject(name).value_or(fate);
+    }
     // An action may send a message to the plug-in, whose allocations are not the host's, or throw into it.
     const NotOwnMemory notOwn;
     for (const std::function<void()>& action : actions) {

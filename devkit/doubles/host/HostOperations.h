@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -70,6 +71,9 @@ class HostOperations {
     void During(const std::string& operation, std::function<void()> action);
     // Removes all events, reached or not.
     void ForgetEvents() { mEvents.clear(); }
+
+    // Decides the fate of each call of an operation, beside the events; nothing: as without it. May be empty.
+    std::function<std::optional<CallFate>(const std::string& name)> inject;
 
     // The recorded calls since the last Clear().
     const std::vector<std::string>& Calls() const { return mCalls; }

@@ -32,11 +32,15 @@ BOOL CALLBACK ReadControl(HWND control, LPARAM shownBox) {
 
 }  // namespace
 
-BoxWatcher::BoxWatcher() : mMainThread(GetCurrentThreadId()), mThread([this] { Run(); }) {}
+BoxWatcher::BoxWatcher()
+    : mEnding(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
+      mMainThread(GetCurrentThreadId()),
+      mThread([this] { Run(); }) {}
 
 BoxWatcher::~BoxWatcher() {
-    mEnding = true;
+    SetEvent(mEnding);
     mThread.Join();
+    CloseHandle(mEnding);
 }
 
 std::vector<ShownBox> BoxWatcher::StopAndTake() {
@@ -46,11 +50,10 @@ std::vector<ShownBox> BoxWatcher::StopAndTake() {
 }
 
 void BoxWatcher::Run() {
-    while (!mEnding) {
+    while (WaitForSingleObject(mEnding, kPauseMilliseconds) == WAIT_TIMEOUT) {
         if (mWatching) {
             EnumThreadWindows(mMainThread, &OnWindow, reinterpret_cast<LPARAM>(this));
         }
-        Sleep(kPauseMilliseconds);
     }
 }
 

@@ -37,7 +37,7 @@ class BoxWatcher {
     static BOOL CALLBACK OnWindow(HWND window, LPARAM self);
 
     std::atomic<bool> mWatching{false};
-    std::atomic<bool> mEnding{false};
+    HANDLE mEnding;  // an event: the thread is to end
     Mutex mMutex;
     std::vector<ShownBox> mBoxes;
     HWND mAnswered = nullptr;  // the watcher's own

@@ -8,7 +8,7 @@ namespace simhost {
 
 namespace {
 
-// There is one plug-in per process.
+// There is one plug-in in a process at a time.
 std::vector<std::uint32_t> sBoxStyles;
 std::int64_t sHooksInPlace = 0;
 std::vector<MessagingLoad> sMessagingLoads;
@@ -60,6 +60,10 @@ HMODULE WINAPI WatchedLoadLibraryW(LPCWSTR file) {
 }  // namespace
 
 void WatchImports(HMODULE module) {
+    sBoxStyles.clear();
+    sHooksInPlace = 0;
+    sMessagingLoads.clear();
+    sMessagingLibrary.clear();
     // A plug-in need not import all of them.
     ReplaceImport(module, "MessageBoxW", AsReplacement(WatchedMessageBoxW));
     ReplaceImport(module, "MessageBoxA", AsReplacement(WatchedMessageBoxA));

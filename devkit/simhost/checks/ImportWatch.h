@@ -13,7 +13,7 @@
 
 namespace simhost {
 
-// For the loaded module, until it is unloaded.
+// For the loaded module, until it is unloaded. What was seen of a former one is forgotten.
 void WatchImports(HMODULE module);
 
 // The styles of the message boxes since the last call, in order.

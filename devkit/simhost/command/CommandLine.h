@@ -18,10 +18,13 @@ void AddExpand(CLI::App& app, ChosenCommand& chosen);
 void AddList(CLI::App& app, ChosenCommand& chosen);
 void AddContract(CLI::App& app, ChosenCommand& chosen);
 void AddExplain(CLI::App& app, ChosenCommand& chosen);
+void AddSweep(CLI::App& app, ChosenCommand& chosen);
 // Started by "contract".
 void AddProbe(CLI::App& app, ChosenCommand& chosen);
 // Started by the other commands, and of no use by hand. AddPerform: the host, in a folder that is laid out already.
 void AddPerform(CLI::App& app, ChosenCommand& chosen);
+// Started by "sweep".
+void AddSweepWorker(CLI::App& app, ChosenCommand& chosen);
 void AddSymbols(CLI::App& app, ChosenCommand& chosen);
 
 }  // namespace simhost

@@ -47,6 +47,12 @@ std::vector<Finding> ContractBook::TakeNew() {
     return added;
 }
 
+void ContractBook::ForgetFindings() {
+    const std::lock_guard lock(mMutex);
+    mFindings.clear();
+    mTaken = 0;
+}
+
 void ContractBook::KeepIn(const std::filesystem::path& file) { mFile.Open(file, L"wb"); }
 
 void ContractBook::Begin(const std::string& entry, int call) {

@@ -37,6 +37,9 @@ class ContractBook {
     // Those since the last call.
     std::vector<Finding> TakeNew();
 
+    // Forgets all findings, so that the same are told anew: the next library begins.
+    void ForgetFindings();
+
     // From now on everything is written to the file, a line of JSON each; see ContractRecord. Throws
     // std::runtime_error.
     void KeepIn(const std::filesystem::path& file);

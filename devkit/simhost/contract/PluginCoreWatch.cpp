@@ -10,14 +10,17 @@
 #include "simhost/contract/DialogAnswerer.h"
 #include "simhost/contract/ForwardedEntries.h"
 #include "simhost/contract/GuardedMemory.h"
+#include "simhost/contract/HitFindings.h"
 #include "simhost/contract/LibraryImports.h"
+#include "simhost/contract/RecordedCalls.h"
+#include "simhost/contract/Timeline.h"
 #include "simhost/run/FlightRecorder.h"
 
 namespace simhost::contract {
 
 namespace {
 
-// One PluginCore per process.
+// One PluginCore in a process at a time.
 HMODULE sLibrary = nullptr;
 bool sIsOwn = false;
 // Where the plug-in's host lies: with --in-process this program lies elsewhere, among libraries of the same names.
@@ -101,6 +104,16 @@ void WatchPluginCore(HMODULE plugin) {
 }
 
 HMODULE WatchedLibrary() { return sLibrary; }
+
+void ForgetLibrary() {
+    sLibrary = nullptr;
+    sIsOwn = false;
+    GuardedMemory::SetLibrary(nullptr);
+    NoteHits();
+    Book().ForgetFindings();
+    ForgetCalls();
+    ForgetTimeline();
+}
 
 bool IsOwnLibraryAsked() { return !OwnLibrary().empty(); }
 bool IsOwnLibraryWatched() { return sIsOwn; }

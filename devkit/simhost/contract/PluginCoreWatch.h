@@ -25,6 +25,9 @@ FARPROC GuardedEntry(HMODULE library, const char* name);
 // The library in which the plug-in has looked for entries last; null when in none.
 HMODULE WatchedLibrary();
 
+// The library is unloaded, and so is the plug-in: the process begins anew, as if it had watched none.
+void ForgetLibrary();
+
 // Whether a library of one's own is to be played with, and that one is watched: a scenario may lay out others.
 bool IsOwnLibraryAsked();
 bool IsOwnLibraryWatched();

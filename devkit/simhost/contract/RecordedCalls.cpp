@@ -34,6 +34,11 @@ CallJournal& Journal() {
     return *sJournal;
 }
 
+void ForgetCalls() {
+    Untaken().clear();
+    Numbers().clear();
+}
+
 bool WasAnyCalled() { return !Numbers().empty(); }
 
 std::vector<PluginCoreCall> TakeCalls() {

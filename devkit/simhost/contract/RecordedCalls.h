@@ -24,6 +24,9 @@ RecordedCall RecordCall(const char* entry);
 // Where calls are written as they happen.
 CallJournal& Journal();
 
+// Forgets all calls: the next ones are the first ones of their entries.
+void ForgetCalls();
+
 // Whether any entry was called so far.
 bool WasAnyCalled();
 // The calls since the last time, in the order in which they began.

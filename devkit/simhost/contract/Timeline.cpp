@@ -16,7 +16,7 @@ namespace {
 // What the plug-in goes on calling.
 constexpr const char* kAskedToTheEnd[] = {"GetAPIVersion", "GetSettings", "GetSocketPort"};
 
-// One PluginCore per process.
+// One PluginCore in a process at a time.
 struct History {
     bool isTerminated = false;
     std::map<std::string, PluginCoreCall> lastCalls;  // before that, by entry
@@ -109,5 +109,7 @@ void CheckTimeline(const PluginCoreCall& call, int number, bool isTimed) {
         history.isTerminated = false;
     }
 }
+
+void ForgetTimeline() { TheHistory() = {}; }
 
 }  // namespace simhost::contract

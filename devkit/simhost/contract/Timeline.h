@@ -11,4 +11,7 @@ namespace simhost::contract {
 // the library's own.
 void CheckTimeline(const PluginCoreCall& call, int number, bool isTimed);
 
+// The next call is the first one of a library.
+void ForgetTimeline();
+
 }  // namespace simhost::contract

@@ -75,6 +75,13 @@ void RunFolder::LayOut(const Scenario& scenario, const std::filesystem::path& pl
     Copy(kit / L"simhost.exe", Program());
     MakeWay(mRoot, Plugin());
     Copy(plugin, Plugin());
+    LayOutFiles(scenario, kit, pluginCore);
+    WriteAnswers(scenario.answers);
+    WriteWholeFile(BusAnswers(), scenario.busAnswers.dump());
+}
+
+void RunFolder::LayOutFiles(const Scenario& scenario, const std::filesystem::path& kit,
+                            const std::filesystem::path& pluginCore) const {
     for (const CopyToMake& copy : scenario.copies) {
         const bool isReplaced = !pluginCore.empty() && copy.what == kPluginCoreName;
         MakeWay(mRoot, At(copy.to));
@@ -83,8 +90,6 @@ void RunFolder::LayOut(const Scenario& scenario, const std::filesystem::path& pl
     for (const FileToMake& file : scenario.files) {
         WriteFile(file);
     }
-    WriteAnswers(scenario.answers);
-    WriteWholeFile(BusAnswers(), scenario.busAnswers.dump());
 }
 
 void RunFolder::WriteFile(const FileToMake& file) const {

@@ -43,6 +43,9 @@ class RunFolder {
     // `pluginCore` is copied where the scenario wants PluginCoreX64.dll; empty for the kit's double.
     void LayOut(const Scenario& scenario, const std::filesystem::path& plugin, const std::filesystem::path& kit,
                 const std::filesystem::path& pluginCore) const;
+    // The scenario's own part of that: copies of libraries, and files, in the place of what lies there.
+    void LayOutFiles(const Scenario& scenario, const std::filesystem::path& kit,
+                     const std::filesystem::path& pluginCore) const;
 
     void WriteFile(const FileToMake& file) const;
     void Move(const FileToMove& move) const;

@@ -25,6 +25,9 @@ std::int32_t MessageDriver::Send(const char* caller, const char* selector, SPMes
     RecordMessage(mCurrent);
     const std::int32_t answer = CallOrThrow(caller, selector, message);
     mGlobals = common.globals;
+    if (onAnswer && outer.empty()) {
+        onAnswer(mCurrent, answer);
+    }
     mCurrent = outer;
     RecordMessage(mCurrent);
     return answer;

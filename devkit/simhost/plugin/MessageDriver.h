@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <string>
 
 #include "doubles/host/PluginReference.h"
@@ -32,6 +33,9 @@ class MessageDriver {
     std::int32_t SendFileCheck(void* format, ai::FilePathData& path);
     // Any caller and selector, with a block that holds nothing but the common part.
     std::int32_t SendPlain(const std::string& caller, const std::string& selector, bool withBasicSuite);
+
+    // Is told of each message that is answered, but not of one that is sent inside another; may be empty.
+    std::function<void(const std::string& message, std::int32_t answer)> onAnswer;
 
   private:
     SPMessageData CommonPart() const;

@@ -9,7 +9,7 @@ namespace simhost {
 
 namespace {
 
-// Both live as long as the process.
+// Both are those of the plug-in that was loaded last.
 bool sIsInstalled = false;
 std::int64_t sSecondsPassed = 0;
 
@@ -23,7 +23,10 @@ std::int64_t ReadClock(std::int64_t* seconds) {
 
 }  // namespace
 
-void InstallPluginClock(HMODULE plugin) { sIsInstalled = ReplaceImport(plugin, "_time64", AsReplacement(ReadClock)); }
+void InstallPluginClock(HMODULE plugin) {
+    sSecondsPassed = 0;
+    sIsInstalled = ReplaceImport(plugin, "_time64", AsReplacement(ReadClock));
+}
 
 void LetTimePass(std::int64_t seconds) {
     if (!sIsInstalled) {

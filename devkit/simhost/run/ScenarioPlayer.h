@@ -20,6 +20,9 @@ class ScenarioPlayer {
     // Throws HostLost when an exception leaves the plug-in.
     void PlaySteps();
 
+    PluginModule& Plugin() { return mPlugin; }
+    MessageDriver& Driver() { return mDriver; }
+
   private:
     void PlayAndGoOn(const Step& step);
     void Play(const Step& step);

@@ -1,0 +1,98 @@
+#include "simhost/sweep/SweepTotals.h"
+
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+namespace simhost::sweep {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct CountRow {
+    const char* key;
+    const char* heading;
+    std::int64_t FaultCounts::*count;
+};
+
+constexpr CountRow kCounts[] = {
+    {"played", "played", &FaultCounts::played},
+    {"not_reached", "not reached", &FaultCounts::notReached},
+    {"failed_calls", "failed calls", &FaultCounts::failedCalls},
+    {"answered_zero", "answered 0", &FaultCounts::answeredZero},
+    {"answered_code", "other answer", &FaultCounts::answeredCode},
+    {"unhandled", "stopped exc.", &FaultCounts::unhandled},
+    {"lost", "lost", &FaultCounts::lost},
+    {"with_findings", "findings", &FaultCounts::withFindings},
+};
+
+template <class Visit>
+void ForEach(const SweepTotals& totals, Visit visit) {
+    for (std::size_t kind = 0; kind < kKinds; ++kind) {
+        for (std::size_t mode = 0; mode < kModes; ++mode) {
+            const FaultCounts& counts = totals.faults[kind][mode];
+            if (counts.played != 0) {
+                visit(NameOf(static_cast<Kind>(kind)), NameOf(static_cast<Mode>(mode)), counts);
+            }
+        }
+    }
+}
+
+std::string Column(const std::string& text, int width) {
+    char column[64];
+    std::snprintf(column, sizeof column, "%*s", width, text.c_str());
+    return column;
+}
+
+}  // namespace
+
+std::int64_t SweepTotals::Played() const {
+    std::int64_t played = 0;
+    ForEach(*this, [&](const char*, const char*, const FaultCounts& counts) { played += counts.played; });
+    return played;
+}
+
+Json AsJson(const SweepTotals& totals) {
+    Json json = {{"cases", totals.cases}, {"unplayable", totals.unplayable}, {"faults", totals.Played()}};
+    for (std::size_t kind = 0; kind < kKinds; ++kind) {
+        json["calls"][NameOf(static_cast<Kind>(kind))] = totals.calls[kind];
+    }
+    json["by_kind"] = Json::object();
+    ForEach(totals, [&](const char* kind, const char* mode, const FaultCounts& counts) {
+        for (const CountRow& row : kCounts) {
+            json["by_kind"][kind][mode][row.key] = counts.*row.count;
+        }
+    });
+    json["explained"] = totals.explained;
+    json["operations"] = totals.operations.size();
+    json["findings"] = Json::array();
+    for (const SweepFinding& finding : totals.findings) {
+        json["findings"].push_back({{"place", finding.place},
+                                    {"repeat", finding.repeat},
+                                    {"operation", finding.operation},
+                                    {"texts", finding.texts}});
+    }
+    return json;
+}
+
+std::vector<std::string> LinesOf(const SweepTotals& totals) {
+    std::vector<std::string> lines;
+    std::string heading = Column("kind", -12) + Column("mode", -11);
+    for (const CountRow& row : kCounts) {
+        heading += Column(row.heading, 14);
+    }
+    lines.push_back(heading);
+    ForEach(totals, [&](const char* kind, const char* mode, const FaultCounts& counts) {
+        std::string line = Column(kind, -12) + Column(mode, -11);
+        for (const CountRow& row : kCounts) {
+            line += Column(std::to_string(counts.*row.count), 14);
+        }
+        lines.push_back(line);
+    });
+    for (const auto& [what, amount] : totals.explained) {
+        lines.push_back("explained: " + std::to_string(amount) + " x " + what);
+    }
+    return lines;
+}
+
+}  // namespace simhost::sweep
