@@ -11,6 +11,7 @@
 #include "ProcessFaults.h"
 #include "RegistrationFaults.h"
 #include "ResourceFaults.h"
+#include "SweepFaults.h"
 
 namespace {
 
@@ -74,16 +75,31 @@ constexpr FaultRow kFaults[] = {
     {"show a dialog of its own", &ShowOwnDialog},
     {"leave a process", &LeaveProcess},
     {"leave a thread", &LeaveThread},
+    {"bear failures", &BearFailures},
+    {"leak when a call fails", &LeakWhenACallFails},
+    {"keep a handle when a call fails", &KeepAHandleWhenACallFails},
+    {"keep a suite when a call fails", &KeepASuiteWhenACallFails},
+    {"crash when a call fails", &CrashWhenACallFails},
+    {"hang when a call fails", &HangWhenACallFails},
+    {"throw when a call fails", &ThrowWhenACallFails},
+    {"stay busy when a call fails", &StayBusyWhenACallFails},
+    {"spoil the next run when a call fails", &SpoilTheNextRunWhenACallFails},
+    {"use what a failed call gave", &UseWhatAFailedCallGave},
     {"nothing", &DoNothing},
 };
 
 constexpr std::int32_t kNoSuchFault = 99;
+constexpr std::int32_t kSpoilt = 98;
+constexpr std::int32_t kBusy = 1;
 
 }  // namespace
 
-// Answers 0, so it can be unloaded, and 99 for a fault that it does not know.
+// Answers 0, so it can be unloaded, and 99 for a fault that it does not know; 1 and 98 after two of the faults.
 extern "C" __declspec(dllexport) std::int32_t PluginMain(const char* caller, const char* selector, void* message) {
     sMessage = static_cast<const SPMessageData*>(message);
+    if (IsBusyForEver() || IsSpoilt()) {
+        return IsSpoilt() ? kSpoilt : kBusy;
+    }
     if (std::strcmp(caller, kCallerAITimer) == 0) {
         AskWhetherEnabled();
     } else if (std::strcmp(caller, kCallerAIFileFormat) == 0) {

@@ -1,0 +1,133 @@
+// What a sweep counts as distinct, what explains what is left, and that no import and no operation is forgotten.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "doubles/host/OperationList.h"
+#include "simhost/plugin/LibraryImage.h"
+#include "simhost/sweep/FaultVerdict.h"
+#include "simhost/sweep/HostFaults.h"
+#include "simhost/sweep/ImportTable.h"
+#include "simhost/sweep/Plan.h"
+#include "support/files/TemporaryFolder.h"
+
+namespace {
+
+using namespace simhost::sweep;
+using simhost::Rule;
+
+// --- the tables ---
+
+std::set<std::string> ImportsOfPlugin() {
+    const simhost::LibraryImage image(TestProgramFolder().parent_path() / "bin" / "QuorvelTypeAgentAI20.aip");
+    std::set<std::string> imports;
+    for (const simhost::ImportedLibrary& library : image.Imports()) {
+        imports.insert(library.functions.begin(), library.functions.end());
+    }
+    return imports;
+}
+
+TEST(SweepTables, HaveEveryImportOfTheShippedFile) {
+    const std::set<std::string> imports = ImportsOfPlugin();
+    ASSERT_FALSE(imports.empty());
+    std::set<std::string> known;
+    for (const ImportRow& row : ImportTable()) {
+        EXPECT_TRUE(known.insert(row.name).second) << row.name << " is there twice";
+        EXPECT_TRUE(row.substitute != nullptr || row.cannotFail != nullptr) << row.name;
+    }
+    for (const std::string& name : imports) {
+        EXPECT_TRUE(known.contains(name)) << name << " can fail, or there is a reason why not: add it to the table";
+    }
+}
+
+TEST(SweepTables, HostOperationsThatCannotFailAreOperations) {
+    const std::vector<std::string> all = simhost::HostOperationNames();
+    const auto canFail = [](const std::string& name) { return CanFail(name); };
+    EXPECT_TRUE(std::any_of(all.begin(), all.end(), canFail));
+    // 19 are excepted.
+    EXPECT_EQ(std::count_if(all.begin(), all.end(), canFail), static_cast<std::ptrdiff_t>(all.size()) - 19);
+}
+
+// --- the plan ---
+
+PlannedFault Planned(std::size_t number, const std::string& key, Mode mode = Mode::kOnce) {
+    return {{Kind::kHost, mode, number}, "Operation", key};
+}
+
+std::vector<std::size_t> NumbersOf(const std::vector<PlannedFault>& faults) {
+    std::vector<std::size_t> numbers;
+    for (const PlannedFault& planned : faults) {
+        numbers.push_back(planned.fault.number);
+    }
+    return numbers;
+}
+
+TEST(SweepPlan, KeepsTheFirstFaultOfEachKeyThatIsNotKnown) {
+    std::vector<PlannedFault> faults = {Planned(1, "a"), Planned(2, "b"), Planned(3, "a"), Planned(4, "c")};
+    KeepDistinct(faults, {"b"});
+    EXPECT_EQ(NumbersOf(faults), (std::vector<std::size_t>{1, 4}));
+}
+
+TEST(SweepPlan, KeepsTheFirstFaultOfEachModeAndEachNthAfterIt) {
+    std::vector<PlannedFault> faults = {Planned(1, "a"), Planned(2, "b"), Planned(3, "c"),
+                                        Planned(1, "d", Mode::kFromHere), Planned(2, "e", Mode::kFromHere)};
+    KeepEvery(faults, 2);
+    EXPECT_EQ(NumbersOf(faults), (std::vector<std::size_t>{1, 3, 1}));
+}
+
+// --- the verdict ---
+
+SweepRun RunWith(Rule rule, const std::string& text, std::int64_t amount = 1) {
+    SweepRun run;
+    run.violations.push_back({rule, amount, text});
+    return run;
+}
+
+TEST(SweepVerdict, AFailedReleaseExplainsWhatItWasToRelease) {
+    const SweepRun run = RunWith(Rule::kStringLeak, "the string \"a\" not given back");
+    EXPECT_TRUE(JudgeFault(run, {}, {{"AI Unicode String Suite/Destroy", 1}}).findings.empty());
+    EXPECT_FALSE(JudgeFault(run, {}, {{"AI File Path Suite/DeleteFilePath", 1}}).findings.empty());
+    EXPECT_FALSE(JudgeFault(run, {}, {}).findings.empty());
+}
+
+TEST(SweepVerdict, AFailedReleaseExplainsNoMoreThanOneThing) {
+    const SweepRun run = RunWith(Rule::kBlockLeak, "two blocks", 2);
+    EXPECT_FALSE(JudgeFault(run, {}, {{"SP Blocks Suite/FreeBlock", 1}}).findings.empty());
+    EXPECT_TRUE(JudgeFault(run, {}, {{"SP Blocks Suite/FreeBlock", 2}}).findings.empty());
+}
+
+TEST(SweepVerdict, SuitesOfTheTableMayBeLeftWhenOneOfThemIsRefused) {
+    const std::map<std::string, std::int64_t> refused = {{"SP Basic Suite/AcquireSuite/ATE Font Suite", 1}};
+    EXPECT_TRUE(JudgeFault(RunWith(Rule::kSuiteLeak, "\"ATE Glyph Suite\" is still held 1 times"), {}, refused)
+                    .findings.empty());
+    // One that is held for a moment only.
+    EXPECT_FALSE(
+        JudgeFault(RunWith(Rule::kSuiteLeak, "\"AI Menu Suite\" is still held 1 times"), {}, refused).findings.empty());
+}
+
+TEST(SweepVerdict, WhatIsLeftWithoutAFaultAsWellIsNoFinding) {
+    SweepRun run;
+    run.leftByGiver = {{"FindFirstFileW", 1}};
+    EXPECT_TRUE(JudgeFault(run, run, {}).findings.empty());
+    EXPECT_FALSE(JudgeFault(run, {}, {}).findings.empty());
+}
+
+TEST(SweepVerdict, WhatAScenarioExpectsIsNotAskedOfARunWithAFault) {
+    EXPECT_TRUE(JudgeFault(RunWith(Rule::kCalls, "another call"), {}, {}).findings.empty());
+    EXPECT_FALSE(JudgeFault(RunWith(Rule::kStaleReference, "a handle"), {}, {}).findings.empty());
+}
+
+TEST(SweepVerdict, ARefusedMessageIsAFinding) {
+    SweepRun run;
+    run.isNextHandled = false;
+    EXPECT_FALSE(JudgeFault(run, {}, {}).findings.empty());
+    SweepRun refused;
+    refused.refused = {"\"AI Timer\"/\"AI Go\""};
+    EXPECT_FALSE(JudgeFault(refused, {}, {}).findings.empty());
+    EXPECT_TRUE(JudgeFault(refused, refused, {}).findings.empty());
+}
+
+}  // namespace

@@ -1,0 +1,96 @@
+#!/usr/bin/env python3
+"""The sweep finds what a plug-in does wrong when a call fails, and nothing else.
+
+Each case of faulty.json does one thing wrong, and only then. The command that runs simhost follows on the command line.
+"""
+
+import json
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+
+SCENARIO = "tests/sweep/faulty.json"
+
+# Case, what is made to fail, and of each finding, in order, the call that failed and what the text must match.
+ACQUIRE, ALLOCATE = "SP Basic Suite/AcquireSuite/SP Blocks Suite", "SP Blocks Suite/AllocateBlock"
+SPOILT = r"the same scenario without a fault failed afterwards: .*was answered with 98, expected 0"
+EXPECTED = [
+    ("bears", ["--replay-every", "4"], []),
+    ("block", ["--kind", "host", "--mode", "once"],
+     [(ACQUIRE, r"^left: 1 of malloc$"), (ALLOCATE, r"^left: 1 of malloc$")]),
+    ("handle", ["--kind", "allocation", "--mode", "once"], [("malloc", r"^left: 1 of CreateFileW$")]),
+    ("suite", ["--kind", "import", "--mode", "once"],
+     [("CreateFileW", r'^suite-leak AI Menu Suite: "AI Menu Suite" is still held 1 times$')]),
+    ("crash", ["--kind", "allocation", "--mode", "once"],
+     [("malloc", r"^crash: .*access violation .* in AccessViolation of FaultyPlugin\.aip \(FatalFaults\.cpp:\d+\)")]),
+    ("hang", ["--kind", "allocation", "--mode", "once"],
+     [("malloc", r"^hang: .* the main thread is in Hang of FaultyPlugin\.aip")]),
+    ("exception", ["--kind", "import", "--mode", "once"],
+     [("CreateFileW", r"^an exception left the plug-in$")]),
+    ("busy", ["--kind", "allocation", "--mode", "once"],
+     [("malloc", r'^a message was refused, as if another were being handled: .*; '
+                 r"the message after the last step was refused$")]),
+    # Two of four faults that share a replay are to blame: which ones is found out.
+    ("spoilt", ["--kind", "host", "--mode", "once", "--replay-every", "4"], [(ACQUIRE, SPOILT), (ALLOCATE, SPOILT)]),
+    ("filled", ["--kind", "host", "--mode", "filled"],
+     [(ALLOCATE, r"^bad-argument: SP Blocks Suite/FreeBlock: not a block that is to be freed$")]),
+]
+
+
+def sweep(command: list[str], arguments: list[str]) -> tuple[int, str, dict]:
+    with tempfile.TemporaryDirectory() as folder:
+        record = pathlib.Path(folder) / "totals.json"
+        run = subprocess.run([*command, "sweep", *arguments, "--step-time-limit", "2", "--json", str(record)], check=False,
+                             capture_output=True, text=True, env={**os.environ, "SIMHOST_COMMAND": "again-by"})
+        totals = json.loads(record.read_text(encoding="utf-8")) if record.exists() else {}
+        return run.returncode, run.stdout + run.stderr, totals
+
+
+def mistakes_in(case: str, expected: list, code: int, output: str, totals: dict):
+    found = [(finding["operation"], "; ".join(finding["texts"])) for finding in totals.get("findings", [])]
+    matches = len(found) == len(expected) and all(
+        operation == wanted and re.search(pattern, text)
+        for (operation, text), (wanted, pattern) in zip(found, expected))
+    if not matches or code != (1 if expected else 0):
+        yield f"{case}: expected {expected}, exit code {code}, found {found}\n{output}"
+    if totals.get("faults", 0) == 0:
+        yield f"{case}: nothing was made to fail"
+
+
+def repeat_mistakes(command: list[str], totals: dict):
+    """The command that is told with a finding brings it about again, and shows the way to it."""
+    finding = totals["findings"][0]
+    code, output, again = sweep(command, finding["repeat"].split())
+    if code != 1 or [one["texts"] for one in again["findings"]] != [finding["texts"]]:
+        yield f"{finding['repeat']}: exit code {code}, not the finding {finding}\n{output}"
+    for wanted in (r"the call, in \w+", r"left by malloc, in .*LeakWhenACallFails"):
+        if not re.search(wanted, output):
+            yield f"{finding['repeat']}: nothing like '{wanted}' in\n{output}"
+
+
+def main() -> int:
+    command = sys.argv[1:]
+    mistakes = []
+    for case, options, expected in EXPECTED:
+        code, output, totals = sweep(command, [SCENARIO, "--case", case, *options])
+        mistakes += mistakes_in(case, expected, code, output, totals)
+        if case == "block" and not mistakes:
+            mistakes += repeat_mistakes(command, totals)
+    code, output, totals = sweep(command, [SCENARIO, "--case", "bears", "--number", "99"])
+    if code != 2 or "there is no such call" not in output:
+        mistakes.append(f"a call that never comes: exit code {code}\n{output}")
+    cases = set(json.loads(pathlib.Path(SCENARIO).read_text(encoding="utf-8"))["cases"])
+    if cases != {case for case, _, _ in EXPECTED}:
+        mistakes.append(f"{SCENARIO} has other cases than this test")
+    for mistake in mistakes:
+        print(f"FAILED {mistake}")
+    if not mistakes:
+        print(f"Passed: {len(EXPECTED)} cases")
+    return 1 if mistakes else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
