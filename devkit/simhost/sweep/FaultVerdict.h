@@ -20,10 +20,16 @@ struct FaultVerdict {
 FaultVerdict JudgeFault(const SweepRun& run, const SweepRun& faultless,
                         const std::map<std::string, std::int64_t>& failures);
 
+enum class Amount {
+    kEach,  // each failure explains one thing
+    kAny,   // one failure explains all of them
+};
+
 // A release that fails leaves what it was to release, and explains nothing else.
 struct Explanation {
     const char* failed;  // the operation; with a * at its end, all that begin so
     const char* left;    // in the same way, the rule that is broken, or the function that gave what is left
+    Amount amount = Amount::kEach;
 };
 std::span<const Explanation> Explanations();
 

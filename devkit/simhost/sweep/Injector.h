@@ -36,6 +36,7 @@ class Injector {
     // Of the fault that is played.
     bool IsFilled() const { return mFault && mFault->mode == Mode::kFilled; }
 
+    HMODULE Plugin() const { return mPlugin; }
     std::size_t Count(Kind kind) const { return mCounts[static_cast<std::size_t>(kind)]; }
     // Those of the kind so far, when they are recorded.
     const std::vector<CountedCall>& Calls(Kind kind) const { return mCalls[static_cast<std::size_t>(kind)]; }

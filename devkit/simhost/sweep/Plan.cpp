@@ -24,9 +24,9 @@ std::string KeyOf(const Fault& fault, const CountedCall& call) {
     return std::string(NameOf(fault.kind)) + "|" + NameOf(fault.mode) + "|" + call.operation + "|" + hash;
 }
 
-// A suite that is refused is held by nobody, whatever was given with it.
+// A suite that is refused is held by nobody, whatever was given with it; and one that is not released still is.
 bool CanBeFilled(Kind kind, const std::string& operation) {
-    return kind == Kind::kHost && !operation.starts_with("SP Basic Suite/AcquireSuite/");
+    return kind == Kind::kHost && !operation.starts_with("SP Basic Suite/");
 }
 
 }  // namespace

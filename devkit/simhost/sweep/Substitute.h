@@ -82,7 +82,9 @@ struct Substitute<kName, Result(Arguments...), kFailure, kError, kEffect> {
             }
         } else if constexpr (kEffect == Effect::kTakesReference) {
             const auto& [flags, name, module] = std::tie(arguments...);
-            if (result != 0 && (flags & GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT) == 0) {
+            // Who holds himself means to stay.
+            if (result != 0 && *module != TheInjector().Plugin() &&
+                (flags & GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT) == 0) {
                 TheHoldings().Taken(kName.text, *module);
             }
         } else if constexpr (kEffect == Effect::kGivesBack || kEffect == Effect::kGivesBackAlways) {

@@ -41,7 +41,7 @@ AIErr Initialize(ai::UnicodeStringData& string, const char* bytes, std::int64_t 
         if (!units) {
             return kBadString;
         }
-        string.impl = Host().objects.strings.Add(std::move(*units));
+        string.impl = call.HandOut(Host().objects.strings, std::move(*units));
         return 0;
     });
 }
