@@ -110,9 +110,21 @@ TEST(SweepVerdict, SuitesOfTheTableMayBeLeftWhenOneOfThemIsRefused) {
 
 TEST(SweepVerdict, WhatIsLeftWithoutAFaultAsWellIsNoFinding) {
     SweepRun run;
-    run.leftByGiver = {{"FindFirstFileW", 1}};
+    run.leftByGiver = {{"CreateFileW", 1}};
     EXPECT_TRUE(JudgeFault(run, run, {}).findings.empty());
     EXPECT_FALSE(JudgeFault(run, {}, {}).findings.empty());
+}
+
+TEST(SweepVerdict, ALibraryThatIsOnlyFoundWithTheFaultIsKeptWithItsLoader) {
+    SweepRun run;
+    run.leftByGiver = {{"LoadLibraryA", 1}, {"malloc", 3}};
+    EXPECT_TRUE(JudgeFault(run, {}, {}).findings.empty());
+    SweepRun withoutLibrary;
+    withoutLibrary.leftByGiver = {{"malloc", 3}};
+    EXPECT_FALSE(JudgeFault(withoutLibrary, {}, {}).findings.empty());
+    SweepRun faultless;
+    faultless.leftByGiver = {{"LoadLibraryA", 1}};
+    EXPECT_FALSE(JudgeFault(run, faultless, {}).findings.empty());
 }
 
 TEST(SweepVerdict, WhatAScenarioExpectsIsNotAskedOfARunWithAFault) {

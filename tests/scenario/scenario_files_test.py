@@ -3,7 +3,8 @@
 
  - every file names the schema, and the schema accepts it
  - the schema and the reader know the same verbs, keys, functions and rules
- - every rule is broken by a scenario in faults/, every fault of the faulty plug-in is committed by one
+ - every rule is broken by a scenario in faults/, every fault of the faulty plug-in is committed by one, or
+   by the scenario of the sweeps
  - every library and plug-in that is built for scenarios is used by one
  - no other file lies among the scenarios
 
@@ -21,6 +22,8 @@ import scenario_schema
 ROOT = scenario_schema.ROOT
 SCENARIOS = ROOT / "devkit" / "scenarios"
 FAULTS = ROOT / "tests" / "scenario" / "faults"
+# What a plug-in does wrong only when a call fails.
+SWEEP_FAULTS = ROOT / "tests" / "sweep" / "faulty.json"
 FAULTY_PLUGINS = ROOT / "devkit" / "faulty_plugins"
 # Not for scenarios: the shipped plug-in is what they play to, and the diagnostic one is tested by itself.
 NOT_FOR_SCENARIOS = {
@@ -129,7 +132,9 @@ def main() -> int:
             faults += check_file(path, scenarios[path])
         for path in sorted(set(folder.iterdir()) - set(scenario_files(folder)) - {scenario_schema.SCHEMA}):
             faults.append(f"{path}: is no scenario and used by none")
-    of_host = [scenario for path, scenario in scenarios.items() if path.parent == FAULTS]
+    scenarios[SWEEP_FAULTS] = json.loads(SWEEP_FAULTS.read_text(encoding="utf-8"))
+    faults += check_file(SWEEP_FAULTS, scenarios[SWEEP_FAULTS])
+    of_host = [scenario for path, scenario in scenarios.items() if path.parent == FAULTS or path == SWEEP_FAULTS]
     faults += check_schema_and_reader(known)
     faults += check_rules_and_faults(known, of_host)
     faults += check_built_files(pathlib.Path(built), list(scenarios.values()))
