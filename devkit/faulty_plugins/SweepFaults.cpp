@@ -8,6 +8,8 @@
 #include "HeldSuite.h"
 #include "host/SPSuites.h"
 
+// It is the C runtime's malloc that a sweep lets fail. NOLINTBEGIN(cppcoreguidelines-no-malloc)
+
 namespace {
 
 constexpr const wchar_t* kMark = L"QUORVEL_SPOILT_BY_A_FAULT";
@@ -102,3 +104,5 @@ void UseWhatAFailedCallGave() {
 bool IsBusyForEver() { return sIsBusy; }
 
 bool IsSpoilt() { return GetEnvironmentVariableW(kMark, nullptr, 0) != 0; }
+
+// NOLINTEND(cppcoreguidelines-no-malloc)
