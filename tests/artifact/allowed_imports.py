@@ -1,0 +1,70 @@
+"""What the plug-in may call of Windows, and why. A function that is not here needs a reason, one that is no longer
+imported is taken out. By library, then by reason."""
+
+ALLOWED = {
+    "kernel32.dll": {
+        "finds the running core application": """
+            K32EnumProcesses OpenProcess CloseHandle K32EnumProcessModules K32GetModuleBaseNameA
+            K32GetModuleFileNameExA""",
+        "loads the PluginCore and the messaging library": """
+            LoadLibraryA LoadLibraryW FreeLibrary GetProcAddress FindFirstFileW GetLastError""",
+        "knows its own file and the host's": "GetModuleHandleExW GetModuleFileNameW",
+        "reads when a document was written": "CreateFileW GetFileTime",
+        "checks the heap": "GetProcessHeap HeapValidate",
+        "converts text": "MultiByteToWideChar WideCharToMultiByte",
+        "makes the value of the stack guard": """
+            GetSystemTimeAsFileTime QueryPerformanceCounter GetCurrentProcessId GetCurrentThreadId""",
+        "stops exceptions of another compiler": "__C_specific_handler",
+        "C++ runtime: throwing and catching": """
+            RaiseException RtlCaptureContext RtlLookupFunctionEntry RtlUnwindEx RtlVirtualUnwind""",
+        "C++ runtime: locks and variables of a thread": """
+            CreateSemaphoreW ReleaseSemaphore WaitForSingleObject InitializeCriticalSection EnterCriticalSection
+            LeaveCriticalSection DeleteCriticalSection TlsAlloc TlsFree TlsGetValue TlsSetValue Sleep SetLastError""",
+        "C++ runtime: the text of an error of Windows": "FormatMessageA LocalFree",
+        "C runtime: relocates itself while it is loaded": "VirtualProtect VirtualQuery GetModuleHandleW",
+        "C runtime: characters of more than one byte": "IsDBCSLeadByteEx",
+    },
+    "msvcrt.dll": {
+        "formats log lines": "_vsnprintf_s _snprintf_s",
+        "finds files and compares their names": "_stat64 _fstat64 _stricmp",
+        "checks the heap": "_heapchk",
+        "makes narrow text wide": "mbstowcs_s",
+        "memory": "malloc calloc realloc free memchr memcmp memcpy memmove memset",
+        "texts": "strcmp strncmp strlen wcslen strerror",
+        "C++ runtime: file streams": """
+            fopen fclose fflush fputc fputs fwrite setvbuf vfprintf __iob_func _fdopen _fileno _wfopen _close _read
+            _write _lseeki64 _errno""",
+        "C++ runtime: its locale, which is the one called C": """
+            setlocale localeconv strcoll strxfrm wcscoll wcsxfrm strftime wcsftime iswctype towlower towupper
+            ___lc_codepage_func ___mb_cur_max_func""",
+        "C++ runtime: the end when nothing else is left": "abort _assert _amsg_exit",
+        "C runtime: starts and ends the module": "_initterm _lock _unlock _time64",
+    },
+    "shell32.dll": {"finds the folders of application data": "SHGetSpecialFolderPathW"},
+    "user32.dll": {
+        "tells the user that the PluginCore is missing or too old": "MessageBoxA MessageBoxW",
+        "answers the host's dialogs about missing fonts": """
+            SetWindowsHookExW UnhookWindowsHookEx CallNextHookEx GetWindowTextA GetDlgItem PostMessageW""",
+        "gives the foreground back to the host": """
+            GetForegroundWindow SetForegroundWindow GetDesktopWindow GetParent""",
+        "finds windows by their titles": "EnumWindows EnumChildWindows GetWindowTextLengthA",
+    },
+    "version.dll": {
+        "reads version resources": """
+            GetFileVersionInfoA GetFileVersionInfoSizeA GetFileVersionInfoW GetFileVersionInfoSizeW VerQueryValueW""",
+    },
+}
+
+# What the diagnostic plug-in needs besides.
+OF_THE_DIAGNOSTIC_LOG = {
+    "kernel32.dll": {"writes the log to a file and to the debugger": "GetTempPathW WriteFile OutputDebugStringA"},
+}
+
+
+def allowed_imports(is_diagnostic):
+    """The functions by library."""
+    allowed = {library: " ".join(groups.values()).split() for library, groups in ALLOWED.items()}
+    if is_diagnostic:
+        for library, groups in OF_THE_DIAGNOSTIC_LOG.items():
+            allowed[library] += " ".join(groups.values()).split()
+    return {library: set(functions) for library, functions in allowed.items()}

@@ -1,0 +1,78 @@
+#!/usr/bin/env python3
+"""The same sources give the same plug-in, wherever they lie: builds it in another folder and compares the hashes."""
+
+import argparse
+import hashlib
+import shutil
+import subprocess
+import sys
+from pathlib import Path
+
+SOURCES = ("CMakeLists.txt", "CMakePresets.json", "cmake", "src")
+# Longer than any that the first one was built in is likely to be: names of another length move everything behind them.
+FOLDERS = ("another folder", "a folder with a name that is longer than that of the folder where the plug-in was built")
+
+
+def cached(build_folder, variable):
+    """A variable of the configured build; "" when it has none."""
+    for line in (build_folder / "CMakeCache.txt").read_text(encoding="utf-8").splitlines():
+        name, _, value = line.partition("=")
+        if name.split(":")[0] == variable:
+            return value
+    return ""
+
+
+def copy_sources(source_folder, folder):
+    shutil.rmtree(folder, ignore_errors=True)
+    folder.mkdir(parents=True)
+    for name in SOURCES:
+        source = source_folder / name
+        if source.is_dir():
+            shutil.copytree(source, folder / name)
+        else:
+            shutil.copy(source, folder / name)
+
+
+def build(options, folder):
+    """Configured as the first one was, but the plug-in alone, and never from a cache of compiled objects."""
+    source_folder, build_folder = Path(options.source_folder), Path(options.build_folder)
+    copy_sources(source_folder, folder)
+    # The debug information holds the folder where the compiler ran, below that of the sources.
+    target = folder / build_folder.relative_to(source_folder)
+    configure = [options.cmake, "-S", str(folder), "-B", str(target), "-G", "Ninja"]
+    configure += [f"-D{name}={cached(build_folder, name)}" for name in ("CMAKE_TOOLCHAIN_FILE", "CMAKE_BUILD_TYPE")]
+    configure += [f"-DCMAKE_{language}_COMPILER_LAUNCHER=" for language in ("C", "CXX")]
+    configure += ["-DQUORVEL_BUILD_DEVKIT=OFF", "-DQUORVEL_BUILD_TESTS=OFF"]
+    steps = (configure, [options.cmake, "--build", str(target), "--target", "plugin", "--parallel", options.parallel])
+    for step in steps:
+        run = subprocess.run(step, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, encoding="utf-8", check=False)
+        if run.returncode != 0:
+            sys.exit(f"{' '.join(step)} ended with {run.returncode}:\n{run.stdout[-4000:]}")
+    return target / "bin" / Path(options.plugin).name
+
+
+def hash_of(path):
+    return hashlib.sha256(path.read_bytes()).hexdigest()
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("plugin", help="the one that was built in the build folder")
+    for name in ("cmake", "source-folder", "build-folder", "work-folder"):
+        parser.add_argument(f"--{name}", required=True)
+    parser.add_argument("--parallel", default="1", help="how many compilers run at a time")
+    options = parser.parse_args()
+    work = Path(options.work_folder)
+    first = Path(options.plugin)
+    if cached(Path(options.build_folder), "CMAKE_CXX_COMPILER_LAUNCHER"):
+        # A compiler cache changes the command lines, and with them the names in the debug information.
+        first = build(options, work / FOLDERS[0])
+    hashes = {path: hash_of(path) for path in (first, build(options, work / FOLDERS[1]))}
+    for path, value in hashes.items():
+        print(f"{value}  {path}")
+    shutil.rmtree(work)
+    return 0 if len(set(hashes.values())) == 1 else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
