@@ -44,10 +44,10 @@ ALLOWED = {
     "user32.dll": {
         "tells the user that the PluginCore is missing or too old": "MessageBoxA MessageBoxW",
         "answers the host's dialogs about missing fonts": """
-            SetWindowsHookExW UnhookWindowsHookEx CallNextHookEx GetWindowTextA GetDlgItem PostMessageW""",
+            SetWindowsHookExW UnhookWindowsHookEx CallNextHookEx GetDlgItem PostMessageW""",
         "gives the foreground back to the host": """
             GetForegroundWindow SetForegroundWindow GetDesktopWindow GetParent""",
-        "finds windows by their titles": "EnumWindows EnumChildWindows GetWindowTextLengthA",
+        "finds windows by their titles": "EnumWindows EnumChildWindows GetWindowTextLengthA GetWindowTextA",
     },
     "version.dll": {
         "reads version resources": """
