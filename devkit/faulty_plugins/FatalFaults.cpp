@@ -1,5 +1,7 @@
 #include "FatalFaults.h"
 
+#include "HostStateFaults.h"
+
 #include <windows.h>
 
 #include <cstdint>
@@ -133,8 +135,11 @@ void LeaveProcess() { StartProgram(L"Lumet.exe"); }
 void LeaveThread() { CloseHandle(CreateThread(nullptr, 0, &WaitForEver, nullptr, 0, nullptr)); }
 
 BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID) {
-    if (reason == DLL_PROCESS_DETACH && sHangsWhenUnloaded) {
-        Hang();
+    if (reason == DLL_PROCESS_DETACH) {
+        OnUnload();
+        if (sHangsWhenUnloaded) {
+            Hang();
+        }
     }
     return TRUE;
 }

@@ -7,6 +7,7 @@
 #include "FatalFaults.h"
 #include "HeldSuite.h"
 #include "host/Messages.h"
+#include "HostStateFaults.h"
 #include "MessagingFaults.h"
 #include "ProcessFaults.h"
 #include "RegistrationFaults.h"
@@ -85,6 +86,19 @@ constexpr FaultRow kFaults[] = {
     {"stay busy when a call fails", &StayBusyWhenACallFails},
     {"spoil the next run when a call fails", &SpoilTheNextRunWhenACallFails},
     {"use what a failed call gave", &UseWhatAFailedCallGave},
+    {"leave another folder", &LeaveFolder},
+    {"leave another folder for libraries", &LeaveLibraryFolder},
+    {"leave another locale", &LeaveLocale},
+    {"leave another locale of the thread", &LeaveThreadLocale},
+    {"leave another rounding", &LeaveRounding},
+    {"leave another precision", &LeaveX87Precision},
+    {"leave another error mode", &LeaveErrorMode},
+    {"leave another error mode of the thread", &LeaveThreadErrorMode},
+    {"leave another exception filter", &LeaveExceptionFilter},
+    {"leave another environment", &LeaveEnvironment},
+    {"put everything back", &PutEverythingBack},
+    {"leave another error mode in a hook", &LeaveErrorModeInHook},
+    {"leave another error mode when unloaded", &LeaveErrorModeWhenUnloaded},
     {"nothing", &DoNothing},
 };
 

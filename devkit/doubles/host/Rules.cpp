@@ -38,6 +38,7 @@ constexpr RuleName kRules[] = {
     {Rule::kWrongThread, "wrong-thread"},
     {Rule::kTimerLeft, "timer-left"},
     {Rule::kHookLeft, "hook-left"},
+    {Rule::kHostState, "host-state"},
     {Rule::kTicks, "ticks"},
     {Rule::kState, "state"},
     {Rule::kMessagePath, "message-path"},

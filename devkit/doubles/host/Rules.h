@@ -44,6 +44,7 @@ enum class Rule {
     kWrongThread,
     kTimerLeft,
     kHookLeft,
+    kHostState,
     kTicks,
     kState,
     kMessagePath,

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "doubles/common/ImportPatch.h"
+#include "simhost/checks/HostStateWatch.h"
 
 namespace simhost {
 
@@ -47,6 +48,7 @@ bool IsMessagingLibrary(const std::filesystem::path& file) {
 }
 
 HMODULE WINAPI WatchedLoadLibraryW(LPCWSTR file) {
+    const OthersTurn turn;
     const HMODULE module = LoadLibraryW(file);
     const DWORD error = GetLastError();
     if (IsMessagingLibrary(file)) {

@@ -5,6 +5,7 @@
 
 #include "doubles/common/CallRecord.h"
 #include "doubles/common/Thread.h"
+#include "simhost/checks/HostStateWatch.h"
 #include "simhost/contract/ContractBook.h"
 #include "simhost/contract/TextChecks.h"
 
@@ -128,8 +129,11 @@ void CallbackGuard::CheckDuplicates(const Item& item) {
 }
 
 std::int32_t CallbackGuard::PassOn(const Item& item) {
+    // The caller's turn within the library's.
+    HostStateWatch state;
     const std::int32_t answer = mCallback(item.id, item.label, item.itemText, item.checked, item.enabled,
                                           item.hasSubMenu, item.parentID, mContext);
+    state.Check("the callback of " + std::string(kEntry) + " for the item " + Name(item.id));
     const auto text = [](const char* given) {
         return given == nullptr ? nlohmann::ordered_json() : nlohmann::ordered_json(given);
     };

@@ -1,7 +1,6 @@
 #include "simhost/contract/GuardedCall.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <map>
 #include <utility>
@@ -22,11 +21,12 @@ constexpr std::uint64_t kLargestBuffer = kPluginCoreOpenReplySize;
 
 std::uint64_t CapacityOf(const std::uint64_t* size) { return size == nullptr ? 0 : std::min(*size, kLargestBuffer); }
 
-std::string InHexadecimal(std::uint32_t number) {
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%04X", static_cast<unsigned>(number));
-    return text;
-}
+// Of what else an entry has changed, the book says nothing.
+constexpr std::pair<HostStateKind, ClauseId> kStateClauses[] = {
+    {HostStateKind::kCurrentFolder, ClauseId::kCurrentFolder},
+    {HostStateKind::kFloatingPointControl, ClauseId::kFloatingPoint},
+    {HostStateKind::kErrorMode, ClauseId::kErrorMode},
+};
 
 }  // namespace
 
@@ -164,18 +164,15 @@ void GuardedCall::GiveBack() {
     NoteHits();
 }
 
-void GuardedCall::CheckCallerState() const {
-    const CallerState now = CallerState::Now();
-    if (now.currentFolder != mCallerBefore.currentFolder) {
-        Finding(ClauseId::kCurrentFolder, "the current folder became " + Utf8(now.currentFolder));
+void GuardedCall::CheckCallerState() {
+    for (const HostStateChange& change : mCallerState.TakeChanges()) {
+        for (const auto& [kind, clause] : kStateClauses) {
+            if (kind == change.kind) {
+                Finding(clause, change.what);
+            }
+        }
     }
-    if (now.floatingPointControl != mCallerBefore.floatingPointControl) {
-        Finding(ClauseId::kFloatingPoint, "MXCSR became " + InHexadecimal(now.floatingPointControl));
-    }
-    if (now.errorMode != mCallerBefore.errorMode) {
-        Finding(ClauseId::kErrorMode, "the error mode became " + InHexadecimal(now.errorMode));
-    }
-    for (const ClauseId clause : {ClauseId::kCurrentFolder, ClauseId::kFloatingPoint, ClauseId::kErrorMode}) {
+    for (const auto& [kind, clause] : kStateClauses) {
         Book().Tried(clause);
     }
 }

@@ -18,9 +18,9 @@
 
 #include "doubles/common/CallRecord.h"
 #include "plugincore/PluginCore.h"
+#include "simhost/checks/HostStateWatch.h"
 #include "simhost/checks/PluginCoreCalls.h"
 #include "simhost/contract/CallbackGuard.h"
-#include "simhost/contract/CallerState.h"
 #include "simhost/contract/Clauses.h"
 #include "simhost/contract/GuardedMemory.h"
 #include "simhost/contract/ReplyChecks.h"
@@ -77,7 +77,7 @@ class GuardedCall {
     Type* Lend(const char* name, Type* original, std::size_t size);
     LentReply LendReply(char* buffer, std::uint64_t* size, std::uint64_t capacity);
     void GiveBack();
-    void CheckCallerState() const;
+    void CheckCallerState();
     void Finding(ClauseId clause, const std::string& what) const;
 
     const char* mEntry;
@@ -91,7 +91,7 @@ class GuardedCall {
     std::uint32_t* mNumberOut = nullptr;
     const char* mNumberName = "";
     CallbackGuard* mCallback = nullptr;
-    CallerState mCallerBefore = CallerState::Now();
+    HostStateWatch mCallerState;
     std::chrono::steady_clock::time_point mBegan{};
     std::chrono::steady_clock::duration mTook{};
     std::size_t mHitsBefore = 0;

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "doubles/common/ImportPatch.h"
+#include "simhost/checks/HostStateWatch.h"
 #include "simhost/contract/ContractBook.h"
 #include "simhost/contract/DialogAnswerer.h"
 #include "simhost/contract/ForwardedEntries.h"
@@ -63,6 +64,7 @@ bool IsLaidOut(const std::filesystem::path& library) {
 // What the library needs lies where it was taken from. That folder is searched from here on, but not for the library
 // itself.
 HMODULE WINAPI WatchedLoadLibraryA(LPCSTR file) {
+    const OthersTurn turn;
     const std::filesystem::path path(file);
     if (IsOwnLibraryAsked() && path.wstring().ends_with(L"PluginCoreX64.dll") && IsLaidOut(path)) {
         SetDllDirectoryW(OwnLibrary().parent_path().c_str());

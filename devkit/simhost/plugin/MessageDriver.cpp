@@ -4,6 +4,7 @@
 
 #include "doubles/host/Host.h"
 #include "doubles/host/suites/AllSuites.h"
+#include "simhost/checks/HostStateWatch.h"
 #include "simhost/run/FlightRecorder.h"
 
 namespace simhost {
@@ -23,7 +24,9 @@ std::int32_t MessageDriver::Send(const char* caller, const char* selector, SPMes
     // A message inside a message: the outer one is current again afterwards.
     const std::string outer = std::exchange(mCurrent, std::string("\"") + caller + "\"/\"" + selector + "\"");
     RecordMessage(mCurrent);
+    HostStateWatch state;
     const std::int32_t answer = CallOrThrow(caller, selector, message);
+    state.Check("message " + mCurrent);
     mGlobals = common.globals;
     if (onAnswer && outer.empty()) {
         onAnswer(mCurrent, answer);

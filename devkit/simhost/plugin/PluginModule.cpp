@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "doubles/common/Text.h"
+#include "simhost/checks/HostStateWatch.h"
 #include "simhost/plugin/LibraryFile.h"
 #include "simhost/plugin/PropertyList.h"
 
@@ -38,10 +39,12 @@ std::vector<std::byte> ReadPropertyList(const std::filesystem::path& file) {
 
 PluginModule::PluginModule(const std::filesystem::path& file)
     : mEntryName(EntryPointName(ParsePropertyList(ReadPropertyList(file)))) {
+    HostStateWatch state;
     mModule = LoadLibraryW(file.c_str());
     if (mModule == nullptr) {
         Fail<LoadError>(file, WhyNotLoaded(file, GetLastError()));
     }
+    state.Check("loading the plug-in");
     mEntry = reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(mModule, mEntryName.c_str())));
     if (mEntry == nullptr) {
         Fail<PropertyListError>(file,
@@ -54,7 +57,9 @@ std::int32_t PluginModule::Call(const char* caller, const char* selector, void* 
 }
 
 void PluginModule::Unload() {
+    HostStateWatch state;
     FreeLibrary(mModule);
+    state.Check("unloading the plug-in");
     mModule = nullptr;
     mEntry = nullptr;
 }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "doubles/host/Host.h"
+#include "simhost/checks/HostStateWatch.h"
 #include "simhost/checks/ImportWatch.h"
 #include "simhost/contract/CallStack.h"
 #include "simhost/contract/PluginCoreWatch.h"
@@ -88,7 +89,10 @@ void ScenarioPlayer::PerformVerb(const Step& step) {
         performance.NotReached("the plug-in is not loaded any more");
         return;
     }
+    // Beside messages: window hooks, the panel's listener.
+    HostStateWatch state;
     step.verb->perform(step.action, performance);
+    state.Check(step.place);
 }
 
 void ScenarioPlayer::PrepareStepEvents(const Step& step) {

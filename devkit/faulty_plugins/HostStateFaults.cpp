@@ -1,0 +1,78 @@
+#include "HostStateFaults.h"
+
+#include <windows.h>
+
+#include <xmmintrin.h>
+
+#include <clocale>
+#include <cstdint>
+
+namespace {
+
+constexpr unsigned kRoundUp = 0x4000;
+constexpr DWORD kAnotherErrorMode = SEM_NOOPENFILEERRORBOX;
+
+bool sChangesWhenUnloaded = false;
+HHOOK sHook = nullptr;
+
+LONG WINAPI HandleNothing(EXCEPTION_POINTERS*) { return EXCEPTION_CONTINUE_SEARCH; }
+
+LRESULT CALLBACK ChangeErrorModeOnce(int code, WPARAM wParam, LPARAM lParam) {
+    SetErrorMode(kAnotherErrorMode);
+    UnhookWindowsHookEx(sHook);
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+}  // namespace
+
+void LeaveFolder() { SetCurrentDirectoryW(L"C:\\windows"); }
+
+void LeaveLibraryFolder() { SetDllDirectoryW(L"C:\\windows"); }
+
+// By its number, which is the same in all languages.
+void LeaveLocale() { setlocale(LC_ALL, ".1252"); }
+
+void LeaveThreadLocale() { SetThreadLocale(MAKELCID(MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN), SORT_DEFAULT)); }
+
+void LeaveRounding() { _mm_setcsr(_mm_getcsr() | kRoundUp); }
+
+void LeaveX87Precision() {
+#ifdef __GNUC__
+    std::uint16_t word = 0;
+    __asm__ volatile("fnstcw %0" : "=m"(word));
+    word = static_cast<std::uint16_t>(word & ~0x0300U);  // single precision
+    __asm__ volatile("fldcw %0" : : "m"(word));
+#endif
+}
+
+void LeaveErrorMode() { SetErrorMode(kAnotherErrorMode); }
+
+void LeaveThreadErrorMode() { SetThreadErrorMode(kAnotherErrorMode, nullptr); }
+
+void LeaveExceptionFilter() { SetUnhandledExceptionFilter(&HandleNothing); }
+
+void LeaveEnvironment() { SetEnvironmentVariableW(L"QUORVEL_FAULT", L"left"); }
+
+void PutEverythingBack() {
+    const LPTOP_LEVEL_EXCEPTION_FILTER filter = SetUnhandledExceptionFilter(&HandleNothing);
+    SetUnhandledExceptionFilter(filter);
+    SetEnvironmentVariableW(L"QUORVEL_FAULT", L"left");
+    SetEnvironmentVariableW(L"QUORVEL_FAULT", nullptr);
+    const UINT mode = SetErrorMode(kAnotherErrorMode);
+    SetErrorMode(mode);
+    const unsigned control = _mm_getcsr();
+    LeaveRounding();
+    _mm_setcsr(control);
+}
+
+void LeaveErrorModeInHook() {
+    sHook = SetWindowsHookExW(WH_CALLWNDPROC, &ChangeErrorModeOnce, nullptr, GetCurrentThreadId());
+}
+
+void LeaveErrorModeWhenUnloaded() { sChangesWhenUnloaded = true; }
+
+void OnUnload() {
+    if (sChangesWhenUnloaded) {
+        LeaveErrorMode();
+    }
+}
