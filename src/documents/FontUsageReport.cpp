@@ -14,8 +14,9 @@ namespace {
 
 constexpr const char* kPostScriptName = "PostScriptName";
 
+const std::string kNoName;
+
 const std::string& PostScriptNameOf(const FontRecord& record) {
-    static const std::string kNoName;
     const auto entry = record.find(kPostScriptName);
     return entry == record.end() ? kNoName : entry->second;
 }

@@ -2,13 +2,10 @@
 
 namespace {
 
-MenuItemMap& Registry() {
-    static MenuItemMap sRegistry;
-    return sRegistry;
-}
+MenuItemMap sRegistry;
 
 }  // namespace
 
-std::string& MenuItemID(AIMenuItemHandle item) { return Registry()[reinterpret_cast<std::uintptr_t>(item)]; }
+std::string& MenuItemID(AIMenuItemHandle item) { return sRegistry[reinterpret_cast<std::uintptr_t>(item)]; }
 
-const MenuItemMap& RegisteredMenuItems() { return Registry(); }
+const MenuItemMap& RegisteredMenuItems() { return sRegistry; }

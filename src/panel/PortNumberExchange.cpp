@@ -33,12 +33,10 @@ void AnswerPortNumberRequest(const PlugPlugEvent* /*event*/, void* /*context*/) 
 
 // Kept until the process ends: the event that was dispatched last points into it. Reserved for the longest text, so
 // that a request which arrives while a response is being delivered leaves that one readable.
+std::string sReplyText;
+
 std::string& ReplyText() {
-    static std::string sReplyText = [] {
-        std::string text;
-        text.reserve(kLongestReply);
-        return text;
-    }();
+    sReplyText.reserve(kLongestReply);
     return sReplyText;
 }
 

@@ -6,9 +6,17 @@
 
 namespace {
 
-// Set by the first successful load, cleared only by the destructor, which nothing runs: the library and its binding
-// live until the process ends.
+// Set by the first successful load, cleared by the destructor. The binding lives as long as the module; the library
+// stays until the process ends.
 PCILoader* sSharedInstance = nullptr;
+
+// Frees the binding with the module.
+const struct BindingOwner {
+    BindingOwner() = default;
+    BindingOwner(const BindingOwner&) = delete;
+    BindingOwner& operator=(const BindingOwner&) = delete;
+    ~BindingOwner() { delete sSharedInstance; }
+} sBindingOwner;
 
 // What the count starts from and what the message about an empty library is tied to, although there are 24 entries:
 // a library that lacks all 24 gets the message with the reason. Intentional, both texts are in the field.
