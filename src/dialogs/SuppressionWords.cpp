@@ -1,17 +1,13 @@
 #include "dialogs/SuppressionWords.h"
 
-#include <utf8cpp/utf8.h>
-
 #include <fstream>
 
+#include "dialogs/SuppressionWordLines.h"
 #include "plugincore/PCILoader.h"
 #include "plugincore/PluginCoreLocation.h"
-#include "support/Log.h"
 #include "support/TextConversion.h"
 
 namespace {
-
-constexpr const char* kSuppressionFileName = "DialogSuppression.tmp";
 
 // Live as long as the process.
 std::vector<std::wstring> sSuppressionWordList;
@@ -58,13 +54,6 @@ bool ReadSuppressionFile(bool& hasEntries) {
     // Text mode, shared with everybody, like any file that the C runtime opens for reading. Narrow like the library's
     // own path.
     std::ifstream file(path);
-    for (std::string line; std::getline(file, line);) {
-        hasEntries = true;
-        try {
-            AddSuppressionWord(line);
-        } catch (const utf8::exception& exception) {
-            LogMessage(kLogNote, "...ignoring a line of %s: %s", kSuppressionFileName, exception.what());
-        }
-    }
+    hasEntries = AppendSuppressionWords(file, sSuppressionWordList);
     return true;
 }

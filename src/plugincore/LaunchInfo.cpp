@@ -7,6 +7,7 @@
 #include <array>
 #include <fstream>
 #include <optional>
+#include <utility>
 
 #include "plugincore/LaunchInfoLine.h"
 #include "support/ResultCodes.h"
@@ -45,13 +46,12 @@ std::int32_t ReadLaunchInfoValue(const std::string& folderName, const std::strin
     if (!stream) {
         return kLookupNotFound;
     }
-    for (std::string line; std::getline(stream, line);) {
-        if (std::optional<std::string> value = LaunchInfoLineValue(line, key)) {
-            outValue = std::move(*value);
-            return kNoErr;
-        }
+    std::optional<std::string> value = FirstLaunchInfoValue(stream, key);
+    if (!value) {
+        return kLookupNotFound;
     }
-    return kLookupNotFound;
+    outValue = std::move(*value);
+    return kNoErr;
 }
 
 void GetLocalAppDataFolder(std::string& out) { AppendShellFolder(CSIDL_LOCAL_APPDATA, out); }

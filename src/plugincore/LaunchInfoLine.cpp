@@ -20,3 +20,12 @@ std::optional<std::string> LaunchInfoLineValue(std::string_view line, std::strin
     }
     return std::string(line.substr(equalSign + 1, end - equalSign - 1));
 }
+
+std::optional<std::string> FirstLaunchInfoValue(std::istream& lines, std::string_view key) {
+    for (std::string line; std::getline(lines, line);) {
+        if (std::optional<std::string> value = LaunchInfoLineValue(line, key)) {
+            return value;
+        }
+    }
+    return std::nullopt;
+}

@@ -1,8 +1,9 @@
-// One line of the launch-info file. Needs no Windows.
+// The lines of the launch-info file. Needs no Windows.
 //
 // Thread: any.
 #pragma once
 
+#include <istream>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,3 +12,6 @@
 // feed, else the end of the line, with nothing trimmed; it may be empty. Nothing when the line does not hold `key`
 // anywhere (an empty key matches every line), has no '=', or ends before it.
 std::optional<std::string> LaunchInfoLineValue(std::string_view line, std::string_view key);
+
+// The value of the first line that has one for `key`; nothing when no line has.
+std::optional<std::string> FirstLaunchInfoValue(std::istream& lines, std::string_view key);

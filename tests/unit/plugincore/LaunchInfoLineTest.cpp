@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 namespace {
 
 using Value = std::optional<std::string>;
@@ -61,6 +63,22 @@ TEST(LaunchInfoLine, ValueEndsAtTheFirstLineFeedWithoutACarriageReturn) {
 TEST(LaunchInfoLine, EndBeforeTheEqualSignYieldsNothing) {
     EXPECT_EQ(LumetPath("lumet.path\r=a"), std::nullopt);
     EXPECT_EQ(LumetPath("lumet.path\n=a"), std::nullopt);
+}
+
+Value FirstOf(const std::string& text) {
+    std::istringstream lines(text);
+    return FirstLaunchInfoValue(lines, "lumet.path");
+}
+
+TEST(LaunchInfoLines, FirstLineWithAValueCounts) {
+    EXPECT_EQ(FirstOf("version=3\nlumet.path\nlumet.path=a\nlumet.path=b\n"), Value("a"));
+    EXPECT_EQ(FirstOf("lumet.path=a"), Value("a"));
+    EXPECT_EQ(FirstOf("\n\nlumet.path=\nlumet.path=b\n"), Value(""));
+}
+
+TEST(LaunchInfoLines, NoLineWithAValueIsNothing) {
+    EXPECT_EQ(FirstOf(""), std::nullopt);
+    EXPECT_EQ(FirstOf("version=3\nlumet.path\n"), std::nullopt);
 }
 
 }  // namespace
