@@ -105,7 +105,8 @@ def merge(arguments, target):
     shutil.rmtree(chosen, ignore_errors=True)
     committed = arguments.source / "corpus" / target
     shutil.copytree(committed, chosen)
-    run([fuzzer_of(arguments, target), "-merge=1", f"-max_len={LONGEST_COMMITTED}", chosen, grown])
+    # By branches alone: with their counters, hundreds of inputs are worth keeping, and no person reads them.
+    run([fuzzer_of(arguments, target), "-merge=1", "-use_counters=0", f"-max_len={LONGEST_COMMITTED}", chosen, grown])
     added = [file for file in chosen.iterdir() if not (committed / file.name).exists()]
     for file in added:
         # A name that tells it from what a person wrote.
