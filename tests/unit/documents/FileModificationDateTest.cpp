@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "doubles/common/AllocationFaults.h"
 #include "doubles/common/ImportPatch.h"
 #include "support/log/RecordingLogSink.h"
 #include "support/TextConversion.h"
@@ -41,6 +42,11 @@ int sStatResult = 0;
 int AnswerStat(const char*, struct _stat64* status) {
     status->st_mtime = sStatTime;
     return sStatResult;
+}
+
+int WINAPI RefuseConversion(UINT, DWORD, LPCCH, int, LPWSTR units, int) {
+    units[0] = L'x';
+    return 0;
 }
 
 BOOL WINAPI RefuseFileTime(HANDLE, LPFILETIME, LPFILETIME, LPFILETIME) { return FALSE; }
@@ -147,6 +153,21 @@ TEST_F(FileModificationDateTest, FileTimeThatCannotBeReadGives0) {
     const ImportPatch time("GetFileTime", AsReplacement(RefuseFileTime));
     EXPECT_EQ(Date(), 0u);
     EXPECT_EQ(sOpened.size(), 2u);
+}
+
+TEST_F(FileModificationDateTest, PathThatCannotBeConvertedIsEmpty) {
+    WriteFile(L"a.ai", 1700000000 * kSecond);
+    const ImportPatch conversion("MultiByteToWideChar", AsReplacement(RefuseConversion));
+    EXPECT_EQ(Date(), 0u);
+    EXPECT_EQ(sOpened, (std::vector<std::wstring>{L"", L""}));
+}
+
+TEST_F(FileModificationDateTest, NoMemoryForThePathGives0) {
+    WriteFile(L"a.ai", 1700000000 * kSecond);
+    const FailingAllocation fault;
+    EXPECT_EQ(Date(), 0u);
+    EXPECT_TRUE(fault.HasHappened());
+    EXPECT_TRUE(sOpened.empty());
 }
 
 TEST_F(FileModificationDateTest, AnyDifferenceFromStatIsLoggedAndDoesNotCount) {

@@ -1,7 +1,11 @@
 // ParseNarrowJson.
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <cstddef>
+
 #include "doubles/common/AllocationFaults.h"
+#include "doubles/common/ImportPatch.h"
 #include "json/JsonParser.h"
 #include "json/JsonWriter.h"
 #include "unit/json/ScopedLocale.h"
@@ -56,6 +60,17 @@ TEST(JsonNarrowTextTest, AConversionThatFailsGivesNull) {
     EXPECT_EQ(value, nullptr);
     EXPECT_EQ(LiveAllocations(), before);
     EXPECT_NE(ParseNarrowJson("[1] "), nullptr);
+}
+
+// The runtime library, after it has written text that would parse.
+errno_t __cdecl ConvertAndFail(std::size_t*, wchar_t* units, std::size_t size, const char*, std::size_t) {
+    std::wstring(L"[1]").copy(units, size);
+    return EILSEQ;
+}
+
+TEST(JsonNarrowTextTest, WhatTheLibraryRefusesIsNullWhateverItWrote) {
+    const ImportPatch conversion("mbstowcs_s", AsReplacement(ConvertAndFail));
+    EXPECT_EQ(ParseNarrowJson("[1] "), nullptr);
 }
 
 }  // namespace
