@@ -6,6 +6,8 @@
 #include <memory>
 #include <vector>
 
+#include "support/isolation/LineCounters.h"
+
 #ifdef QUORVEL_PLUGIN_VARIABLES_ARE_GATHERED
 extern "C" unsigned char quorvel_plugin_variables_begin[];  // NOLINT(readability-identifier-naming): the script's names
 extern "C" unsigned char quorvel_plugin_variables_end[];    // NOLINT(readability-identifier-naming)
@@ -38,6 +40,7 @@ class PluginVariables {
 class Isolation : public testing::EmptyTestEventListener {
   public:
     void OnTestStart(const testing::TestInfo& /*test*/) override {
+        SaveLineCounters();
         mVariables.Restore();
         for (void (*const reset)() : Resets()) {
             reset();

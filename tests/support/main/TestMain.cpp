@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "support/isolation/BeforeEachTest.h"
+#include "support/isolation/LineCounters.h"
 #include "support/main/RegisteredSuites.h"
 #include "support/watchdog/CrashReport.h"
 #include "support/watchdog/Watchdog.h"
@@ -59,5 +60,6 @@ int main(int argc, char** argv) {
     // Without destructors of static objects: those of the plug-in's variables would run once for each test that made
     // the object anew.
     std::fflush(nullptr);
+    SaveLineCounters();
     std::_Exit(result);
 }
