@@ -59,6 +59,7 @@ TEST(TextChecks, SettingsAreAnObjectOfWholeNumbers) {
     EXPECT_EQ(InWords(FaultsOfSettings("[]")), "kind: no object; ");
     EXPECT_EQ(InWords(FaultsOfSettings(R"({"PickBestMatch": 0.5})")), "kind: PickBestMatch is no whole number; ");
     EXPECT_EQ(InWords(FaultsOfSettings("")), "no JSON: no JSON at byte 1; ");
+    EXPECT_EQ(InWords(FaultsOfSettings("{\"DialogSuppression\":1e999}")), "no JSON: a number that no double holds; ");
 }
 
 TEST(TextChecks, BytesAreShownWhereTheyAreNoText) {

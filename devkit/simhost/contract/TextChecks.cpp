@@ -97,6 +97,9 @@ std::vector<ShapeFault> FaultsOf(const std::string& json, void (*check)(const Js
         check(Json::parse(json), faults);
     } catch (const Json::parse_error& error) {
         faults.Add(ShapeFaultKind::kNoJson, "no JSON at byte " + std::to_string(error.byte));
+    } catch (const Json::out_of_range&) {
+        // Left alone it would fly on through the plug-in, which waits for the answer.
+        faults.Add(ShapeFaultKind::kNoJson, "a number that no double holds");
     }
     return faults.Take();
 }
