@@ -1,7 +1,5 @@
 // A plug-in of the Find Font command alone, in the plug-in's own sources: nothing in the product asks for the command
 // yet, so here a message of its own does. The caller is "Find Font", the selector "Display" or "Search".
-#include <windows.h>
-
 #include <cstdint>
 #include <cstring>
 
@@ -10,7 +8,6 @@
 #include "frame/base/Suites.h"
 #include "host/Messages.h"
 #include "menus/FindFontCommand.h"
-#include "support/CompilerSupport.h"
 
 namespace {
 
@@ -26,14 +23,6 @@ void Handle(const char* selector) {
 }
 
 }  // namespace
-
-// As the product does.
-extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID) {
-    if (reason == DLL_PROCESS_ATTACH) {
-        TakeRuntimeMemory();
-    }
-    return TRUE;
-}
 
 // Always 0, so that the file can be unloaded.
 extern "C" __declspec(dllexport) std::int32_t PluginMain(const char* caller, const char* selector, void* message) {

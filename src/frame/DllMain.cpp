@@ -16,14 +16,12 @@ void LogLoaderCall(const void* module, const char* reason, const void* reserved)
 // No header of ours declares it: Windows finds it by its name.
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
 
-// Windows calls it with the loader's lock held. It writes a log line, takes the C++ runtime's own memory and frees
-// it when the library alone is unloaded. It loads no library and does not wait.
+// Windows calls it with the loader's lock held. It writes a log line, and frees the C++ runtime's own memory when the
+// library alone is unloaded. It loads no library and does not wait.
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved) {
     switch (reason) {
         case DLL_PROCESS_ATTACH:
             LogLoaderCall(module, "DLL_PROCESS_ATTACH", reserved);
-            // The host loads its plug-ins on its main thread, which is the one that messages come on.
-            TakeRuntimeMemory();
             break;
         case DLL_PROCESS_DETACH:
             LogLoaderCall(module, "DLL_PROCESS_DETACH", reserved);

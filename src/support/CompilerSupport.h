@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>  // defines __GLIBCXX__
-#include <exception>
 
 // Lets GCC and clang check the arguments of a call against its format, as Windows' own formatter reads it.
 #if defined(__clang__)
@@ -12,13 +11,6 @@
 #else
 #define QUORVEL_PRINTF_FORMAT(formatIndex, firstArgument)
 #endif
-
-// Lets the C++ runtime take what it needs to throw on this thread while there is memory: a runtime that cannot have it
-// when the first exception is thrown, which may well be std::bad_alloc, ends the process.
-inline void TakeRuntimeMemory() noexcept {
-    // Declared to have no effect, so a result that nobody uses would be no call.
-    [[maybe_unused]] const volatile int exceptions = std::uncaught_exceptions();
-}
 
 // Frees the memory that the C++ runtime of this module keeps for exceptions; without it every load and unload of the
 // module leaks one block. Only for the moment when the module is unloaded.

@@ -88,6 +88,8 @@ void Write(const std::string& file, const std::vector<Measurement>& all) {
 int main(int argc, char** argv) {
     Options options;
     CLI::App app("Whether anything grows.");
+    // A path may begin with a slash.
+    app.allow_windows_style_options(false);
     app.add_option("plugin", options.plugin, "the plug-in's file")->required();
     app.add_option("--cycles", options.cycles, "how often it is loaded, started, stopped and unloaded");
     app.add_option("--messages", options.messages, "how many messages it is sent");

@@ -1,0 +1,147 @@
+// Variables of threads. GCC reaches them through a function of its own library, which takes memory at a thread's first
+// access, ends the process when there is none, and leaves a lock and a thread-local index of Windows behind each time
+// the module is unloaded. The C++ runtime needs such a variable to throw, std::bad_alloc above all. This is that
+// function for the plug-in: the thread that loads the module, which is the one that messages come on, has its room from
+// the start.
+//
+// Thread: any.
+#include <windows.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+// The names are the compiler's own.
+#if defined(__clang__)
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wreserved-identifier"
+#pragma clang diagnostic ignored "-Wmissing-variable-declarations"
+#pragma clang diagnostic ignored "-Wunused-const-variable"
+#endif
+
+namespace {
+
+constexpr std::size_t kSlotSize = 16;  // and the greatest alignment
+constexpr std::size_t kSlots = 16;     // the runtime's own variables need three
+
+// What the compiler makes of each variable.
+struct Variable {
+    std::size_t size;
+    std::size_t alignment;
+    std::uintptr_t place;      // 0 at first; then the number of its first slot, from 1
+    const void* initialValue;  // null for zeros
+};
+
+// The variables of one thread.
+struct Room {
+    std::uint32_t initialized = 0;  // a bit for each first slot
+    alignas(kSlotSize) unsigned char slots[kSlots * kSlotSize] = {};
+};
+
+DWORD sIndex = TLS_OUT_OF_INDEXES;
+Room sRoomOfLoader;
+LONG sPlacesAreLocked = 0;
+std::uintptr_t sNextPlace = 1;
+
+std::uintptr_t TakePlace(std::size_t size) {
+    const std::uintptr_t place = sNextPlace;
+    sNextPlace += (size + kSlotSize - 1) / kSlotSize;
+    if (sNextPlace > kSlots + 1) {
+        // A variable more than there is room for: seen by whoever adds it.
+        std::abort();
+    }
+    return place;
+}
+
+std::uintptr_t PlaceOf(Variable& variable) {
+    while (InterlockedCompareExchange(&sPlacesAreLocked, 1, 0) != 0) {
+        Sleep(0);
+    }
+    if (variable.place == 0) {
+        variable.place = TakePlace(variable.size);
+    }
+    const std::uintptr_t place = variable.place;
+    InterlockedExchange(&sPlacesAreLocked, 0);
+    return place;
+}
+
+// Nobody calls the plug-in on another thread; should somebody, without memory the process ends, as with the compiler's
+// own function.
+Room& NewRoom() {
+    void* const memory = HeapAlloc(GetProcessHeap(), HEAP_ZERO_MEMORY, sizeof(Room));
+    if (memory == nullptr) {
+        std::abort();
+    }
+    TlsSetValue(sIndex, memory);
+    return *new (memory) Room;
+}
+
+Room& RoomOfThread() {
+    if (sIndex == TLS_OUT_OF_INDEXES) {
+        return sRoomOfLoader;
+    }
+    // Reading it sets the last error, which the code around the access may still want.
+    const DWORD error = GetLastError();
+    auto* const room = static_cast<Room*>(TlsGetValue(sIndex));
+    Room& found = room != nullptr ? *room : NewRoom();
+    SetLastError(error);
+    return found;
+}
+
+void ReleaseRoomOfThread() {
+    if (sIndex == TLS_OUT_OF_INDEXES) {
+        return;
+    }
+    auto* const room = static_cast<Room*>(TlsGetValue(sIndex));
+    if (room != nullptr && room != &sRoomOfLoader) {
+        HeapFree(GetProcessHeap(), 0, room);
+        TlsSetValue(sIndex, nullptr);
+    }
+}
+
+// Windows calls it around DllMain. Without an index the loading thread's room serves all.
+void WINAPI OnLoaderEvent(PVOID /*module*/, DWORD reason, PVOID reserved) {
+    if (reason == DLL_PROCESS_ATTACH) {
+        sIndex = TlsAlloc();
+        if (sIndex != TLS_OUT_OF_INDEXES) {
+            TlsSetValue(sIndex, &sRoomOfLoader);
+        }
+    } else if (reason == DLL_THREAD_DETACH) {
+        ReleaseRoomOfThread();
+    } else if (reason == DLL_PROCESS_DETACH && reserved == nullptr && sIndex != TLS_OUT_OF_INDEXES) {
+        ReleaseRoomOfThread();
+        TlsFree(sIndex);
+        sIndex = TLS_OUT_OF_INDEXES;
+    }
+}
+
+}  // namespace
+
+// NOLINTBEGIN(bugprone-reserved-identifier)
+extern "C" {
+void* __emutls_get_address(Variable* variable);
+
+// Where Windows finds the calls to make when threads come and go.
+__attribute__((section(".CRT$XLD"), used)) extern const PIMAGE_TLS_CALLBACK kOnLoaderEvent = OnLoaderEvent;
+}
+
+void* __emutls_get_address(Variable* variable) {
+    const std::uintptr_t place = PlaceOf(*variable);
+    Room& room = RoomOfThread();
+    unsigned char* const slot = room.slots + (place - 1) * kSlotSize;
+    const std::uint32_t bit = std::uint32_t{1} << (place - 1);
+    if ((room.initialized & bit) == 0) {
+        room.initialized |= bit;
+        if (variable->initialValue != nullptr) {
+            std::memcpy(slot, variable->initialValue, variable->size);
+        }
+    }
+    return slot;
+}
+// NOLINTEND(bugprone-reserved-identifier)
+
+#if defined(__clang__)
+#pragma clang diagnostic pop
+#endif
