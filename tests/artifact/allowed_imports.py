@@ -20,6 +20,7 @@ ALLOWED = {
         "C++ runtime: locks and variables of a thread": """
             CreateSemaphoreW ReleaseSemaphore WaitForSingleObject InitializeCriticalSection EnterCriticalSection
             LeaveCriticalSection DeleteCriticalSection TlsAlloc TlsFree TlsGetValue TlsSetValue Sleep SetLastError""",
+        "keeps the variables of a thread": "HeapAlloc HeapFree",
         "C++ runtime: the text of an error of Windows": "FormatMessageA LocalFree",
         "C runtime: relocates itself while it is loaded": "VirtualProtect VirtualQuery GetModuleHandleW",
         "C runtime: characters of more than one byte": "IsDBCSLeadByteEx",

@@ -59,6 +59,8 @@ void LibraryDouble::RefreshScript() {
     mScriptText = std::move(text);
 }
 
+bool LibraryDouble::IsDrivenByFiles() const { return RecordsIntoFile() || _wgetenv(mNames.scriptVariable) != nullptr; }
+
 bool LibraryDouble::RecordsIntoFile() const { return _wgetenv(mNames.recordVariable) != nullptr; }
 
 void LibraryDouble::AppendToFile(const CallRecord& call) const {
@@ -75,7 +77,8 @@ ReceivedCall::ReceivedCall(LibraryDouble& receiver, CallRecord record)
     : mReceiver(receiver), mRecord(std::make_shared<CallRecord>(std::move(record))) {
     const std::string entry = mRecord->Entry();
     mReceiver.RefreshScript();
-    if (!mReceiver.RecordsIntoFile()) {
+    // Nobody can read the record of a DLL, and a day of ticks makes it long.
+    if (!mReceiver.IsDrivenByFiles()) {
         mReceiver.calls.Add(mRecord);
     }
     if (const std::function<void()> during = mReceiver.script.DuringNext(entry)) {

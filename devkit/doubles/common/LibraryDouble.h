@@ -36,6 +36,7 @@ class LibraryDouble {
     void RefreshScript();
     void AppendToFile(const CallRecord& call) const;
     bool RecordsIntoFile() const;
+    bool IsDrivenByFiles() const;
 
     Names mNames;
     std::string mScriptText;  // of the script file, as last read

@@ -70,6 +70,9 @@ void RuleBook::Broken(Rule rule, std::string text, std::int64_t amount) {
 }
 
 void RuleBook::Broken(Violation violation) {
+    if (excuse && excuse(violation)) {
+        return;
+    }
     mViolations.push_back(std::move(violation));
     if (onBroken) {
         onBroken(mViolations.back());

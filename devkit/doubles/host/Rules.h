@@ -82,6 +82,8 @@ class RuleBook {
 
     const std::vector<Violation>& Violations() const { return mViolations; }
 
+    // Whether somebody else is to blame, as the caller knows: then nothing is noted. May be empty.
+    std::function<bool(const Violation&)> excuse;
     // Is told of each violation as it is noted; may be empty.
     std::function<void(const Violation&)> onBroken;
 

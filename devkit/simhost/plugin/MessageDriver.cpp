@@ -9,6 +9,12 @@
 
 namespace simhost {
 
+namespace {
+
+std::string Quoted(const char* text) { return text == nullptr ? "null" : "\"" + std::string(text) + "\""; }
+
+}  // namespace
+
 SPMessageData MessageDriver::CommonPart() const { return {kSPMessageCheck, kPluginRef, mGlobals, BasicSuite()}; }
 
 std::int32_t MessageDriver::CallOrThrow(const char* caller, const char* selector, void* message) const {
@@ -20,14 +26,16 @@ std::int32_t MessageDriver::CallOrThrow(const char* caller, const char* selector
     }
 }
 
-std::int32_t MessageDriver::Send(const char* caller, const char* selector, SPMessageData& common, void* message) {
+std::int32_t MessageDriver::Send(const char* caller, const char* selector, SPMessageData* common, void* message) {
     // A message inside a message: the outer one is current again afterwards.
-    const std::string outer = std::exchange(mCurrent, std::string("\"") + caller + "\"/\"" + selector + "\"");
+    const std::string outer = std::exchange(mCurrent, Quoted(caller) + "/" + Quoted(selector));
     RecordMessage(mCurrent);
     HostStateWatch state;
     const std::int32_t answer = CallOrThrow(caller, selector, message);
     state.Check("message " + mCurrent);
-    mGlobals = common.globals;
+    if (common != nullptr) {
+        mGlobals = common->globals;
+    }
     if (onAnswer && outer.empty()) {
         onAnswer(mCurrent, answer);
     }
@@ -38,33 +46,33 @@ std::int32_t MessageDriver::Send(const char* caller, const char* selector, SPMes
 
 std::int32_t MessageDriver::SendInterface(const char* selector) {
     SPInterfaceMessage message{CommonPart()};
-    return Send(kSPInterfaceCaller, selector, message.d, &message);
+    return Send(kSPInterfaceCaller, selector, &message.d, &message);
 }
 
 std::int32_t MessageDriver::SendAccess(const char* selector) {
     SPAccessMessage message{CommonPart(), 0};
-    return Send(kSPAccessCaller, selector, message.d, &message);
+    return Send(kSPAccessCaller, selector, &message.d, &message);
 }
 
 std::int32_t MessageDriver::SendNotification(void* notifier, const std::string& type, void* data) {
     AINotifierMessage message{CommonPart(), static_cast<AINotifierHandle>(notifier), type.c_str(), data};
-    return Send(kCallerAINotify, kSelectorAINotify, message.d, &message);
+    return Send(kCallerAINotify, kSelectorAINotify, &message.d, &message);
 }
 
 std::int32_t MessageDriver::SendMenu(const char* selector, void* item) {
     AIMenuMessage message{CommonPart(), static_cast<AIMenuItemHandle>(item)};
-    return Send(kCallerAIMenu, selector, message.d, &message);
+    return Send(kCallerAIMenu, selector, &message.d, &message);
 }
 
 std::int32_t MessageDriver::SendTick(void* timer) {
     AITimerMessage message{CommonPart(), static_cast<AITimerHandle>(timer)};
-    return Send(kCallerAITimer, kSelectorAIGoTimer, message.d, &message);
+    return Send(kCallerAITimer, kSelectorAIGoTimer, &message.d, &message);
 }
 
 std::int32_t MessageDriver::SendFileCheck(void* format, ai::FilePathData& path) {
     AIFileFormatMessage message{CommonPart(), static_cast<AIFileFormatHandle>(format), 0, nullptr, nullptr, path, 0,
                                 nullptr};
-    const std::int32_t answer = Send(kCallerAIFileFormat, kSelectorAICheckFileFormat, message.d, &message);
+    const std::int32_t answer = Send(kCallerAIFileFormat, kSelectorAICheckFileFormat, &message.d, &message);
     path = message.file;
     return answer;
 }
@@ -74,7 +82,11 @@ std::int32_t MessageDriver::SendPlain(const std::string& caller, const std::stri
     if (!withBasicSuite) {
         message.basic = nullptr;
     }
-    return Send(caller.c_str(), selector.c_str(), message, &message);
+    return Send(caller.c_str(), selector.c_str(), &message, &message);
+}
+
+std::int32_t MessageDriver::SendRaw(const char* caller, const char* selector, SPMessageData* message) {
+    return Send(caller, selector, message, message);
 }
 
 }  // namespace simhost

@@ -34,14 +34,19 @@ class MessageDriver {
     // Any caller and selector, with a block that holds nothing but the common part.
     std::int32_t SendPlain(const std::string& caller, const std::string& selector, bool withBasicSuite);
 
+    // Any texts, which may be null, and any message, which may be null, too.
+    std::int32_t SendRaw(const char* caller, const char* selector, SPMessageData* message);
+
+    // The common part of a message, as the host fills it in.
+    SPMessageData CommonPart() const;
+
     // Is told of each message that is answered, but not of one that is sent inside another; may be empty.
     std::function<void(const std::string& message, std::int32_t answer)> onAnswer;
 
   private:
-    SPMessageData CommonPart() const;
     std::int32_t CallOrThrow(const char* caller, const char* selector, void* message) const;
-    // `common` is the beginning of `message`.
-    std::int32_t Send(const char* caller, const char* selector, SPMessageData& common, void* message);
+    // `common` is the beginning of `message`; null for a null message.
+    std::int32_t Send(const char* caller, const char* selector, SPMessageData* common, void* message);
 
     PluginModule& mPlugin;
     void* mGlobals = nullptr;

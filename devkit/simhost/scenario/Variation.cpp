@@ -72,6 +72,9 @@ void AnswerFrom(std::uint64_t seed, Scenario& scenario) {
     for (Step& step : scenario.steps) {
         step.expect.calls = std::nullopt;
         step.expect.busCalls = std::nullopt;
+        if (auto* const random = std::get_if<SendRandomMessages>(&step.action)) {
+            random->seed = seed;
+        }
         if (auto* const replaced = std::get_if<ReplaceAnswers>(&step.action)) {
             replaced->answers = HostileAnswers(++seed);
         }

@@ -65,6 +65,7 @@ constexpr const char* kPureText = "reads memory that the caller gives, and nothi
 constexpr const char* kUnwinding = "part of the exceptions themselves";
 constexpr const char* kStartUp = "called by the C runtime's start-up alone, which ends the process when it fails";
 constexpr const char* kEnds = "ends the process";
+constexpr const char* kOfOtherThreads = "for variables of threads besides the main one, which never run the plug-in";
 constexpr const char* kOldLock = "raises an exception of Windows in old releases only, and is documented not to fail";
 
 constexpr ImportRow kTable[] = {
@@ -149,6 +150,8 @@ constexpr ImportRow kTable[] = {
     {"realloc", nullptr, &SubstituteRealloc},
     {"free", kNoResult, &SubstituteFree},
     NEVER("GetProcessHeap", "there is always one"),
+    NEVER("HeapAlloc", kOfOtherThreads),
+    NEVER("HeapFree", kOfOtherThreads),
     // Threads of the C++ runtime.
     WINDOWS(CreateSemaphoreW, 0, ERROR_NOT_ENOUGH_MEMORY, kTakes),
     WINDOWS(ReleaseSemaphore, 0, ERROR_TOO_MANY_POSTS, kNothing),

@@ -13,13 +13,15 @@
 #include "simhost/verbs/MenuVerbs.h"
 #include "simhost/verbs/NotifierVerbs.h"
 #include "simhost/verbs/PanelVerbs.h"
+#include "simhost/verbs/RandomMessagesVerb.h"
 #include "simhost/verbs/TimerVerbs.h"
 #include "simhost/verbs/WindowVerb.h"
 
 namespace simhost {
 
-using Action = std::variant<SendInterface, UnloadPlugin, SendPlain, Notify, OpenDocument, EditDocument, SaveDocument,
-                            CloseDocument, SwitchTo, ChooseItem, Tick, CheckFile, RequestPort, OpenPanel, WriteFiles,
-                            MoveWithin, ReplaceAnswers, Wait, CheckState, ShowDialog, OperateByHand>;
+using Action =
+    std::variant<SendInterface, UnloadPlugin, SendPlain, Notify, OpenDocument, EditDocument, SaveDocument,
+                 CloseDocument, SwitchTo, ChooseItem, Tick, CheckFile, RequestPort, OpenPanel, WriteFiles, MoveWithin,
+                 ReplaceAnswers, Wait, CheckState, ShowDialog, OperateByHand, SendRandomMessages>;
 
 }  // namespace simhost

@@ -17,12 +17,8 @@ class IdleProcess {
     explicit IdleProcess(const std::filesystem::path& path) {
         std::filesystem::create_directories(path.parent_path());
         std::filesystem::copy_file(TestProgramFolder() / "idle_process.exe", path);
-        std::wstring command = L"\"" + path.wstring() + L"\" " + std::to_wstring(GetCurrentProcessId());
-        STARTUPINFOW startup = {};
-        startup.cb = sizeof(startup);
-        EXPECT_TRUE(
-            CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &mProcess))
-            << "error " << GetLastError();
+        const std::wstring command = L"\"" + path.wstring() + L"\" " + std::to_wstring(GetCurrentProcessId());
+        EXPECT_TRUE(Start(command)) << "error " << GetLastError();
         WaitUntilItIsListed();
     }
     IdleProcess(const IdleProcess&) = delete;
@@ -37,6 +33,23 @@ class IdleProcess {
     DWORD Identifier() const { return mProcess.dwProcessId; }
 
   private:
+    // A loaded Wine now and then starts no process, with an internal error, and does the next time.
+    bool Start(std::wstring command) {
+        STARTUPINFOW startup = {};
+        startup.cb = sizeof(startup);
+        for (int attempt = 0; attempt < 3; ++attempt) {
+            if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                               &mProcess) != 0) {
+                return true;
+            }
+            if (GetLastError() != ERROR_INTERNAL_ERROR) {
+                return false;
+            }
+            Sleep(100);
+        }
+        return false;
+    }
+
     // A process that was only just made has no modules yet.
     void WaitUntilItIsListed() const {
         HMODULE module = nullptr;
