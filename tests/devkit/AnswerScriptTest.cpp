@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
 #include <stdexcept>
 
@@ -154,6 +155,16 @@ TEST(ReceivedCall, CallsOfAnEntryCanBeLeftOutAndForgotten) {
     library.calls.Clear();
     EXPECT_EQ(library.calls.Calls(), Calls{});
     EXPECT_EQ(library.calls.Count("A"), 0);
+}
+
+TEST(ReceivedCall, OfADllIsNotKeptInMemory) {
+    doubles::LibraryDouble library({"test", L"QUORVEL_SOME_SCRIPT", L"QUORVEL_NO_RECORD", {}});
+    _wputenv_s(L"QUORVEL_SOME_SCRIPT", L"no-such-script.json");
+    doubles::ReceivedCall(library, doubles::CallRecord("A")).Conclude();
+    EXPECT_EQ(library.calls.Count("A"), 0);
+    _wputenv_s(L"QUORVEL_SOME_SCRIPT", L"");
+    doubles::ReceivedCall(library, doubles::CallRecord("A")).Conclude();
+    EXPECT_EQ(library.calls.Count("A"), 1);
 }
 
 TEST(ReceivedCall, TextIsWrittenWithItsZeroAsFarAsItFits) {

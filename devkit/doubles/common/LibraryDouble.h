@@ -1,7 +1,7 @@
 // The double of a library: its record of calls and its script of answers. The same objects are linked into a unit test,
 // which sets the script in code and reads the record from memory, and into a DLL, for which two environment variables
 // name files: the script is read again whenever its file has changed, and each call is appended to the record as a line
-// of JSON once it is answered. A record in a file is not kept in memory.
+// of JSON once it is answered. With either file, no record is kept in memory.
 //
 // Thread: the one that the library is called on. Lifetime: as long as the process or the DLL.
 #pragma once

@@ -236,7 +236,7 @@ std::int32_t RandomMessages::SendMenu() {
 std::int32_t RandomMessages::SendNotification() {
     void* const notifier = Handle(HandlesOf(Host().model.notifiers));
     const Notifier* const known = Host().model.notifiers.Find(notifier);
-    // One message of hundred ends the application.
+    // Mostly something else: every message behind it would reach a plug-in that is not started.
     if (known != nullptr && known->type == "AI Application Shutdown Notifier" && !Chance(10)) {
         return mPerformance.driver.SendTick(notifier);
     }
