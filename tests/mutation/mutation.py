@@ -8,6 +8,7 @@ of its folder, in a copy of that folder's archive; no file of the tree changes.
 import argparse
 import concurrent.futures
 import dataclasses
+import functools
 import json
 import os
 import pathlib
@@ -27,7 +28,13 @@ FOLDERS = ["src/dialogs", "src/documents", "src/frame", "src/json", "src/menus",
 # Looked at after the folder's own program, which kills nearly all.
 PROGRAM_OF_ALL = "frame_tests"
 # Takes as long as all others together, and finds nothing that they do not.
-LEFT_OUT = "EveryOrder*"
+LEFT_OUT = "*EveryOrder*"
+# No compiler of this build takes it.
+OF_ANOTHER_COMPILER = "Msvc.cpp"
+# Of the folders beside a test program, those that it reads.
+FOLDERS_BESIDE = ["libraries"]
+# In no test program, but in a library that one loads.
+LIBRARIES = {"src/support/ThreadVariablesGnu.cpp": "thread_variables"}
 SECONDS = 120
 AR = "x86_64-w64-mingw32-ar"
 SURVIVORS = pathlib.Path(__file__).with_name("survivors.json")
@@ -53,13 +60,19 @@ class Build:
             file = pathlib.Path(command["file"])
             if file.is_relative_to(root / "src"):
                 self.compiling.setdefault(file.relative_to(root).as_posix(), command["command"])
+        # Where each test program, and each library that one of them loads, lies below the build folder.
+        self.binaries = {pathlib.PurePosixPath(path).stem: path for path in
+                         re.findall(r"^(tests/\S+\.(?:exe|dll)):", self.ninja("targets", "all"), re.MULTILINE)}
 
-    def linking(self, program: str) -> str:
-        listed = subprocess.run(["ninja", "-t", "commands", "-s", f"tests/{program}.exe"], cwd=self.folder,
-                                capture_output=True, text=True, check=True)
-        command = listed.stdout.strip().splitlines()[-1]
+    def ninja(self, *tool: str) -> str:
+        return subprocess.run(["ninja", "-t", *tool], cwd=self.folder, capture_output=True, text=True, check=True).stdout
+
+    @functools.cache
+    def linking(self, binary: str) -> str:
+        command = self.ninja("commands", "-s", self.binaries[binary]).strip().splitlines()[-1]
         return command.removeprefix(": && ").removesuffix(" && :")
 
+    @functools.cache
     def archives(self, file: str) -> list[str]:
         """The archives of the file's folder that hold its object."""
         path = pathlib.PurePosixPath(file)
@@ -70,10 +83,40 @@ class Build:
                 found.append(archive.relative_to(self.folder).as_posix())
         return found
 
+    def is_part_of(self, file: str, binary: str) -> bool:
+        command = self.linking(binary)
+        return bool(re.search(as_source(file), command)) or any(re.search(as_archive(archive), command)
+                                                                for archive in self.archives(file))
+
     def programs(self, file: str) -> list[str]:
         """The test programs that can kill a mutant of this file, the likeliest first."""
         own = f"{file.split('/')[1]}_tests"
-        return list(dict.fromkeys([own, PROGRAM_OF_ALL]))
+        if file in LIBRARIES:
+            return [own]
+        found = [program for program in dict.fromkeys([own, PROGRAM_OF_ALL]) if self.is_part_of(file, program)]
+        if not found:
+            raise RuntimeError(f"{file} is in no test program: nothing could kill its mutants")
+        return found
+
+
+def as_source(file: str) -> str:
+    """How a command line names the object of a source of src/ that a test compiles itself."""
+    return rf"\S*__/{re.escape(file)}\.obj"
+
+
+def as_archive(archive: str) -> str:
+    return rf"(?<=\s){re.escape(archive)}(?=\s|$)"
+
+
+def link_all(source: pathlib.Path, target: pathlib.Path):
+    """Makes the files of a folder visible in another: test programs read what lies beside them."""
+    target.mkdir(parents=True, exist_ok=True)
+    for file in source.iterdir():
+        link = target / file.name
+        if file.is_dir() and file.name in FOLDERS_BESIDE:
+            link_all(file, link)
+        elif file.is_file() and not link.exists():
+            link.symlink_to(file)
 
 
 def run(command: str, folder: pathlib.Path) -> bool:
@@ -102,11 +145,9 @@ class Trial:
         command = re.sub(r" -o \S+", lambda _: f" -o {self.object}", command)
         return run(command, self.build.folder)
 
-    def link(self, program: str) -> pathlib.Path | None:
-        """The program with the mutant in it; None when it does not link, which no flip or constant should bring about."""
-        command = self.build.linking(program)
-        # Sources of src/ that the program compiles itself, then those that come in an archive.
-        command = re.sub(rf"\S*__/{re.escape(self.mutant.file)}\.obj", lambda _: str(self.object), command)
+    def link(self, binary: str) -> bool:
+        """Makes the binary with the mutant in it. No flip or constant should keep it from linking."""
+        command = re.sub(as_source(self.mutant.file), lambda _: str(self.object), self.build.linking(binary))
         for archive in self.build.archives(self.mutant.file):
             copy = self.folder / archive
             copy.parent.mkdir(parents=True, exist_ok=True)
@@ -114,15 +155,20 @@ class Trial:
             member = self.folder / (pathlib.PurePosixPath(self.mutant.file).name + ".obj")
             shutil.copy(self.object, member)
             subprocess.run([AR, "r", str(copy), str(member)], capture_output=True, check=True)
-            command = re.sub(rf"(?<=\s){re.escape(archive)}(?=\s|$)", lambda _: str(copy), command)
-        executable = self.folder / f"{program}.exe"
-        command = re.sub(r" -o \S+", lambda _: f" -o {executable}", command)
+            command = re.sub(as_archive(archive), lambda _: str(copy), command)
+        linked = self.folder / self.build.binaries[binary]
+        link_all(self.build.folder / "bin", self.folder / "bin")
+        link_all((self.build.folder / self.build.binaries[binary]).parent, linked.parent)
+        linked.unlink(missing_ok=True)
+        command = re.sub(r" -o \S+", lambda _: f" -o {linked}", command)
         command = re.sub(r" -Wl,--out-implib,\S+", "", command)
-        return executable if run(command, self.build.folder) else None
+        return run(command, self.build.folder)
 
     def is_killed_by(self, program: str, desktop: int) -> bool:
-        executable = self.link(program)
-        if executable is None:
+        library = LIBRARIES.get(self.mutant.file)
+        executable = self.folder / self.build.binaries[program]
+        link_all((self.build.folder / self.build.binaries[program]).parent, executable.parent)
+        if not self.link(library or program):
             return True
         command = [str(self.build.root / "scripts" / "run-in-wine"), "--expect-passed", "--time-limit", str(SECONDS),
                    str(executable), f"--gtest_filter=-{LEFT_OUT}"]
@@ -194,7 +240,8 @@ def main() -> int:
     parser.add_argument("--workers", type=int, default=1, help=argparse.SUPPRESS)
     options = parser.parse_args()
 
-    everything = [mutant for mutant in mutants.mutants_in(options.root, FOLDERS) if options.only in mutant.file]
+    everything = [mutant for mutant in mutants.mutants_in(options.root, FOLDERS)
+                  if options.only in mutant.file and not mutant.file.endswith(OF_ANOTHER_COMPILER)]
     chosen = spread(everything, options.sample, options.seed)
     if not chosen:
         parser.error(f"no mutant in a file whose path holds '{options.only}'")
