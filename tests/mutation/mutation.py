@@ -6,6 +6,7 @@ of its folder, in a copy of that folder's archive; no file of the tree changes.
 """
 
 import argparse
+import collections
 import concurrent.futures
 import dataclasses
 import functools
@@ -33,8 +34,8 @@ LEFT_OUT = "*EveryOrder*"
 OF_ANOTHER_COMPILER = "Msvc.cpp"
 # Of the folders beside a test program, those that it reads.
 FOLDERS_BESIDE = ["libraries"]
-# In no test program, but in a library that one loads.
-LIBRARIES = {"src/support/ThreadVariablesGnu.cpp": "thread_variables"}
+# What is tried in a library that a test program loads, instead of in the program itself.
+LIBRARIES = {"src/support/StackGuardGnu.cpp": "guarded", "src/support/ThreadVariablesGnu.cpp": "thread_variables"}
 SECONDS = 120
 AR = "x86_64-w64-mingw32-ar"
 SURVIVORS = pathlib.Path(__file__).with_name("survivors.json")
@@ -54,12 +55,12 @@ class Build:
         self.root = root
         self.folder = folder
         compiled = json.loads((folder / "compile_commands.json").read_text(encoding="utf-8"))
-        # Tests compile some of the plug-in's sources once more: the first command is the plug-in's own.
-        self.compiling = {}
+        # Some of the plug-in's sources are compiled more than once, for a test in another way.
+        self.commands = collections.defaultdict(list)
         for command in compiled:
             file = pathlib.Path(command["file"])
             if file.is_relative_to(root / "src"):
-                self.compiling.setdefault(file.relative_to(root).as_posix(), command["command"])
+                self.commands[file.relative_to(root).as_posix()].append(command["command"])
         # Where each test program, and each library that one of them loads, lies below the build folder.
         self.binaries = {pathlib.PurePosixPath(path).stem: path for path in
                          re.findall(r"^(tests/\S+\.(?:exe|dll)):", self.ninja("targets", "all"), re.MULTILINE)}
@@ -71,6 +72,13 @@ class Build:
     def linking(self, binary: str) -> str:
         command = self.ninja("commands", "-s", self.binaries[binary]).strip().splitlines()[-1]
         return command.removeprefix(": && ").removesuffix(" && :")
+
+    def compiling(self, file: str, binary: str) -> str:
+        """How the object was made that is linked into the binary, by itself or in an archive."""
+        linked = self.linking(binary).split()
+        commands = self.commands[file]
+        return next((command for command in commands if command.split()[command.split().index("-o") + 1] in linked),
+                    commands[0])
 
     @functools.cache
     def archives(self, file: str) -> list[str]:
@@ -133,20 +141,20 @@ class Trial:
         # The linker gathers the plug-in's variables by the names of folders and archives.
         self.object = folder / "src" / "changed.cpp.obj"
 
-    def compile(self) -> bool:
+    def compile(self, binary: str) -> bool:
         shutil.rmtree(self.folder, ignore_errors=True)
         self.object.parent.mkdir(parents=True)
         original = self.build.root / self.mutant.file
         # Beside the original as far as `#include` is concerned: all includes are relative to src/.
         changed = self.object.with_suffix("")
         changed.write_text(self.mutant.apply(original.read_text(encoding="utf-8")), encoding="utf-8")
-        command = self.build.compiling[self.mutant.file]
+        command = self.build.compiling(self.mutant.file, binary)
         command = command.replace(str(original), str(changed)).replace(" -Werror", "")
         command = re.sub(r" -o \S+", lambda _: f" -o {self.object}", command)
         return run(command, self.build.folder)
 
     def link(self, binary: str) -> bool:
-        """Makes the binary with the mutant in it. No flip or constant should keep it from linking."""
+        """Makes the binary with the mutant in it."""
         command = re.sub(as_source(self.mutant.file), lambda _: str(self.object), self.build.linking(binary))
         for archive in self.build.archives(self.mutant.file):
             copy = self.folder / archive
@@ -164,23 +172,25 @@ class Trial:
         command = re.sub(r" -Wl,--out-implib,\S+", "", command)
         return run(command, self.build.folder)
 
-    def is_killed_by(self, program: str, desktop: int) -> bool:
-        library = LIBRARIES.get(self.mutant.file)
+    def play_in(self, program: str, desktop: int) -> str:
+        binary = LIBRARIES.get(self.mutant.file, program)
+        if not self.compile(binary):
+            return "not compiled"
         executable = self.folder / self.build.binaries[program]
         link_all((self.build.folder / self.build.binaries[program]).parent, executable.parent)
-        if not self.link(library or program):
-            return True
+        if not self.link(binary):
+            raise RuntimeError(f"{self.mutant.key}: {binary} does not link")
         command = [str(self.build.root / "scripts" / "run-in-wine"), "--expect-passed", "--time-limit", str(SECONDS),
                    str(executable), f"--gtest_filter=-{LEFT_OUT}"]
         environment = os.environ | {"CTEST_RESOURCE_GROUP_0_DESKTOPS": f"id:{desktop},slots:1"}
-        return subprocess.run(command, env=environment, capture_output=True, check=False).returncode != 0
+        passed = subprocess.run(command, env=environment, capture_output=True, check=False).returncode == 0
+        return "survived" if passed else "killed"
 
     def play(self, desktop: int) -> Outcome:
-        if not self.compile():
-            return Outcome(self.mutant, "not compiled")
         for program in self.build.programs(self.mutant.file):
-            if self.is_killed_by(program, desktop):
-                return Outcome(self.mutant, "killed", program)
+            fate = self.play_in(program, desktop)
+            if fate != "survived":
+                return Outcome(self.mutant, fate, program if fate == "killed" else "")
         return Outcome(self.mutant, "survived")
 
 
