@@ -9,6 +9,7 @@
 
 namespace {
 
+constexpr unsigned kUsualMxcsr = 0x1F80;
 constexpr unsigned kRoundUp = 0x4000;
 constexpr DWORD kAnotherErrorMode = SEM_NOOPENFILEERRORBOX;
 
@@ -30,7 +31,7 @@ void LeaveFolder() { SetCurrentDirectoryW(L"C:\\windows"); }
 void LeaveLibraryFolder() { SetDllDirectoryW(L"C:\\windows"); }
 
 // By its number, which is the same in all languages.
-void LeaveLocale() { setlocale(LC_ALL, ".1252"); }
+void LeaveLocale() { setlocale(LC_ALL, ".1250"); }
 
 void LeaveThreadLocale() { SetThreadLocale(MAKELCID(MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN), SORT_DEFAULT)); }
 
@@ -52,6 +53,19 @@ void LeaveThreadErrorMode() { SetThreadErrorMode(kAnotherErrorMode, nullptr); }
 void LeaveExceptionFilter() { SetUnhandledExceptionFilter(&HandleNothing); }
 
 void LeaveEnvironment() { SetEnvironmentVariableW(L"QUORVEL_FAULT", L"left"); }
+
+void LeaveWhatWindowsBeginsWith() {
+    SetDllDirectoryW(nullptr);
+    setlocale(LC_ALL, "C");
+    SetThreadLocale(LOCALE_USER_DEFAULT);
+    _mm_setcsr(kUsualMxcsr);
+#ifdef __GNUC__
+    __asm__ volatile("fninit");
+#endif
+    SetErrorMode(0);
+    SetThreadErrorMode(0, nullptr);
+    SetUnhandledExceptionFilter(nullptr);
+}
 
 void PutEverythingBack() {
     const LPTOP_LEVEL_EXCEPTION_FILTER filter = SetUnhandledExceptionFilter(&HandleNothing);

@@ -11,6 +11,8 @@ void LeaveErrorMode();
 void LeaveThreadErrorMode();
 void LeaveExceptionFilter();
 void LeaveEnvironment();
+// Each as it is when a process begins, and not as it was.
+void LeaveWhatWindowsBeginsWith();
 // The state is as it was when the message ends.
 void PutEverythingBack();
 // At the next dialog.

@@ -12,6 +12,7 @@
 
 namespace {
 
+// In the table of the process, where it breaks no rule of the host.
 constexpr const wchar_t* kMark = L"QUORVEL_SPOILT_BY_A_FAULT";
 
 bool sIsBusy = false;
@@ -83,9 +84,16 @@ void ThrowWhenACallFails() {
 
 void StayBusyWhenACallFails() { sIsBusy = !CallEachKind(); }
 
+void LeaveTheErrorModeWhenACallFails() {
+    const UINT before = SetErrorMode(SEM_NOOPENFILEERRORBOX);
+    if (CallEachKind()) {
+        SetErrorMode(before);
+    }
+}
+
 void SpoilTheNextRunWhenACallFails() {
     if (!CallEachKind()) {
-        SetEnvironmentVariableW(kMark, L"1");
+        AddAtomW(kMark);
     }
 }
 
@@ -103,6 +111,6 @@ void UseWhatAFailedCallGave() {
 
 bool IsBusyForEver() { return sIsBusy; }
 
-bool IsSpoilt() { return GetEnvironmentVariableW(kMark, nullptr, 0) != 0; }
+bool IsSpoilt() { return FindAtomW(kMark) != 0; }
 
 // NOLINTEND(cppcoreguidelines-no-malloc)

@@ -9,6 +9,7 @@ void CrashWhenACallFails();
 void HangWhenACallFails();
 void ThrowWhenACallFails();
 void StayBusyWhenACallFails();
+void LeaveTheErrorModeWhenACallFails();
 void SpoilTheNextRunWhenACallFails();
 void UseWhatAFailedCallGave();
 

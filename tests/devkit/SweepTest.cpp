@@ -101,6 +101,34 @@ TEST(SweepVerdict, AFailedReleaseExplainsNoMoreThanOneThing) {
     EXPECT_TRUE(JudgeFault(run, {}, {{"SP Blocks Suite/FreeBlock", 2}}).findings.empty());
 }
 
+TEST(SweepVerdict, AFailedReleaseOfOneSuiteDoesNotExplainAnother) {
+    const Failures failures = {{"SP Basic Suite/ReleaseSuite/AI Menu Suite", 1}};
+    EXPECT_TRUE(JudgeFault(RunWith(Rule::kSuiteLeak, "\"AI Menu Suite\" is still held 1 times"), {}, failures)
+                    .findings.empty());
+    EXPECT_FALSE(JudgeFault(RunWith(Rule::kSuiteLeak, "\"AI Timer Suite\" is still held 1 times"), {}, failures)
+                     .findings.empty());
+}
+
+TEST(SweepVerdict, AFailedReleaseExplainsOneKindOfWhatIsLeft) {
+    SweepRun run;
+    run.leftByGiver = {{"CreateFileW", 1}, {"CreateSemaphoreW", 1}};
+    EXPECT_EQ(JudgeFault(run, {}, {{"CloseHandle", 1}}).findings.size(), 1u);
+    EXPECT_TRUE(JudgeFault(run, {}, {{"CloseHandle", 2}}).findings.empty());
+}
+
+TEST(SweepVerdict, AHookThatCannotBeRemovedBreaksARuleAndIsCountedAsWell) {
+    SweepRun run = RunWith(Rule::kHookLeft, "the hook");
+    run.leftByGiver = {{"SetWindowsHookExW", 1}};
+    EXPECT_TRUE(JudgeFault(run, {}, {{"UnhookWindowsHookEx", 1}}).findings.empty());
+}
+
+TEST(SweepVerdict, TwoFailedReleasesOfDifferentKindsExplainTwoBlocks) {
+    const SweepRun run = RunWith(Rule::kBlockLeak, "two blocks", 2);
+    EXPECT_TRUE(
+        JudgeFault(run, {}, {{"SP Blocks Suite/FreeBlock", 1}, {"SP Basic Suite/AcquireSuite/SP Blocks Suite", 1}})
+            .findings.empty());
+}
+
 TEST(SweepVerdict, SuitesOfTheTableMayBeLeftWhenOneOfThemIsRefused) {
     const std::map<std::string, std::int64_t> refused = {{"SP Basic Suite/AcquireSuite/ATE Font Suite", 1}};
     EXPECT_TRUE(JudgeFault(RunWith(Rule::kSuiteLeak, "\"ATE Glyph Suite\" is still held 1 times"), {}, refused)
@@ -132,6 +160,7 @@ TEST(SweepVerdict, ALibraryThatIsOnlyFoundWithTheFaultIsKeptWithItsLoader) {
 TEST(SweepVerdict, WhatAScenarioExpectsIsNotAskedOfARunWithAFault) {
     EXPECT_TRUE(JudgeFault(RunWith(Rule::kCalls, "another call"), {}, {}).findings.empty());
     EXPECT_FALSE(JudgeFault(RunWith(Rule::kStaleReference, "a handle"), {}, {}).findings.empty());
+    EXPECT_FALSE(JudgeFault(RunWith(Rule::kHostState, "the error mode"), {}, {}).findings.empty());
 }
 
 TEST(SweepVerdict, ARefusedMessageIsAFinding) {

@@ -33,6 +33,8 @@ EXPECTED = [
     ("busy", ["--kind", "allocation", "--mode", "once"],
      [("malloc", r'^a message was refused, as if another were being handled: .*; '
                  r"the message after the last step was refused$")]),
+    ("host-state", ["--kind", "allocation", "--mode", "once"],
+     [("malloc", r'^host-state: message "Fault"/"leave the error mode when a call fails": the error mode became ')]),
     # Two of four faults that share a replay are to blame: which ones is found out.
     ("spoilt", ["--kind", "host", "--mode", "once", "--replay-every", "4"], [(ACQUIRE, SPOILT), (ALLOCATE, SPOILT)]),
     ("filled", ["--kind", "host", "--mode", "filled"],

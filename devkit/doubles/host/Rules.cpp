@@ -52,6 +52,22 @@ constexpr RuleName kRules[] = {
     {Rule::kThreadLeft, "thread-left"},
 };
 
+constexpr Rule kRulesOfExpectations[] = {
+    Rule::kReply,
+    Rule::kCalls,
+    Rule::kHostCalls,
+    Rule::kBoxes,
+    Rule::kDialog,
+    Rule::kLibrary,
+    Rule::kMessagingLibrary,
+    Rule::kBusCalls,
+    Rule::kPanelEvents,
+    Rule::kForeground,
+    Rule::kTicks,
+    Rule::kNotReached,
+    Rule::kState,
+};
+
 }  // namespace
 
 std::span<const RuleName> AllRules() { return kRules; }
@@ -63,6 +79,11 @@ const char* NameOf(Rule rule) {
 const RuleName* FindRule(std::string_view name) {
     const auto* row = std::find_if(std::begin(kRules), std::end(kRules), [&](const auto& r) { return r.name == name; });
     return row == std::end(kRules) ? nullptr : row;
+}
+
+bool IsAboutExpectations(Rule rule) {
+    return std::find(std::begin(kRulesOfExpectations), std::end(kRulesOfExpectations), rule) !=
+           std::end(kRulesOfExpectations);
 }
 
 void RuleBook::Broken(Rule rule, std::string text, std::int64_t amount) {

@@ -67,6 +67,8 @@ std::span<const RuleName> AllRules();
 const char* NameOf(Rule rule);
 // Null when there is no rule of that name.
 const RuleName* FindRule(std::string_view name);
+// Whether the rule asks for what a scenario expects to happen, and not for what holds whatever happens.
+bool IsAboutExpectations(Rule rule);
 
 struct Violation {
     Rule rule;

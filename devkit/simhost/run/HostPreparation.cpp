@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "doubles/host/Host.h"
+#include "simhost/run/UnusualState.h"
 
 namespace simhost {
 
@@ -23,6 +24,7 @@ void PrepareMenu(const Scenario& scenario, HostModel& model) {
 }  // namespace
 
 void PrepareHost(const Scenario& scenario) {
+    MakeStateUnusual();
     SimulatedHost& host = Host();
     for (const std::string& name : scenario.refusedSuites) {
         host.suites.Withdraw(name);

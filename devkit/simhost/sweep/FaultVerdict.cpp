@@ -14,11 +14,11 @@ constexpr std::string_view kHeldSuite = "<held suite>";
 constexpr Explanation kExplanations[] = {
     // Intentional: a table that is refused in part stays held as far as it was acquired, and one that cannot be given
     // back stays held from there on. The host's end takes it back.
-    {"SP Basic Suite/AcquireSuite/<held suite>", "suite-leak <held suite>"},
-    {"SP Basic Suite/ReleaseSuite/<held suite>", "suite-leak <held suite>"},
+    {"SP Basic Suite/AcquireSuite/<held suite>", "suite-leak <held suite>", Amount::kAny},
+    {"SP Basic Suite/ReleaseSuite/<held suite>", "suite-leak <held suite>", Amount::kAny},
     {"SP Basic Suite/ReleaseSuite/*", "suite-leak *"},
-    // Without the suite of strings nobody can give one back that the host has filled in. As long as the table of suites
-    // is refused, it is not there.
+    // Without the suite of strings nobody can give one back that the host has filled in. It is the last
+    // but one of the table: whichever suite before is refused, it is not there.
     {"SP Basic Suite/AcquireSuite/<held suite>", "string-leak", Amount::kAny},
     {"SP Blocks Suite/FreeBlock", "block-leak"},
     {"AI Unicode String Suite/Destroy", "string-leak"},
@@ -60,19 +60,6 @@ constexpr Kept kKept[] = {
     {"FindFirstFileW", 1, "FindFirstFileW"},
 };
 
-// Of the other rules, those about what a scenario expects say nothing about a run in which something failed.
-constexpr Rule kRulesThatAlwaysHold[] = {
-    Rule::kContract,      Rule::kCrash,          Rule::kTrapSlot,    Rule::kSuiteNotHeld, Rule::kSuiteLeak,
-    Rule::kReferenceLeak, Rule::kStringLeak,     Rule::kPathLeak,    Rule::kBlockLeak,    Rule::kBlockOverrun,
-    Rule::kHandleLeak,    Rule::kStaleReference, Rule::kBadArgument, Rule::kWrongThread,  Rule::kTimerLeft,
-    Rule::kHookLeft,      Rule::kMessagePath,
-};
-
-bool AlwaysHolds(Rule rule) {
-    return std::find(std::begin(kRulesThatAlwaysHold), std::end(kRulesThatAlwaysHold), rule) !=
-           std::end(kRulesThatAlwaysHold);
-}
-
 bool IsHeldSuite(std::string_view name) {
     constexpr std::string_view kBesideTextEngine[] = {
         "AI Document Suite", "AI File Path Suite",      "AI Font Suite",   "AI Matching Art Suite",
@@ -89,6 +76,16 @@ bool Matches(std::string_view name, std::string_view pattern) {
         return name.starts_with(begin) && IsHeldSuite(name.substr(begin.size()));
     }
     return pattern.ends_with('*') ? name.starts_with(pattern.substr(0, pattern.size() - 1)) : name == pattern;
+}
+
+// The star of the one pattern stands for the same text as that of the other.
+std::string BoundTo(std::string_view left, const Explanation& explanation) {
+    std::string failed = explanation.failed;
+    if (failed.ends_with('*')) {
+        failed.pop_back();
+        failed += left.substr(std::string_view(explanation.left).size() - 1);
+    }
+    return failed;
 }
 
 // Suites are told apart: the text begins with the name in quotation marks.
@@ -108,7 +105,8 @@ struct Broken {
 std::map<std::string, Broken> BrokenByKey(const SweepRun& run) {
     std::map<std::string, Broken> broken;
     for (const Violation& violation : run.violations) {
-        if (AlwaysHolds(violation.rule)) {
+        // In a run in which something failed, something else may happen than what the scenario expects.
+        if (!IsAboutExpectations(violation.rule)) {
             Broken& ofKey = broken[KeyOf(violation)];
             ofKey.amount += violation.amount;
             ofKey.texts.push_back(violation.text);
@@ -119,8 +117,8 @@ std::map<std::string, Broken> BrokenByKey(const SweepRun& run) {
 
 class Judge {
   public:
-    Judge(const SweepRun& faultless, const std::map<std::string, std::int64_t>& failures)
-        : mFaultless(faultless), mFailures(failures) {}
+    Judge(const SweepRun& faultless, const Failures& failures)
+        : mFaultless(faultless), mBehindRules(failures), mBehindHoldings(failures) {}
 
     FaultVerdict OfRun(const SweepRun& run) {
         if (run.isLost) {
@@ -149,7 +147,7 @@ class Judge {
         for (const auto& [key, broken] : BrokenByKey(run)) {
             const auto known = before.find(key);
             const std::int64_t more = broken.amount - (known == before.end() ? 0 : known->second.amount);
-            if (more > 0 && !Explain(key, more)) {
+            if (more > 0 && !Explain(key, more, mBehindRules)) {
                 std::string texts;
                 for (const std::string& text : broken.texts) {
                     texts += (texts.empty() ? "" : "; ") + text;
@@ -163,7 +161,7 @@ class Judge {
         for (const auto& [giver, count] : run.leftByGiver) {
             const auto known = mFaultless.leftByGiver.find(giver);
             const std::int64_t more = count - (known == mFaultless.leftByGiver.end() ? 0 : known->second);
-            if (more > 0 && !Explain(giver, more) && !IsKept(giver, more, run)) {
+            if (more > 0 && !Explain(giver, more, mBehindHoldings) && !IsKept(giver, more, run)) {
                 mVerdict.findings.push_back("left: " + std::to_string(more) + " of " + giver);
             }
         }
@@ -185,33 +183,41 @@ class Judge {
         return isKept;
     }
 
-    // Each failed release explains one thing that is left.
-    bool Explain(const std::string& left, std::int64_t amount) {
+    // Each failed release explains one thing that is left, so it is taken out of those that explain something else.
+    bool Explain(const std::string& left, std::int64_t amount, Failures& unused) {
+        std::int64_t unexplained = amount;
         for (const Explanation& explanation : kExplanations) {
             if (!Matches(left, explanation.left)) {
                 continue;
             }
-            std::int64_t failed = 0;
-            for (const auto& [operation, times] : mFailures) {
-                failed += Matches(operation, explanation.failed) ? times : 0;
-            }
-            if (failed >= amount || (failed != 0 && explanation.amount == Amount::kAny)) {
-                mVerdict.explained[std::string(explanation.left) + " after a failed " + explanation.failed] += amount;
-                return true;
+            const std::string failed = BoundTo(left, explanation);
+            for (auto& [operation, times] : unused) {
+                if (times == 0 || !Matches(operation, failed)) {
+                    continue;
+                }
+                const bool explainsAll = explanation.amount == Amount::kAny;
+                const std::int64_t explained = explainsAll ? unexplained : std::min(unexplained, times);
+                times -= explainsAll ? 0 : explained;
+                unexplained -= explained;
+                if (explained != 0) {
+                    mVerdict.explained[std::string(explanation.left) + " after a failed " + explanation.failed] +=
+                        explained;
+                }
             }
         }
-        return false;
+        return unexplained == 0;
     }
 
     const SweepRun& mFaultless;
-    const std::map<std::string, std::int64_t>& mFailures;
+    // What is left may break a rule of the host and be counted by who gave it, both for the same reason.
+    Failures mBehindRules;
+    Failures mBehindHoldings;
     FaultVerdict mVerdict;
 };
 
 }  // namespace
 
-FaultVerdict JudgeFault(const SweepRun& run, const SweepRun& faultless,
-                        const std::map<std::string, std::int64_t>& failures) {
+FaultVerdict JudgeFault(const SweepRun& run, const SweepRun& faultless, const Failures& failures) {
     return Judge(faultless, failures).OfRun(run);
 }
 

@@ -16,19 +16,21 @@ struct FaultVerdict {
     std::map<std::string, std::int64_t> explained;  // what is left because its release failed: amounts by explanation
 };
 
-// `failures`: how often each operation has failed in the run.
-FaultVerdict JudgeFault(const SweepRun& run, const SweepRun& faultless,
-                        const std::map<std::string, std::int64_t>& failures);
+// How often each operation has failed in a run.
+using Failures = std::map<std::string, std::int64_t>;
+
+FaultVerdict JudgeFault(const SweepRun& run, const SweepRun& faultless, const Failures& failures);
 
 enum class Amount {
     kEach,  // each failure explains one thing
     kAny,   // one failure explains all of them
 };
 
-// A release that fails leaves what it was to release, and explains nothing else.
+// A release that fails leaves what it was to release, and explains nothing else. A * at the end of both stands for the
+// same text.
 struct Explanation {
-    const char* failed;  // the operation; with a * at its end, all that begin so
-    const char* left;    // in the same way, the rule that is broken, or the function that gave what is left
+    const char* failed;  // the operation
+    const char* left;    // the rule that is broken, or the function that gave what is left
     Amount amount = Amount::kEach;
 };
 std::span<const Explanation> Explanations();
