@@ -34,6 +34,7 @@ struct StartedPlugin {
     std::filesystem::path path;
     simhost::PluginModule module;
     simhost::MessageDriver driver;
+    int rounds = 0;  // that were sent, see Messages.h
 };
 
 void LiveThrough(const std::filesystem::path& plugin, const Libraries& libraries);

@@ -20,6 +20,12 @@ LRESULT CALLBACK PassOn(int code, WPARAM wParam, LPARAM lParam) {
 void* volatile sBlock = nullptr;
 
 void LeakBlock() { sBlock = std::malloc(100); }
+// A block that is there already becomes larger.
+void LeakByte() {
+    static std::size_t size = 1'000;
+    static void* volatile block = nullptr;
+    block = std::realloc(block, ++size);
+}
 void LeakHandle() { CreateEventW(nullptr, FALSE, FALSE, nullptr); }
 void LeakWindow() { CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr); }
 void LeakHook() { SetWindowsHookExW(WH_CALLWNDPROC, &PassOn, nullptr, GetCurrentThreadId()); }
@@ -31,8 +37,8 @@ struct Row {
     void (*leak)();
 };
 constexpr Row kLeaks[] = {
-    {"blocks", &LeakBlock}, {"handles", &LeakHandle}, {"windows", &LeakWindow},
-    {"hooks", &LeakHook},   {"threads", &LeakThread},
+    {"blocks", &LeakBlock},   {"bytes", &LeakByte}, {"handles", &LeakHandle},
+    {"windows", &LeakWindow}, {"hooks", &LeakHook}, {"threads", &LeakThread},
 };
 
 }  // namespace

@@ -88,7 +88,7 @@ std::vector<Measurement> MeasureLeaks(const std::filesystem::path& idle) {
     simhost::MessageDriver driver(module);
     driver.SendPlain("Leak", "nothing", true);
     std::vector<Measurement> leaks;
-    for (const Kind kind : {kHandles, kWindows, kHooks, kThreads, kBlocks}) {
+    for (const Kind kind : {kHandles, kWindows, kHooks, kThreads, kBlocks, kBytes}) {
         const char* const name = kKindNames[kind];
         const auto leak = [&] { driver.SendPlain("Leak", name, true); };
         // The first one may cost more: a window brings along what all windows of the thread need.

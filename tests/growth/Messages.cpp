@@ -3,8 +3,10 @@
 #include <windows.h>
 
 #include <iterator>
+#include <stdexcept>
 
 #include "doubles/common/Text.h"
+#include "simhost/windows/HostDialog.h"
 
 namespace growth {
 
@@ -21,6 +23,10 @@ constexpr const char* kLifeOfDocument[] = {
 };
 constexpr const char* kClosed = "AI Document Closed Notifier";
 constexpr int kTicks = 6;
+// The PluginCore gives them in turns.
+constexpr int kAnswersToOpening = 3;
+// A dialog takes longer than all messages of a round.
+constexpr int kRoundsPerDialog = 12;
 
 int SendMenus(StartedPlugin& plugin) {
     const auto items = plugin.host.model.menus.items.Objects();
@@ -30,6 +36,25 @@ int SendMenus(StartedPlugin& plugin) {
         plugin.driver.SendMenu(kSelectorAIGoMenuItem, sent);
     }
     return 2 * static_cast<int>(items.size());
+}
+
+// The document is opened until its fonts are activated: then the plug-in has to press the dialog away.
+int OpenWithADialog(StartedPlugin& plugin, void* document) {
+    for (int opened = 1; opened <= kAnswersToOpening; ++opened) {
+        plugin.Notify("AI Document Opened Notifier", document);
+        if (simhost::ShowHostDialog({.title = "Font Problems"}).endedWithOk) {
+            return opened;
+        }
+    }
+    throw std::runtime_error("the plug-in presses no dialog away");
+}
+
+void AskForPort() {
+    const auto ask = reinterpret_cast<std::int32_t (*)()>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"PlugPlugOwl.dll"), "AskForPort")));
+    if (ask == nullptr || ask() != 1) {
+        throw std::runtime_error("the plug-in does not listen to the panel");
+    }
 }
 
 int SendFileCheck(StartedPlugin& plugin) {
@@ -69,6 +94,10 @@ int SendRound(StartedPlugin& plugin) {
     int sent = static_cast<int>(std::size(kLifeOfDocument)) + SendMenus(plugin) + SendFileCheck(plugin);
     plugin.driver.SendInterface("About");
     plugin.driver.SendPlain("Unknown", "Unknown", true);
+    if (plugin.rounds++ % kRoundsPerDialog == 0) {
+        sent += OpenWithADialog(plugin, handle);
+    }
+    AskForPort();
     model.Close(kDocument);
     plugin.Notify(kClosed, handle);
     for (int i = 0; i < kTicks; ++i) {
