@@ -6,22 +6,30 @@ import re
 # Without their namespaces and arguments.
 FILLED_BUFFERS = (
     "AboutPlugin",  # the PluginCore's answer
+    "AddAllQuorvelMenuItems",  # the PluginCore's menus
     "AppendNumber",  # a number's digits
     "AppendShellFolder",  # a folder of application data
     "CheckHeap",  # a text with a caller's name in it
     "CurrentDocumentFontUsage",
+    "FetchMenuJson",  # the PluginCore's menus
     "GetDocumentFileSpec",
     "GetFileVersion",  # version texts of our own file
     "GetFileVersionString",  # and of the PluginCore's
+    "GoMenuItem",  # the PluginCore's menus
+    "HandleDocumentClosedNotifier",  # the PluginCore's identifier of a document
+    "HandleDocumentNewNotifier",  # the PluginCore's answer
+    "HandleDocumentOpenedNotifier",  # fonts that the PluginCore names
     "LibraryPath",  # the host's folder
     "ListProcesses",  # the identifiers of all processes
     "LoadLibraryWithVersion",
     "LogLine",
     "LogMessage",  # whatever is logged
     "ReadModulePath",  # our own path
+    "ReadPluginCoreSettings",  # the PluginCore's settings
     "SearchProcesses",  # names of programs
     "StopAtFirstMatch",  # titles of windows
     "SuppressionHookProc",  # titles of dialogs
+    "TellPluginCore",  # a path that the host wrote
 )
 
 # A text that only the operation's own code holds; the symbols of a shipped file are elsewhere.
