@@ -120,7 +120,6 @@ std::int32_t ShutdownPlugin(SPMessageData* message) {
     }
     sGlobals = nullptr;
     message->globals = nullptr;
-    blocks.ReleaseIfHeld();
     if (failure != nullptr) {
         std::rethrow_exception(failure);
     }
