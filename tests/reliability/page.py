@@ -1,0 +1,50 @@
+"""The parts of docs/reliability.md that are written from figures."""
+
+import pathlib
+
+import measures
+
+
+
+def begin_of(name: str) -> str:
+    return f"<!-- from figures: {name} -->\n"
+
+
+END = "<!-- end -->"
+
+
+def table(figures: dict[str, dict]) -> str:
+    lines = ["| what | how much | outcome | with `src/` |", "|---|---|---|---|"]
+    for measure in measures.MEASURES:
+        record = figures[measure.name]
+        lines += [f"| {row.what} | {row.tried} | {row.outcome} | {record['source']} |"
+                  for row in measure.rows(record["figures"])]
+    return "\n".join(lines) + "\n"
+
+
+def survivors(figures: dict[str, dict]) -> str:
+    rows = [f"| `{survivor['mutant'].split(':', maxsplit=1)[0]}` | `{escaped(survivor['mutant'].split(': ', maxsplit=1)[1])}` "
+            f"| {survivor['reason'] or 'none is known'} |" for survivor in figures["mutation"]["figures"]["survivors"]]
+    return "\n".join(["| file | line, and what was changed in it | why no test can notice it |", "|---|---|---|", *rows]) + "\n"
+
+
+def escaped(text: str) -> str:
+    return text.replace("|", "\\|")
+
+
+PARTS = {"table": table, "survivors": survivors}
+
+
+def written_into(page: str, figures: dict[str, dict]) -> str:
+    """The page with its parts as the figures have them. Throws ValueError when the page lacks one."""
+    for name, text_of in PARTS.items():
+        before, found, rest = page.partition(begin_of(name))
+        _, closed, after = rest.partition(END)
+        if not found or not closed:
+            raise ValueError(f"the page has no part '{begin_of(name).strip()}' that ends with '{END}'")
+        page = before + found + text_of(figures) + closed + after
+    return page
+
+
+def all_figures(folder: pathlib.Path) -> dict[str, dict]:
+    return {measure.name: measures.read_figures(folder, measure) for measure in measures.MEASURES}
