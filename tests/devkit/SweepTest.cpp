@@ -171,6 +171,9 @@ TEST(SweepVerdict, ARefusedMessageIsAFinding) {
     refused.refused = {"\"AI Timer\"/\"AI Go\""};
     EXPECT_FALSE(JudgeFault(refused, {}, {}).findings.empty());
     EXPECT_TRUE(JudgeFault(refused, refused, {}).findings.empty());
+    SweepRun another;
+    another.refused = {"\"AI Menu\"/\"AI Go Menu Item\""};
+    EXPECT_FALSE(JudgeFault(refused, another, {}).findings.empty());
 }
 
 }  // namespace

@@ -66,8 +66,11 @@ std::vector<Measurement> MeasureAll(const Options& options) {
 
 void Tell(const Measurement& measurement) {
     const std::string grown = growth::InWords(measurement.grown);
+    const std::string verdict = measurement.isComparison ? ", for comparison"
+                                : measurement.IsRight()  ? ""
+                                                         : ", expected " + growth::InWords(measurement.expected);
     std::printf("%s: %lld: grown by %s%s\n", measurement.what.c_str(), measurement.times, grown.c_str(),
-                measurement.IsRight() ? "" : (", expected " + growth::InWords(measurement.expected)).c_str());
+                verdict.c_str());
 }
 
 void Write(const std::string& file, const std::vector<Measurement>& all) {
@@ -78,7 +81,9 @@ void Write(const std::string& file, const std::vector<Measurement>& all) {
         for (std::size_t i = 0; i < growth::kKinds; ++i) {
             row[growth::kKindNames[i]] = measurement.grown.of[i];
         }
-        row["right"] = measurement.IsRight();
+        if (!measurement.isComparison) {
+            row["right"] = measurement.IsRight();
+        }
     }
     std::ofstream(file) << json.dump(2) << '\n';
 }

@@ -57,7 +57,7 @@ Measurement MeasureIdleCycles(const std::filesystem::path& idle, const Libraries
     };
     Repeat(kFirstCycles, live);
     const Counts grown = GrowthOf([&] { Repeat(cycles, live); });
-    return {"cycles of a plug-in that does nothing", cycles, grown, grown};
+    return {"cycles of a plug-in that does nothing", cycles, grown, grown, true};
 }
 
 Measurement MeasureCycles(const std::filesystem::path& plugin, const Libraries& libraries, int cycles,

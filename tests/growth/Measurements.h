@@ -17,6 +17,7 @@ struct Measurement {
     long long times;
     Counts grown;
     Counts expected;
+    bool isComparison = false;  // what others cost: right whatever it is
     bool IsRight() const { return grown == expected; }
 };
 

@@ -61,6 +61,7 @@ def measure_anew(measure: measures.Measure, built: pathlib.Path):
     with tempfile.TemporaryDirectory(dir=built) as name:
         folder = pathlib.Path(name).relative_to(ROOT)
         results = [run_one(run, built, folder / f"{number}.json") for number, run in enumerate(measure.runs)]
+    FIGURES.mkdir(exist_ok=True)
     record = {"source": source, "figures": measure.digest(results)}
     measures.figures_file(FIGURES, measure).write_text(json.dumps(record, indent=2) + "\n", encoding="utf-8")
 

@@ -13,7 +13,9 @@ namespace simhost {
 
 struct HostState {
     std::wstring currentFolder;
-    std::wstring libraryFolder;          // what SetDllDirectory has put into Windows' search for libraries
+    // What SetDllDirectory has put into Windows' search for libraries. AddDllDirectory and SetDefaultDllDirectories
+    // cannot be read back: that the plug-in does not import them is checked with its file.
+    std::wstring libraryFolder;
     std::string locale;                  // of the C runtime that Windows ships, which the plug-in uses as well
     std::uint32_t threadLocale;          // of Windows
     std::uint32_t floatingPointControl;  // MXCSR: rounding, exception masks, flush to zero; not what was computed

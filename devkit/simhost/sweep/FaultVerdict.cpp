@@ -1,92 +1,13 @@
 #include "simhost/sweep/FaultVerdict.h"
 
 #include <algorithm>
-#include <iterator>
-#include <string_view>
+#include <span>
+
+#include "simhost/sweep/Explanations.h"
 
 namespace simhost::sweep {
 
 namespace {
-
-// Stands for the name of a suite that the plug-in holds from its first message to its shut-down.
-constexpr std::string_view kHeldSuite = "<held suite>";
-
-constexpr Explanation kExplanations[] = {
-    // Intentional: a table that is refused in part stays held as far as it was acquired, and one that cannot be given
-    // back stays held from there on. The host's end takes it back.
-    {"SP Basic Suite/AcquireSuite/<held suite>", "suite-leak <held suite>", Amount::kAny},
-    {"SP Basic Suite/ReleaseSuite/<held suite>", "suite-leak <held suite>", Amount::kAny},
-    {"SP Basic Suite/ReleaseSuite/*", "suite-leak *"},
-    // Without the suite of strings nobody can give one back that the host has filled in. It is the last
-    // but one of the table: whichever suite before is refused, it is not there.
-    {"SP Basic Suite/AcquireSuite/<held suite>", "string-leak", Amount::kAny},
-    {"SP Blocks Suite/FreeBlock", "block-leak"},
-    {"AI Unicode String Suite/Destroy", "string-leak"},
-    {"AI File Path Suite/DeleteFilePath", "path-leak"},
-    {"AI MdMemory Suite/MdMemoryDisposeHandle", "handle-leak"},
-    {"AI Timer Suite/SetTimerActive", "timer-left"},
-    // To release begins with asking for the suite that does it, and with asking whether there is something to release.
-    {"SP Basic Suite/AcquireSuite/SP Blocks Suite", "block-leak"},
-    {"SP Basic Suite/AcquireSuite/AI Timer Suite", "timer-left"},
-    {"AI Timer Suite/GetTimerActive", "timer-left"},
-    {"UnhookWindowsHookEx", "hook-left"},
-    {"UnhookWindowsHookEx", "SetWindowsHookExW"},
-    {"CloseHandle", "CreateFileW"},
-    {"CloseHandle", "OpenProcess"},
-    {"CloseHandle", "CreateSemaphoreW"},
-    {"FreeLibrary", "LoadLibraryA"},
-    {"FreeLibrary", "LoadLibraryW"},
-    {"FreeLibrary", "GetModuleHandleExW"},
-    {"fclose", "fopen"},
-    {"fclose", "_wfopen"},
-};
-
-// What the plug-in keeps until it is unloaded, on purpose. A fault may let it come so far when nothing does without it:
-// a launch-info file that cannot be read is passed over, and the library that the next place names is found.
-struct Kept {
-    const char* giver;
-    std::int64_t most;
-    const char* with;  // only when the run without a fault keeps none of these, and this one does
-};
-
-constexpr Kept kKept[] = {
-    // The PluginCore's library, and the loader with two texts.
-    {"LoadLibraryA", 1, "LoadLibraryA"},
-    {"malloc", 3, "LoadLibraryA"},
-    // The process beside whose program it was found.
-    {"OpenProcess", 1, "OpenProcess"},
-    // The messaging library, and the search for it.
-    {"LoadLibraryW", 1, "LoadLibraryW"},
-    {"FindFirstFileW", 1, "FindFirstFileW"},
-};
-
-bool IsHeldSuite(std::string_view name) {
-    constexpr std::string_view kBesideTextEngine[] = {
-        "AI Document Suite", "AI File Path Suite",      "AI Font Suite",   "AI Matching Art Suite",
-        "AI MdMemory Suite", "AI Notifier Suite",       "AI Placed Suite", "AI Text Frame Suite",
-        "AI User Suite",     "AI Unicode String Suite", "SP Blocks Suite",
-    };
-    return name.starts_with("ATE ") ||
-           std::find(std::begin(kBesideTextEngine), std::end(kBesideTextEngine), name) != std::end(kBesideTextEngine);
-}
-
-bool Matches(std::string_view name, std::string_view pattern) {
-    if (pattern.ends_with(kHeldSuite)) {
-        const std::string_view begin = pattern.substr(0, pattern.size() - kHeldSuite.size());
-        return name.starts_with(begin) && IsHeldSuite(name.substr(begin.size()));
-    }
-    return pattern.ends_with('*') ? name.starts_with(pattern.substr(0, pattern.size() - 1)) : name == pattern;
-}
-
-// The star of the one pattern stands for the same text as that of the other.
-std::string BoundTo(std::string_view left, const Explanation& explanation) {
-    std::string failed = explanation.failed;
-    if (failed.ends_with('*')) {
-        failed.pop_back();
-        failed += left.substr(std::string_view(explanation.left).size() - 1);
-    }
-    return failed;
-}
 
 // Suites are told apart: the text begins with the name in quotation marks.
 std::string KeyOf(const Violation& violation) {
@@ -133,9 +54,16 @@ class Judge {
 
   private:
     void JudgeMessages(const SweepRun& run) {
-        if (run.refused.size() > mFaultless.refused.size()) {
-            mVerdict.findings.push_back("a message was refused, as if another were being handled: " +
-                                        run.refused.back());
+        // Which ones, and not how many: one that a fault keeps from being sent would hide another.
+        std::map<std::string, int> expected;
+        for (const std::string& message : mFaultless.refused) {
+            ++expected[message];
+        }
+        for (const std::string& message : run.refused) {
+            if (--expected[message] < 0) {
+                mVerdict.findings.push_back("a message was refused, as if another were being handled: " + message);
+                break;
+            }
         }
         if (!run.isNextHandled) {
             mVerdict.findings.emplace_back("the message after the last step was refused");
@@ -173,7 +101,8 @@ class Judge {
     }
 
     bool IsKept(const std::string& giver, std::int64_t more, const SweepRun& run) {
-        const bool isKept = std::any_of(std::begin(kKept), std::end(kKept), [&](const Kept& kept) {
+        const std::span<const Kept> onPurpose = KeptOnPurpose();
+        const bool isKept = std::any_of(onPurpose.begin(), onPurpose.end(), [&](const Kept& kept) {
             return kept.giver == giver && more <= kept.most && CountOf(mFaultless, kept.with) == 0 &&
                    CountOf(run, kept.with) != 0;
         });
@@ -186,13 +115,12 @@ class Judge {
     // Each failed release explains one thing that is left, so it is taken out of those that explain something else.
     bool Explain(const std::string& left, std::int64_t amount, Failures& unused) {
         std::int64_t unexplained = amount;
-        for (const Explanation& explanation : kExplanations) {
-            if (!Matches(left, explanation.left)) {
+        for (const Explanation& explanation : Explanations()) {
+            if (!explanation.IsAbout(left)) {
                 continue;
             }
-            const std::string failed = BoundTo(left, explanation);
             for (auto& [operation, times] : unused) {
-                if (times == 0 || !Matches(operation, failed)) {
+                if (times == 0 || !explanation.IsBehind(operation, left)) {
                     continue;
                 }
                 const bool explainsAll = explanation.amount == Amount::kAny;
@@ -220,7 +148,5 @@ class Judge {
 FaultVerdict JudgeFault(const SweepRun& run, const SweepRun& faultless, const Failures& failures) {
     return Judge(faultless, failures).OfRun(run);
 }
-
-std::span<const Explanation> Explanations() { return kExplanations; }
 
 }  // namespace simhost::sweep

@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <map>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -20,19 +19,5 @@ struct FaultVerdict {
 using Failures = std::map<std::string, std::int64_t>;
 
 FaultVerdict JudgeFault(const SweepRun& run, const SweepRun& faultless, const Failures& failures);
-
-enum class Amount {
-    kEach,  // each failure explains one thing
-    kAny,   // one failure explains all of them
-};
-
-// A release that fails leaves what it was to release, and explains nothing else. A * at the end of both stands for the
-// same text.
-struct Explanation {
-    const char* failed;  // the operation
-    const char* left;    // the rule that is broken, or the function that gave what is left
-    Amount amount = Amount::kEach;
-};
-std::span<const Explanation> Explanations();
 
 }  // namespace simhost::sweep
