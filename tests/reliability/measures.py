@@ -62,6 +62,8 @@ def of_unit_tests(tests: dict[str, str]) -> tuple[Run, ...]:
 
 
 def count_of_unit_tests(written: list) -> dict:
+    if not all(one["tests"] for one in written):
+        raise RuntimeError("a pattern of unit tests matches none")
     return {"tests": sum(one["tests"] for one in written),
             "failed": sum(one["failures"] + one["errors"] for one in written)}
 
@@ -180,4 +182,7 @@ def figures_file(folder: pathlib.Path, measure: Measure) -> pathlib.Path:
 
 
 def read_figures(folder: pathlib.Path, measure: Measure) -> dict:
-    return json.loads(figures_file(folder, measure).read_text(encoding="utf-8"))
+    file = figures_file(folder, measure)
+    if not file.exists():
+        raise RuntimeError(f"there are no figures of '{measure.name}' yet")
+    return json.loads(file.read_text(encoding="utf-8"))

@@ -68,6 +68,10 @@ class FiguresTest(unittest.TestCase):
         self.assertEqual([row.outcome for row in rows], ["2 failed", "1 caught as expected"])
         self.assertEqual(measures.binary_rows({"checks": 1, "files": 1, "waivers": 0, "findings": 4})[0].outcome, "4 findings")
 
+    def test_a_pattern_that_matches_no_test_is_no_success(self):
+        with self.assertRaisesRegex(RuntimeError, "matches none"):
+            measures.count_of_unit_tests([{"tests": 3, "failures": 0, "errors": 0}, {"tests": 0, "failures": 0, "errors": 0}])
+
     def test_stories_are_counted_by_their_result(self):
         written = {"a": {"passed": True}, "b": {"passed": False}}
         self.assertEqual(measures.count_of_stories(written), {"cases": 2, "failed": 1})
