@@ -9,6 +9,7 @@
 #include "host/Messages.h"
 #include "HostStateFaults.h"
 #include "MessagingFaults.h"
+#include "OddMessageFaults.h"
 #include "ProcessFaults.h"
 #include "RegistrationFaults.h"
 #include "ResourceFaults.h"
@@ -87,6 +88,11 @@ constexpr FaultRow kFaults[] = {
     {"leave the error mode when a call fails", &LeaveTheErrorModeWhenACallFails},
     {"spoil the next run when a call fails", &SpoilTheNextRunWhenACallFails},
     {"use what a failed call gave", &UseWhatAFailedCallGave},
+    {"bear odd messages", &BearOddMessages},
+    {"crash at a message of nobody", &CrashAtAMessageOfNobody},
+    {"throw at a null message", &ThrowAtANullMessage},
+    {"stay busy after an unknown caller", &StayBusyAfterAnUnknownCaller},
+    {"handle messages within messages", &HandleMessagesWithinMessages},
     {"leave another folder", &LeaveFolder},
     {"leave another folder for libraries", &LeaveLibraryFolder},
     {"leave another locale", &LeaveLocale},
@@ -110,11 +116,14 @@ constexpr std::int32_t kBusy = 1;
 
 }  // namespace
 
-// Answers 0, so it can be unloaded, and 99 for a fault that it does not know; 1 and 98 after two of the faults.
+// Answers 0, so it can be unloaded, and 99 for a fault that it does not know; 1 and 98 after some of the faults.
 extern "C" __declspec(dllexport) std::int32_t PluginMain(const char* caller, const char* selector, void* message) {
     sMessage = static_cast<const SPMessageData*>(message);
     if (IsBusyForEver() || IsSpoilt()) {
         return IsSpoilt() ? kSpoilt : kBusy;
+    }
+    if (const auto answer = AnswerOddly(caller, sMessage)) {
+        return *answer;
     }
     if (std::strcmp(caller, kCallerAITimer) == 0) {
         AskWhetherEnabled();

@@ -12,7 +12,8 @@ import subprocess
 import sys
 import tempfile
 
-# Scenario, case, rule, and what the text must match: the place in the file, then what happened and who did it.
+# Scenario, case, rule, and what the text must match: the place in the file, then what happened and who did it. None: no
+# rule is broken.
 PLUGIN = r"of FaultyPlugin\.aip \(FatalFaults\.cpp:\d+\)"
 STEP = r'steps\[0\], message "Fault"/"[^"]+": '
 EXPECTED = {
@@ -50,6 +51,24 @@ EXPECTED = {
     ("left-running", "thread"): ("thread-left", rf"^a thread still ran when the host quit, in WaitForEver {PLUGIN}"),
     ("time-limit", "hangs"): (
         "time-limit", STEP + rf"the run was ended after \d seconds; the main thread was in Hang {PLUGIN}"),
+}
+
+
+# The message's number, and the seed that sends it again.
+RANDOM = r"random message \d+ of the seed 7"
+EXPECTED |= {
+    ("random-messages", "borne"): None,
+    ("random-messages", "crash"): (
+        "crash", rf'steps\[1\], {RANDOM}, message null/"[^"]*": access violation .* in AccessViolation {PLUGIN}'),
+    ("random-messages", "exception"): (
+        "crash", rf"^message \S+: an exception left the plug-in \({RANDOM}\)$"),
+    ("random-messages", "busy"): (
+        "re-entrancy", rf"steps\[1\]: .* was refused, and no other message was under way \({RANDOM}\)$"),
+    ("random-messages", "nested"): (
+        "re-entrancy", rf"steps\[1\]: within another message, .* was handled, and answered with 0 \({RANDOM}\)$"),
+    ("random-messages", "too-few"): ("random-messages", r"steps\[1\]: messages: \d+, expected at least 5000$"),
+    ("random-messages", "no-such-kind"): (
+        "random-messages", r"steps\[1\]: panel_requests: 0, expected at least 1$"),
 }
 
 
@@ -96,10 +115,15 @@ def play(command: list[str], path: pathlib.Path) -> dict:
 
 
 def faults_of(scenario: str, records: dict):
-    for (of_scenario, case), (rule, pattern) in EXPECTED.items():
+    for (of_scenario, case), expected in EXPECTED.items():
         if of_scenario != scenario:
             continue
         found = [(violation["rule"], violation["text"]) for violation in records[case]["violations"]]
+        if expected is None:
+            if found:
+                yield f"{scenario}.json/{case}: expected nothing, but came {found}"
+            continue
+        rule, pattern = expected
         if len(found) != 1 or found[0][0] != rule or not re.search(pattern, found[0][1]):
             yield f"{scenario}.json/{case}: expected {rule!r} with /{pattern}/, but came {found}"
     for case in records:

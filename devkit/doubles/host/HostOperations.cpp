@@ -48,6 +48,9 @@ CallFate HostOperations::Begin(const std::string& suite, const std::string& oper
     for (const std::function<void()>& action : actions) {
         action();
     }
+    if (withinEachCall) {
+        withinEachCall(name);
+    }
     return fate;
 }
 

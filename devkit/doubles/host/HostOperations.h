@@ -56,6 +56,8 @@ class HostOperations {
     // Starts a step: clears counts and record, and replaces the events.
     void BeginStep(std::vector<ScriptedEvent> events);
     const std::map<std::string, std::int64_t>& Totals() const { return mTotals; }
+    // Runs inside each call, before the operation does its work; may be empty.
+    std::function<void(const std::string& name)> withinEachCall;
 
     // --- for unit tests; `nth` counts from the next call, which is 1 ---
 

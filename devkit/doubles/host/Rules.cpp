@@ -42,6 +42,8 @@ constexpr RuleName kRules[] = {
     {Rule::kTicks, "ticks"},
     {Rule::kState, "state"},
     {Rule::kMessagePath, "message-path"},
+    {Rule::kReentrancy, "re-entrancy"},
+    {Rule::kRandomMessages, "random-messages"},
     {Rule::kTimeLimit, "time-limit"},
     {Rule::kHang, "hang"},
     {Rule::kModalDialog, "modal-dialog"},
@@ -94,6 +96,7 @@ void RuleBook::Broken(Violation violation) {
     if (excuse && excuse(violation)) {
         return;
     }
+    violation.text += where;
     mViolations.push_back(std::move(violation));
     if (onBroken) {
         onBroken(mViolations.back());

@@ -48,6 +48,8 @@ enum class Rule {
     kTicks,
     kState,
     kMessagePath,
+    kReentrancy,
+    kRandomMessages,
     kTimeLimit,
     kHang,
     kModalDialog,
@@ -86,6 +88,8 @@ class RuleBook {
 
     // Whether somebody else is to blame, as the caller knows: then nothing is noted. May be empty.
     std::function<bool(const Violation&)> excuse;
+    // Put behind the texts: where it happened, when the step alone does not say. May be empty.
+    std::string where;
     // Is told of each violation as it is noted; may be empty.
     std::function<void(const Violation&)> onBroken;
 

@@ -33,6 +33,7 @@ constexpr RuleRow kRules[] = {
     {"messaging-library", "loads"},
     {"host-calls", "host_calls"},
     {"ticks", "sent"},
+    {"random-messages", "at_least"},
 };
 // In the place of a step that was played inside another.
 constexpr const char* kNestedPlace = ".nested[";

@@ -7,6 +7,7 @@
 //   bus-calls.jsonl     what the double of the messaging library recorded
 //   bus-answers.json    what it answers
 //   violations.jsonl    the rules that were broken, written as it happens
+//   random-messages.txt the random messages, written as they are sent
 #pragma once
 
 #include <filesystem>
@@ -33,6 +34,7 @@ class RunFolder {
     std::filesystem::path BusAnswers() const { return mRoot / L"bus-answers.json"; }
     std::filesystem::path Calls() const { return mRoot / L"calls.jsonl"; }
     std::filesystem::path Violations() const { return mRoot / L"violations.jsonl"; }
+    std::filesystem::path RandomMessages() const { return mRoot / L"random-messages.txt"; }
     // A path of a scenario.
     std::filesystem::path At(const std::string& path) const;
 

@@ -20,6 +20,9 @@ SPMessageData MessageDriver::CommonPart() const { return {kSPMessageCheck, kPlug
 std::int32_t MessageDriver::CallOrThrow(const char* caller, const char* selector, void* message) const {
     try {
         return mPlugin.Call(caller, selector, message);
+    } catch (const HostLost&) {
+        // Out of a message within this one, where it was told.
+        throw;
     } catch (...) {
         Host().rules.Broken(Rule::kCrash, "message " + mCurrent + ": an exception left the plug-in");
         throw HostLost();

@@ -16,4 +16,16 @@ void InstallPluginClock(HMODULE plugin);
 // Moves the plug-in's clock on. Throws std::runtime_error when no plug-in has one.
 void LetTimePass(std::int64_t seconds);
 
+// While there is one, the plug-in's time stands still, but for what is let pass.
+class StandingClock {
+  public:
+    StandingClock();
+    ~StandingClock();
+    StandingClock(const StandingClock&) = delete;
+    StandingClock& operator=(const StandingClock&) = delete;
+
+    // Nothing happens when no plug-in has a clock.
+    void LetPass(std::int64_t seconds);
+};
+
 }  // namespace simhost

@@ -41,6 +41,8 @@ class Performance {
     void Observed(const std::string& key, nlohmann::ordered_json value) const {
         report.Observed(key, std::move(value));
     }
+    // Of the step, as broken rules name it.
+    const std::string& Place() const { return mStep.place; }
     // A line for the transcript.
     void Tell(const std::string& line) const;
     // Plays another step within this one, which must reach the plug-in no more itself.

@@ -47,6 +47,13 @@ Json AsJson(const PlannedFault& planned) {
             {"key", planned.key}};
 }
 
+// They have failures of their own, and are too many to be played for each fault.
+Scenario WithoutRandomMessages(Scenario scenario) {
+    std::erase_if(scenario.steps,
+                  [](const Step& step) { return std::holds_alternative<SendRandomMessages>(step.action); });
+    return scenario;
+}
+
 class Worker {
   public:
     explicit Worker(const WorkerOptions& options)
@@ -55,7 +62,8 @@ class Worker {
     }
 
     int Work() {
-        const Scenario scenario = mFile.Read(mOptions.caseName, mFolder.PlaceholdersForScenarios());
+        const Scenario scenario =
+            WithoutRandomMessages(mFile.Read(mOptions.caseName, mFolder.PlaceholdersForScenarios()));
         mReset.emplace(scenario, mFolder, mOptions.kit);
         Scenario faulty = scenario;
         // What a fault has prevented cannot be played on.

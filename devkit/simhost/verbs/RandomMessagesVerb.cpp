@@ -4,30 +4,54 @@
 
 #include "simhost/checks/ImportWatch.h"
 #include "simhost/contract/RecordedCalls.h"
+#include "simhost/random/RandomMessages.h"
 #include "simhost/run/Performance.h"
-#include "simhost/run/RandomMessages.h"
 
 namespace simhost {
 
+namespace {
+
+LeastCounts ReadLeastCounts(ObjectReader& reader, std::int64_t times) {
+    // Without being asked for: a run that sends none is no run.
+    LeastCounts least = {{"messages", times}};
+    for (const auto& [kind, count] : reader.Object("at_least").items()) {
+        const Place place = reader.PlaceOf("at_least").Member(kind);
+        CheckKnown(kind, "kind of random message", MessageKindNames(), place);
+        least[kind] = NumberOf(count, place, ranges::kCount);
+    }
+    return least;
+}
+
+}  // namespace
+
 SendRandomMessages ReadRandomMessages(ObjectReader& reader) {
-    return {reader.NeedNumber("times", ranges::kCount),
-            static_cast<std::uint64_t>(reader.Number("seed", 1, ranges::kSize))};
+    const std::int64_t times = reader.NeedNumber("times", ranges::kCount);
+    const auto seed = static_cast<std::uint64_t>(reader.Number("seed", 1, ranges::kSize));
+    return {times, seed, ReadLeastCounts(reader, times)};
 }
 
 void Perform(const SendRandomMessages& action, Performance& performance) {
     performance.Tell(std::to_string(action.times) + " messages from the seed " + std::to_string(action.seed));
-    RandomMessages messages(action.seed, performance);
-    for (std::int64_t i = 0; i < action.times; ++i) {
-        messages.SendOne();
-        // Nobody compares them.
-        contract::TakeCalls();
-        TakeMessagingLoads();
+    performance.Observed("seed", action.seed);
+    MessageCounts counts;
+    {
+        RandomMessages messages(action.seed, performance);
+        for (std::int64_t i = 0; i < action.times; ++i) {
+            messages.SendOne();
+            // Nobody compares them.
+            contract::TakeCalls();
+            TakeMessagingLoads();
+            performance.panel.TakeEvents();
+        }
+        counts = messages.Counts();
     }
-    const RandomMessages::Counts& counts = messages.Sent();
-    performance.Tell(std::to_string(counts.nested) + " of them within another, " + std::to_string(counts.failures) +
-                     " failures of the host scripted, " + std::to_string(counts.strange) +
-                     " with what no host would send");
-    performance.Observed("nested", counts.nested);
+    for (const std::string& line : counts.Lines()) {
+        performance.Tell(line);
+    }
+    performance.Observed("at_least", counts.AsJson());
+    for (const std::string& line : counts.Missing(action.atLeast)) {
+        performance.Broken(Rule::kRandomMessages, line);
+    }
 }
 
 }  // namespace simhost

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "simhost/random/MessageCounts.h"
 #include "simhost/scenario/ObjectReader.h"
 
 namespace simhost {
@@ -12,6 +13,7 @@ class Performance;
 struct SendRandomMessages {
     std::int64_t times;
     std::uint64_t seed;  // the same one gives the same messages
+    LeastCounts atLeast;
 };
 SendRandomMessages ReadRandomMessages(ObjectReader& reader);
 void Perform(const SendRandomMessages& action, Performance& performance);

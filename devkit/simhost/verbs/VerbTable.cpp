@@ -84,7 +84,7 @@ constexpr Verb kVerbs[] = {
     // The hook sees it also while a message is being handled.
     {"dialog", "title class ok_button created_before expect", [](Reader& r) -> Action { return ReadShowDialog(r); },
      &PerformAs<ShowDialog>, false, false},
-    {"random_messages", "times seed", [](Reader& r) -> Action { return ReadRandomMessages(r); },
+    {"random_messages", "times seed at_least", [](Reader& r) -> Action { return ReadRandomMessages(r); },
      &PerformAs<SendRandomMessages>, false, true, false},
     SilentRow<OperateByHand>("window", "", [](Reader&) -> Action { return OperateByHand{}; }),
 };

@@ -1,0 +1,31 @@
+// What the host does beside sending random messages: its documents change, and its operations fail.
+//
+// Thread: main.
+#pragma once
+
+#include <string>
+
+#include "doubles/host/HostOperations.h"
+#include "simhost/random/Dice.h"
+#include "simhost/random/MessageCounts.h"
+
+namespace simhost {
+
+class RestlessHost {
+  public:
+    RestlessHost(Dice& dice, MessageCounts& counts) : mDice(dice), mCounts(counts) {}
+
+    // Before each message.
+    void ChangeADocument();
+    // Of the next message; counted when they come.
+    void LetOperationsFail();
+
+  private:
+    // At one of the next calls, or at each.
+    ScriptedEvent Failure(const std::string& operation, MessageKind kind);
+
+    Dice& mDice;
+    MessageCounts& mCounts;
+};
+
+}  // namespace simhost
