@@ -1,5 +1,7 @@
 #include "plugincore/PCILoader.h"
 
+#include <memory>
+
 #include "plugincore/LibraryLoading.h"
 #include "plugincore/PluginCoreLocation.h"
 #include "support/Log.h"
@@ -50,16 +52,20 @@ PCILoader* PCILoader::LoadSharedInstance(const std::string& path) {
         return sSharedInstance;
     }
     char version[1024] = {};
-    const HMODULE module = LoadLibraryWithVersion(path, version, sizeof(version));
+    LibraryOwner module(LoadLibraryWithVersion(path, version, sizeof(version)));
     if (module == nullptr) {
         LogMessage(kLogNote, "ERROR:  cannot find %s", kPluginCoreFileName);
         return nullptr;
     }
     LogMessage(kLogNote, "Loaded %s", path.c_str());
-    sSharedInstance = new PCILoader();
-    sSharedInstance->mLibraryPath = path;
-    sSharedInstance->mLibraryVersion = version;
-    sSharedInstance->BindEntryPoints(module);
+    // Only a complete one is shared: after a failure the next call searches again.
+    std::unique_ptr<PCILoader> loader(new PCILoader());
+    loader->mLibraryPath = path;
+    loader->mLibraryVersion = version;
+    loader->BindEntryPoints(module.get());
+    sSharedInstance = loader.release();
+    // It stays until the process ends.
+    static_cast<void>(module.release());
     return sSharedInstance;
 }
 
