@@ -43,6 +43,7 @@ RandomMessages::RandomMessages(std::uint64_t seed, Performance& performance)
       mDice(seed),
       mPicker(mDice, performance.driver),
       mHost(mDice, mCounts),
+      mHasPanel(performance.panel.Open()),
       mList(performance.folder.RandomMessages(), std::ios::app | std::ios::binary) {
     Host().operations.withinEachCall = [this](const std::string& moment) { Within(moment); };
 }
@@ -65,7 +66,7 @@ void RandomMessages::SendOne() {
     mClock.LetPass(mDice.Chance(20) ? static_cast<std::int64_t>(mDice.Below(15)) : 0);
     mHost.ChangeADocument();
     mHost.LetOperationsFail();
-    if (mDice.Chance(3)) {
+    if (mHasPanel && mDice.Chance(3)) {
         RequestPort("");
     }
     SendMessage("");
@@ -85,7 +86,7 @@ void RandomMessages::Within(const std::string& moment) {
     if (mDepth > 1) {
         mCounts.Add(MessageKind::kNestedTwice);
     }
-    if (mDice.Chance(20)) {
+    if (mHasPanel && mDice.Chance(20)) {
         RequestPort(moment);
     } else {
         SendMessage(moment);
@@ -132,9 +133,6 @@ void RandomMessages::Judge(const RandomMessage& message, std::int32_t answer, bo
 }
 
 void RandomMessages::RequestPort(const std::string& moment) {
-    if (!mPerformance.panel.Open()) {
-        return;
-    }
     Write("the panel asks for the port", moment);
     mCounts.Add(MessageKind::kPanelRequest);
     const UnderWay deeper(mDepth);

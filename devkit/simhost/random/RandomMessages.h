@@ -47,6 +47,7 @@ class RandomMessages {
     MessageCounts mCounts;
     MessagePicker mPicker;
     RestlessHost mHost;
+    bool mHasPanel;
     StandingClock mClock;
     std::ofstream mList;
     std::map<std::string, std::uint64_t> mCameWithin;  // how often, by moment

@@ -22,21 +22,8 @@ bool MayFail(const std::string& operation) {
         "IsEmpty",        "Length",        "UTF_16",  "Destroy", "DeleteFilePath", "FreeBlock", "MdMemoryDisposeHandle",
         "GetTimerActive", "SetTimerActive"};
     const std::string name = operation.substr(operation.rfind('/') + 1);
-    return std::find(std::begin(kNeeded), std::end(kNeeded), name) == std::end(kNeeded) &&
+    return std::find(std::begin(kNeeded), std::end(kNeeded), name) == std::end(kNeeded) && IsHostOperation(operation) &&
            !operation.starts_with("SP Basic Suite/");
-}
-
-const std::vector<std::string>& FailingOperations() {
-    static const auto* const sNames = [] {
-        auto* const names = new std::vector<std::string>;
-        for (const std::string& name : HostOperationNames()) {
-            if (MayFail(name)) {
-                names->push_back(name);
-            }
-        }
-        return names;
-    }();
-    return *sNames;
 }
 
 // Suites that are acquired for a moment, but not those that shut-down needs, and none of the plug-in's table: what it
@@ -87,8 +74,9 @@ void RestlessHost::ChangeADocument() {
 
 void RestlessHost::LetOperationsFail() {
     std::vector<ScriptedEvent> events;
-    if (mDice.Chance(60)) {
-        events.push_back(Failure(mDice.OneOf(FailingOperations()), MessageKind::kFailedCall));
+    LookForOperations();
+    if (mDice.Chance(40) && !mOperations.empty()) {
+        events.push_back(Failure(mDice.OneOf(mOperations), MessageKind::kFailedCall));
         events.back().work = mDice.Chance(50) ? Work::kUnlessItFails : Work::kAlways;
     }
     if (mDice.Chance(40)) {
@@ -96,6 +84,21 @@ void RestlessHost::LetOperationsFail() {
         events.push_back(Failure("SP Basic Suite/AcquireSuite/" + suite, MessageKind::kRefusedSuite));
     }
     Host().operations.BeginStep(std::move(events));
+}
+
+// What never came so far is not likely to come now.
+void RestlessHost::LookForOperations() {
+    const auto& totals = Host().operations.Totals();
+    if (mSeen == totals.size()) {
+        return;
+    }
+    mSeen = totals.size();
+    mOperations.clear();
+    for (const auto& [name, count] : totals) {
+        if (MayFail(name)) {
+            mOperations.push_back(name);
+        }
+    }
 }
 
 ScriptedEvent RestlessHost::Failure(const std::string& operation, MessageKind kind) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "doubles/host/HostOperations.h"
 #include "simhost/random/Dice.h"
@@ -23,9 +24,12 @@ class RestlessHost {
   private:
     // At one of the next calls, or at each.
     ScriptedEvent Failure(const std::string& operation, MessageKind kind);
+    void LookForOperations();
 
     Dice& mDice;
     MessageCounts& mCounts;
+    std::vector<std::string> mOperations;  // that may fail, of those that the plug-in has called so far
+    std::size_t mSeen = 0;                 // of how many operations and entries these were chosen
 };
 
 }  // namespace simhost
