@@ -36,7 +36,8 @@ def play(command: list[str], scenario: pathlib.Path, seed: int) -> dict | None:
         run = subprocess.run([*command, "play", str(scenario), "--seed", str(seed), "--quiet", "--json-lines", str(lines)],
                              check=False, capture_output=True, text=True, errors="replace",
                              env={**os.environ, "SIMHOST_COMMAND": "scripts/simhost"})
-        events = [json.loads(line) for line in lines.read_text(encoding="utf-8").splitlines()] if lines.exists() else []
+        # As bytes: texts may hold what separates lines in a text.
+        events = [json.loads(line) for line in lines.read_bytes().splitlines()] if lines.exists() else []
     ends = [event for event in events if event["event"] == "run_end"]
     if run.returncode == NOT_PLAYED or not ends:
         print(run.stdout + run.stderr, end="", file=sys.stderr)

@@ -35,7 +35,7 @@ class Replay(unittest.TestCase):
         run = subprocess.run([*COMMAND, "play", self.scenario, "--quiet", "--work-folder", work, "--json-lines", events,
                               *arguments], check=False, capture_output=True, encoding="utf-8", errors="replace")
         self.assertEqual(run.returncode, 0, run.stdout + run.stderr)
-        ends = [json.loads(line) for line in events.read_text(encoding="utf-8").splitlines()]
+        ends = [json.loads(line) for line in events.read_bytes().splitlines()]
         counts = [event["observed"]["at_least"] for event in ends if "at_least" in event.get("observed", {})]
         return (work / "random-messages.txt").read_bytes(), counts[0]
 

@@ -21,9 +21,11 @@ if seed == 2:
 if seed != 3:
     counts = {"messages": step["times"] + seed, "moments": 10 * seed, "least": step["at_least"]["nested"]}
     events.append({"event": "step_end", "observed": {"at_least": counts}})
+events.append({"event": "call", "results": {"text": chr(0x85) + chr(0x2028)}})
 events.append({"event": "run_end", "complaints": {2: ["re-entrancy: a message"], 3: ["crash: there"]}.get(seed, [])})
 if seed != 4:
-    pathlib.Path(words["--json-lines"]).write_text("".join(json.dumps(event) + chr(10) for event in events))
+    pathlib.Path(words["--json-lines"]).write_text(
+        "".join(json.dumps(event, ensure_ascii=False) + chr(10) for event in events), encoding="utf-8")
 sys.exit({2: 1, 3: 1, 4: 2}.get(seed, 0))
 """
 
