@@ -10,8 +10,7 @@ const std::vector<std::string>& OddTexts() {
         "/Job/Brochure.ai",
         "Untitled-1",
         "Optima-Roman",
-        "Gr\xC3\xB6\xC3\x9F"
-        "e \xE6\x96\x87 \xF0\x9F\x98\x80.ai",
+        "Gr\303\266\303\237e \xE6\x96\x87 \xF0\x9F\x98\x80.ai",
         "C:\\\xED\xA0\x80.ai",
         "\xED\xB0\x80\xED\xA0\x80",
         "Optima\xE3",

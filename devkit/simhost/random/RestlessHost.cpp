@@ -27,9 +27,8 @@ bool MayFail(const std::string& operation) {
 }
 
 // Suites that are acquired for a moment, but not those that shut-down needs, and none of the plug-in's table: what it
-// held of a table that was refused in part stays held.
-constexpr const char* kMissingSuites[] = {"AI Menu Suite", "AI File Format Suite", "SP Plug-ins Suite",
-                                          "SP Interface Suite"};
+// held of a table that was refused in part stays held. The first is asked for the most.
+constexpr const char* kMissingSuites[] = {"AI Menu Suite", "AI Menu Suite", "AI Menu Suite", "AI File Format Suite"};
 
 }  // namespace
 
@@ -79,7 +78,7 @@ void RestlessHost::LetOperationsFail() {
         events.push_back(Failure(mDice.OneOf(mOperations), MessageKind::kFailedCall));
         events.back().work = mDice.Chance(50) ? Work::kUnlessItFails : Work::kAlways;
     }
-    if (mDice.Chance(40)) {
+    if (mDice.Chance(60)) {
         const std::string suite = mDice.OneOf(kMissingSuites);
         events.push_back(Failure("SP Basic Suite/AcquireSuite/" + suite, MessageKind::kRefusedSuite));
     }
