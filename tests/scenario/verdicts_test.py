@@ -61,7 +61,7 @@ EXPECTED |= {
     ("random-messages", "crash"): (
         "crash", rf'steps\[1\], {RANDOM}, message null/"[^"]*": access violation .* in AccessViolation {PLUGIN}'),
     ("random-messages", "exception"): (
-        "crash", rf"^message \S+: an exception left the plug-in \({RANDOM}\)$"),
+        "crash", rf"^message .+: an exception left the plug-in \({RANDOM}\)$"),
     ("random-messages", "busy"): (
         "re-entrancy", rf"steps\[1\]: .* was refused, and no other message was under way \({RANDOM}\)$"),
     ("random-messages", "nested"): (
