@@ -15,7 +15,7 @@ sys.dont_write_bytecode = True
 
 import random_messages  # noqa: E402
 
-TIMES = 400
+TIMES = 200
 COMMAND = []
 
 
@@ -40,14 +40,13 @@ class Replay(unittest.TestCase):
         return (work / "random-messages.txt").read_bytes(), counts[0]
 
     def test_same_seed_sends_the_same_and_another_one_others(self):
-        for hostile in (True, False):
-            with self.subTest(hostile=hostile):
-                first = self.send(f"first-{hostile}", *(["--seed", "5"] if hostile else []))
-                self.assertEqual(first, self.send(f"again-{hostile}", *(["--seed", "5"] if hostile else [])))
-                self.assertNotEqual(first[0], self.send(f"other-{hostile}", "--seed", "6")[0])
+        first = self.send("first", "--seed", "5")
+        self.assertEqual(first, self.send("again", "--seed", "5"))
+        self.assertNotEqual(first[0], self.send("other", "--seed", "6")[0])
 
-    def test_counts_are_those_of_the_list(self):
+    def test_seed_of_the_scenario_sends_the_same_and_what_is_listed_counts(self):
         listed, counts = self.send("counted")
+        self.assertEqual((listed, counts), self.send("counted-again"))
         lines = [line.lstrip(b"0123456789 ") for line in listed.splitlines()]
         sent = [line for line in lines if not line.rpartition(b": ")[2].startswith(b"-> ") and not line.startswith(b"-> ")]
         requests = [line for line in sent if line.endswith(b"the panel asks for the port")]
