@@ -58,15 +58,15 @@ PCILoader* PCILoader::LoadSharedInstance(const std::string& path) {
         return nullptr;
     }
     LogMessage(kLogNote, "Loaded %s", path.c_str());
-    // Only a complete one is shared: after a failure the next call searches again.
+    // Should memory run out before it is complete, its destructor takes it back: the next call searches again.
     std::unique_ptr<PCILoader> loader(new PCILoader());
+    sSharedInstance = loader.get();
     loader->mLibraryPath = path;
     loader->mLibraryVersion = version;
     loader->BindEntryPoints(module.get());
-    sSharedInstance = loader.release();
     // It stays until the process ends.
     static_cast<void>(module.release());
-    return sSharedInstance;
+    return loader.release();
 }
 
 PCILoader::PCILoader() : mMissingCount(kAllFunctionsMissing) {
