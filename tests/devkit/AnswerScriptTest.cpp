@@ -8,6 +8,7 @@
 #include <stdexcept>
 
 #include "doubles/common/LibraryDouble.h"
+#include "support/files/TemporaryFolder.h"
 
 namespace {
 
@@ -165,6 +166,28 @@ TEST(ReceivedCall, OfADllIsNotKeptInMemory) {
     _wputenv_s(L"QUORVEL_SOME_SCRIPT", L"");
     doubles::ReceivedCall(library, doubles::CallRecord("A")).Conclude();
     EXPECT_EQ(library.calls.Count("A"), 1);
+}
+
+// A script of the same length, written at once and after a while.
+TEST(ReceivedCall, FollowsTheScriptFileWheneverItIsWritten) {
+    const TemporaryFolder folder;
+    const std::filesystem::path file = folder.Path() / "script.json";
+    doubles::LibraryDouble library({"test", L"QUORVEL_SOME_SCRIPT", L"QUORVEL_NO_RECORD", {}});
+    _wputenv_s(L"QUORVEL_SOME_SCRIPT", file.c_str());
+    const auto answer = [&] { return doubles::ReceivedCall(library, doubles::CallRecord("A")).GetAnswer().result; };
+    EXPECT_EQ(answer(), 0);
+    for (const DWORD pause : {DWORD{0}, DWORD{0}, DWORD{300}, DWORD{0}, DWORD{300}}) {
+        for (int result = 1; result <= 9; ++result) {
+            WriteWholeFile(file, R"({"A": [{"result": )" + std::to_string(result) + "}]}");
+            EXPECT_EQ(answer(), result);
+            EXPECT_EQ(answer(), result);
+        }
+        Sleep(pause);
+        EXPECT_EQ(answer(), 9);
+    }
+    std::filesystem::remove(file);
+    EXPECT_EQ(answer(), 0);
+    _wputenv_s(L"QUORVEL_SOME_SCRIPT", L"");
 }
 
 TEST(ReceivedCall, TextIsWrittenWithItsZeroAsFarAsItFits) {

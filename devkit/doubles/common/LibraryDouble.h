@@ -17,6 +17,17 @@
 
 namespace doubles {
 
+// What tells whether a script's file was written since it was read.
+struct ScriptStamp {
+    std::wstring path;
+    std::uint64_t written = 0;  // as Windows counts time; 0: there is no such file
+    std::uint64_t size = 0;
+    bool isSettled = false;  // whoever writes it from now on gives it another time
+
+    static ScriptStamp Of(const wchar_t* path);
+    bool operator==(const ScriptStamp& other) const = default;
+};
+
 class LibraryDouble {
   public:
     struct Names {
@@ -40,6 +51,7 @@ class LibraryDouble {
 
     Names mNames;
     std::string mScriptText;  // of the script file, as last read
+    ScriptStamp mScriptStamp;
 };
 
 // One call while it is answered: recorded at once, what runs during it is run, then its answer is chosen. A file that

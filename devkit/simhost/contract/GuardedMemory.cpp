@@ -44,6 +44,9 @@ struct Block {
 Mutex sMutex;
 std::array<Block, kBlocks> sBlocks;
 std::size_t sNext = 0;
+// How many blocks have a part in pages of this number, cut to the table's size: each free of the library asks whether
+// its address lies in a block, and nearly none does.
+std::array<int, 65536> sBlocksAt;
 std::array<Hit, kHits> sHits;
 std::size_t sHitCount = 0;
 std::size_t sHitsSoFar = 0;
@@ -51,8 +54,22 @@ HMODULE sLibrary = nullptr;
 
 std::size_t RoundUp(std::size_t size, std::size_t unit) { return (size + unit - 1) / unit * unit; }
 
+int& BlocksAt(const unsigned char* address) {
+    return sBlocksAt[reinterpret_cast<std::uintptr_t>(address) / kGranularity % sBlocksAt.size()];
+}
+
+// `step`: 1 for a block that comes, -1 for one that goes.
+void CountPlaces(const Block& block, int step) {
+    for (const unsigned char* at = block.base; at < block.End(); at += kGranularity) {
+        BlocksAt(at) += step;
+    }
+}
+
 Block* Find(const void* address) {
     const auto* const byte = static_cast<const unsigned char*>(address);
+    if (BlocksAt(byte) == 0) {
+        return nullptr;
+    }
     const auto found = std::find_if(sBlocks.begin(), sBlocks.end(), [&](const Block& b) { return b.Holds(byte); });
     return found == sBlocks.end() ? nullptr : &*found;
 }
@@ -136,6 +153,7 @@ Block& TakeBlock() {
         sNext = (sNext + 1) % kBlocks;
         if (block.base == nullptr || block.isClosed) {
             if (block.base != nullptr) {
+                CountPlaces(block, -1);
                 VirtualFree(block.base, 0, MEM_RELEASE);
             }
             block = Block();
@@ -196,7 +214,9 @@ void* GuardedMemory::Lend(const void* bytes, std::size_t size, const Loan& loan)
         VirtualProtect(base + kPage, pages, PAGE_READONLY, &before);
     }
     const std::lock_guard lock(sMutex);
-    TakeBlock() = {base, reserved, pages, first, size, loan, false, false};
+    Block& block = TakeBlock();
+    block = {base, reserved, pages, first, size, loan, false, false};
+    CountPlaces(block, 1);
     return first;
 }
 

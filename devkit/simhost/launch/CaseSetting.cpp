@@ -48,8 +48,8 @@ void SetVariable(const wchar_t* name, const std::filesystem::path& value) {
 }
 
 void NameRecordsAndScripts(const RunFolder& folder) {
-    // Its calls are recorded on their way to it; kept nowhere else.
-    SetVariable(L"QUORVEL_PLUGINCORE_RECORD", L"NUL");
+    // Its calls are recorded on their way to it.
+    SetVariable(L"QUORVEL_PLUGINCORE_RECORD", {});
     SetVariable(L"QUORVEL_PLUGINCORE_SCRIPT", folder.Answers());
     SetVariable(L"QUORVEL_PLUGPLUG_RECORD", folder.BusCalls());
     SetVariable(L"QUORVEL_PLUGPLUG_SCRIPT", folder.BusAnswers());
