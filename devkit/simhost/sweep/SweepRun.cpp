@@ -10,13 +10,13 @@
 #include "simhost/checks/ImportWatch.h"
 #include "simhost/contract/ContractChecks.h"
 #include "simhost/contract/PluginCoreWatch.h"
+#include "simhost/plugin/AllReferences.h"
 #include "simhost/run/FlightRecorder.h"
 #include "simhost/run/ScenarioPlayer.h"
 #include "simhost/sweep/HostFaults.h"
 #include "simhost/sweep/ImportTable.h"
 #include "simhost/sweep/Injector.h"
 #include "simhost/sweep/UnhandledWatch.h"
-#include "simhost/sweep/UnloadAll.h"
 
 namespace simhost::sweep {
 
@@ -111,7 +111,7 @@ SweepRun PlayOnce(const Scenario& scenario, const RunFolder& folder, std::option
     }
     RecordStep("unloading the plug-in");
     RemoveHooksLeft();
-    UnloadAllOf(folder.Root());
+    FreeAllReferencesIn(folder.Root());
     contract::ForgetLibrary();
     result.leftByGiver = TheHoldings().Counts();
     result.left = TheHoldings().All();
