@@ -116,10 +116,7 @@ class Teller {
 }  // namespace
 
 std::vector<std::string> LinesOfCallDifference(const Json& expected, const std::vector<PluginCoreCall>& calls) {
-    std::vector<PluginCoreCall> expectedCalls;
-    for (const Json& call : expected) {
-        expectedCalls.push_back(ExpectedCall(call));
-    }
+    const std::vector<PluginCoreCall> expectedCalls = ExpectedCalls(expected);
     Teller teller;
     if (expectedCalls.size() > kMostToAlign || calls.size() > kMostToAlign) {
         for (std::size_t i = 0; i < std::max(expectedCalls.size(), calls.size()); ++i) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <span>
 
 #include "simhost/scenario/CallDefaults.h"
 
@@ -27,6 +28,23 @@ std::string OneLine(const PluginCoreCall& call) {
     return call.entry + " " + call.arguments.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
+std::string FirstDifference(const std::vector<PluginCoreCall>& expected, std::span<const PluginCoreCall> calls) {
+    const std::size_t count = std::max(expected.size(), calls.size());
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string number = "call " + std::to_string(i + 1) + ": ";
+        if (i >= expected.size()) {
+            return number + "nothing was expected, but came " + OneLine(calls[i]);
+        }
+        if (i >= calls.size()) {
+            return number + "expected " + OneLine(expected[i]) + ", but nothing came";
+        }
+        if (!IsCall(expected[i], calls[i])) {
+            return number + "expected " + OneLine(expected[i]) + ", but came " + OneLine(calls[i]);
+        }
+    }
+    return {};
+}
+
 }  // namespace
 
 PluginCoreCall ExpectedCall(const Json& expected) {
@@ -34,32 +52,27 @@ PluginCoreCall ExpectedCall(const Json& expected) {
     return {full.begin().key(), full.begin().value()};
 }
 
+std::vector<PluginCoreCall> ExpectedCalls(const Json& expected) {
+    std::vector<PluginCoreCall> calls;
+    for (const Json& call : expected) {
+        calls.push_back(ExpectedCall(call));
+    }
+    return calls;
+}
+
 bool IsCall(const PluginCoreCall& expected, const PluginCoreCall& call) {
     return expected.entry == call.entry && SameArguments(expected.arguments, call.arguments);
 }
 
 std::string DifferenceOf(const Json& expected, const std::vector<PluginCoreCall>& calls) {
-    const std::size_t count = std::max(expected.size(), calls.size());
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::string number = "call " + std::to_string(i + 1) + ": ";
-        if (i >= expected.size()) {
-            return number + "nothing was expected, but came " + OneLine(calls[i]);
-        }
-        const PluginCoreCall expectedCall = ExpectedCall(expected[i]);
-        if (i >= calls.size()) {
-            return number + "expected " + OneLine(expectedCall) + ", but nothing came";
-        }
-        if (!IsCall(expectedCall, calls[i])) {
-            return number + "expected " + OneLine(expectedCall) + ", but came " + OneLine(calls[i]);
-        }
-    }
-    return {};
+    return FirstDifference(ExpectedCalls(expected), calls);
 }
 
 std::string DifferenceOfTicks(const Json& each, std::int64_t ticks, const std::vector<PluginCoreCall>& calls,
                               std::int64_t seconds) {
     constexpr std::int64_t kSecondsBetweenQuestions = 10;
     const PluginCoreCall question = ExpectedCall("PluginIsEnabled");
+    const std::vector<PluginCoreCall> callsOfEach = ExpectedCalls(each);
     std::int64_t questionsLeft = seconds / kSecondsBetweenQuestions + 1;
     auto next = calls.begin();
     for (std::int64_t tick = 1; tick <= ticks; ++tick) {
@@ -67,8 +80,8 @@ std::string DifferenceOfTicks(const Json& each, std::int64_t ticks, const std::v
             --questionsLeft;
             ++next;
         }
-        const auto end = next + std::min<std::ptrdiff_t>(std::ssize(each), calls.end() - next);
-        const std::string difference = DifferenceOf(each, {next, end});
+        const auto end = next + std::min<std::ptrdiff_t>(std::ssize(callsOfEach), calls.end() - next);
+        const std::string difference = FirstDifference(callsOfEach, {next, end});
         if (!difference.empty()) {
             return "tick " + std::to_string(tick) + ": " + difference;
         }

@@ -12,6 +12,8 @@ namespace simhost {
 
 // An element of a step's "calls", with all its arguments.
 PluginCoreCall ExpectedCall(const nlohmann::ordered_json& expected);
+// All of them.
+std::vector<PluginCoreCall> ExpectedCalls(const nlohmann::ordered_json& expected);
 
 // Whether it is the expected call: same function, same arguments, same bytes.
 bool IsCall(const PluginCoreCall& expected, const PluginCoreCall& call);

@@ -71,7 +71,7 @@ void StepChecks::CheckCalls(const Step& step) {
         return;
     }
     const std::string text = step.place + ": " + difference;
-    if (!manyTicks) {
+    if (!manyTicks && mReport.TellsCalls()) {
         mReport.Explain(text, LinesOfCallDifference(expected, calls));
     }
     Host().rules.Broken(Rule::kCalls, text);

@@ -44,7 +44,9 @@ bool WasAnyCalled() { return !Numbers().empty(); }
 std::vector<PluginCoreCall> TakeCalls() {
     std::vector<PluginCoreCall> calls;
     for (const auto& call : std::exchange(Untaken(), {})) {
-        calls.push_back(*call);
+        // One that is under way is still written to.
+        const bool isOver = call.use_count() == 1;
+        calls.push_back(isOver ? std::move(*call) : *call);
     }
     return calls;
 }

@@ -139,6 +139,9 @@ void RunReport::NestedInto(const std::string& operation) {
 }
 
 void RunReport::Calls(Library library, const std::vector<PluginCoreCall>& calls, bool shown) {
+    if (!mTellsCalls) {
+        return;
+    }
     Json& observed = mObserved[KeyOf(library)];
     observed = observed.is_array() ? observed : Json::array();
     for (const PluginCoreCall& call : calls) {

@@ -42,6 +42,9 @@ class RunReport {
     void Message(const std::string& text, std::int32_t answer);
     void NestedInto(const std::string& operation);
     void Calls(Library library, const std::vector<PluginCoreCall>& calls, bool shown = true);
+    // From now on nobody is told of calls, which may be tens of thousands.
+    void LeaveOutCalls() { mTellsCalls = false; }
+    bool TellsCalls() const { return mTellsCalls; }
     // Anything else that is worth a line.
     void Line(const std::string& text, int indent = 6);
 
@@ -75,6 +78,7 @@ class RunReport {
         std::int64_t amount = 0;
     };
     std::map<std::string, Told> mToldByRule;
+    bool mTellsCalls = true;
     bool mPassed = true;  // the open step, so far
     Json mObserved;
     std::optional<std::vector<std::pair<std::string, Json>>> mHeldBack;  // events that may not be told

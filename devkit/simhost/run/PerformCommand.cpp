@@ -7,6 +7,7 @@
 
 #include "doubles/host/Host.h"
 #include "simhost/checks/EndChecks.h"
+#include "simhost/contract/RecordedCalls.h"
 #include "simhost/plugin/PluginModule.h"
 #include "simhost/plugin/PropertyList.h"
 #include "simhost/report/ResultRecord.h"
@@ -45,6 +46,7 @@ void Play(const Scenario& scenario, const RunFolder& folder, RunReport& report) 
         Host().rules.Broken(Rule::kPluginLoad, error.what());
         return;
     }
+    contract::Journal().KeepIn(folder.Calls());
     player->PlaySteps();
     if (scenario.endIsChecked) {
         RecordStep("the checks after the last step");

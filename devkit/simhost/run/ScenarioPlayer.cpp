@@ -32,7 +32,6 @@ ScenarioPlayer::ScenarioPlayer(const Scenario& scenario, const RunFolder& folder
     contract::WatchPluginCore(mPlugin.Module());
     // A scenario may send another message then, or show a dialog.
     contract::BeforeEachCall([](const char* entry) { Host().operations.Begin("PluginCore", entry); });
-    contract::Journal().KeepIn(folder.Calls());
     DisguiseAs(folder.Program(), mPlugin.Module());
     InstallPluginClock(mPlugin.Module());
 }

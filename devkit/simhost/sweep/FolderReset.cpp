@@ -77,8 +77,7 @@ void FolderReset::Reset() const {
 
 void FolderReset::RemoveNewFiles() const {
     for (const std::filesystem::path& file : FilesIn(mFolder.Root())) {
-        // The journal is open.
-        if (!mFiles.contains(file) && file != mFolder.Calls()) {
+        if (!mFiles.contains(file)) {
             RemoveFile(file);
         }
     }

@@ -30,6 +30,7 @@ class Run {
         : mFolder(folder),
           mReport(scenario, Transcript("", Verbosity::kQuiet, false), {}),
           mPlayer(scenario, folder, mReport) {
+        mReport.LeaveOutCalls();
         mPlayer.Driver().onAnswer = [this](const std::string& message, std::int32_t answer) {
             NoteAnswer(message, answer);
         };
