@@ -10,6 +10,7 @@ import pathlib
 import subprocess
 import sys
 import tempfile
+import time
 
 # What is played on one desktop. No fault of one is equal to a fault of the other.
 SHARES = [["once", "filled"], ["from-here"]]
@@ -43,6 +44,7 @@ def main() -> int:
     options = parser.parse_args()
     arguments = [*options.scenarios, "--replay-every", "16", "--every", str(options.every)]
     arguments += [] if options.whole else ["--distinct"]
+    began = time.monotonic()
     with tempfile.TemporaryDirectory() as folder:
         records = [pathlib.Path(folder) / f"{number}.json" for number in range(len(SHARES))]
         runs = [start(options.command, number, modes, arguments, records[number])
@@ -54,16 +56,23 @@ def main() -> int:
         for record in records:
             totals = add(totals, json.loads(record.read_text(encoding="utf-8")))
     # Each share plays the same cases, which count once, and so do their calls.
+    totals["scenarios"] //= len(SHARES)
     totals["cases"] //= len(SHARES)
     totals["calls"] = {kind: count // len(SHARES) for kind, count in totals["calls"].items()}
+    totals["unplayable"] = sorted(set(totals["unplayable"]))
     # Of each share some of the same.
     del totals["operations"]
     totals["distinct"] = not options.whole
     totals["every"] = options.every
+    totals["seconds"] = round(time.monotonic() - began)
     if options.json:
         options.json.write_text(json.dumps(totals, indent=2) + "\n", encoding="utf-8")
-    print(f"fault-sweep: {totals['faults']} faults in {totals['cases']} cases, {len(totals['findings'])} with findings, "
-          f"{len(totals['unplayable'])} not playable")
+    print(f"fault-sweep: {totals['faults']} faults in {totals['cases']} cases of {totals['scenarios']} scenarios, "
+          f"{totals['injected']} of them injected, {totals['not_reached']} never reached, "
+          f"{len(totals['findings'])} with findings, {len(totals['unplayable'])} cases not playable")
+    left_out = totals["left_out"]
+    print(f"left out: {left_out['same_way']} faults on the way of another one, {left_out['passed_over']} passed over, "
+          f"{left_out['not_played']} not played")
     return 1 if 1 in codes else max(codes, key=abs)
 
 

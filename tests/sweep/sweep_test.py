@@ -62,6 +62,24 @@ def mistakes_in(case: str, expected: list, code: int, output: str, totals: dict)
         yield f"{case}: nothing was made to fail"
 
 
+def count_mistakes(command: list[str]):
+    """What is left out is counted: with it, each way of playing a case comes to the same."""
+    every_call = sweep(command, [SCENARIO, "--case", "bears"])[2]
+    some = sweep(command, [SCENARIO, "--case", "bears", "--distinct", "--every", "3"])[2]
+    left_out = some["left_out"]
+    if every_call["left_out"] != {"same_way": 0, "passed_over": 0, "not_played": 0}:
+        yield f"all was played, but {every_call['left_out']} is left out"
+    if left_out["passed_over"] == 0 or left_out["not_played"] != 0 or some["faults"] + left_out["same_way"] + \
+            left_out["passed_over"] != every_call["faults"]:
+        yield f"{some['faults']} of {every_call['faults']} faults were played, but {left_out} is left out"
+    for totals in (every_call, some):
+        rows = [row for modes in totals["by_kind"].values() for row in modes.values()]
+        if sum(row["offered"] for row in rows) != every_call["faults"] or \
+                sum(row["played"] for row in rows) != totals["faults"] or \
+                totals["injected"] + totals["not_reached"] != totals["faults"]:
+            yield f"the counts do not add up: {totals}"
+
+
 def repeat_mistakes(command: list[str], totals: dict):
     """The command that is told with a finding brings it about again, and shows the way to it."""
     finding = totals["findings"][0]
@@ -81,6 +99,7 @@ def main() -> int:
         mistakes += mistakes_in(case, expected, code, output, totals)
         if case == "block" and not mistakes:
             mistakes += repeat_mistakes(command, totals)
+    mistakes += count_mistakes(command)
     code, output, totals = sweep(command, [SCENARIO, "--case", "bears", "--number", "99"])
     if code != 2 or "there is no such call" not in output:
         mistakes.append(f"a call that never comes: exit code {code}\n{output}")

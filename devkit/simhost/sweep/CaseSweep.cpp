@@ -169,9 +169,7 @@ void CaseSweep::Read(const Json& line, const Part& part, Told& told) {
         told.isPlayable = false;
         told.complaints = TextsOf(line.at("unplayable"));
     } else if (line.contains("counted") && !std::exchange(mIsCounted, true)) {
-        for (const auto& [kind, count] : line.at("counted").items()) {
-            mTotals.calls[static_cast<std::size_t>(KindNamed(kind).value())] += count.get<std::int64_t>();
-        }
+        CountPlan(line);
     } else if (line.contains("begin")) {
         told.begun = line.at("begin").get<std::size_t>() + 1;
         told.isEnded = false;
@@ -186,6 +184,24 @@ void CaseSweep::Read(const Json& line, const Part& part, Told& told) {
     } else if (line.contains("done")) {
         told.isDone = true;
     }
+}
+
+void CaseSweep::CountPlan(const Json& counted) {
+    for (const auto& [kind, count] : counted.at("counted").items()) {
+        mTotals.calls[static_cast<std::size_t>(KindNamed(kind).value())] += count.get<std::int64_t>();
+    }
+    const auto add = [&](const char* key, std::int64_t FaultCounts::*count, std::int64_t sign) {
+        for (const Json& amount : counted.at(key)) {
+            const Fault fault{KindNamed(amount.at(0).get<std::string>()).value(),
+                              ModeNamed(amount.at(1).get<std::string>()).value()};
+            mTotals.Of(fault).*count += sign * amount.at(2).get<std::int64_t>();
+        }
+    };
+    add("offered", &FaultCounts::offered, 1);
+    add("offered", &FaultCounts::sameWay, 1);
+    add("distinct", &FaultCounts::sameWay, -1);
+    add("distinct", &FaultCounts::passedOver, 1);
+    add("planned", &FaultCounts::passedOver, -1);
 }
 
 void CaseSweep::Count(const Json& end, bool isRepeated) {

@@ -49,6 +49,7 @@ class CaseSweep {
 
     void PlayPart(const Part& part);
     void Read(const nlohmann::ordered_json& line, const Part& part, Told& told);
+    void CountPlan(const nlohmann::ordered_json& counted);
     void Count(const nlohmann::ordered_json& end, bool isRepeated);
     void GoOnAfter(const Part& part, const Told& told, const HostEnd& end);
     void Find(const nlohmann::ordered_json& fault, const std::vector<std::string>& texts,

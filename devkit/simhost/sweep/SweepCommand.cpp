@@ -8,6 +8,7 @@
 #include <set>
 #include <stdexcept>
 
+#include "doubles/common/Text.h"
 #include "simhost/launch/Cancellation.h"
 #include "simhost/launch/Selection.h"
 #include "simhost/report/WholeFile.h"
@@ -55,6 +56,7 @@ class Sweeper {
                 [&](const SweepFinding& finding, const std::vector<std::string>& details) { Tell(finding, details); })
                 .Play();
             ++mTotals.cases;
+            mTotals.files.insert(Utf8(file.Path().generic_wstring()));
         } catch (const Cancelled&) {
             throw;
         } catch (const std::exception& error) {

@@ -15,6 +15,13 @@ struct CountRow {
     std::int64_t FaultCounts::*count;
 };
 
+// Before anything was played.
+constexpr CountRow kPlanned[] = {
+    {"offered", "offered", &FaultCounts::offered},
+    {"left_out_same_way", "on the way of another one", &FaultCounts::sameWay},
+    {"left_out_passed_over", "passed over", &FaultCounts::passedOver},
+};
+
 constexpr CountRow kCounts[] = {
     {"played", "played", &FaultCounts::played},
     {"not_reached", "not reached", &FaultCounts::notReached},
@@ -31,7 +38,7 @@ void ForEach(const SweepTotals& totals, Visit visit) {
     for (std::size_t kind = 0; kind < kKinds; ++kind) {
         for (std::size_t mode = 0; mode < kModes; ++mode) {
             const FaultCounts& counts = totals.faults[kind][mode];
-            if (counts.played != 0) {
+            if (counts.offered != 0) {
                 visit(NameOf(static_cast<Kind>(kind)), NameOf(static_cast<Mode>(mode)), counts);
             }
         }
@@ -46,19 +53,37 @@ std::string Column(const std::string& text, int width) {
 
 }  // namespace
 
-std::int64_t SweepTotals::Played() const {
-    std::int64_t played = 0;
-    ForEach(*this, [&](const char*, const char*, const FaultCounts& counts) { played += counts.played; });
-    return played;
+std::int64_t SweepTotals::Sum(std::int64_t FaultCounts::*count) const {
+    std::int64_t sum = 0;
+    ForEach(*this, [&](const char*, const char*, const FaultCounts& counts) { sum += counts.*count; });
+    return sum;
+}
+
+std::int64_t SweepTotals::NotPlayed() const {
+    return Sum(&FaultCounts::offered) - Sum(&FaultCounts::sameWay) - Sum(&FaultCounts::passedOver) - Played();
 }
 
 Json AsJson(const SweepTotals& totals) {
-    Json json = {{"cases", totals.cases}, {"unplayable", totals.unplayable}, {"faults", totals.Played()}};
+    const std::int64_t notReached = totals.Sum(&FaultCounts::notReached);
+    Json json = {{"scenarios", totals.files.size()},
+                 {"cases", totals.cases},
+                 {"faults", totals.Played()},
+                 {"injected", totals.Played() - notReached},
+                 {"not_reached", notReached},
+                 {"with_findings", totals.Sum(&FaultCounts::withFindings)},
+                 {"left_out",
+                  {{"same_way", totals.Sum(&FaultCounts::sameWay)},
+                   {"passed_over", totals.Sum(&FaultCounts::passedOver)},
+                   {"not_played", totals.NotPlayed()}}},
+                 {"unplayable", totals.unplayable}};
     for (std::size_t kind = 0; kind < kKinds; ++kind) {
         json["calls"][NameOf(static_cast<Kind>(kind))] = totals.calls[kind];
     }
     json["by_kind"] = Json::object();
     ForEach(totals, [&](const char* kind, const char* mode, const FaultCounts& counts) {
+        for (const CountRow& row : kPlanned) {
+            json["by_kind"][kind][mode][row.key] = counts.*row.count;
+        }
         for (const CountRow& row : kCounts) {
             json["by_kind"][kind][mode][row.key] = counts.*row.count;
         }
@@ -89,6 +114,10 @@ std::vector<std::string> LinesOf(const SweepTotals& totals) {
         }
         lines.push_back(line);
     });
+    lines.push_back("left out: " + std::to_string(totals.Sum(&FaultCounts::sameWay)) + " of " +
+                    std::to_string(totals.Sum(&FaultCounts::offered)) + " faults that are on the way of another one, " +
+                    std::to_string(totals.Sum(&FaultCounts::passedOver)) + " passed over, " +
+                    std::to_string(totals.NotPlayed()) + " not played");
     for (const auto& [what, amount] : totals.explained) {
         lines.push_back("explained: " + std::to_string(amount) + " x " + what);
     }

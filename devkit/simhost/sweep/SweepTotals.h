@@ -16,6 +16,9 @@ namespace simhost::sweep {
 
 // Faults of one kind and mode.
 struct FaultCounts {
+    std::int64_t offered = 0;     // by all calls of all cases, or by the --number that is asked for
+    std::int64_t sameWay = 0;     // of these, left out: on the way of another one that is played
+    std::int64_t passedOver = 0;  // of these, left out: by --every
     std::int64_t played = 0;
     std::int64_t notReached = 0;    // the run did not come to the call
     std::int64_t failedCalls = 0;   // by all of them; more than one for "from-here"
@@ -35,6 +38,7 @@ struct SweepFinding {
 
 struct SweepTotals {
     std::int64_t cases = 0;
+    std::set<std::string> files;               // of these cases
     std::vector<std::string> unplayable;       // with the reason
     std::array<std::int64_t, kKinds> calls{};  // counted, in all cases
     std::array<std::array<FaultCounts, kModes>, kKinds> faults{};
@@ -45,7 +49,11 @@ struct SweepTotals {
     FaultCounts& Of(const Fault& fault) {
         return faults[static_cast<std::size_t>(fault.kind)][static_cast<std::size_t>(fault.mode)];
     }
-    std::int64_t Played() const;
+    // In all kinds and modes.
+    std::int64_t Sum(std::int64_t FaultCounts::*count) const;
+    std::int64_t Played() const { return Sum(&FaultCounts::played); }
+    // Neither played nor left out on purpose.
+    std::int64_t NotPlayed() const;
 };
 
 // One object with plain counts, and the findings.

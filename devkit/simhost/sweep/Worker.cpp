@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <utility>
@@ -54,6 +55,19 @@ Scenario WithoutRandomMessages(Scenario scenario) {
     return scenario;
 }
 
+// Of each kind and mode: [[kind, mode, amount], ...].
+Json AmountsOf(const std::vector<PlannedFault>& plan) {
+    std::map<std::pair<Kind, Mode>, std::size_t> amounts;
+    for (const PlannedFault& planned : plan) {
+        ++amounts[{planned.fault.kind, planned.fault.mode}];
+    }
+    Json json = Json::array();
+    for (const auto& [kindAndMode, amount] : amounts) {
+        json.push_back({NameOf(kindAndMode.first), NameOf(kindAndMode.second), amount});
+    }
+    return json;
+}
+
 class Worker {
   public:
     explicit Worker(const WorkerOptions& options)
@@ -76,7 +90,6 @@ class Worker {
             return 0;
         }
         const std::vector<PlannedFault> plan = MakePlan();
-        Tell(Counted(plan.size()));
         // Recorded calls took memory and time, but the plug-in's own doing is the same.
         std::size_t unreplayed = mOptions.first;
         const std::size_t end = std::min(plan.size(), mOptions.last);
@@ -132,24 +145,27 @@ class Worker {
         return verdict.complaints.empty();
     }
 
-    std::vector<PlannedFault> MakePlan() const {
+    // Tells what is left out of it on the way.
+    std::vector<PlannedFault> MakePlan() {
         std::vector<PlannedFault> plan = AllFaults(mRecorded, mOptions.kinds, mOptions.modes);
         if (mOptions.number) {
             std::erase_if(plan, [&](const PlannedFault& planned) { return planned.fault.number != *mOptions.number; });
         }
+        const Json offered = AmountsOf(plan);
         if (!mOptions.known.empty()) {
             KeepDistinct(plan, LinesOf(mOptions.known));
         }
+        const Json distinct = AmountsOf(plan);
         KeepEvery(plan, mOptions.every);
-        return plan;
-    }
-
-    Json Counted(std::size_t planned) const {
         Json counted = Json::object();
         for (const Kind kind : mOptions.kinds) {
             counted[NameOf(kind)] = mRecorded.Count(kind);
         }
-        return {{"counted", std::move(counted)}, {"planned", planned}};
+        Tell({{"counted", std::move(counted)},
+              {"offered", offered},
+              {"distinct", distinct},
+              {"planned", AmountsOf(plan)}});
+        return plan;
     }
 
     // False when the process can play no more.
