@@ -34,8 +34,7 @@ enum class Closeness {
 bool HasOnlyOrdinaryNumbers(std::string_view text) {
     std::size_t digits = 0;
     long exponent = -1;  // not inside of one
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
+    for (const char c : text) {
         if (c >= '0' && c <= '9') {
             exponent = exponent < 0 ? exponent : exponent * 10 + (c - '0');
             if (++digits > 40 || exponent >= 250) {

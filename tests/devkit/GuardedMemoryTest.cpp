@@ -12,8 +12,6 @@ namespace {
 using simhost::contract::Access;
 using simhost::contract::GuardedMemory;
 using simhost::contract::Hit;
-using simhost::contract::HitKind;
-using simhost::contract::Loan;
 
 volatile char* LendText(const std::string& text, Access access) {
     return static_cast<volatile char*>(

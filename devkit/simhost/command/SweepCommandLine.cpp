@@ -72,7 +72,7 @@ void AddSweep(CLI::App& app, ChosenCommand& chosen) {
                       "The plug-in's file; else the one that the scenario names, beside this program");
     sweep
         ->add_option("--step-time-limit", texts->options.stepTimeLimitSeconds,
-                     "A step that takes so many seconds hangs; else 20")
+                     "A step that takes so many seconds hangs; else 20, or what the scenario says")
         ->check(CLI::Range(ranges::kTimeLimit.least, ranges::kTimeLimit.most));
     sweep->add_option("--json", texts->json, "Where to write what came of it, in numbers");
     sweep->add_flag("--no-wait", texts->options.noWait, "Do not wait for another simhost that plays");

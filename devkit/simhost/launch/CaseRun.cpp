@@ -43,16 +43,6 @@ std::vector<std::wstring> ArgumentsOfHost(const std::filesystem::path& scenario,
     return arguments;
 }
 
-WatchLimits LimitsOf(const Scenario& scenario, const RunOptions& options) {
-    const std::int64_t run = options.timeLimitSeconds.value_or(scenario.timeLimitSeconds.value_or(kUsualSeconds));
-    const std::int64_t step =
-        options.stepTimeLimitSeconds.value_or(scenario.stepTimeLimitSeconds.value_or(kUsualStepSeconds));
-    const bool hasPerson = std::any_of(scenario.steps.begin(), scenario.steps.end(), [](const Step& each) {
-        return std::holds_alternative<OperateByHand>(each.action);
-    });
-    return {run, step, true, hasPerson};
-}
-
 // There is a result in any case afterwards.
 void RunHost(const Scenario& scenario, const RunFolder& folder, const std::vector<std::wstring>& arguments,
              const WatchLimits& limits, const std::filesystem::path& record) {
@@ -65,6 +55,16 @@ void RunHost(const Scenario& scenario, const RunFolder& folder, const std::vecto
 }
 
 }  // namespace
+
+WatchLimits LimitsOf(const Scenario& scenario, const RunOptions& options) {
+    const std::int64_t run = options.timeLimitSeconds.value_or(scenario.timeLimitSeconds.value_or(kUsualSeconds));
+    const std::int64_t step =
+        options.stepTimeLimitSeconds.value_or(scenario.stepTimeLimitSeconds.value_or(kUsualStepSeconds));
+    const bool hasPerson = std::any_of(scenario.steps.begin(), scenario.steps.end(), [](const Step& each) {
+        return std::holds_alternative<OperateByHand>(each.action);
+    });
+    return {run, step, true, hasPerson};
+}
 
 void CheckPluginFile(const std::filesystem::path& file) {
     if (const std::string why = WhyNoLibrary(file); !why.empty()) {

@@ -10,6 +10,7 @@
 #include "simhost/report/TellOptions.h"
 #include "simhost/scenario/ScenarioFile.h"
 #include "simhost/scenario/Variation.h"
+#include "simhost/watch/HostWatch.h"
 
 namespace simhost {
 
@@ -29,6 +30,9 @@ struct RunOptions {
 
 // Returns when the host's process has ended or was ended. Throws std::exception when the case cannot be played.
 Verdict RunCase(const ScenarioFile& file, const std::string& caseName, const RunOptions& options);
+
+// What the options say, else the scenario, else what is usual.
+WatchLimits LimitsOf(const Scenario& scenario, const RunOptions& options);
 
 // Throws std::runtime_error, in words, for a file that is no library.
 void CheckPluginFile(const std::filesystem::path& file);

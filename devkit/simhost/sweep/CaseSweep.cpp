@@ -20,7 +20,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 // A worker may play for hours; what takes too long is a step of it.
-constexpr std::int64_t kRunSeconds = 24 * 60 * 60;
+constexpr std::int64_t kRunSeconds = std::int64_t{24} * 60 * 60;
 
 std::vector<std::string> TextsOf(const Json& array) { return array.get<std::vector<std::string>>(); }
 
@@ -96,6 +96,8 @@ RunOptions CaseSweep::OptionsOfRun() const {
     run.workFolder = FolderOfRuns() / (FolderNameOf(mFile, mCase) + L"-" + std::to_wstring(GetCurrentProcessId()));
     run.workFolder.make_preferred();
     run.noWait = mOptions.noWait;
+    run.timeLimitSeconds = kRunSeconds;
+    run.stepTimeLimitSeconds = mOptions.stepTimeLimitSeconds;
     return run;
 }
 
@@ -152,7 +154,8 @@ void CaseSweep::PlayPart(const Part& part) {
     // The plan of all parts must be the same: what becomes known on the way is added in the end.
     WriteLines(mKnownFile, mKnown);
     const FlightRecorder recorder;
-    const WatchLimits limits{kRunSeconds, mOptions.stepTimeLimitSeconds, false, false};
+    WatchLimits limits = LimitsOf(mSetting.Story(), OptionsOfRun());
+    limits.tellsThreadsLeft = false;
     const HostEnd end =
         RunAndWatch({mSetting.Folder().Program(), ArgumentsFor(part), mSetting.Folder().Root()}, limits, recorder);
     Told told;

@@ -36,6 +36,11 @@ constexpr Explanation kExplanations[] = {
     {"FreeLibrary", "LoadLibraryA"},
     {"FreeLibrary", "LoadLibraryW"},
     {"FreeLibrary", "GetModuleHandleExW"},
+    // Intentional: each attempt to reach the panel leaves its search open and its library loaded, and the next tick
+    // makes another one.
+    {"GetProcAddress", "FindFirstFileW", Amount::kAlso},
+    {"GetProcAddress", "LoadLibraryW", Amount::kAlso},
+    {"LoadLibraryW", "FindFirstFileW"},
     {"fclose", "fopen"},
     {"fclose", "_wfopen"},
 };

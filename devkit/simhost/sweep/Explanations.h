@@ -10,6 +10,7 @@ namespace simhost::sweep {
 
 enum class Amount {
     kEach,  // each failure explains one thing
+    kAlso,  // each failure explains one thing beside others
     kAny,   // one failure explains all of them
 };
 

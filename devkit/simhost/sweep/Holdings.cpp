@@ -12,7 +12,7 @@ void Holdings::Forget() {
     mHeld.clear();
 }
 
-void Holdings::Taken(const char* by, const void* thing) {
+void Holdings::Taken(const char* by, void* thing) {
     const std::lock_guard lock(mMutex);
     mHeld.insert({thing, {by, TheInjector().Returns()}});
 }
@@ -25,7 +25,7 @@ void Holdings::GivenBack(const void* thing) {
     }
 }
 
-void Holdings::Moved(const void* from, const void* to) {
+void Holdings::Moved(void* from, void* to) {
     const std::lock_guard lock(mMutex);
     if (auto node = mHeld.extract(from)) {
         node.key() = to;
@@ -56,7 +56,7 @@ std::vector<void*> Holdings::GivenBy(const char* function) const {
     std::vector<void*> things;
     for (const auto& [thing, held] : mHeld) {
         if (std::string_view(held.by) == function) {
-            things.push_back(const_cast<void*>(thing));
+            things.push_back(thing);
         }
     }
     return things;

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -21,10 +22,10 @@ struct Held {
 class Holdings {
   public:
     void Forget();
-    void Taken(const char* by, const void* thing);
+    void Taken(const char* by, void* thing);
     void GivenBack(const void* thing);
     // A block of memory was moved.
-    void Moved(const void* from, const void* to);
+    void Moved(void* from, void* to);
 
     // By the function that gave them.
     std::map<std::string, std::int64_t> Counts() const;
@@ -34,7 +35,7 @@ class Holdings {
 
   private:
     mutable Mutex mMutex;
-    std::multimap<const void*, Held> mHeld;  // a library is held several times
+    std::multimap<void*, Held, std::less<>> mHeld;  // a library is held several times
 };
 
 // Those of the plug-in in this process.

@@ -78,7 +78,7 @@ struct Substitute<kName, Result(Arguments...), kFailure, kError, kEffect> {
         const DWORD error = GetLastError();
         if constexpr (kEffect == Effect::kTakes) {
             if (IsSomething(result)) {
-                TheHoldings().Taken(kName.text, reinterpret_cast<const void*>(result));
+                TheHoldings().Taken(kName.text, reinterpret_cast<void*>(result));
             }
         } else if constexpr (kEffect == Effect::kTakesReference) {
             const auto& [flags, name, module] = std::tie(arguments...);

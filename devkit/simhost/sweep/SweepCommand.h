@@ -21,7 +21,7 @@ struct SweepOptions {
     bool distinct = false;                // faults on one way through the plug-in are played once in the sweep
     std::size_t every = 1;                // of the faults of a kind and mode in a case, plays each so many-th
     std::size_t replayEvery = 1;          // faults
-    std::int64_t stepTimeLimitSeconds = 20;
+    std::optional<std::int64_t> stepTimeLimitSeconds{};  // nothing: the scenario's, else 20
     bool noWait = false;
     std::filesystem::path json;  // where to write the totals; empty: nowhere
 };

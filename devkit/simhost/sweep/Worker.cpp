@@ -199,6 +199,7 @@ class Worker {
     // The functions of the plug-in on the way to a call, the innermost first.
     Json Described(const std::vector<std::uint32_t>& returns) const {
         std::vector<std::uint64_t> addresses;
+        addresses.reserve(returns.size());
         for (const std::uint32_t offset : returns) {
             addresses.push_back(kAnyBase + offset - 1);  // into the call, and not behind it
         }
