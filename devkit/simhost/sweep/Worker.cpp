@@ -55,6 +55,13 @@ Scenario WithoutRandomMessages(Scenario scenario) {
     return scenario;
 }
 
+// For addr2line, where this process finds no names.
+std::string OffsetInWords(std::uint64_t offset) {
+    char text[48];
+    std::snprintf(text, sizeof text, "the plug-in+0x%llx", static_cast<unsigned long long>(offset));
+    return text;
+}
+
 // Of each kind and mode: [[kind, mode, amount], ...].
 Json AmountsOf(const std::vector<PlannedFault>& plan) {
     std::map<std::pair<Kind, Mode>, std::size_t> amounts;
@@ -203,9 +210,11 @@ class Worker {
         for (const std::uint32_t offset : returns) {
             addresses.push_back(kAnyBase + offset - 1);  // into the call, and not behind it
         }
+        const std::vector<Symbol> symbols = LookUpSymbols(mFolder.Plugin(), kAnyBase, addresses);
         Json places = Json::array();
-        for (const Symbol& symbol : LookUpSymbols(mFolder.Plugin(), kAnyBase, addresses)) {
-            places.push_back(InWords(symbol, "the plug-in"));
+        for (std::size_t i = 0; i < symbols.size(); ++i) {
+            places.push_back(symbols[i].function.empty() ? OffsetInWords(addresses[i] - kAnyBase)
+                                                         : InWords(symbols[i], "the plug-in"));
         }
         return places;
     }
