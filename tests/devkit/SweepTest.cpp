@@ -116,6 +116,22 @@ TEST(SweepVerdict, AFailedReleaseExplainsOneKindOfWhatIsLeft) {
     EXPECT_TRUE(JudgeFault(run, {}, {{"CloseHandle", 2}}).findings.empty());
 }
 
+TEST(SweepVerdict, AnAttemptToReachThePanelLeavesItsSearchAndItsLibrary) {
+    SweepRun run;
+    run.leftByGiver = {{"FindFirstFileW", 1}, {"LoadLibraryW", 1}};
+    EXPECT_TRUE(JudgeFault(run, {}, {{"GetProcAddress", 1}}).findings.empty());
+    EXPECT_EQ(JudgeFault(run, {}, {{"LoadLibraryW", 1}}).findings.size(), 1u);
+    run.leftByGiver = {{"FindFirstFileW", 2}, {"LoadLibraryW", 2}};
+    EXPECT_EQ(JudgeFault(run, {}, {{"GetProcAddress", 1}}).findings.size(), 2u);
+}
+
+TEST(SweepVerdict, APluginCoreThatBreaksTheContractAnywayMayDoSoMoreOften) {
+    const SweepRun once = RunWith(Rule::kContract, "no zero");
+    const SweepRun twice = RunWith(Rule::kContract, "no zero", 2);
+    EXPECT_TRUE(JudgeFault(twice, once, {}).findings.empty());
+    EXPECT_FALSE(JudgeFault(once, {}, {}).findings.empty());
+}
+
 TEST(SweepVerdict, AHookThatCannotBeRemovedBreaksARuleAndIsCountedAsWell) {
     SweepRun run = RunWith(Rule::kHookLeft, "the hook");
     run.leftByGiver = {{"SetWindowsHookExW", 1}};

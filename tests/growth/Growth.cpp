@@ -90,6 +90,7 @@ void Write(const std::string& file, const std::vector<Measurement>& all) {
 
 }  // namespace
 
+// An exception ends the program, and with it the test. NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
     Options options;
     CLI::App app("Whether anything grows.");
