@@ -15,6 +15,9 @@ import time
 # What is played on one desktop. No fault of one is equal to a fault of the other.
 SHARES = [["once", "filled"], ["from-here"]]
 
+# What no sweep plays.
+STEPS_LEFT_OUT = ["random_messages: they make calls fail themselves, and scripts/random-messages plays them"]
+
 
 def add(total, part):
     """Counts are added, lists joined, member by member."""
@@ -64,6 +67,7 @@ def main() -> int:
     del totals["operations"]
     totals["distinct"] = not options.whole
     totals["every"] = options.every
+    totals["steps_left_out"] = STEPS_LEFT_OUT
     totals["seconds"] = round(time.monotonic() - began)
     if options.json:
         options.json.write_text(json.dumps(totals, indent=2) + "\n", encoding="utf-8")
@@ -72,7 +76,7 @@ def main() -> int:
           f"{len(totals['findings'])} with findings, {len(totals['unplayable'])} cases not playable")
     left_out = totals["left_out"]
     print(f"left out: {left_out['same_way']} faults on the way of another one, {left_out['passed_over']} passed over, "
-          f"{left_out['not_played']} not played")
+          f"{left_out['not_played']} not played; steps: {'; '.join(STEPS_LEFT_OUT)}")
     return 1 if 1 in codes else max(codes, key=abs)
 
 
