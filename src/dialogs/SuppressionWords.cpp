@@ -6,13 +6,13 @@
 #include "plugincore/PCILoader.h"
 #include "plugincore/PluginCoreLocation.h"
 #include "support/TextConversion.h"
+#include "support/UntilUnloaded.h"
 
 namespace {
 
-// Live as long as the process.
-std::vector<std::wstring> sSuppressionWordList;
+const UntilUnloaded<std::vector<std::wstring>> sSuppressionWordList;
 // Where the file was found, with its separator. Nothing reads it; kept for debugging.
-std::string sSuppressionFolder;
+const UntilUnloaded<std::string> sSuppressionFolder;
 
 // The folder of the PluginCore library with its separator; empty when there is none.
 std::string PluginCoreFolder() {
@@ -29,9 +29,9 @@ std::string PluginCoreFolder() {
 
 }  // namespace
 
-const std::vector<std::wstring>& SuppressionWordList() { return sSuppressionWordList; }
+const std::vector<std::wstring>& SuppressionWordList() { return *sSuppressionWordList; }
 
-void AddSuppressionWord(const std::string& word) { sSuppressionWordList.push_back(Utf16FromUtf8(word)); }
+void AddSuppressionWord(const std::string& word) { sSuppressionWordList->push_back(Utf16FromUtf8(word)); }
 
 void AddDefaultSuppressionWords() {
     for (const char* word : {"Font", "font", "fuente", "police", "Caratteri", "Schriftprobleme", "Schriftart suchen",
@@ -50,10 +50,10 @@ bool ReadSuppressionFile(bool& hasEntries) {
     if (!IsRegularFile(path)) {
         return false;
     }
-    sSuppressionFolder = folder;
+    *sSuppressionFolder = folder;
     // Text mode, shared with everybody, like any file that the C runtime opens for reading. Narrow like the library's
     // own path.
     std::ifstream file(path);
-    hasEntries = AppendSuppressionWords(file, sSuppressionWordList);
+    hasEntries = AppendSuppressionWords(file, *sSuppressionWordList);
     return true;
 }

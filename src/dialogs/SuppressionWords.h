@@ -6,7 +6,7 @@
 #include <vector>
 
 // In the order in which they were added; repeats do no harm.
-// Lifetime: until the process ends; iterators until the next word is added.
+// Lifetime: as long as the module is loaded; iterators until the next word is added.
 const std::vector<std::wstring>& SuppressionWordList();
 
 // Appends a word. Throws utfcpp's exceptions when it is not UTF-8.

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "support/Log.h"
+#include "support/UntilUnloaded.h"
 
 namespace {
 
@@ -14,12 +15,11 @@ struct DocumentRecord {
 
 using DocumentRegistry = std::map<std::uint64_t, DocumentRecord>;
 
-// Lives as long as the plug-in is loaded.
-DocumentRegistry sDocumentRegistry;
+const UntilUnloaded<DocumentRegistry> sDocumentRegistry;
 
 std::uint64_t KeyOf(AIDocumentHandle document) { return reinterpret_cast<std::uintptr_t>(document); }
 
-DocumentRecord& RecordOf(AIDocumentHandle document) { return sDocumentRegistry[KeyOf(document)]; }
+DocumentRecord& RecordOf(AIDocumentHandle document) { return (*sDocumentRegistry)[KeyOf(document)]; }
 
 void LogExit(const char* operation) { LogMessage(kLogExit, "Exiting %s()", operation); }
 
@@ -70,6 +70,6 @@ std::string GetFontUsageForDocumentHandle(AIDocumentHandle document) {
     return report;
 }
 
-void ForgetDocumentHandle(AIDocumentHandle document) { sDocumentRegistry.erase(KeyOf(document)); }
+void ForgetDocumentHandle(AIDocumentHandle document) { sDocumentRegistry->erase(KeyOf(document)); }
 
-std::size_t DocumentRegistrySize() { return sDocumentRegistry.size(); }
+std::size_t DocumentRegistrySize() { return sDocumentRegistry->size(); }

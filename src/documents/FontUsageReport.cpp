@@ -9,16 +9,17 @@
 #include "json/JsonWriter.h"
 #include "support/Log.h"
 #include "support/TextConversion.h"
+#include "support/UntilUnloaded.h"
 
 namespace {
 
 constexpr const char* kPostScriptName = "PostScriptName";
 
-const std::string kNoName;
+const UntilUnloaded<std::string> kNoName;
 
 const std::string& PostScriptNameOf(const FontRecord& record) {
     const auto entry = record.find(kPostScriptName);
-    return entry == record.end() ? kNoName : entry->second;
+    return entry == record.end() ? *kNoName : entry->second;
 }
 
 // Linear on purpose: a document's font list is short and keeps its order.

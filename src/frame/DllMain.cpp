@@ -2,6 +2,7 @@
 
 #include "support/CompilerSupport.h"
 #include "support/Log.h"
+#include "support/UntilUnloaded.h"
 
 namespace {
 
@@ -16,8 +17,8 @@ void LogLoaderCall(const void* module, const char* reason, const void* reserved)
 // No header of ours declares it: Windows finds it by its name.
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
 
-// Windows calls it with the loader's lock held. It writes a log line, and frees the C++ runtime's own memory when the
-// library alone is unloaded. It loads no library and does not wait.
+// Windows calls it with the loader's lock held. It writes a log line, and frees the plug-in's objects and the C++
+// runtime's own memory when the library alone is unloaded. It loads no library and does not wait.
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved) {
     switch (reason) {
         case DLL_PROCESS_ATTACH:
@@ -25,8 +26,10 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved) 
             break;
         case DLL_PROCESS_DETACH:
             LogLoaderCall(module, "DLL_PROCESS_DETACH", reserved);
-            // Null when the library alone is unloaded; a process that ends frees its memory itself.
+            // Null when the library alone is unloaded. At the end of the process nothing is touched: late calls may
+            // still need it.
             if (reserved == nullptr) {
+                ModuleObject::DestroyAll();
                 ReleaseRuntimeMemory();
             }
             break;

@@ -1,11 +1,13 @@
 #include "menus/MenuItemRegistry.h"
 
+#include "support/UntilUnloaded.h"
+
 namespace {
 
-MenuItemMap sRegistry;
+const UntilUnloaded<MenuItemMap> sRegistry;
 
 }  // namespace
 
-std::string& MenuItemID(AIMenuItemHandle item) { return sRegistry[reinterpret_cast<std::uintptr_t>(item)]; }
+std::string& MenuItemID(AIMenuItemHandle item) { return (*sRegistry)[reinterpret_cast<std::uintptr_t>(item)]; }
 
-const MenuItemMap& RegisteredMenuItems() { return sRegistry; }
+const MenuItemMap& RegisteredMenuItems() { return *sRegistry; }

@@ -12,12 +12,12 @@
 using MenuItemMap = std::map<std::uint64_t, std::string>;
 
 // The identifier of the item; an unknown handle is entered with an empty one.
-// Lifetime: until the process ends.
+// Lifetime: as long as the module is loaded.
 std::string& MenuItemID(AIMenuItemHandle item);
 
 // All entries, in the order of the handles. There may be one under the null handle: an item that the host refused,
 // or a choice that named none.
-// Lifetime: until the process ends.
+// Lifetime: as long as the module is loaded.
 const MenuItemMap& RegisteredMenuItems();
 
 // The handle that an entry stands for.

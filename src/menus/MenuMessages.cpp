@@ -17,13 +17,14 @@
 #include "support/Log.h"
 #include "support/ResultCodes.h"
 #include "support/TextConversion.h"
+#include "support/UntilUnloaded.h"
 
 namespace {
 
 using MomentaryMenuSuite = MomentarySuite<AIMenuSuite>;
 
-// The description that the last refresh read; empty before the first one. Lives as long as the module.
-std::string sMenuJsonCache;
+// The description that the last refresh read; empty before the first one.
+const UntilUnloaded<std::string> sMenuJsonCache;
 
 // The description as the PluginCore gives it now; empty when it gives none.
 std::string FetchMenuJson() {
@@ -31,7 +32,7 @@ std::string FetchMenuJson() {
     ReplyBuffer<kMenusSize> reply;
     const std::int32_t result = RequirePluginCore().pfGetMenus(path.c_str(), reply.Data(), reply.Size());
     if (result == kNoErr) {
-        sMenuJsonCache = reply.Text();
+        *sMenuJsonCache = reply.Text();
     }
     return std::string(reply.Text());
 }
@@ -98,7 +99,7 @@ std::int32_t GoMenuItem(AIMenuMessage* message) {
     pluginCore.pfGetIDForDocument(path.c_str(), documentID.Data(), documentID.Size());
     pluginCore.pfUpdateDocumentFontUsage(documentID.Data(), CurrentDocumentFontUsage().c_str());
     const std::string& itemID = MenuItemID(message->menuItem);
-    pluginCore.pfHandleMenuSelection(documentID.Data(), sMenuJsonCache.c_str(), itemID.c_str());
+    pluginCore.pfHandleMenuSelection(documentID.Data(), sMenuJsonCache->c_str(), itemID.c_str());
     LogMessage(kLogExit, "%s() returning %d", kName, kNoErr);
     return kNoErr;
 }

@@ -6,6 +6,7 @@
 #include "panel/PlugPlugBridge.h"
 #include "plugincore/PCILoader.h"
 #include "support/ResultCodes.h"
+#include "support/UntilUnloaded.h"
 
 namespace {
 
@@ -31,13 +32,14 @@ void AnswerPortNumberRequest(const PlugPlugEvent* /*event*/, void* /*context*/) 
     }
 }
 
-// Kept until the process ends: the event that was dispatched last points into it. Reserved for the longest text, so
-// that a request which arrives while a response is being delivered leaves that one readable.
-std::string sReplyText;
+// Kept: the event that was dispatched last points into it.
+const UntilUnloaded<std::string> sReplyText;
 
+// Reserved for the longest text, so that a request which arrives while a response is being delivered leaves that one
+// readable.
 std::string& ReplyText() {
-    sReplyText.reserve(kLongestReply);
-    return sReplyText;
+    sReplyText->reserve(kLongestReply);
+    return *sReplyText;
 }
 
 void ListenToPanel() {

@@ -5,20 +5,18 @@
 #include "plugincore/LibraryLoading.h"
 #include "plugincore/PluginCoreLocation.h"
 #include "support/Log.h"
+#include "support/UntilUnloaded.h"
 
 namespace {
 
-// Set by the first successful load, cleared by the destructor. The binding lives as long as the module; the library
-// stays until the process ends.
+// Set by the first successful load, cleared by the destructor.
 PCILoader* sSharedInstance = nullptr;
 
-// Frees the binding with the module.
-const struct BindingOwner {
-    BindingOwner() = default;
-    BindingOwner(const BindingOwner&) = delete;
-    BindingOwner& operator=(const BindingOwner&) = delete;
+// Frees the binding when the module alone is unloaded. The library stays.
+struct BindingOwner {
     ~BindingOwner() { delete sSharedInstance; }
-} sBindingOwner;
+};
+const UntilUnloaded<BindingOwner> sBindingOwner;
 
 // What the count starts from and what the message about an empty library is tied to, although there are 24 entries:
 // a library that lacks all 24 gets the message with the reason. Intentional, both texts are in the field.

@@ -17,7 +17,7 @@ class PCILoader {
   public:
     // The one instance. The first call finds and loads the library; until a load has succeeded every call searches
     // again, so that a font manager started after the host is picked up. Null while the library cannot be loaded.
-    // Lifetime: until the process ends.
+    // Lifetime: as long as the module is loaded.
     static PCILoader* GetSharedInstance();
 
     // Loads the library at `path` (ANSI) and binds its entries, unless there is an instance already. A library that
@@ -27,8 +27,8 @@ class PCILoader {
     PCILoader(const PCILoader&) = delete;
     PCILoader& operator=(const PCILoader&) = delete;
 
-    // Forgets the shared instance. Does not unload the library. The plug-in never destroys the instance: it lives until
-    // the process ends.
+    // Forgets the shared instance. Does not unload the library. Only the module's unloading destroys the instance; the
+    // end of the process leaves it alone.
     virtual ~PCILoader();
 
     // Whether the library can be used: it accepts the plug-in's interface version or, when it cannot be asked, lacks no

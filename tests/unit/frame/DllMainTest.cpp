@@ -1,8 +1,14 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <string>
+
+#include "documents/DocumentRegistry.h"
 #include "doubles/common/AllocationFaults.h"
+#include "menus/MenuItemRegistry.h"
+#include "plugincore/PCILoader.h"
 #include "support/log/RecordingLogSink.h"
+#include "support/plugincore/FakePluginCore.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
 
@@ -41,6 +47,45 @@ TEST(DllMainTest, MemoryThatHasRunOutIsNotNeeded) {
         EXPECT_EQ(DllMain(kModule, reason, kReserved), TRUE);
     }
     EXPECT_FALSE(memory.HasHappened());
+}
+
+const auto kDocument = reinterpret_cast<AIDocumentHandle>(0x10);
+const std::string kLongPath(100, 'a');  // more than a string holds in itself
+
+void FillObjects() {
+    SetFilePathForDocumentHandle(kDocument, kLongPath);
+    MenuItemID(nullptr) = kLongPath;
+}
+
+// Libraries that end after the plug-in may still send messages.
+TEST(DllMainTest, EndOfTheProcessTouchesNothing) {
+    LoadFakePluginCore();
+    const PCILoader* const pluginCore = PCILoader::GetSharedInstance();
+    FillObjects();
+    const std::ptrdiff_t before = LiveAllocations();
+    DllMain(kModule, DLL_PROCESS_DETACH, kReserved);
+    EXPECT_EQ(LiveAllocations(), before);
+    ClearRecordedLog();
+    EXPECT_EQ(PCILoader::GetSharedInstance(), pluginCore);
+    EXPECT_TRUE(RecordedLog().empty());
+    EXPECT_EQ(GetFilePathForDocumentHandle(kDocument), kLongPath);
+    EXPECT_EQ(MenuItemID(nullptr), kLongPath);
+}
+
+// Isolated: the C++ runtime does without its reserve for exceptions afterwards.
+TEST(DllMainUnloadTest, RuntimesReserveForExceptionsIsFreed) {
+    const std::ptrdiff_t before = LiveAllocations();
+    EXPECT_EQ(DllMain(kModule, DLL_PROCESS_DETACH, nullptr), TRUE);
+    EXPECT_EQ(LiveAllocations(), before - 1);
+}
+
+TEST(DllMainUnloadTest, ObjectsOfTheModuleAreFreed) {
+    const std::ptrdiff_t before = LiveAllocations();
+    LoadFakePluginCore();
+    FillObjects();
+    ASSERT_GT(LiveAllocations(), before);
+    DllMain(kModule, DLL_PROCESS_DETACH, nullptr);
+    EXPECT_EQ(LiveAllocations(), before - 1);
 }
 
 }  // namespace

@@ -3,43 +3,14 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <string>
+
+#include "unit/support/CallInLibrary.h"
 
 extern "C" std::uintptr_t __stack_chk_guard;
 
 namespace {
 
 constexpr DWORD kFastFailure = 0xC0000409;  // Windows calls it a stack buffer overrun, whatever its code is
-constexpr DWORD kTimeLimit = 30000;         // milliseconds
-
-// With a backslash.
-std::string FolderOfTestProgram() {
-    char self[MAX_PATH] = "";
-    GetModuleFileNameA(nullptr, self, MAX_PATH);
-    std::string folder(self);
-    folder.resize(folder.rfind('\\') + 1);
-    return folder;
-}
-
-DWORD ExitCodeOf(const std::string& library, const std::string& function, int length) {
-    const std::string folder = FolderOfTestProgram();
-    std::string command = "\"" + folder + "overrun_program.exe\" \"" + folder + "libraries\\" + library + ".dll\" " +
-                          function + " " + std::to_string(length);
-    STARTUPINFOA startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    if (CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process) ==
-        0) {
-        ADD_FAILURE() << "not started: " << command << ", error " << GetLastError();
-        return 0;
-    }
-    EXPECT_EQ(WaitForSingleObject(process.hProcess, kTimeLimit), WAIT_OBJECT_0);
-    DWORD code = 0;
-    GetExitCodeProcess(process.hProcess, &code);
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    return code;
-}
 
 TEST(StackGuard, ValueIsSetAndCannotBeWrittenByAText) {
     EXPECT_NE(__stack_chk_guard, 0U);

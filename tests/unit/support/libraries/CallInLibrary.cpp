@@ -1,4 +1,4 @@
-// usage: overrun_program LIBRARY FUNCTION LENGTH. Ends with what the function answers, if it comes back.
+// usage: call_in_library LIBRARY FUNCTION NUMBER. Ends with what the function answers, if it comes back.
 #include <windows.h>
 
 #include <cstddef>
