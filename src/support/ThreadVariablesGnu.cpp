@@ -2,11 +2,13 @@
 // access, ends the process when there is none, and leaves a lock and a thread-local index of Windows behind each time
 // the module is unloaded. The C++ runtime needs such a variable to throw, std::bad_alloc above all. This is that
 // function for the plug-in: the thread that loads the module, which is the one that messages come on, has its room from
-// the start.
+// the start, and a few other threads have one in reserve for when memory has run out.
 //
-// Thread: any.
+// Thread: any; nothing waits for another thread, which may have been ended in the middle of anything.
 #include <windows.h>
 
+#include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -24,7 +26,8 @@
 namespace {
 
 constexpr std::size_t kSlotSize = 16;  // and the greatest alignment
-constexpr std::size_t kSlots = 16;     // the runtime's own variables need three
+constexpr std::size_t kSlots = 32;     // the runtime's own variables need three; threads that race for one lose some
+constexpr std::size_t kReserved = 8;
 
 // What the compiler makes of each variable.
 struct Variable {
@@ -40,15 +43,20 @@ struct Room {
     alignas(kSlotSize) unsigned char slots[kSlots * kSlotSize] = {};
 };
 
+struct ReservedRoom {
+    std::atomic<DWORD> thread = 0;  // 0 while it is free
+    Room room;
+};
+
 DWORD sIndex = TLS_OUT_OF_INDEXES;
 Room sRoomOfLoader;
-LONG sPlacesAreLocked = 0;
-std::uintptr_t sNextPlace = 1;
+std::array<ReservedRoom, kReserved> sReserve;
+std::atomic<std::uintptr_t> sNextPlace = 1;
 
 std::uintptr_t TakePlace(std::size_t size) {
-    const std::uintptr_t place = sNextPlace;
-    sNextPlace += (size + kSlotSize - 1) / kSlotSize;
-    if (sNextPlace > kSlots + 1) {
+    const std::uintptr_t slots = (size + kSlotSize - 1) / kSlotSize;
+    const std::uintptr_t place = sNextPlace.fetch_add(slots);
+    if (place + slots > kSlots + 1) {
         // A variable more than there is room for: seen by whoever adds it.
         std::abort();
     }
@@ -56,25 +64,55 @@ std::uintptr_t TakePlace(std::size_t size) {
 }
 
 std::uintptr_t PlaceOf(Variable& variable) {
-    while (InterlockedCompareExchange(&sPlacesAreLocked, 1, 0) != 0) {
-        Sleep(0);
+    const std::atomic_ref<std::uintptr_t> place(variable.place);
+    std::uintptr_t found = place.load();
+    if (found == 0) {
+        const std::uintptr_t taken = TakePlace(variable.size);
+        // Where another thread was quicker, its place counts and ours stays empty.
+        if (place.compare_exchange_strong(found, taken)) {
+            found = taken;
+        }
     }
-    if (variable.place == 0) {
-        variable.place = TakePlace(variable.size);
-    }
-    const std::uintptr_t place = variable.place;
-    InterlockedExchange(&sPlacesAreLocked, 0);
-    return place;
+    return found;
 }
 
-// Nobody calls the plug-in on another thread; should somebody, without memory the process ends, as with the compiler's
-// own function.
-Room& NewRoom() {
-    void* const memory = HeapAlloc(GetProcessHeap(), HEAP_ZERO_MEMORY, sizeof(Room));
-    if (memory == nullptr) {
-        std::abort();
+// Null when the thread has none.
+ReservedRoom* ReserveOf(DWORD thread) {
+    for (ReservedRoom& reserved : sReserve) {
+        if (reserved.thread.load() == thread) {
+            return &reserved;
+        }
     }
-    TlsSetValue(sIndex, memory);
+    return nullptr;
+}
+
+// Nobody calls the plug-in on another thread; should more than a few do so when there is no memory, the process ends,
+// as with the compiler's own function.
+Room& TakeReserve(DWORD thread) {
+    for (ReservedRoom& reserved : sReserve) {
+        DWORD nobody = 0;
+        if (reserved.thread.compare_exchange_strong(nobody, thread)) {
+            reserved.room = Room();
+            return reserved.room;
+        }
+    }
+    std::abort();
+}
+
+Room& NewRoom() {
+    const DWORD thread = GetCurrentThreadId();
+    if (ReservedRoom* const reserved = ReserveOf(thread)) {
+        return reserved->room;
+    }
+    void* const memory = HeapAlloc(GetProcessHeap(), 0, sizeof(Room));
+    if (memory == nullptr) {
+        return TakeReserve(thread);
+    }
+    // It may need memory as well.
+    if (TlsSetValue(sIndex, memory) == 0) {
+        HeapFree(GetProcessHeap(), 0, memory);
+        return TakeReserve(thread);
+    }
     return *new (memory) Room;
 }
 
@@ -94,6 +132,9 @@ void ReleaseRoomOfThread() {
     if (sIndex == TLS_OUT_OF_INDEXES) {
         return;
     }
+    if (ReservedRoom* const reserved = ReserveOf(GetCurrentThreadId())) {
+        reserved->thread = 0;
+    }
     auto* const room = static_cast<Room*>(TlsGetValue(sIndex));
     if (room != nullptr && room != &sRoomOfLoader) {
         HeapFree(GetProcessHeap(), 0, room);
@@ -101,13 +142,18 @@ void ReleaseRoomOfThread() {
     }
 }
 
+void TakeIndex() {
+    sIndex = TlsAlloc();
+    if (sIndex != TLS_OUT_OF_INDEXES && TlsSetValue(sIndex, &sRoomOfLoader) == 0) {
+        TlsFree(sIndex);
+        sIndex = TLS_OUT_OF_INDEXES;
+    }
+}
+
 // Windows calls it around DllMain. Without an index the loading thread's room serves all.
 void WINAPI OnLoaderEvent(PVOID /*module*/, DWORD reason, PVOID reserved) {
     if (reason == DLL_PROCESS_ATTACH) {
-        sIndex = TlsAlloc();
-        if (sIndex != TLS_OUT_OF_INDEXES) {
-            TlsSetValue(sIndex, &sRoomOfLoader);
-        }
+        TakeIndex();
     } else if (reason == DLL_THREAD_DETACH) {
         ReleaseRoomOfThread();
     } else if (reason == DLL_PROCESS_DETACH && reserved == nullptr && sIndex != TLS_OUT_OF_INDEXES) {

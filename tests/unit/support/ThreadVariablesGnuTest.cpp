@@ -2,9 +2,13 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <atomic>
+#include <list>
 #include <string>
 
+#include "doubles/common/ImportPatch.h"
 #include "doubles/common/Thread.h"
+#include "unit/support/CallInLibrary.h"
 
 namespace {
 
@@ -13,13 +17,7 @@ class ThreadVariables : public testing::Test {
     ThreadVariables() : library(LoadLibraryA(Path().c_str())) {}
     ~ThreadVariables() override { FreeLibrary(library); }
 
-    // Beside the test program.
-    static std::string Path() {
-        char self[MAX_PATH] = "";
-        GetModuleFileNameA(nullptr, self, MAX_PATH);
-        const std::string program(self);
-        return program.substr(0, program.rfind('\\')) + "\\libraries\\thread_variables.dll";
-    }
+    static std::string Path() { return FolderOfTestProgram() + "libraries\\thread_variables.dll"; }
 
     template <class Result>
     Result Call(const char* function) const {
@@ -71,6 +69,88 @@ TEST_F(ThreadVariables, EveryThreadCanThrow) {
     int caught = 0;
     Thread([&] { caught = Call<int>("Throw"); }).Join();
     EXPECT_EQ(caught, 1);
+}
+
+void* NoMemory(std::size_t) { return nullptr; }
+void* NoMemoryForMany(std::size_t, std::size_t) { return nullptr; }
+void* NoOtherMemory(void*, std::size_t) { return nullptr; }
+LPVOID WINAPI NoMemoryOfHeap(HANDLE, DWORD, SIZE_T) { return nullptr; }
+BOOL WINAPI NoValueOfThread(DWORD, LPVOID) { return FALSE; }
+
+// The library gets no memory, whatever it asks for.
+class WithoutMemory {
+  public:
+    explicit WithoutMemory(HMODULE library)
+        : mMalloc(library, "malloc", AsReplacement(NoMemory)),
+          mCalloc(library, "calloc", AsReplacement(NoMemoryForMany)),
+          mRealloc(library, "realloc", AsReplacement(NoOtherMemory)),
+          mHeapAlloc(library, "HeapAlloc", AsReplacement(NoMemoryOfHeap)) {}
+
+  private:
+    ImportPatch mMalloc;
+    ImportPatch mCalloc;
+    ImportPatch mRealloc;
+    ImportPatch mHeapAlloc;
+};
+
+TEST_F(ThreadVariables, EveryThreadCanThrowWithoutMemory) {
+    const WithoutMemory memory(library);
+    EXPECT_EQ(Call<int>("Throw"), 1);
+    // One after the other: each gives its room back.
+    for (int i = 0; i < 20; ++i) {
+        int caught = 0;
+        Thread([&] { caught = Call<int>("Throw") + Call<int>("Throw"); }).Join();
+        EXPECT_EQ(caught, 2);
+    }
+}
+
+TEST_F(ThreadVariables, WithoutMemoryTheyStillBelongToOneThread) {
+    const WithoutMemory memory(library);
+    *Variable("WithValue") = 7;
+    for (int i = 0; i < 2; ++i) {
+        int value = 0;
+        bool same = false;
+        Thread([&] {
+            value = ++*Variable("WithValue");
+            same = *Variable("WithValue") == value;
+        }).Join();
+        EXPECT_EQ(value, 43);
+        EXPECT_TRUE(same);
+    }
+    EXPECT_EQ(*Variable("WithValue"), 7);
+}
+
+TEST_F(ThreadVariables, ThreadWhoseRoomCannotBeRememberedKeepsItAllTheSame) {
+    const ImportPatch values(library, "TlsSetValue", AsReplacement(NoValueOfThread));
+    int value = 0;
+    Thread([&] {
+        *Variable("WithValue") = 1;
+        value = ++*Variable("WithValue");
+    }).Join();
+    EXPECT_EQ(value, 2);
+}
+
+// These are the first accesses to the library: the threads race for places and rooms.
+TEST_F(ThreadVariables, ManyThreadsAtOnceFindTheirOwn) {
+    std::atomic<bool> begin = false;
+    std::atomic<int> wrong = 0;
+    std::list<Thread> threads;
+    for (int i = 0; i < 16; ++i) {
+        threads.emplace_back([&, i] {
+            while (!begin) {
+            }
+            int* const mine = Variable("WithValue");
+            wrong += *mine != 42 || *Variable("Without") != 0;
+            *mine = i;
+            *Variable("Without") = -i;
+            wrong += Call<int>("Throw") != 1 || *Variable("WithValue") != i || *Variable("Without") != -i;
+        });
+    }
+    begin = true;
+    for (Thread& thread : threads) {
+        thread.Join();
+    }
+    EXPECT_EQ(wrong, 0);
 }
 
 // Windows has 1088 indices for a process: a library that kept one could not have one each time.
