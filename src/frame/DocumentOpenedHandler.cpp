@@ -24,6 +24,21 @@ std::string RecordOpenedDocument(AIDocumentHandle document) {
     return path;
 }
 
+// Switches the suppression off when the record is made, also when that ends by an exception: an earlier document may
+// have armed it, and nobody activates the fonts of this one then.
+class SuppressionOffAtEnd {
+  public:
+    SuppressionOffAtEnd() = default;
+    SuppressionOffAtEnd(const SuppressionOffAtEnd&) = delete;
+    SuppressionOffAtEnd& operator=(const SuppressionOffAtEnd&) = delete;
+    ~SuppressionOffAtEnd() { SetSuppressionActive(false); }
+};
+
+std::string BeginWithOpenedDocument(AIDocumentHandle document) {
+    const SuppressionOffAtEnd off;
+    return RecordOpenedDocument(document);
+}
+
 // Has the PluginCore activate the fonts of the document and arms the suppression of the host's missing-font dialogs
 // where the PluginCore has done so. The resolve dialog's result, 0 when it is not shown.
 std::int32_t ActivateFonts(const PCILoader& pluginCore, const std::string& path) {
@@ -55,8 +70,7 @@ std::int32_t ActivateFonts(const PCILoader& pluginCore, const std::string& path)
 
 std::int32_t HandleDocumentOpenedNotifier(AINotifierMessage* message) {
     return WithNotifyDataLogged("HandleDocumentOpenedNotifier", message, [&] {
-        const std::string path = RecordOpenedDocument(static_cast<AIDocumentHandle>(message->notifyData));
-        SetSuppressionActive(false);
+        const std::string path = BeginWithOpenedDocument(static_cast<AIDocumentHandle>(message->notifyData));
         std::int32_t result = kNoErr;
         if (PluginCoreIsEnabled()) {
             result = ActivateFonts(*PCILoader::GetSharedInstance(), path);

@@ -147,7 +147,7 @@ AITimerHandle TestHost::Timer() const { return LastOf<AITimerHandle>(model.timer
 AIFileFormatHandle TestHost::FileFormat() const { return LastOf<AIFileFormatHandle>(model.fileFormats); }
 
 ai::FilePathData TestHost::MakePath(const std::string& utf8) {
-    mOwnPaths.push_back(objects.paths.Add(simhost::Utf16(utf8, CP_UTF8).value()));
+    mOwnPaths.push_back(objects.paths.Add(simhost::HostUnits(utf8)));
     return {mOwnPaths.back()};
 }
 

@@ -1,5 +1,6 @@
 #include "documents/FileFormatHook.h"
 
+#include "doubles/common/AllocationFaults.h"
 #include "frame/base/PluginGlobals.h"
 #include "plugincore/PCILoader.h"
 #include "support/host/HostFixture.h"
@@ -76,6 +77,37 @@ TEST_F(FileFormatHookTest, ConversionThatTheHostRefusesIsAnsweredMinus1WithoutAs
 TEST_F(FileFormatHookTest, ExceptionOfThePluginCoreIsAnsweredMinus1) {
     ThePluginCore().script["HandleOpenExistingDocument"].throws = doubles::Throw::kForeignException;
     EXPECT_EQ(Check("C:/a.ai"), -1);
+}
+
+TEST_F(FileFormatHookTest, PathThatIsNoTextIsAnsweredMinus1AndTheNextOneHandedOn) {
+    EXPECT_EQ(Check("C:/\xED\xA0\x80.pdf"), -1);
+    EXPECT_EQ(Check("C:/\xED\xA0\xBD"), -1);
+    EXPECT_TRUE(ThePluginCore().calls.Calls().empty());
+    EXPECT_EQ(host.LiveStrings(), 0);
+    EXPECT_EQ(Check("C:/a.pdf"), -1);
+    EXPECT_EQ(ThePluginCore().calls.Count("HandleOpenExistingDocument"), 1);
+}
+
+TEST_F(FileFormatHookTest, MemoryThatRunsOutAnywhereIsAnsweredMinus1AndGivesTheTextBack) {
+    int attempts = 0;
+    bool hasRunOut = true;
+    for (int nth = 1; hasRunOut; ++nth) {
+        AIFileFormatMessage message{};
+        message.d = host.MessageData();
+        message.file = host.MakePath("C:/a path that is long enough to need memory/a.pdf");
+        ThePluginCore().calls.Clear();
+        std::int32_t result = 0;
+        {
+            const FailingAllocation memory(nth);
+            result = CheckFileFormat(&message);
+            hasRunOut = memory.HasHappened();
+        }
+        EXPECT_EQ(result, -1) << nth;
+        EXPECT_EQ(host.LiveStrings(), 0) << nth;
+        EXPECT_EQ(ThePluginCore().calls.Calls().empty(), hasRunOut) << nth;
+        ++attempts;
+    }
+    EXPECT_GT(attempts, 2);
 }
 
 TEST_F(FileFormatHookTest, LibraryThatLacksTheEntryIsAnsweredMinus1AndNothingElseHappens) {

@@ -2,6 +2,7 @@
 // cost the message, and nothing else.
 #include <algorithm>
 
+#include "documents/DocumentRegistry.h"
 #include "unit/frame/WorkingDayFixture.h"
 
 namespace {
@@ -16,6 +17,8 @@ struct BadText {
     Names costs;
 };
 
+const Names kScans = {"menu choice", "changed", "save", "about to close"};
+
 const BadText kBadTexts[] = {
     {"DocumentPath",
      [](TestHost& host) { host.currentPath = kUnpairedSurrogate; },
@@ -27,9 +30,9 @@ const BadText kBadTexts[] = {
      [](TestHost& host) {
          host.placedFiles = {"C:/logo.pdf", kUnpairedSurrogate};
      },
-     {"menu choice", "save"}},
-    {"FontName", [](TestHost& host) { host.textFrames = {{"Optima\xE3"}}; }, {"menu choice", "save"}},
-    {"FontNameOfSurrogate", [](TestHost& host) { host.textFrames = {{"\xED\xA0\x80"}}; }, {"menu choice", "save"}},
+     kScans},
+    {"FontName", [](TestHost& host) { host.textFrames = {{"Optima\xE3"}}; }, kScans},
+    {"FontNameOfSurrogate", [](TestHost& host) { host.textFrames = {{"\xED\xA0\x80"}}; }, kScans},
 };
 
 class BadTextTest : public WorkingDayTest, public testing::WithParamInterface<BadText> {
@@ -68,6 +71,40 @@ TEST_P(BadTextTest, IsForgottenByTheNextMessage) {
     EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 0);
     EXPECT_EQ(NamesOf(PluginCoreCalls()), kCallsOfADay.at("save"));
 }
+
+// A document that was opened before it had a path: its path is asked for again.
+class BareTitleTest : public WorkingDayTest, public testing::WithParamInterface<const char*> {
+  protected:
+    BareTitleTest() {
+        LoadFakePluginCore();
+        host.currentPath = "Untitled-1";
+        Perform("start-up");
+        Perform("open");
+    }
+};
+
+TEST_P(BareTitleTest, PathThatIsNoTextCostsTheMessageThatAsksForIt) {
+    host.currentPath = kUnpairedSurrogate;
+    ClearRecords();
+    EXPECT_EQ(Perform(GetParam()), 0);
+    EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
+    EXPECT_EQ(NamesOf(PluginCoreCalls()), Names{"PluginIsEnabled"});
+
+    host.currentPath = "C:/a.ai";
+    ClearRecords();
+    EXPECT_EQ(Perform("open"), 0);
+    EXPECT_EQ(Perform("close"), 0);
+    EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 0);
+    EXPECT_EQ(NamesOf(PluginCoreCalls()).back(), "HandleCloseDocument");
+}
+
+TEST_F(BareTitleTest, DocumentIsForgottenAlthoughItsCloseMessageIsLost) {
+    host.currentPath = kUnpairedSurrogate;
+    EXPECT_EQ(Perform("close"), 0);
+    EXPECT_EQ(DocumentRegistrySize(), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Messages, BareTitleTest, testing::Values("changed", "close"));
 
 // The menus are described for the current document. Without them the host is not asked for notifications either.
 TEST_F(WorkingDayTest, PathThatIsNoUtf16EndsStartUpAndShutDownGivesEverythingBack) {

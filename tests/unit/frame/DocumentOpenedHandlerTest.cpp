@@ -46,7 +46,17 @@ TEST_F(DocumentOpenedTest, HostThatFailsToConvertThePathCostsTheMessage) {
     EXPECT_EQ(Notify(&PluginGlobals::documentOpened, "AI Document Opened Notifier", document), 0);
     EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
     EXPECT_TRUE(PluginCoreCalls().empty());
-    EXPECT_TRUE(IsSuppressionActive());
+    EXPECT_FALSE(IsSuppressionActive());
+}
+
+TEST_F(DocumentOpenedTest, PathThatIsNoTextEndsTheSuppressionThatAnEarlierDocumentArmed) {
+    SetSuppressionActive(false);
+    Notify(&PluginGlobals::documentOpened, "AI Document Opened Notifier", document);
+    ASSERT_TRUE(IsSuppressionActive());
+    host.currentPath = "C:/\xED\xA0\x80.ai";
+    Notify(&PluginGlobals::documentOpened, "AI Document Opened Notifier", other);
+    EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
+    EXPECT_FALSE(IsSuppressionActive());
 }
 
 TEST_F(DocumentOpenedTest, DocumentOfTheNotificationIsTheOneRecorded) {

@@ -31,13 +31,13 @@ std::map<std::string, Consequence> MakeConsequences() {
     version.suppressionIsArmed = false;
     // No menus: the host is then not asked for notifications either.
     Consequence& menus = all["CreateMenusFromJSONBuffer"];
-    for (const char* message : {"new", "open restricted", "open", "save", "close"}) {
+    for (const char* message : {"new", "open restricted", "open", "changed", "save", "about to close", "close"}) {
         menus.calls[message] = kNone;
     }
     menus.suppressionIsArmed = false;
     // Nobody says that the font manager is enabled.
     Consequence& enabled = all["PluginIsEnabled"];
-    for (const char* message : {"new", "open restricted", "open", "save", "close"}) {
+    for (const char* message : {"new", "open restricted", "open", "changed", "save", "about to close", "close"}) {
         enabled.calls[message] = kNone;
     }
     enabled.suppressionIsArmed = false;

@@ -12,8 +12,8 @@
 
 using Names = std::vector<std::string>;
 
-inline const Names kMessages = {"start-up", "new",  "open restricted", "open",  "menu update", "menu choice",
-                                "save",     "tick", "close",           "about", "shut-down"};
+inline const Names kMessages = {"start-up", "new",  "open restricted", "open",  "menu update", "menu choice", "changed",
+                                "save",     "tick", "about to close",  "close", "about",       "shut-down"};
 
 // The entries that each message calls in a complete library.
 inline const std::map<std::string, Names> kCallsOfADay = {
@@ -26,8 +26,10 @@ inline const std::map<std::string, Names> kCallsOfADay = {
      {"PluginIsEnabled", "HandleOpenExistingDocument", "GetSettings", "InvokeResolveDialog", "ActivateChosenFonts"}},
     {"menu update", {"GetMenus"}},
     {"menu choice", {"GetIDForDocument", "UpdateDocumentFontUsage", "HandleMenuSelection"}},
+    {"changed", {"PluginIsEnabled"}},
     {"save", {"PluginIsEnabled", "HandleSaveDocument"}},
     {"tick", {"PluginIsEnabled", "RegisterPlugPlug", "GetSocketPort", "IdleEvent", "ProcessPanelMessages"}},
+    {"about to close", {"PluginIsEnabled"}},
     {"close", {"PluginIsEnabled", "HandleCloseDocument"}},
     {"about", {"InvokeCommandDialog"}},
     {"shut-down", {"TerminatePluginCoreInterface", "GetAPIVersion", "GetSettings"}},
@@ -68,8 +70,10 @@ class WorkingDayTest : public FrameTest {
             {"open", [&] { return Tell(&PluginGlobals::documentOpened); }},
             {"menu update", [&] { return SendMenu("AI Update"); }},
             {"menu choice", [&] { return SendMenu("AI Go"); }},
+            {"changed", [&] { return Tell(&PluginGlobals::documentChanged); }},
             {"save", [&] { return Tell(&PluginGlobals::documentSaved); }},
             {"tick", [&] { return Send("AI Timer", "AI Go"); }},
+            {"about to close", [&] { return Tell(&PluginGlobals::documentAboutToClose); }},
             {"close", [&] { return Tell(&PluginGlobals::documentClosed); }},
             {"about", [&] { return Send("SP Interface", "About"); }},
             {"shut-down", [&] { return Send("SP Interface", "Shutdown"); }},

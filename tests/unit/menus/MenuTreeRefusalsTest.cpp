@@ -116,6 +116,20 @@ TEST_F(MenuTreeTest, TextThatTheHostRefusesIsAnsweredWithTheHostsCodeAndThrownTo
     EXPECT_TRUE(RegisteredMenuItems().empty());
 }
 
+// Identifier, label and group are handed on as they came. Of the text the host makes a string, or refuses to.
+TEST_F(MenuTreeTest, BrokenUtf8IsAnsweredAndThrownToNobody) {
+    for (const char* const broken : {"\xC3", "a\xFF", "\xED\xA0\x80", "\xF0\x9F\x98"}) {
+        SCOPED_TRACE(broken);
+        host.model.menus.NeedGroup(broken);
+        EXPECT_EQ(Add({.id = broken}).result, 0);
+        EXPECT_EQ(RegisteredMenuItems().rbegin()->second, broken);
+        EXPECT_EQ(Add({.label = broken}).result, 0);
+        EXPECT_EQ(Add({.parentID = broken}).result, 0);
+        EXPECT_EQ(Add({.itemText = broken}).result, static_cast<std::int32_t>(FourCharCode("BSTR")));
+        EXPECT_EQ(host.LiveStrings(), 0);
+    }
+}
+
 TEST_F(MenuTreeTest, NullIdentifierLabelOrContextIsABadParameter) {
     EXPECT_EQ(Add({.id = nullptr}).result, kBadParameterErr);
     EXPECT_EQ(Add({.label = nullptr}).result, kBadParameterErr);
