@@ -17,7 +17,8 @@ using Json = nlohmann::ordered_json;
 // "${work}" and "${plugin}" stand as they are.
 int Expand(const std::filesystem::path& scenario) {
     const ScenarioFile file(scenario);
-    const Placeholders placeholders = {{"work", "<work>"}, {"plugin", "<plugin>"}, {"version", "<version>"}};
+    const Placeholders placeholders = {
+        {"work", "<work>"}, {"plugin", "<plugin>"}, {"version", "<version>"}, {"surrogate", "<surrogate>"}};
     file.Check({});
     Json cases = Json::object();
     for (const std::string& name : file.Cases()) {

@@ -64,7 +64,10 @@ std::filesystem::path RunFolder::At(const std::string& path) const {
 }
 
 Placeholders RunFolder::PlaceholdersForScenarios() const {
-    return {{"work", Utf8(mRoot.wstring())}, {"plugin", Utf8(Plugin().wstring())}, {"version", QUORVEL_VERSION}};
+    return {{"work", Utf8(mRoot.wstring())},
+            {"plugin", Utf8(Plugin().wstring())},
+            {"version", QUORVEL_VERSION},
+            {"surrogate", kSurrogate}};
 }
 
 void RunFolder::LayOut(const Scenario& scenario, const std::filesystem::path& plugin, const std::filesystem::path& kit,

@@ -18,7 +18,8 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 // For checking, before anybody knows where a run takes place.
-const Placeholders kSomePlaceholders = {{"work", "C:\\work"}, {"plugin", "C:\\plugin.aip"}, {"version", "0"}};
+const Placeholders kSomePlaceholders = {
+    {"work", "C:\\work"}, {"plugin", "C:\\plugin.aip"}, {"version", "0"}, {"surrogate", kSurrogate}};
 
 std::string FileName(const std::filesystem::path& file) { return Utf8(file.generic_wstring()); }
 

@@ -14,6 +14,9 @@ namespace simhost {
 // What is the same for all scenarios of a run, as "${work}".
 using Placeholders = std::map<std::string, std::string>;
 
+// The unpaired surrogate U+D800 as texts of the host hold it; a scenario, which is UTF-8, cannot.
+constexpr const char* kSurrogate = "\xED\xA0\x80";
+
 class Values {
   public:
     using Json = nlohmann::ordered_json;
