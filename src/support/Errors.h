@@ -10,8 +10,8 @@
 // | SuiteNotHeld           | HeldSuite: a suite that the host lacks    | the dispatch                                 |
 // | NoPluginCore           | RequirePluginCore: no library is loaded   | the dispatch                                 |
 // | ForeignException       | CallForeignCode: code of another compiler | the boundary that called, else the dispatch  |
-// | utf8::exception        | utfcpp: text that is ill-formed           | ReadSuppressionFile, ParseMenuJson; else the |
-// |                        |                                           | dispatch                                     |
+// | utf8::exception        | utfcpp: text that is ill-formed           | AppendSuppressionWords, ParseMenuJson; else  |
+// |                        |                                           | the dispatch                                 |
 // | std::out_of_range,     | MenuObjectMember, JsonValue: a menu       | the dispatch                                 |
 // | std::bad_variant_access| description that is not to be trusted     |                                              |
 // | std::bad_alloc         | the C++ runtime                           | the boundary that was called                 |

@@ -8,7 +8,11 @@
 
 // Calls function(context) and returns 0. When a C++ exception of Visual C++ (Windows exception code 0xE06D7363) leaves
 // the call, returns 1 instead; frames of our own between the thrower and the guard are cut without running their
-// destructors, so keep the guard close to the foreign call. Every other exception passes through.
+// destructors, so keep the guard close to the foreign call.
+//
+// Every other exception of Windows passes through, on purpose. An access violation is no exception of C++: memory may
+// be damaged, what the frames on the way would have tidied up is not in a known state, and to go on would only move the
+// crash to a place that says nothing. The host's crash report has to see it where it happened.
 // Thread: any.
 extern "C" int RunStoppingForeignExceptions(void (*function)(void* context), void* context);
 
