@@ -138,6 +138,7 @@ TEST_F(ThreadVariables, ManyThreadsAtOnceFindTheirOwn) {
     for (int i = 0; i < 16; ++i) {
         threads.emplace_back([&, i] {
             while (!begin) {
+                SwitchToThread();
             }
             int* const mine = Variable("WithValue");
             wrong += *mine != 42 || *Variable("Without") != 0;
