@@ -181,6 +181,12 @@ TEST(SweepVerdict, WhatAScenarioExpectsIsNotAskedOfARunWithAFault) {
     EXPECT_FALSE(JudgeFault(RunWith(Rule::kHostState, "the error mode"), {}, {}).findings.empty());
 }
 
+TEST(SweepVerdict, AStoryThatCannotGoOnIsAFinding) {
+    SweepRun run;
+    run.brokenOff = "the plug-in's file is not there";
+    EXPECT_FALSE(JudgeFault(run, {}, {}).findings.empty());
+}
+
 TEST(SweepVerdict, ARefusedMessageIsAFinding) {
     SweepRun run;
     run.isNextHandled = false;

@@ -86,6 +86,50 @@ def failed(count: int) -> str:
 
 # --- the subjects, each with its rows ---
 
+KINDS_OF_CALLS = {"host": "operations of the host and suites", "import": "functions of Windows and of the C runtime",
+                  "allocation": "allocations"}
+MODES_OF_FAULTS = {"once": "once", "filled": "once, its outputs filled", "from-here": "from there on"}
+
+
+def sweep_rows(figures: dict) -> list[Row]:
+    rows = []
+    for kind, modes in figures["by_kind"].items():
+        for mode, counts in modes.items():
+            rows.append(Row(f"faults: {KINDS_OF_CALLS[kind]}, {MODES_OF_FAULTS[mode]}",
+                            f"{number(counts['played'] - counts['not_reached'])} injected, "
+                            f"{number(counts['not_reached'])} not reached any more; "
+                            f"{number(counts['left_out_same_way'])} on the way of one of these",
+                            none_or(counts["with_findings"], "findings")))
+    never = figures["imports_never_called"]
+    rows.append(Row(f"all faults: {number(figures['cases'])} cases of {number(figures['scenarios'])} stories"
+                    + (", every call" if not figures["distinct"] else ", each way to a call once"),
+                    f"{number(figures['injected'])} injected in {number(figures['operations'])} operations; "
+                    f"{number(len(figures['unplayable']))} cases not playable, "
+                    f"{number(figures['left_out']['not_played'])} faults not played",
+                    none_or(figures["with_findings"], "findings")))
+    rows.append(Row("imports that can fail and that no story calls",
+                    f"{number(len(never))} of {number(figures['imports_that_can_fail'])}",
+                    ", ".join(f"`{name}`" for name in never) or "none"))
+    return rows
+
+
+def sweep_digest(written: list) -> dict:
+    """Without the texts of findings, which are told by the command and mended."""
+    return {key: value for key, value in written[0].items() if key not in ("findings", "explained", "seconds")}
+
+
+def random_rows(figures: dict) -> list[Row]:
+    counts = figures["counts"]
+    told = ", ".join(f"{name.replace('_', ' ')} {number(count)}" for name, count in counts.items() if name != "messages")
+    return [Row(f"random messages, from {number(figures['seeds'])} seeds, to a PluginCore with hostile answers",
+                f"{number(counts['messages'])} messages: {told}", f"{number(len(figures['failed']))} seeds failed"
+                if figures["failed"] else "all passed")]
+
+
+def random_digest(written: list) -> dict:
+    return {key: written[0][key] for key in ("seeds", "failed", "counts")}
+
+
 def fuzzing_rows(figures: dict) -> list[Row]:
     return [Row("fuzzing of the code that needs no Windows, with sanitizers and a second parser beside it",
                 f"{number(figures['targets'])} targets, {number(figures['inputs'])} inputs",
@@ -164,10 +208,12 @@ def manners_digest(written: list) -> dict:
 
 
 MEASURES = [
+    Measure("faults", (Run(("scripts/fault-sweep", "--json")),), sweep_digest, sweep_rows),
     Measure("plugincore-faults",
             (play(*(f"devkit/scenarios/{story}.json" for story in PLUGINCORE_STORIES)), play(f"{SCENARIO_FAULTS}/crash-plugincore.json"),
              *of_unit_tests(PLUGINCORE_TESTS)), plugincore_digest, plugincore_rows),
     Measure("boundaries", of_unit_tests(BOUNDARY_TESTS), count_of_unit_tests, boundary_rows),
+    Measure("random-messages", (Run(("scripts/random-messages", "--seeds", "20", "--json")),), random_digest, random_rows),
     Measure("fuzzing", (Run(("scripts/fuzz", "--seconds", "600", "--json")),), only, fuzzing_rows),
     Measure("growth", (Run(("--json",), "Growth"),), only, growth_rows),
     Measure("manners", (play(), play(f"{SCENARIO_FAULTS}/host-state.json")), manners_digest, manners_rows),

@@ -64,7 +64,11 @@ def main() -> int:
     totals["calls"] = {kind: count // len(SHARES) for kind, count in totals["calls"].items()}
     totals["unplayable"] = sorted(set(totals["unplayable"]))
     # Of each share some of the same.
-    del totals["operations"]
+    operations = set(totals.pop("operations"))
+    can_fail = sorted(set(totals.pop("imports_that_can_fail")))
+    totals["operations"] = len(operations)
+    totals["imports_that_can_fail"] = len(can_fail)
+    totals["imports_never_called"] = [name for name in can_fail if name not in operations]
     totals["distinct"] = not options.whole
     totals["every"] = options.every
     totals["steps_left_out"] = STEPS_LEFT_OUT
@@ -75,6 +79,7 @@ def main() -> int:
           f"{totals['injected']} of them injected, {totals['not_reached']} never reached, "
           f"{len(totals['findings'])} with findings, {len(totals['unplayable'])} cases not playable")
     left_out = totals["left_out"]
+    print(f"never called here, of {len(can_fail)} imports that can fail: {', '.join(totals['imports_never_called']) or 'nothing'}")
     print(f"left out: {left_out['same_way']} faults on the way of another one, {left_out['passed_over']} passed over, "
           f"{left_out['not_played']} not played; steps: {'; '.join(STEPS_LEFT_OUT)}")
     return 1 if 1 in codes else max(codes, key=abs)

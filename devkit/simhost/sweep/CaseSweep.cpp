@@ -243,13 +243,16 @@ void CaseSweep::GoOnAfter(const Part& part, const Told& told, const HostEnd& end
         seen.push_back(std::string(NameOf(violation.rule)) + ": " + violation.text);
     }
     if (!told.isPlayable || told.begun == part.first) {
-        if (!told.isDone) {
+        if (!told.isDone || !seen.empty()) {
             seen.insert(seen.end(), told.complaints.begin(), told.complaints.end());
             throw std::runtime_error("without a fault, several times in one process: " + Joined(seen));
         }
         return;
     }
     if (told.isDone) {
+        if (!seen.empty()) {
+            Find(mFaults.at(told.begun - 1), {"when all was played, the process did not end well: " + Joined(seen)});
+        }
         return;
     }
     const Part rest{told.begun, part.last, part.replayEvery, part.isRepeated};

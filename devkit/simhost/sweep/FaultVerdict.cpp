@@ -46,6 +46,10 @@ class Judge {
             // Nothing of the run is known but this.
             return {{"an exception left the plug-in"}, {}};
         }
+        // Steps that a fault makes impossible are passed over: a story always comes to its end.
+        if (!run.brokenOff.empty()) {
+            mVerdict.findings.push_back("the story could not go on: " + run.brokenOff);
+        }
         JudgeMessages(run);
         JudgeRules(run);
         JudgeWhatIsLeft(run);

@@ -49,7 +49,8 @@ class Run {
         } catch (const HostLost&) {
             mResult.isLost = true;
         } catch (const std::exception& error) {
-            Host().rules.Broken(Rule::kNotReached, error.what());
+            mResult.brokenOff = error.what();
+            Host().rules.Broken(Rule::kNotReached, mResult.brokenOff);
         }
         TheInjector().End();
         mReport.EndStep();

@@ -20,6 +20,7 @@ namespace simhost::sweep {
 
 struct SweepRun {
     bool isLost = false;                              // an exception left the plug-in
+    std::string brokenOff;                            // why the story could not be played to its end; else empty
     std::vector<Violation> violations;                // before the message below
     std::map<std::int32_t, std::int64_t> answers;     // how often the plug-in answered what
     std::vector<std::string> refused;                 // messages that were answered with 1 but may not be

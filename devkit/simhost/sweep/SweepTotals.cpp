@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "simhost/sweep/ImportTable.h"
+
 namespace simhost::sweep {
 
 namespace {
@@ -89,7 +91,13 @@ Json AsJson(const SweepTotals& totals) {
         }
     });
     json["explained"] = totals.explained;
-    json["operations"] = totals.operations.size();
+    json["operations"] = totals.operations;
+    json["imports_that_can_fail"] = Json::array();
+    for (const ImportRow& row : ImportTable()) {
+        if (row.cannotFail == nullptr) {
+            json["imports_that_can_fail"].emplace_back(row.name);
+        }
+    }
     json["findings"] = Json::array();
     for (const SweepFinding& finding : totals.findings) {
         json["findings"].push_back({{"place", finding.place},
