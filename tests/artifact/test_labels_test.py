@@ -14,7 +14,7 @@ import sys
 
 WINDOWS_PAGE = (pathlib.Path(__file__).parents[2] / "docs" / "windows.md").read_text(encoding="utf-8")
 # Names, and patterns such as `simhost.*`.
-NAMED_ON_WINDOWS_PAGE = re.findall(r"`([\w.*]+)`", WINDOWS_PAGE)
+NAMED_ON_WINDOWS_PAGE = re.findall(r"`([\w.*-]+)`", WINDOWS_PAGE)
 
 
 def output_of(*command: str) -> str:

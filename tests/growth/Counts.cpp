@@ -1,27 +1,14 @@
 #include "growth/Counts.h"
 
 #include <windows.h>
-// After windows.h, which it needs.
-#include <tlhelp32.h>
 
 #include "simhost/checks/ImportWatch.h"
 #include "simhost/contract/ResourcesInUse.h"
+#include "simhost/contract/ThreadsInUse.h"
 
 namespace growth {
 
 namespace {
-
-long long Threads() {
-    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
-    THREADENTRY32 entry{};
-    entry.dwSize = sizeof entry;
-    long long count = 0;
-    for (BOOL more = Thread32First(snapshot, &entry); more != 0; more = Thread32Next(snapshot, &entry)) {
-        count += entry.th32OwnerProcessID == GetCurrentProcessId() ? 1 : 0;
-    }
-    CloseHandle(snapshot);
-    return count;
-}
 
 BOOL CALLBACK CountOwn(HWND window, LPARAM count) {
     DWORD process = 0;
@@ -46,7 +33,7 @@ long long Windows() {
 Counts Counts::Now() {
     // Before the memory: what they take themselves must be back.
     const long long windows = Windows();
-    const long long threads = Threads();
+    const long long threads = simhost::contract::ThreadsInUse();
     const simhost::contract::ResourcesInUse use = simhost::contract::ResourcesInUse::Now();
     Counts counts;
     counts.of[kHandles] = use.handles;

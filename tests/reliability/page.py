@@ -16,6 +16,9 @@ END = "<!-- end -->"
 def table(figures: dict[str, dict]) -> str:
     lines = ["| what | how much | outcome | with `src/` |", "|---|---|---|---|"]
     for measure in measures.MEASURES:
+        if measure.name not in figures:
+            lines.append(f"| {measure.name} | | not measured yet | |")
+            continue
         record = figures[measure.name]
         lines += [f"| {row.what} | {row.tried} | {row.outcome} | {record['source']} |"
                   for row in measure.rows(record["figures"])]
@@ -23,6 +26,8 @@ def table(figures: dict[str, dict]) -> str:
 
 
 def survivors(figures: dict[str, dict]) -> str:
+    if "mutation" not in figures:
+        return "Not measured yet.\n"
     rows = [f"| `{survivor['mutant'].split(':', maxsplit=1)[0]}` | `{escaped(survivor['mutant'].split(': ', maxsplit=1)[1])}` "
             f"| {survivor['reason'] or 'none is known'} |" for survivor in figures["mutation"]["figures"]["survivors"]]
     return "\n".join(["| file | line, and what was changed in it | why no test can notice it |", "|---|---|---|", *rows]) + "\n"
@@ -47,4 +52,6 @@ def written_into(page: str, figures: dict[str, dict]) -> str:
 
 
 def all_figures(folder: pathlib.Path) -> dict[str, dict]:
-    return {measure.name: measures.read_figures(folder, measure) for measure in measures.MEASURES}
+    """Of the measures that were taken at least once."""
+    return {measure.name: measures.read_figures(folder, measure) for measure in measures.MEASURES
+            if measures.figures_file(folder, measure).exists()}

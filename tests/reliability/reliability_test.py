@@ -41,7 +41,7 @@ class PageTest(unittest.TestCase):
         self.assertEqual(page.written_into(self.text, self.figures), self.text, "run scripts/reliability --page")
 
     def test_another_figure_gives_another_page(self):
-        for measure in measures.MEASURES:
+        for measure in (measure for measure in measures.MEASURES if measure.name in self.figures):
             changed = copy.deepcopy(self.figures)
             changed[measure.name]["figures"] = with_other_numbers(changed[measure.name]["figures"])
             self.assertNotEqual(page.written_into(self.text, changed), self.text, measure.name)
@@ -52,10 +52,15 @@ class PageTest(unittest.TestCase):
 
     def test_there_are_no_figures_that_nobody_tells(self):
         names = {file.stem for file in reliability.FIGURES.glob("*.json")}
-        self.assertEqual(names, {measure.name for measure in measures.MEASURES})
+        self.assertLessEqual(names, {measure.name for measure in measures.MEASURES})
+
+    def test_what_was_not_measured_is_said(self):
+        table = page.table({name: record for name, record in self.figures.items() if name != "binary"})
+        self.assertIn("| binary | | not measured yet | |", table)
 
     def test_each_defect_has_its_test(self):
-        rows = re.findall(r"^\|[^|]*\|([^|]*)\|$", self.text.partition("## Defects found")[2], re.MULTILINE)[2:]
+        cells = re.findall(r"^\|[^|]*\|([^|]*)\|$", self.text.partition("## Defects found")[2], re.MULTILINE)
+        rows = [cell for cell in cells if cell.strip() not in ("held by", "---")]
         self.assertGreater(len(rows), 5)
         known = names_of_tests()
         for row in rows:

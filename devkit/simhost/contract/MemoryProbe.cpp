@@ -13,6 +13,7 @@
 #include "simhost/contract/ProbedLibrary.h"
 #include "simhost/contract/QuietMessaging.h"
 #include "simhost/contract/ResourcesInUse.h"
+#include "simhost/contract/ThreadsInUse.h"
 #include "simhost/run/FlightRecorder.h"
 #include "support/ForeignExceptionGuard.h"
 
@@ -78,8 +79,11 @@ class Watcher {
         constexpr long long kMany = std::numeric_limits<long long>::max();
         ResourcesInUse least{kMany, kMany, kMany, kMany, kMany};
         for (int interval = 0; interval < kIntervals; ++interval) {
+            const long long threads = ThreadsInUse();
             const ResourcesInUse before = ResourcesInUse::Now();
             Repeat(mPlan.rounds, entry, run);
+            // Their stacks go with them.
+            WaitForThreadsToEnd(threads);
             least = Least(least, ResourcesInUse::Now() - before);
         }
         // Once for each leak: what takes blocks takes their bytes as well, and these take pages.
