@@ -216,7 +216,7 @@ MEASURES = [
     Measure("random-messages", (Run(("scripts/random-messages", "--seeds", "20", "--json")),), random_digest, random_rows),
     Measure("fuzzing", (Run(("scripts/fuzz", "--seconds", "600", "--json")),), only, fuzzing_rows),
     Measure("growth", (Run(("--json",), "Growth"),), only, growth_rows),
-    Measure("manners", (play(), play(f"{SCENARIO_FAULTS}/host-state.json")), manners_digest, manners_rows),
+    Measure("manners", (play("devkit/scenarios"), play(f"{SCENARIO_FAULTS}/host-state.json")), manners_digest, manners_rows),
     Measure("coverage", (Run(("scripts/coverage", "--json")),), only, coverage_rows),
     Measure("mutation", (Run(("scripts/mutation", "--json")),), only, mutation_rows),
     Measure("binary", (Run(("--json",), "PluginFile"),), only, binary_rows),
