@@ -37,19 +37,19 @@ void CopyCut(const std::string& text, std::size_t size, char* out) {
 }  // namespace
 
 HMODULE LoadLibraryWithVersion(const std::string& path, char* versionOut, std::size_t versionOutSize) {
-    LibraryOwner module(LoadLibraryA(path.c_str()));
+    const HMODULE module = LoadLibraryA(path.c_str());
     if (module == nullptr) {
         const DWORD error = GetLastError();
         LogMessage(kLogNote, "LoadLibraryA('%s') returned error code 0x%08x (%d)", path.c_str(),
                    static_cast<unsigned>(error), static_cast<int>(error));
     } else {
-        LogMessage(kLogNote, "SUCCESS: LoadLibraryA('%s') returned 0x%08x", path.c_str(), Low32(module.get()));
+        LogMessage(kLogNote, "SUCCESS: LoadLibraryA('%s') returned 0x%08x", path.c_str(), Low32(module));
     }
     std::array<wchar_t, kPrivateBuildBufferSize / sizeof(wchar_t)> privateBuild{};
     if (GetFileVersionString(path, kPrivateBuildQuery, kPrivateBuildBufferSize, privateBuild.data())) {
         CopyCut(Utf8FromWindowsText(privateBuild.data()), versionOutSize, versionOut);
     }
-    return module.release();
+    return module;
 }
 
 bool GetFileVersionString(const std::string& path, const wchar_t* queryPath, std::size_t size, wchar_t* out) {

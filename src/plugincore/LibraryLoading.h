@@ -7,15 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
-#include <type_traits>
-
-struct LibraryFreer {
-    void operator()(HMODULE module) const { FreeLibrary(module); }
-};
-// Gives the library back unless it is released: on a way out by an exception.
-using LibraryOwner = std::unique_ptr<std::remove_pointer_t<HMODULE>, LibraryFreer>;
 
 // Loads the library; null when Windows cannot. In both cases copies the file's PrivateBuild text as UTF-8 into
 // `versionOut` (`versionOutSize` bytes, terminated), which is left alone when the file has none.

@@ -1,6 +1,6 @@
 #include "plugincore/PCILoader.h"
 
-#include <memory>
+#include <utility>
 
 #include "plugincore/LibraryLoading.h"
 #include "plugincore/PluginCoreLocation.h"
@@ -50,21 +50,21 @@ PCILoader* PCILoader::LoadSharedInstance(const std::string& path) {
         return sSharedInstance;
     }
     char version[1024] = {};
-    LibraryOwner module(LoadLibraryWithVersion(path, version, sizeof(version)));
+    const HMODULE module = LoadLibraryWithVersion(path, version, sizeof(version));
     if (module == nullptr) {
         LogMessage(kLogNote, "ERROR:  cannot find %s", kPluginCoreFileName);
         return nullptr;
     }
     LogMessage(kLogNote, "Loaded %s", path.c_str());
-    // Should memory run out before it is complete, its destructor takes it back: the next call searches again.
-    std::unique_ptr<PCILoader> loader(new PCILoader());
-    sSharedInstance = loader.get();
-    loader->mLibraryPath = path;
-    loader->mLibraryVersion = version;
-    loader->BindEntryPoints(module.get());
-    // It stays until the process ends.
-    static_cast<void>(module.release());
-    return loader.release();
+    // Memory may run out up to here and for the instance itself, but not once that is shared: the next call then
+    // searches again. The library stays loaded all the same; it is never unloaded.
+    std::string libraryPath = path;
+    std::string libraryVersion = version;
+    sSharedInstance = new PCILoader();
+    sSharedInstance->mLibraryPath = std::move(libraryPath);
+    sSharedInstance->mLibraryVersion = std::move(libraryVersion);
+    sSharedInstance->BindEntryPoints(module);
+    return sSharedInstance;
 }
 
 PCILoader::PCILoader() : mMissingCount(kAllFunctionsMissing) {

@@ -42,6 +42,7 @@ class UntilUnloaded final : public ModuleObject {
   private:
     static void Destroy(ModuleObject& object) noexcept { static_cast<UntilUnloaded&>(object).mValue.~Value(); }
 
-    alignas(Value) unsigned char mStorage[sizeof(Value)];
+    // Mutable: the objects are const, what they hold is not.
+    alignas(Value) mutable unsigned char mStorage[sizeof(Value)];
     Value& mValue;
 };

@@ -41,6 +41,9 @@ constexpr Explanation kExplanations[] = {
     {"GetProcAddress", "FindFirstFileW", Amount::kAlso},
     {"GetProcAddress", "LoadLibraryW", Amount::kAlso},
     {"LoadLibraryW", "FindFirstFileW"},
+    // Intentional: the PluginCore is never unloaded. When memory runs out before it is bound, the next search loads it
+    // once more.
+    {"malloc", "LoadLibraryA", Amount::kAlso},
     {"fclose", "fopen"},
     {"fclose", "_wfopen"},
 };
