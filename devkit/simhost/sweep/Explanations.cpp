@@ -16,8 +16,8 @@ constexpr Explanation kExplanations[] = {
     {"SP Basic Suite/AcquireSuite/<held suite>", "suite-leak <held suite>", Amount::kAny},
     {"SP Basic Suite/ReleaseSuite/<held suite>", "suite-leak <held suite>", Amount::kAny},
     {"SP Basic Suite/ReleaseSuite/*", "suite-leak *"},
-    // Without the suite of strings nobody can give one back that the host has filled in. It is the last
-    // but one of the table: whichever suite before is refused, it is not there.
+    // Without the suite of strings nobody can give one back that the host has filled in. It is the last but one of the
+    // table: whichever suite before is refused, it is not there.
     {"SP Basic Suite/AcquireSuite/<held suite>", "string-leak", Amount::kAny},
     {"SP Blocks Suite/FreeBlock", "block-leak"},
     {"AI Unicode String Suite/Destroy", "string-leak"},
