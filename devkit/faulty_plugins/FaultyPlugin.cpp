@@ -88,6 +88,7 @@ constexpr FaultRow kFaults[] = {
     {"leave the error mode when a call fails", &LeaveTheErrorModeWhenACallFails},
     {"spoil the next run when a call fails", &SpoilTheNextRunWhenACallFails},
     {"use what a failed call gave", &UseWhatAFailedCallGave},
+    {"leave a process when a call fails", &LeaveAProcessWhenACallFails},
     {"bear odd messages", &BearOddMessages},
     {"crash at a message of nobody", &CrashAtAMessageOfNobody},
     {"throw at a null message", &ThrowAtANullMessage},

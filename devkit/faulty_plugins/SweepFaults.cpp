@@ -109,6 +109,12 @@ void UseWhatAFailedCallGave() {
     }
 }
 
+void LeaveAProcessWhenACallFails() {
+    if (!CallEachKind()) {
+        LeaveProcess();
+    }
+}
+
 bool IsBusyForEver() { return sIsBusy; }
 
 bool IsSpoilt() { return FindAtomW(kMark) != 0; }

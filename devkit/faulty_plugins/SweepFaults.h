@@ -12,6 +12,7 @@ void StayBusyWhenACallFails();
 void LeaveTheErrorModeWhenACallFails();
 void SpoilTheNextRunWhenACallFails();
 void UseWhatAFailedCallGave();
+void LeaveAProcessWhenACallFails();
 
 // Whether the plug-in acts as if it were still handling a message.
 bool IsBusyForEver();

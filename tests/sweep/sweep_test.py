@@ -39,6 +39,9 @@ EXPECTED = [
     ("spoilt", ["--kind", "host", "--mode", "once", "--replay-every", "4"], [(ACQUIRE, SPOILT), (ALLOCATE, SPOILT)]),
     ("filled", ["--kind", "host", "--mode", "filled"],
      [(ALLOCATE, r"^bad-argument: SP Blocks Suite/FreeBlock: not a block that is to be freed$")]),
+    # Only the end of the process shows it: the last fault is named, whichever was to blame.
+    ("process", ["--kind", "import", "--mode", "once"],
+     [("CloseHandle", r"^when all was played, the process did not end well: process-left: Lumet\.exe was started ")]),
 ]
 
 

@@ -7,8 +7,10 @@ namespace simhost::sweep {
 
 namespace {
 
-// Stands for the name of a suite that the plug-in holds from its first message to its shut-down.
+// Stand for the name of a suite that the plug-in holds from its first message to its shut-down.
 constexpr std::string_view kHeldSuite = "<held suite>";
+constexpr std::string_view kHeldSuiteButTheLast = "<held suite but the last>";
+constexpr std::string_view kLastHeldSuite = "AI Document Suite";
 
 constexpr Explanation kExplanations[] = {
     // Intentional: a table that is refused in part stays held as far as it was acquired, and one that cannot be given
@@ -18,7 +20,7 @@ constexpr Explanation kExplanations[] = {
     {"SP Basic Suite/ReleaseSuite/*", "suite-leak *"},
     // Without the suite of strings nobody can give one back that the host has filled in. It is the last but one of the
     // table: whichever suite before is refused, it is not there.
-    {"SP Basic Suite/AcquireSuite/<held suite>", "string-leak", Amount::kAny},
+    {"SP Basic Suite/AcquireSuite/<held suite but the last>", "string-leak", Amount::kAny},
     {"SP Blocks Suite/FreeBlock", "block-leak"},
     {"AI Unicode String Suite/Destroy", "string-leak"},
     {"AI File Path Suite/DeleteFilePath", "path-leak"},
@@ -70,9 +72,12 @@ bool IsHeldSuite(std::string_view name) {
 }
 
 bool Matches(std::string_view name, std::string_view pattern) {
-    if (pattern.ends_with(kHeldSuite)) {
-        const std::string_view begin = pattern.substr(0, pattern.size() - kHeldSuite.size());
-        return name.starts_with(begin) && IsHeldSuite(name.substr(begin.size()));
+    for (const std::string_view placeholder : {kHeldSuite, kHeldSuiteButTheLast}) {
+        if (pattern.ends_with(placeholder)) {
+            const std::string_view begin = pattern.substr(0, pattern.size() - placeholder.size());
+            return name.starts_with(begin) && IsHeldSuite(name.substr(begin.size())) &&
+                   (placeholder == kHeldSuite || !name.ends_with(kLastHeldSuite));
+        }
     }
     return pattern.ends_with('*') ? name.starts_with(pattern.substr(0, pattern.size() - 1)) : name == pattern;
 }
