@@ -9,6 +9,7 @@
 #include "host/FileFormatSuite.h"
 #include "plugincore/PCILoader.h"
 #include "plugincore/ReplyBuffer.h"
+#include "support/ForeignExceptionGuard.h"
 #include "support/Log.h"
 #include "support/ResultCodes.h"
 
@@ -79,7 +80,7 @@ std::int32_t AddFileFormat(SPInterfaceMessage* message) {
 
 std::int32_t CheckFileFormat(const AIFileFormatMessage* message) {
     try {
-        TellPluginCore(*message);
+        CallForeignCode([&] { TellPluginCore(*message); });
     } catch (...) {
         // An answer of 0 would make the host read the file through this plug-in.
     }

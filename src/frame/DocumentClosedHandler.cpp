@@ -7,6 +7,7 @@
 #include "frame/NotifierHandlers.h"
 #include "plugincore/PCILoader.h"
 #include "plugincore/ReplyBuffer.h"
+#include "support/ForeignExceptionGuard.h"
 #include "support/ResultCodes.h"
 
 namespace {
@@ -65,7 +66,7 @@ std::int32_t HandleDocumentClosedNotifier(AINotifierMessage* message) {
         const auto document = static_cast<AIDocumentHandle>(message->notifyData);
         const ForgetAtEnd forget(document);
         if (PluginCoreIsEnabled()) {
-            ReportClosedDocument(*PCILoader::GetSharedInstance(), document);
+            CallForeignCode([&] { ReportClosedDocument(*PCILoader::GetSharedInstance(), document); });
         }
         return kNoErr;
     });

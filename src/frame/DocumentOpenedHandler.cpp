@@ -9,6 +9,7 @@
 #include "frame/NotifierHandlers.h"
 #include "plugincore/PCILoader.h"
 #include "plugincore/ReplyBuffer.h"
+#include "support/ForeignExceptionGuard.h"
 #include "support/ResultCodes.h"
 
 namespace {
@@ -36,7 +37,7 @@ class SuppressionOffAtEnd {
 
 std::string BeginWithOpenedDocument(AIDocumentHandle document) {
     const SuppressionOffAtEnd off;
-    return RecordOpenedDocument(document);
+    return CallForeignCode([&] { return RecordOpenedDocument(document); });
 }
 
 // Has the PluginCore activate the fonts of the document and arms the suppression of the host's missing-font dialogs

@@ -10,6 +10,7 @@
 #include "plugincore/PCILoader.h"
 #include "plugincore/ReplyBuffer.h"
 #include "support/Errors.h"
+#include "support/ForeignExceptionGuard.h"
 #include "support/Log.h"
 #include "support/ResultCodes.h"
 
@@ -116,7 +117,9 @@ std::int32_t AddIllustratorMenu(const char* id, const char* label, const char* i
     if (id != nullptr && label != nullptr && context != nullptr) {
         try {
             const auto& menus = *static_cast<const MomentaryMenuSuite*>(context);
-            result = AddItemUnlessDuplicate(menus, {id, label, itemText, hasSubMenu != 0, parentID});
+            result = CallForeignCode([&] {
+                return AddItemUnlessDuplicate(menus, {id, label, itemText, hasSubMenu != 0, parentID});
+            });
         } catch (const ai::Error& error) {
             result = error.Code();
         } catch (...) {

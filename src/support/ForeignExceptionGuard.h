@@ -3,6 +3,7 @@
 #pragma once
 
 #include <type_traits>
+#include <utility>
 
 #include "support/Errors.h"
 
@@ -20,16 +21,24 @@ extern "C" int RunStoppingForeignExceptions(void (*function)(void* context), voi
 // that our own frames unwind as usual.
 template <class Call>
 std::invoke_result_t<Call&> CallForeignCode(Call call) {
-    struct Frame {
-        Call& call;
-        std::invoke_result_t<Call&> result;
-    } frame{call, {}};
-    const auto run = [](void* context) {
-        auto* const self = static_cast<Frame*>(context);
-        self->result = self->call();
-    };
-    if (RunStoppingForeignExceptions(run, &frame) != 0) {
-        throw ForeignException();
+    using Result = std::invoke_result_t<Call&>;
+    if constexpr (std::is_void_v<Result>) {
+        CallForeignCode([&] {
+            call();
+            return true;
+        });
+    } else {
+        struct Frame {
+            Call& call;
+            Result result;
+        } frame{call, {}};
+        const auto run = [](void* context) {
+            auto* const self = static_cast<Frame*>(context);
+            self->result = self->call();
+        };
+        if (RunStoppingForeignExceptions(run, &frame) != 0) {
+            throw ForeignException();
+        }
+        return std::move(frame.result);
     }
-    return frame.result;
 }

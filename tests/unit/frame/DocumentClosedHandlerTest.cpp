@@ -1,3 +1,5 @@
+#include "doubles/common/ForeignException.h"
+#include "support/Errors.h"
 #include "unit/frame/DocumentFixture.h"
 
 namespace {
@@ -124,6 +126,13 @@ TEST_F(DocumentClosedTest, DocumentIsForgottenAlsoWhenThePluginCoreThrows) {
         EXPECT_THROW(Close(), ForeignException);
         EXPECT_EQ(DocumentRegistrySize(), 0u) << entry;
     }
+}
+
+TEST_F(DocumentClosedTest, DocumentIsForgottenAlsoWhenTheHostThrowsLikeAnotherCompiler) {
+    SetFilePathForDocumentHandle(document, "Untitled-1");
+    host.calls.During("GetDocumentFileSpecification", ThrowLikeAnotherCompiler);
+    EXPECT_THROW(Close(), ForeignException);
+    EXPECT_EQ(DocumentRegistrySize(), 0u);
 }
 
 TEST_F(DocumentClosedTest, OnlyTheClosedDocumentIsForgotten) {

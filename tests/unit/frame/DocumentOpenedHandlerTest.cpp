@@ -1,3 +1,5 @@
+#include "doubles/common/ForeignException.h"
+#include "support/Errors.h"
 #include "unit/frame/DocumentFixture.h"
 
 namespace {
@@ -56,6 +58,12 @@ TEST_F(DocumentOpenedTest, PathThatIsNoTextEndsTheSuppressionThatAnEarlierDocume
     host.currentPath = "C:/\xED\xA0\x80.ai";
     Notify(&PluginGlobals::documentOpened, "AI Document Opened Notifier", other);
     EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 1);
+    EXPECT_FALSE(IsSuppressionActive());
+}
+
+TEST_F(DocumentOpenedTest, ExceptionOfAnotherCompilerOutOfTheHostEndsTheSuppressionToo) {
+    host.calls.During("GetDocumentFileSpecification", ThrowLikeAnotherCompiler);
+    EXPECT_THROW(Open(), ForeignException);
     EXPECT_FALSE(IsSuppressionActive());
 }
 

@@ -1,5 +1,6 @@
 #include "frame/PluginCaller.h"
 
+#include "doubles/common/ForeignException.h"
 #include "menus/MenuItemRegistry.h"
 #include "support/Log.h"
 #include "support/plugincore/MissingPluginCore.h"
@@ -201,6 +202,8 @@ TEST_F(PluginCallerTest, FileFormatCheckIsAnsweredMinus1WhateverGoesWrong) {
     ThePluginCore().script["HandleOpenExistingDocument"].throws = doubles::Throw::kForeignException;
     EXPECT_EQ(Send("AI File Format", "AI Check", &message.d), -1);
     host.calls.Fail("GetFullPath", 5);
+    EXPECT_EQ(Send("AI File Format", "AI Check", &message.d), -1);
+    host.calls.During("GetFullPath", ThrowLikeAnotherCompiler);
     EXPECT_EQ(Send("AI File Format", "AI Check", &message.d), -1);
     EXPECT_EQ(CountRecorded("Unhandled exception in Brightbox plugin."), 0);
 }

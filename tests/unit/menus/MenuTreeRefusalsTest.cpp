@@ -1,5 +1,6 @@
 // The items that AddIllustratorMenu refuses, and those that the host refuses.
 #include "doubles/common/AllocationFaults.h"
+#include "doubles/common/ForeignException.h"
 #include "host/MenuSuite.h"
 #include "unit/menus/MenuTreeFixture.h"
 
@@ -113,6 +114,12 @@ TEST_F(MenuTreeTest, TextThatTheHostRefusesIsAnsweredWithTheHostsCodeAndThrownTo
     EXPECT_EQ(outcome.result, 1431193940);
     EXPECT_EQ(outcome.calls, (Calls{"CountMenuItems()", "Initialize('Text', 1)"}));
     EXPECT_EQ(outcome.log, Framed({}));
+    EXPECT_TRUE(RegisteredMenuItems().empty());
+}
+
+TEST_F(MenuTreeTest, ExceptionOfAnotherCompilerOutOfTheHostIsAnsweredAndNotThrownIntoThePluginCore) {
+    host.calls.During("CountMenuItems", ThrowLikeAnotherCompiler);
+    EXPECT_EQ(Add({}).result, kBadParameterErr);
     EXPECT_TRUE(RegisteredMenuItems().empty());
 }
 

@@ -101,6 +101,13 @@ TEST(CallForeignCodeTest, ReturnsTheResult) {
     EXPECT_EQ(CallForeignCode([] { return std::string(100, 'x'); }), std::string(100, 'x'));
 }
 
+TEST(CallForeignCodeTest, CallMayHaveNoResult) {
+    int calls = 0;
+    CallForeignCode([&] { ++calls; });
+    EXPECT_EQ(calls, 1);
+    EXPECT_THROW(CallForeignCode([] { ThrowLikeAnotherCompiler(); }), ForeignException);
+}
+
 TEST(CallForeignCodeTest, ForeignExceptionBecomesOneThatUnwindsOurFrames) {
     struct Frame {
         bool& unwound;
