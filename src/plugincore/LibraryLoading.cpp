@@ -18,10 +18,11 @@ constexpr std::size_t kPrivateBuildBufferSize = 256;  // bytes
 
 bool IsHighSurrogate(wchar_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 
-// Copies as much of the text as fits, terminated.
-void CopyCut(const wchar_t* text, std::size_t sizeInUnits, wchar_t* out) {
-    std::size_t length = wcsnlen(text, sizeInUnits - 1);
-    if (length > 0 && text[length] != L'\0' && IsHighSurrogate(text[length - 1])) {
+// Copies as much of the text as fits, terminated. Of the text, only so much is read as there is: it may lack its end.
+void CopyCut(const wchar_t* text, std::size_t textSizeInUnits, std::size_t sizeInUnits, wchar_t* out) {
+    const std::size_t textLength = wcsnlen(text, textSizeInUnits);
+    std::size_t length = std::min(textLength, sizeInUnits - 1);
+    if (length > 0 && length < textLength && IsHighSurrogate(text[length - 1])) {
         --length;
     }
     std::copy_n(text, length, out);
@@ -69,7 +70,7 @@ bool GetFileVersionString(const std::string& path, const wchar_t* queryPath, std
         VerQueryValueW(block.data(), queryPath, &text, &length) == 0 || text == nullptr || length == 0) {
         return false;
     }
-    CopyCut(static_cast<const wchar_t*>(text), size / sizeof(wchar_t), out);
+    CopyCut(static_cast<const wchar_t*>(text), length, size / sizeof(wchar_t), out);
     return true;
 }
 

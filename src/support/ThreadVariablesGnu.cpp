@@ -53,11 +53,11 @@ Room sRoomOfLoader;
 std::array<ReservedRoom, kReserved> sReserve;
 std::atomic<std::uintptr_t> sNextPlace = 1;
 
-std::uintptr_t TakePlace(std::size_t size) {
-    const std::uintptr_t slots = (size + kSlotSize - 1) / kSlotSize;
+std::uintptr_t TakePlace(const Variable& variable) {
+    const std::uintptr_t slots = (variable.size + kSlotSize - 1) / kSlotSize;
     const std::uintptr_t place = sNextPlace.fetch_add(slots);
-    if (place + slots > kSlots + 1) {
-        // A variable more than there is room for: seen by whoever adds it.
+    if (place + slots > kSlots + 1 || variable.alignment > kSlotSize) {
+        // One that there is no room for: seen by whoever adds it.
         std::abort();
     }
     return place;
@@ -67,7 +67,7 @@ std::uintptr_t PlaceOf(Variable& variable) {
     const std::atomic_ref<std::uintptr_t> place(variable.place);
     std::uintptr_t found = place.load();
     if (found == 0) {
-        const std::uintptr_t taken = TakePlace(variable.size);
+        const std::uintptr_t taken = TakePlace(variable);
         // Where another thread was quicker, its place counts and ours stays empty.
         if (place.compare_exchange_strong(found, taken)) {
             found = taken;

@@ -171,6 +171,75 @@ TEST_F(FileVersionStringTest, FileWithoutAVersionResourceIsLogged) {
     EXPECT_EQ(RecordedLog(), std::vector{NoVersion(path)});
 }
 
+constexpr wchar_t kBeyondTheText[] =
+    L"\xD83D"
+    L"eyond the block";
+
+BOOL WINAPI AnswerThreeUnits(LPCVOID, LPCWSTR, LPVOID* text, PUINT length) {
+    *text = const_cast<wchar_t*>(kBeyondTheText);
+    *length = 3;
+    return TRUE;
+}
+
+TEST_F(FileVersionStringTest, TextWithoutItsTerminatorEndsWithTheBlock) {
+    const ImportPatch patch("VerQueryValueW", AsReplacement(AnswerThreeUnits));
+    EXPECT_TRUE(Read("PluginCoreOfPrivateBuild.dll", kPrivateBuild, 256));
+    EXPECT_EQ(Text(), Units(std::wstring(kBeyondTheText, 3) + L'\0'));
+    text.fill(L'\xA5A5');
+    EXPECT_TRUE(Read("PluginCoreOfPrivateBuild.dll", kPrivateBuild, 8));
+    EXPECT_EQ(Text(), Units(std::wstring(kBeyondTheText, 3) + L'\0'));
+}
+
+const wchar_t* sValue = L"";
+UINT sValueLength = 0;  // with the terminator
+
+BOOL WINAPI AnswerValue(LPCVOID, LPCWSTR, LPVOID* text, PUINT length) {
+    *text = const_cast<wchar_t*>(sValue);
+    *length = sValueLength;
+    return TRUE;
+}
+
+TEST_F(FileVersionStringTest, ValueWithoutEvenATerminatorIsNone) {
+    const ImportPatch patch("VerQueryValueW", AsReplacement(AnswerValue));
+    sValueLength = 0;
+    EXPECT_FALSE(Read("PluginCoreOfPrivateBuild.dll", kPrivateBuild, 256));
+    EXPECT_EQ(Text(), Units(L""));
+    sValueLength = 1;
+    EXPECT_TRUE(Read("PluginCoreOfPrivateBuild.dll", kPrivateBuild, 256));
+    EXPECT_EQ(Text(), Units(std::wstring(1, L'\0')));
+}
+
+TEST_F(FileVersionStringTest, TextWithoutItsTerminatorEndsWhereTheBlockDoes) {
+    const ImportPatch patch("VerQueryValueW", AsReplacement(AnswerValue));
+    sValue = L"7.0 and what is behind the block";
+    sValueLength = 3;
+    for (const std::size_t size : {256u, 8u}) {
+        text.fill(L'\xA5A5');
+        EXPECT_TRUE(Read("PluginCoreOfPrivateBuild.dll", kPrivateBuild, size));
+        EXPECT_EQ(Text(), Units(std::wstring(L"7.0") + L'\0'));
+    }
+    // A surrogate at the block's end is not cut off.
+    sValue = L"7.\xD83D\xDE00";
+    EXPECT_TRUE(Read("PluginCoreOfPrivateBuild.dll", kPrivateBuild, 8));
+    EXPECT_EQ(Text(), Units(std::wstring(L"7.\xD83D") + L'\0'));
+    sValue = L"";
+}
+
+TEST_F(FileVersionStringTest, HighSurrogatesAreThoseFromD800ToDBFF) {
+    const ImportPatch patch("VerQueryValueW", AsReplacement(AnswerValue));
+    const auto cutAfterTwo = [&](const wchar_t* value) {
+        sValue = value;
+        sValueLength = 4;
+        EXPECT_TRUE(Read("PluginCoreOfPrivateBuild.dll", kPrivateBuild, 3 * sizeof(wchar_t)));
+        return std::wstring(text.data());
+    };
+    EXPECT_EQ(cutAfterTwo(L"a\xD800\xDC00"), L"a");
+    EXPECT_EQ(cutAfterTwo(L"a\xDBFF\xDC00"), L"a");
+    EXPECT_EQ(cutAfterTwo(L"a\xD7FF\xDC00"), L"a\xD7FF");
+    EXPECT_EQ(cutAfterTwo(L"a\xDC00\xDC00"), L"a\xDC00");
+    sValue = L"";
+}
+
 BOOL WINAPI RefuseBlock(LPCSTR, DWORD, DWORD, LPVOID) { return FALSE; }
 
 TEST_F(FileVersionStringTest, BlockThatCannotBeReadYieldsNothing) {

@@ -130,6 +130,122 @@ TEST_F(ThreadVariables, ThreadWhoseRoomCannotBeRememberedKeepsItAllTheSame) {
     EXPECT_EQ(value, 2);
 }
 
+// --- what threads take and give back --------------------------------------------------------------------------------
+
+struct HeapUse {
+    int taken = 0;
+    int given = 0;
+    DWORD flags = 0;
+    LPVOID last = nullptr;       // what was taken last
+    LPVOID forgotten = nullptr;  // what was given back last
+    LPVOID value = nullptr;      // what the index was set to last
+};
+HeapUse sUse;
+
+LPVOID WINAPI CountTaken(HANDLE heap, DWORD flags, SIZE_T size) {
+    ++sUse.taken;
+    sUse.flags |= flags;
+    sUse.last = HeapAlloc(heap, flags, size);
+    return sUse.last;
+}
+
+BOOL WINAPI CountGiven(HANDLE heap, DWORD flags, LPVOID memory) {
+    ++sUse.given;
+    sUse.flags |= flags;
+    sUse.forgotten = memory;
+    return HeapFree(heap, flags, memory);
+}
+
+BOOL WINAPI NoteValue(DWORD index, LPVOID value) {
+    sUse.value = value;
+    return TlsSetValue(index, value);
+}
+
+TEST_F(ThreadVariables, ThreadTakesOneRoomAndForgetsItWhenItEnds) {
+    sUse = {};
+    const ImportPatch take(library, "HeapAlloc", AsReplacement(CountTaken));
+    const ImportPatch give(library, "HeapFree", AsReplacement(CountGiven));
+    const ImportPatch remember(library, "TlsSetValue", AsReplacement(NoteValue));
+    bool isRemembered = false;
+    Thread([&] {
+        Variable("WithValue");
+        Variable("Without");
+        isRemembered = sUse.value == sUse.last && sUse.last != nullptr;
+    }).Join();
+    EXPECT_TRUE(isRemembered);
+    EXPECT_EQ(sUse.taken, 1);
+    EXPECT_EQ(sUse.given, 1);
+    EXPECT_EQ(sUse.forgotten, sUse.last);
+    EXPECT_EQ(sUse.value, nullptr);
+    // The heap is that of the process, which other threads use at the same time.
+    EXPECT_EQ(sUse.flags, 0u);
+}
+
+TEST_F(ThreadVariables, RoomThatCannotBeRememberedIsGivenBackAtOnce) {
+    sUse = {};
+    const ImportPatch take(library, "HeapAlloc", AsReplacement(CountTaken));
+    const ImportPatch give(library, "HeapFree", AsReplacement(CountGiven));
+    const ImportPatch values(library, "TlsSetValue", AsReplacement(NoValueOfThread));
+    int given = 0;
+    Thread([&] {
+        Variable("WithValue");
+        given = sUse.given;
+    }).Join();
+    EXPECT_EQ(sUse.taken, 1);
+    EXPECT_EQ(given, 1);
+    EXPECT_EQ(sUse.forgotten, sUse.last);
+}
+
+// --- what ends the process: here only the thread --------------------------------------------------------------------
+
+std::atomic<int> sAborted = 0;
+
+[[noreturn]] void EndThread() {
+    ++sAborted;
+    ExitThread(0);
+}
+
+TEST_F(ThreadVariables, VariableThatThereIsNoRoomForIsSeenAtOnce) {
+    for (const char* const variable : {"TooLarge", "OverAligned"}) {
+        sAborted = 0;
+        const ImportPatch end(library, "abort", AsReplacement(EndThread));
+        bool goesOn = false;
+        Thread([&] {
+            Variable(variable);
+            goesOn = true;
+        }).Join();
+        EXPECT_EQ(sAborted, 1) << variable;
+        EXPECT_FALSE(goesOn) << variable;
+    }
+}
+
+TEST_F(ThreadVariables, WithoutMemoryEightThreadsAtATimeHaveARoomAndNoMore) {
+    sAborted = 0;
+    const WithoutMemory memory(library);
+    const ImportPatch end(library, "abort", AsReplacement(EndThread));
+    std::atomic<int> served = 0;
+    std::atomic<bool> mayEnd = false;
+    std::list<Thread> threads;
+    for (int i = 0; i < 9; ++i) {
+        threads.emplace_back([&] {
+            Variable("WithValue");
+            ++served;
+            while (!mayEnd) {
+                SwitchToThread();
+            }
+        });
+    }
+    while (served + sAborted < 9) {
+        SwitchToThread();
+    }
+    EXPECT_EQ(served, 8);
+    EXPECT_EQ(sAborted, 1);
+    mayEnd = true;
+    for (Thread& thread : threads) {
+        thread.Join();
+    }
+}
+
 // These are the first accesses to the library: the threads race for places and rooms.
 TEST_F(ThreadVariables, ManyThreadsAtOnceFindTheirOwn) {
     std::atomic<bool> begin = false;
