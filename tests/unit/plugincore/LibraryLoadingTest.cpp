@@ -207,6 +207,9 @@ TEST_F(FileVersionStringTest, ValueWithoutEvenATerminatorIsNone) {
     sValueLength = 1;
     EXPECT_TRUE(Read("PluginCoreOfPrivateBuild.dll", kPrivateBuild, 256));
     EXPECT_EQ(Text(), Units(std::wstring(1, L'\0')));
+    sValue = nullptr;
+    EXPECT_FALSE(Read("PluginCoreOfPrivateBuild.dll", kPrivateBuild, 256));
+    sValue = L"";
 }
 
 TEST_F(FileVersionStringTest, TextWithoutItsTerminatorEndsWhereTheBlockDoes) {
@@ -227,16 +230,16 @@ TEST_F(FileVersionStringTest, TextWithoutItsTerminatorEndsWhereTheBlockDoes) {
 
 TEST_F(FileVersionStringTest, HighSurrogatesAreThoseFromD800ToDBFF) {
     const ImportPatch patch("VerQueryValueW", AsReplacement(AnswerValue));
-    const auto cutAfterTwo = [&](const wchar_t* value) {
+    const auto cutAfterOne = [&](const wchar_t* value) {
         sValue = value;
-        sValueLength = 4;
-        EXPECT_TRUE(Read("PluginCoreOfPrivateBuild.dll", kPrivateBuild, 3 * sizeof(wchar_t)));
+        sValueLength = 3;
+        EXPECT_TRUE(Read("PluginCoreOfPrivateBuild.dll", kPrivateBuild, 2 * sizeof(wchar_t)));
         return std::wstring(text.data());
     };
-    EXPECT_EQ(cutAfterTwo(L"a\xD800\xDC00"), L"a");
-    EXPECT_EQ(cutAfterTwo(L"a\xDBFF\xDC00"), L"a");
-    EXPECT_EQ(cutAfterTwo(L"a\xD7FF\xDC00"), L"a\xD7FF");
-    EXPECT_EQ(cutAfterTwo(L"a\xDC00\xDC00"), L"a\xDC00");
+    EXPECT_EQ(cutAfterOne(L"\xD800\xDC00"), L"");
+    EXPECT_EQ(cutAfterOne(L"\xDBFF\xDC00"), L"");
+    EXPECT_EQ(cutAfterOne(L"\xD7FF\xDC00"), L"\xD7FF");
+    EXPECT_EQ(cutAfterOne(L"\xDC00\xDC00"), L"\xDC00");
     sValue = L"";
 }
 

@@ -194,6 +194,21 @@ TEST_F(ThreadVariables, RoomThatCannotBeRememberedIsGivenBackAtOnce) {
     EXPECT_EQ(sUse.taken, 1);
     EXPECT_EQ(given, 1);
     EXPECT_EQ(sUse.forgotten, sUse.last);
+    EXPECT_EQ(sUse.flags, 0u);
+}
+
+TEST_F(ThreadVariables, ThreadThatUnloadsTheLibraryGivesItsRoomBackToo) {
+    sUse = {};
+    ASSERT_TRUE(ReplaceImport(library, "HeapAlloc", AsReplacement(CountTaken)));
+    ASSERT_TRUE(ReplaceImport(library, "HeapFree", AsReplacement(CountGiven)));
+    Thread([&] {
+        Variable("WithValue");
+        FreeLibrary(library);
+    }).Join();
+    EXPECT_EQ(sUse.taken, 1);
+    EXPECT_EQ(sUse.given, 1);
+    EXPECT_EQ(sUse.forgotten, sUse.last);
+    LoadLibraryA(Path().c_str());
 }
 
 // --- what ends the process: here only the thread --------------------------------------------------------------------

@@ -6,7 +6,7 @@ namespace {
 
 thread_local int sWithValue = 42;
 thread_local int sWithout;
-thread_local char sTooLarge[1024];
+thread_local char sTooLarge[33 * 16];  // by one of 32 slots
 alignas(32) thread_local int sOverAligned;
 
 }  // namespace
