@@ -12,7 +12,7 @@ SCENARIO_FAULTS = "tests/scenario/faults"
 # Stories in which the PluginCore does what it must not.
 PLUGINCORE_STORIES = ["dialog-from-within-the-plugincore", "entry-missing", "incompatible", "incompatible-four-entries",
                       "location-nowhere", "message-from-within-the-plugincore", "replies-that-fill-the-buffer",
-                      "settings-broken", "settings-refused", "throws", "throws-at-every-entry", "tick-throws"]
+                      "settings-broken", "settings-refused", "throws", "throws-from-start-to-end", "tick-throws"]
 PLUGINCORE_TESTS = {"frame_tests": "*PluginCoreTest.*:*MissingEntryTest.*:WorkingDayTest.Reply*"}
 BOUNDARY_TESTS = {
     "frame_tests": "*BadTextTest.*:WorkingDayTest.PathThatIsNoUtf16*:DllMainTest.*",

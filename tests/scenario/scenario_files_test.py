@@ -6,6 +6,7 @@
  - every rule is broken by a scenario in faults/, every fault of the faulty plug-in is committed by one, or
    by the scenario of the sweeps
  - every library and plug-in that is built for scenarios is used by one
+ - every entry of the PluginCore throws in a shipped scenario, both sorts of exceptions, and answers extreme results
  - no other file lies among the scenarios
 
 The folder of the built files and the command that prints what the reader knows follow on the command line.
@@ -35,6 +36,12 @@ NOT_FOR_SCENARIOS = {
     "PluginCoreOfOtherLanguage.dll",
     "PluginCoreOfPrivateBuild.dll",
 }
+
+
+# Nobody calls them: nobody knows their arguments.
+NEVER_CALLED = {"GetDocumentFontUsage", "SetPathForDocument"}
+# What an entry must do somewhere, by key of an answer.
+FAULTS_OF_EACH_ENTRY = {"throw": {"cpp", "foreign"}, "result": {-(2**31), 2**31 - 1, -1}}
 
 
 def scenario_files(folder: pathlib.Path) -> list[pathlib.Path]:
@@ -113,6 +120,23 @@ def check_rules_and_faults(known: dict, faults: list[dict]):
             yield f"no scenario in {FAULTS.name}/ commits the fault {fault!r}"
 
 
+def faults_of_entries(scenario: dict, key: str):
+    """Each entry with what its answers have under the key, in all cases."""
+    for case in scenario.get("cases", {"": {}}).values():
+        values = {f"${{{name}}}": value for name, value in {**scenario.get("values", {}), **case.get("values", {})}.items()}
+        for entry, answers in (case.get("answers") or scenario.get("answers") or {}).items():
+            for written in (answer[key] for answer in answers if key in answer):
+                yield entry, values.get(written, written)
+
+
+def check_entries(entries: list[str], scenarios: list[dict]):
+    for key, wanted in FAULTS_OF_EACH_ENTRY.items():
+        found = {fault for scenario in scenarios for fault in faults_of_entries(scenario, key)}
+        for entry in sorted(set(entries) - NEVER_CALLED):
+            for fault in sorted(wanted - {what for of, what in found if of == entry}):
+                yield f"no scenario in {SCENARIOS.name}/ has {entry} answer with {key} {fault!r}"
+
+
 def check_built_files(folder: pathlib.Path, scenarios: list[dict]):
     used = {text for scenario in scenarios for text in texts_in(scenario)} | {"PluginCoreX64.dll"}
     for path in sorted(folder.iterdir()):
@@ -137,6 +161,8 @@ def main() -> int:
     of_host = [scenario for path, scenario in scenarios.items() if path.parent == FAULTS or path == SWEEP_FAULTS]
     faults += check_schema_and_reader(known)
     faults += check_rules_and_faults(known, of_host)
+    shipped = [scenario for path, scenario in scenarios.items() if path.parent == SCENARIOS]
+    faults += check_entries(known["functions"]["function"], shipped)
     faults += check_built_files(pathlib.Path(built), list(scenarios.values()))
     print("\n".join(faults) or f"All {len(scenarios)} scenario files are in order.")
     return 1 if faults else 0
