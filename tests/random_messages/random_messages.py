@@ -14,6 +14,8 @@ import tempfile
 ROOT = pathlib.Path(__file__).parents[2]
 SCENARIO = ROOT / "devkit" / "scenarios" / "random-messages.json"
 NOT_PLAYED = 2
+# Mostly the same ones in every run.
+DIFFERENT_ONES = {"moments", "missing_suites"}
 
 
 def is_random(step: dict) -> bool:
@@ -21,12 +23,20 @@ def is_random(step: dict) -> bool:
 
 
 def with_messages(scenario: dict, times: int | None) -> dict:
-    """With so many messages; of each kind in proportion half as many must come, for few are a matter of chance."""
-    for step in filter(is_random, scenario["steps"]):
-        if times is not None:
-            step["at_least"] = {kind: count * times // step["times"] // 2 for kind, count in step["at_least"].items()}
-            step["at_least"]["messages"] = step["times"] = times
+    """With so many messages in the first step of them, and in the others in proportion. Of each kind must come in
+    proportion half as many, for few are a matter of chance."""
+    steps = list(filter(is_random, scenario["steps"]))
+    usual = steps[0]["times"]
+    for step in steps if times is not None else []:
+        step["at_least"] = {kind: count * times // usual // 2 for kind, count in step["at_least"].items()}
+        step["at_least"]["messages"] = step["times"] = max(1, step["times"] * times // usual)
     return scenario
+
+
+def counts_of(events: list[dict]) -> dict:
+    """Of all steps that sent some."""
+    return add_up([event["observed"]["at_least"] for event in events
+                   if event["event"] == "step_end" and "at_least" in event["observed"]])
 
 
 def play(command: list[str], scenario: pathlib.Path, seed: int) -> dict | None:
@@ -42,22 +52,20 @@ def play(command: list[str], scenario: pathlib.Path, seed: int) -> dict | None:
     if run.returncode == NOT_PLAYED or not ends:
         print(run.stdout + run.stderr, end="", file=sys.stderr)
         return None
-    counts = [event["observed"]["at_least"] for event in events
-              if event["event"] == "step_end" and "at_least" in event["observed"]]
+    counts = counts_of(events)
     complaints = [f"{event['rule']}: {event['text']}" for event in events
                   if event["event"] == "complaint" and not event["expected"]]
     # A host that is lost has told its complaints only there.
     complaints += [each for each in ends[0]["complaints"] if each not in complaints]
     return {"seed": seed, "passed": run.returncode == 0 and bool(counts) and not complaints,
-            "counts": counts[0] if counts else {}, "complaints": complaints}
+            "counts": counts, "complaints": complaints}
 
 
-def add_up(runs: list[dict]) -> dict:
+def add_up(all_counts: list[dict]) -> dict:
     totals: dict = {}
-    for run in runs:
-        for kind, count in run["counts"].items():
-            # The same ones in every run.
-            totals[kind] = max(totals.get(kind, 0), count) if kind == "moments" else totals.get(kind, 0) + count
+    for counts in all_counts:
+        for kind, count in counts.items():
+            totals[kind] = max(totals.get(kind, 0), count) if kind in DIFFERENT_ONES else totals.get(kind, 0) + count
     return totals
 
 
@@ -92,7 +100,7 @@ def main() -> int:
                 asked = f" --messages {options.messages}" if options.messages is not None else ""
                 print(f"  again: scripts/random-messages --seeds 1 --first {seed}{asked}", flush=True)
     failed = [run["seed"] for run in runs if not run["passed"]]
-    counts = add_up(runs)
+    counts = add_up([run["counts"] for run in runs])
     if options.json:
         options.json.write_text(json.dumps({"seeds": len(runs), "failed": failed, "counts": counts, "runs": runs}, indent=2) +
                                 "\n", encoding="utf-8")

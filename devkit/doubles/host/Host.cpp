@@ -24,10 +24,13 @@ SimulatedHost::~SimulatedHost() { sHost = nullptr; }
 
 void SimulatedHost::ReportLeftovers() {
     for (const auto& suite : suites.All()) {
-        if (suite->held != 0) {
-            rules.Broken(Rule::kSuiteLeak,
-                         "\"" + suite->name + "\" is still held " + std::to_string(suite->held) + " times",
-                         suite->held);
+        const std::int64_t left = suite->held - suite->leftByRefusals;
+        if (left > 0) {
+            rules.Broken(Rule::kSuiteLeak, "\"" + suite->name + "\" is still held " + std::to_string(left) + " times",
+                         left);
+        } else if (left < 0) {
+            rules.Broken(Rule::kSuiteNotHeld,
+                         "\"" + suite->name + "\" was released " + std::to_string(-left) + " times too often", -left);
         }
     }
     for (const auto& [handle, timer] : model.timers.Objects()) {

@@ -61,6 +61,14 @@ std::string InWords(const void* handle) {
     return text;
 }
 
+RandomMessage MessageOf(const char* caller, const char* selector) {
+    RandomMessage message;
+    message.text = InWords(caller, selector);
+    message.beginsRun = message.text == InWords(kSPInterfaceCaller, kSPInterfaceStartupSelector);
+    message.endsRun = message.text == InWords(kSPInterfaceCaller, kSPInterfaceShutdownSelector);
+    return message;
+}
+
 // What is odd about it when everything behind its common part is zero.
 std::vector<MessageKind> KindsOf(const std::string& inWords) {
     for (const KnownMessage& known : kKnown) {
@@ -106,12 +114,14 @@ RandomMessage MessagePicker::LifeCycle() {
     constexpr const char* kOfInterface[] = {kSPInterfaceStartupSelector, kSPInterfaceStartupSelector,
                                             kSPInterfaceAboutSelector, kSPInterfaceShutdownSelector};
     if (mDice.Chance(20)) {
-        return {InWords(kSPAccessCaller, kSPAccessUnloadSelector),
-                [this] { return mDriver.SendAccess(kSPAccessUnloadSelector); },
-                {}};
+        RandomMessage message = MessageOf(kSPAccessCaller, kSPAccessUnloadSelector);
+        message.send = [this] { return mDriver.SendAccess(kSPAccessUnloadSelector); };
+        return message;
     }
     const char* const selector = mDice.OneOf(kOfInterface);
-    return {InWords(kSPInterfaceCaller, selector), [this, selector] { return mDriver.SendInterface(selector); }, {}};
+    RandomMessage message = MessageOf(kSPInterfaceCaller, selector);
+    message.send = [this, selector] { return mDriver.SendInterface(selector); };
+    return message;
 }
 
 RandomMessage MessagePicker::Menu() {
@@ -127,8 +137,9 @@ RandomMessage MessagePicker::Notification() {
     RandomMessage message;
     void* const notifier = Handle(HandlesOf(Host().model.notifiers), message);
     const Notifier* const known = Host().model.notifiers.Find(notifier);
+    message.endsRun = known != nullptr && known->type == "AI Application Shutdown Notifier";
     // Mostly something else: every message behind it would reach a plug-in that is not started.
-    if (known != nullptr && known->type == "AI Application Shutdown Notifier" && !mDice.Chance(10)) {
+    if (message.endsRun && !mDice.Chance(10)) {
         return Tick();
     }
     const std::string type = known != nullptr ? known->type : mDice.OneOf(OddTexts());
@@ -169,7 +180,8 @@ RandomMessage MessagePicker::Tick() {
 RandomMessage MessagePicker::Strange() {
     const char* const caller = mDice.OneOf(kCallers);
     const char* const selector = mDice.OneOf(kSelectors);
-    RandomMessage message{InWords(caller, selector), {}, KindsOf(InWords(caller, selector))};
+    RandomMessage message = MessageOf(caller, selector);
+    message.kinds = KindsOf(message.text);
     if (mDice.Chance(10)) {
         message.text += " null";
         message.kinds.push_back(MessageKind::kNullMessage);

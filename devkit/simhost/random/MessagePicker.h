@@ -18,6 +18,8 @@ struct RandomMessage {
     std::string text;                    // caller, selector, and what it is about
     std::function<std::int32_t()> send;  // answers what the plug-in answers; throws HostLost
     std::vector<MessageKind> kinds;      // what is odd about it
+    bool beginsRun = false;              // asks the plug-in to start, if it has not
+    bool endsRun = false;                // asks it to shut down
 };
 
 class MessagePicker {

@@ -37,12 +37,14 @@ class UnderWay {
 
 }  // namespace
 
-RandomMessages::RandomMessages(std::uint64_t seed, Performance& performance)
+RandomMessages::RandomMessages(std::uint64_t seed, bool missesToTheEnd, Performance& performance)
     : mPerformance(performance),
       mSeed(seed),
       mDice(seed),
       mPicker(mDice, performance.driver),
       mHost(mDice, mCounts),
+      mRefusals(mCounts),
+      mMissing(mDice, mRefusals, missesToTheEnd),
       mHasPanel(performance.panel.Open()),
       mList(performance.folder.RandomMessages(), std::ios::app | std::ios::binary) {
     Host().operations.withinEachCall = [this](const std::string& moment) { Within(moment); };
@@ -65,15 +67,21 @@ void RandomMessages::SendOne() {
     // Ten seconds are a time that matters to the plug-in.
     mClock.LetPass(mDice.Chance(20) ? static_cast<std::int64_t>(mDice.Below(15)) : 0);
     mHost.ChangeADocument();
-    mHost.LetOperationsFail();
+    const RandomMessage message = mPicker.Pick();
+    void* const block = mPerformance.driver.CommonPart().globals;
+    mMissing.Change(message, block != nullptr);
+    mHost.LetOperationsFail(mMissing.Refusals());
+    mRefusals.BeginMessage();
     if (mHasPanel && mDice.Chance(3)) {
         RequestPort("");
     }
-    SendMessage("");
+    Send(message, "");
+    mRefusals.EndMessage(block, mPerformance.driver.CommonPart().globals);
 }
 
 void RandomMessages::Within(const std::string& moment) {
     ++mCalls;
+    mRefusals.Within(moment);
     std::uint64_t& before = mCameWithin[moment];
     // The more seldom so far, the likelier: what is called often would have them all.
     if (mDepth == 0 || mDepth >= kDeepest || mDice.Below(2 + before) != 0) {
@@ -89,12 +97,11 @@ void RandomMessages::Within(const std::string& moment) {
     if (mHasPanel && mDice.Chance(20)) {
         RequestPort(moment);
     } else {
-        SendMessage(moment);
+        Send(mPicker.Pick(), moment);
     }
 }
 
-void RandomMessages::SendMessage(const std::string& moment) {
-    const RandomMessage message = mPicker.Pick();
+void RandomMessages::Send(const RandomMessage& message, const std::string& moment) {
     Write(message.text, moment);
     mCounts.Add(MessageKind::kMessage);
     for (const MessageKind kind : message.kinds) {

@@ -14,6 +14,8 @@
 #include "simhost/random/Dice.h"
 #include "simhost/random/MessageCounts.h"
 #include "simhost/random/MessagePicker.h"
+#include "simhost/random/MissingSuites.h"
+#include "simhost/random/RefusalLedger.h"
 #include "simhost/random/RestlessHost.h"
 
 namespace simhost {
@@ -23,7 +25,8 @@ class Performance;
 class RandomMessages {
   public:
     // The same seed gives the same messages. Each is written to a file in the folder of the run before it is sent.
-    RandomMessages(std::uint64_t seed, Performance& performance);
+    // `missesToTheEnd`: suites that are refused at a start-up stay so, also when the plug-in is shut down.
+    RandomMessages(std::uint64_t seed, bool missesToTheEnd, Performance& performance);
     RandomMessages(const RandomMessages&) = delete;
     RandomMessages& operator=(const RandomMessages&) = delete;
     ~RandomMessages();
@@ -35,7 +38,7 @@ class RandomMessages {
   private:
     // Within an operation of the host or an entry of the PluginCore: perhaps something comes now.
     void Within(const std::string& moment);
-    void SendMessage(const std::string& moment);
+    void Send(const RandomMessage& message, const std::string& moment);
     void RequestPort(const std::string& moment);
     // Refused is what is answered so without a call. The first finding explains those after it: only that one is told.
     void Judge(const RandomMessage& message, std::int32_t answer, bool hasCalled);
@@ -47,6 +50,8 @@ class RandomMessages {
     MessageCounts mCounts;
     MessagePicker mPicker;
     RestlessHost mHost;
+    RefusalLedger mRefusals;
+    MissingSuites mMissing;
     bool mHasPanel;
     StandingClock mClock;
     std::ofstream mList;

@@ -26,10 +26,6 @@ bool MayFail(const std::string& operation) {
            !operation.starts_with("SP Basic Suite/");
 }
 
-// Suites that are acquired for a moment, but not those that shut-down needs, and none of the plug-in's table: what it
-// held of a table that was refused in part stays held. The first is asked for the most.
-constexpr const char* kMissingSuites[] = {"AI Menu Suite", "AI Menu Suite", "AI Menu Suite", "AI File Format Suite"};
-
 }  // namespace
 
 void RestlessHost::ChangeADocument() {
@@ -71,16 +67,11 @@ void RestlessHost::ChangeADocument() {
     }
 }
 
-void RestlessHost::LetOperationsFail() {
-    std::vector<ScriptedEvent> events;
+void RestlessHost::LetOperationsFail(std::vector<ScriptedEvent> events) {
     LookForOperations();
     if (mDice.Chance(40) && !mOperations.empty()) {
-        events.push_back(Failure(mDice.OneOf(mOperations), MessageKind::kFailedCall));
+        events.push_back(Failure(mDice.OneOf(mOperations)));
         events.back().work = mDice.Chance(50) ? Work::kUnlessItFails : Work::kAlways;
-    }
-    if (mDice.Chance(60)) {
-        const std::string suite = mDice.OneOf(kMissingSuites);
-        events.push_back(Failure("SP Basic Suite/AcquireSuite/" + suite, MessageKind::kRefusedSuite));
     }
     Host().operations.BeginStep(std::move(events));
 }
@@ -100,13 +91,13 @@ void RestlessHost::LookForOperations() {
     }
 }
 
-ScriptedEvent RestlessHost::Failure(const std::string& operation, MessageKind kind) {
+ScriptedEvent RestlessHost::Failure(const std::string& operation) {
     constexpr std::int32_t kCodes[] = {-1, 5, 0x50415242, INT32_MIN, INT32_MAX};
     ScriptedEvent event;
     event.operation = operation;
     event.nth = mDice.Chance(50) ? kEveryCall : static_cast<std::int64_t>(1 + mDice.Below(3));
     event.code = mDice.OneOf(kCodes);
-    event.action = [this, kind] { mCounts.Add(kind); };
+    event.action = [this] { mCounts.Add(MessageKind::kFailedCall); };
     return event;
 }
 

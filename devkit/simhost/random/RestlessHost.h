@@ -18,12 +18,12 @@ class RestlessHost {
 
     // Before each message.
     void ChangeADocument();
-    // Of the next message; counted when they come.
-    void LetOperationsFail();
+    // Of the next message, beside what is given; counted when they come.
+    void LetOperationsFail(std::vector<ScriptedEvent> events);
 
   private:
     // At one of the next calls, or at each.
-    ScriptedEvent Failure(const std::string& operation, MessageKind kind);
+    ScriptedEvent Failure(const std::string& operation);
     void LookForOperations();
 
     Dice& mDice;

@@ -1,7 +1,10 @@
 #include "simhost/scenario/HostileAnswers.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <random>
+#include <string_view>
 
 #include "simhost/scenario/CallTable.h"
 
@@ -12,6 +15,10 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr std::size_t kAnswersOfEach = 12;
+
+// The last answer is repeated. Were it a failure of these, the plug-in would never start again, and nothing else would
+// be tried.
+constexpr std::string_view kStarting[] = {"GetAPIVersion", "InitializePluginCoreInterface"};
 
 // Something that the plug-in can work with, to be spoilt.
 constexpr const char* kGoodTexts[] = {
@@ -141,6 +148,9 @@ Json HostileAnswers(std::uint64_t seed) {
         Json& list = answers[entry] = Json::array();
         for (std::size_t i = 0; i < kAnswersOfEach; ++i) {
             list.push_back(generator.AnswerOf(*FindCall(entry)));
+        }
+        if (std::find(std::begin(kStarting), std::end(kStarting), entry) != std::end(kStarting)) {
+            list.push_back(Json::object());
         }
     }
     return answers;

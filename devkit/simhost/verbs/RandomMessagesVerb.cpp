@@ -1,6 +1,7 @@
 #include "simhost/verbs/RandomMessagesVerb.h"
 
 #include <string>
+#include <utility>
 
 #include "simhost/checks/ImportWatch.h"
 #include "simhost/contract/RecordedCalls.h"
@@ -27,7 +28,8 @@ LeastCounts ReadLeastCounts(ObjectReader& reader, std::int64_t times) {
 SendRandomMessages ReadRandomMessages(ObjectReader& reader) {
     const std::int64_t times = reader.NeedNumber("times", ranges::kCount);
     const auto seed = static_cast<std::uint64_t>(reader.Number("seed", 1, ranges::kSize));
-    return {times, seed, ReadLeastCounts(reader, times)};
+    LeastCounts least = ReadLeastCounts(reader, times);
+    return {times, seed, std::move(least), reader.Flag("missing_to_the_end", false)};
 }
 
 void Perform(const SendRandomMessages& action, Performance& performance) {
@@ -35,7 +37,7 @@ void Perform(const SendRandomMessages& action, Performance& performance) {
     performance.Observed("seed", action.seed);
     MessageCounts counts;
     {
-        RandomMessages messages(action.seed, performance);
+        RandomMessages messages(action.seed, action.missesToTheEnd, performance);
         for (std::int64_t i = 0; i < action.times; ++i) {
             messages.SendOne();
             // Nobody compares them.

@@ -14,6 +14,7 @@ struct SendRandomMessages {
     std::int64_t times;
     std::uint64_t seed;  // the same one gives the same messages
     LeastCounts atLeast;
+    bool missesToTheEnd;  // suites that are refused at a start-up, also at the shut-down
 };
 SendRandomMessages ReadRandomMessages(ObjectReader& reader);
 void Perform(const SendRandomMessages& action, Performance& performance);

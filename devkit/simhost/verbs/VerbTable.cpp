@@ -84,8 +84,8 @@ constexpr Verb kVerbs[] = {
     // The hook sees it also while a message is being handled.
     {"dialog", "title class ok_button created_before expect", [](Reader& r) -> Action { return ReadShowDialog(r); },
      &PerformAs<ShowDialog>, false, false},
-    {"random_messages", "times seed at_least", [](Reader& r) -> Action { return ReadRandomMessages(r); },
-     &PerformAs<SendRandomMessages>, false, true, false},
+    {"random_messages", "times seed at_least missing_to_the_end",
+     [](Reader& r) -> Action { return ReadRandomMessages(r); }, &PerformAs<SendRandomMessages>, false, true, false},
     SilentRow<OperateByHand>("window", "", [](Reader&) -> Action { return OperateByHand{}; }),
 };
 

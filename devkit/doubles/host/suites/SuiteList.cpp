@@ -1,5 +1,8 @@
 #include "doubles/host/suites/SuiteList.h"
 
+#include <cstddef>
+#include <string_view>
+
 namespace simhost {
 
 namespace {
@@ -114,8 +117,13 @@ constexpr SuiteRow kSuites[] = {
     {"AI Timer Suite", 5, 9},
 };
 
+constexpr std::size_t kHeldCount = 98;
+static_assert(std::string_view(kSuites[kHeldCount - 1].name) == "AI Document Suite");
+
 }  // namespace
 
 std::span<const SuiteRow> AllSuites() { return kSuites; }
+
+std::span<const SuiteRow> HeldSuites() { return AllSuites().first(kHeldCount); }
 
 }  // namespace simhost

@@ -16,5 +16,7 @@ struct SuiteRow {
 };
 
 std::span<const SuiteRow> AllSuites();
+// Those that the plug-in holds from its start-up to its shut-down, in the order in which it asks for them.
+std::span<const SuiteRow> HeldSuites();
 
 }  // namespace simhost

@@ -18,6 +18,8 @@ struct OfferedSuite {
     std::int32_t version;
     std::vector<void*> slots;
     std::int64_t held = 0;
+    // So many of these stay held: what was acquired before a refusal is acquired again, and given back once.
+    std::int64_t leftByRefusals = 0;
 };
 
 class SuiteStore {
