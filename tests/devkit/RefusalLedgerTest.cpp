@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "doubles/host/Host.h"
@@ -123,6 +124,21 @@ TEST_F(RefusalLedgerTest, OneReleaseTooManyIsFound) {
     BasicSuite()->ReleaseSuite(kStrings, 8);
     EXPECT_EQ(Left(Rule::kSuiteNotHeld), 1);
     EXPECT_EQ(Left(Rule::kSuiteLeak), 0);
+}
+
+TEST_F(RefusalLedgerTest, RefusalBySomebodyElseIsNotExplainedAndTheNextOneIs) {
+    mHost->operations.inject = [](const std::string& name) {
+        return name == "SP Basic Suite/AcquireSuite/ATE Font Suite" ? std::optional(CallFate{77, false}) : std::nullopt;
+    };
+    AcquireAll();
+    mHost->operations.inject = nullptr;
+    const std::int64_t unexplained = mHost->suites.Find(HeldSuites()[0].name)->held;
+    EXPECT_EQ(unexplained, 1);
+    AcquireAll(kLast);
+    EXPECT_TRUE(mLedger.IsPartial());
+    AcquireAll();
+    ReleaseAll();
+    EXPECT_EQ(Left(Rule::kSuiteLeak), 61);
 }
 
 TEST_F(RefusalLedgerTest, RefusalOutsideOfTheTableExplainsNoSuite) {

@@ -49,7 +49,12 @@ void RefusalLedger::Within(const std::string& moment) {
 
 void RefusalLedger::Asked(const std::string& suite) {
     const auto held = HeldSuites();
-    mAcquired = suite == held[mAcquired].name ? mAcquired + 1 : 0;
+    if (suite == held[mAcquired].name) {
+        ++mAcquired;
+    } else {
+        // By itself, or from the beginning again, as after a refusal by somebody else.
+        mAcquired = suite == held.front().name ? 1 : 0;
+    }
     if (mAcquired < held.size()) {
         return;
     }
