@@ -10,6 +10,11 @@ import unittest
 
 SENDER = pathlib.Path(__file__).parents[1] / "random_messages" / "random_messages.py"
 
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(SENDER.parent))
+
+import random_messages  # noqa: E402
+
 # In the place of simhost. Seed 2 breaks a rule, seed 3 loses the host, seed 4 cannot be played.
 FAKE = """
 import json, pathlib, sys
@@ -65,6 +70,17 @@ class RandomMessagesScript(unittest.TestCase):
         self.assertEqual((done.returncode, record["failed"]), (1, [2, 3]))
         self.assertEqual(done.stderr.splitlines(), ["FAILED seed 2: re-entrancy: a message", "FAILED seed 3: crash: there"])
         self.assertIn("  again: scripts/random-messages --seeds 1 --first 2 --messages 100", done.stdout.splitlines())
+
+    def test_several_steps_keep_their_proportion_and_are_added(self):
+        steps = [{"do": "random_messages", "times": 1000, "at_least": {"nested": 100}}, {"do": "tick"},
+                 {"do": "random_messages", "times": 100, "at_least": {"lost_tables": 8}}]
+        self.assertEqual(random_messages.with_messages({"steps": steps}, 500)["steps"],
+                         [{"do": "random_messages", "times": 500, "at_least": {"nested": 25, "messages": 500}}, {"do": "tick"},
+                          {"do": "random_messages", "times": 50, "at_least": {"lost_tables": 2, "messages": 50}}])
+        ends = [{"event": "step_end", "observed": {"at_least": {"messages": 7, "moments": 5, "missing_suites": 3}}},
+                {"event": "step_end", "observed": {}},
+                {"event": "step_end", "observed": {"at_least": {"messages": 2, "moments": 6, "missing_suites": 1}}}]
+        self.assertEqual(random_messages.counts_of(ends), {"messages": 9, "moments": 6, "missing_suites": 3})
 
     def test_what_cannot_be_played_is_2(self):
         self.assertEqual(self.send("--seeds", "2", "--first", "3")[0].returncode, 2)
