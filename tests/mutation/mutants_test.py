@@ -1,4 +1,4 @@
-"""The changes that are tried are those that are meant. Without a build."""
+"""The changes to the sources are those that are meant. Without a build."""
 
 import pathlib
 import unittest
@@ -44,29 +44,9 @@ class MutantsTest(unittest.TestCase):
         self.assertEqual([mutant.key for mutant in moved], [mutant.key for mutant in self.found])
         self.assertEqual(len({mutant.key for mutant in self.found}), len(self.found))
 
-    def test_the_sample_depends_on_the_seed_alone(self):
-        self.assertEqual(mutation.spread(self.found, 4, 7), mutation.spread(self.found, 4, 7))
-        self.assertNotEqual(mutation.spread(self.found, 4, 7), mutation.spread(self.found, 4, 8))
-        self.assertEqual(len(mutation.spread(self.found, 100, 7)), len(self.found))
-
     def test_the_tree_has_enough_of_them(self):
         root = pathlib.Path(__file__).resolve().parents[2]
         self.assertGreater(len(mutants.mutants_in(root, mutation.FOLDERS)), 600)
-
-
-class ReportTest(unittest.TestCase):
-    def test_what_does_not_compile_does_not_count(self):
-        first, second, third, fourth = mutants.mutants_of("src/json/A.cpp", SOURCE)[:4]
-        outcomes = [mutation.Outcome(first, "killed", "json_tests"), mutation.Outcome(second, "survived"),
-                    mutation.Outcome(third, "not compiled"), mutation.Outcome(fourth, "survived")]
-        figures = mutation.report(outcomes, {second.key: "equivalent"}, 3, 9)
-        self.assertEqual((figures["sampled"], figures["not_compiled"], figures["killed"]), (4, 1, 1))
-        self.assertEqual(figures["percent_killed"], 33.3)
-        self.assertEqual([survivor["reason"] for survivor in figures["survivors"]], ["equivalent", ""])
-
-    def test_controls_change_nothing(self):
-        for control in mutation.controls(mutants.mutants_of("src/json/A.cpp", SOURCE)):
-            self.assertEqual(control.apply(SOURCE), SOURCE)
 
 
 if __name__ == "__main__":
