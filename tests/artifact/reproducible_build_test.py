@@ -3,6 +3,7 @@
 
 import argparse
 import hashlib
+import json
 import shutil
 import subprocess
 import sys
@@ -61,6 +62,7 @@ def main():
     for name in ("cmake", "source-folder", "build-folder", "work-folder"):
         parser.add_argument(f"--{name}", required=True)
     parser.add_argument("--parallel", default="1", help="how many compilers run at a time")
+    parser.add_argument("--json", type=Path, help="write the counts there")
     options = parser.parse_args()
     work = Path(options.work_folder)
     first = Path(options.plugin)
@@ -71,7 +73,10 @@ def main():
     for path, value in hashes.items():
         print(f"{value}  {path}")
     shutil.rmtree(work)
-    return 0 if len(set(hashes.values())) == 1 else 1
+    different = len(set(hashes.values()))
+    if options.json:
+        options.json.write_text(json.dumps({"builds": len(hashes), "hashes": different}) + "\n", encoding="utf-8")
+    return 0 if different == 1 else 1
 
 
 if __name__ == "__main__":

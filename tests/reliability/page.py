@@ -5,7 +5,6 @@ import pathlib
 import measures
 
 
-
 def begin_of(name: str) -> str:
     return f"<!-- from figures: {name} -->\n"
 
@@ -13,15 +12,19 @@ def begin_of(name: str) -> str:
 END = "<!-- end -->"
 
 
+def not_measured(what: str) -> str:
+    return f"| {what} | | not measured yet | |"
+
+
 def table(figures: dict[str, dict]) -> str:
     lines = ["| what | how much | outcome | with `src/` |", "|---|---|---|---|"]
     for measure in measures.MEASURES:
         if measure.name not in figures:
-            lines.append(f"| {measure.name} | | not measured yet | |")
+            lines.append(not_measured(measure.name))
             continue
         record = figures[measure.name]
-        lines += [f"| {row.what} | {row.tried} | {row.outcome} | {record['source']} |"
-                  for row in measure.rows(record["figures"])]
+        lines += [f"| {row.what} | {row.tried} | {row.outcome} | {record['source']} |" if row.tried
+                  else not_measured(row.what) for row in measure.rows(record["figures"])]
     return "\n".join(lines) + "\n"
 
 

@@ -6,6 +6,7 @@ measured anew.
 """
 
 import argparse
+import dataclasses
 import json
 import os
 import pathlib
@@ -15,20 +16,11 @@ import tempfile
 
 import measures
 import page
+import tree
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 FIGURES = pathlib.Path(__file__).with_name("figures")
 PAGE = ROOT / "docs" / "reliability.md"
-
-
-def source_of_now() -> str:
-    """Names the state of src/ as git does; a change that is not committed has no name."""
-    changed = subprocess.run(["git", "status", "--porcelain", "--", "src"], cwd=ROOT, capture_output=True, text=True,
-                             check=True).stdout
-    if changed:
-        raise RuntimeError("src/ has changes that are not committed: figures of it could not be told apart")
-    return subprocess.run(["git", "rev-parse", "--short=10", "HEAD:src"], cwd=ROOT, capture_output=True, text=True,
-                          check=True).stdout.strip()
 
 
 def command_of_test(built: pathlib.Path, name: str) -> list[str]:
@@ -55,32 +47,56 @@ def run_one(run: measures.Run, built: pathlib.Path, written: pathlib.Path):
     return json.loads((ROOT / written).read_text(encoding="utf-8"))
 
 
-def measure_anew(measure: measures.Measure, built: pathlib.Path):
-    source = source_of_now()
+def measure_anew(measure: measures.Measure, built: pathlib.Path, state: tree.State):
     # Below the tree and named from there: programs for Windows write into it as well.
     with tempfile.TemporaryDirectory(dir=built) as name:
         folder = pathlib.Path(name).relative_to(ROOT)
         results = [run_one(run, built, folder / f"{number}.json") for number, run in enumerate(measure.runs)]
+    # Hours may have passed, and some scripts build.
+    tree.refuse_changes(ROOT, state.commit)
     FIGURES.mkdir(exist_ok=True)
-    record = {"source": source, "figures": measure.digest(results)}
+    record = dataclasses.asdict(state) | {"figures": measure.digest(results)}
     measures.figures_file(FIGURES, measure).write_text(json.dumps(record, indent=2) + "\n", encoding="utf-8")
+
+
+def stale(figures: dict[str, dict], source: str) -> list[str]:
+    """The measures that were not taken of this state of src/, each with the one that it was taken of."""
+    taken = {measure.name: figures.get(measure.name, {}).get("source") for measure in measures.MEASURES}
+    return [f"{name}: {f'measured with src/ {of}' if of else 'not measured yet'}"
+            for name, of in taken.items() if of != source]
+
+
+def tell_stale() -> int:
+    source = tree.source_of(ROOT)
+    found = stale(page.all_figures(FIGURES), source)
+    if found:
+        print("\n".join([f"src/ is {source} now", *found]))
+    return 1 if found else 0
 
 
 def main() -> int:
     names = [measure.name for measure in measures.MEASURES]
     parser = argparse.ArgumentParser(prog="scripts/reliability", description=__doc__.split("\n", maxsplit=1)[0])
     parser.add_argument("measures", nargs="*", metavar="MEASURE", help=f"only these: {', '.join(names)}")
-    parser.add_argument("--page", action="store_true", help="measure nothing, write the page from the figures that there are")
+    instead = parser.add_mutually_exclusive_group()
+    instead.add_argument("--page", action="store_true", help="measure nothing, write the page from the figures that there are")
+    instead.add_argument("--stale", action="store_true",
+                         help="measure nothing, list the measures whose src/ is not that of HEAD; exit code 1 if any")
     parser.add_argument("--built", type=pathlib.Path, required=True, help=argparse.SUPPRESS)
     options = parser.parse_args()
     unknown = [name for name in options.measures if name not in names]
     if unknown:
         parser.error(f"there is no measure '{unknown[0]}'; there are {', '.join(names)}")
     try:
-        for measure in measures.MEASURES:
-            if not options.page and (not options.measures or measure.name in options.measures):
-                print(f"reliability: {measure.name}", file=sys.stderr)
-                measure_anew(measure, options.built)
+        if options.stale:
+            return tell_stale()
+        chosen = [] if options.page else [measure for measure in measures.MEASURES
+                                          if not options.measures or measure.name in options.measures]
+        # Of what was built, once for all.
+        state = tree.state_of(ROOT) if chosen else None
+        for measure in chosen:
+            print(f"reliability: {measure.name}", file=sys.stderr)
+            measure_anew(measure, options.built, state)
         PAGE.write_text(page.written_into(PAGE.read_text(encoding="utf-8"), page.all_figures(FIGURES)), encoding="utf-8")
     except (RuntimeError, ValueError, OSError) as error:
         print(f"reliability: {error}", file=sys.stderr)

@@ -4,11 +4,15 @@ import copy
 import json
 import pathlib
 import re
+import sys
+import tempfile
 import unittest
+from unittest import mock
 
 import measures
 import page
 import reliability
+import tree
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 TEST_MACRO = re.compile(r"\bTEST(?:_F|_P)?\((\w+), (\w+)\)")
@@ -57,6 +61,15 @@ class PageTest(unittest.TestCase):
     def test_what_was_not_measured_is_said(self):
         table = page.table({name: record for name, record in self.figures.items() if name != "binary"})
         self.assertIn("| binary | | not measured yet | |", table)
+        older = {"source": "of-then", "figures": {"checks": 1, "files": 2, "waivers": 3, "findings": 0}}
+        table = page.table({"binary": older})
+        self.assertIn("| 1 checks of 2 files, 3 waived | no findings | of-then |", table)
+        self.assertRegex(table, r"\| stack protector, live: [^|]* \| \| not measured yet \| \|\n")
+
+    def test_the_page_says_how_often_the_sweep_plays_without_a_fault(self):
+        told = re.search(r"behind every (\d+) faults \(`--replay-every (\d+)`\)", self.text)
+        played = re.search(r'"--replay-every", "(\d+)"', (ROOT / "tests" / "sweep" / "fault_sweep.py").read_text("utf-8"))
+        self.assertEqual(told.groups(), (played[1], played[1]))
 
     def test_each_defect_has_its_test(self):
         cells = re.findall(r"^\|[^|]*\|([^|]*)\|$", self.text.partition("## Defects found")[2], re.MULTILINE)
@@ -69,20 +82,7 @@ class PageTest(unittest.TestCase):
             self.assertEqual([name for name in named if name not in known], [])
 
 
-class FiguresTest(unittest.TestCase):
-    def test_a_failure_is_told(self):
-        rows = measures.manners_rows({"cases": 10, "failed": 2, "faults": 3, "caught": 1})
-        self.assertEqual([row.outcome for row in rows], ["2 failed", "1 caught as expected"])
-        self.assertEqual(measures.binary_rows({"checks": 1, "files": 1, "waivers": 0, "findings": 4})[0].outcome, "4 findings")
-
-    def test_a_pattern_that_matches_no_test_is_no_success(self):
-        with self.assertRaisesRegex(RuntimeError, "matches none"):
-            measures.count_of_unit_tests([{"tests": 3, "failures": 0, "errors": 0}, {"tests": 0, "failures": 0, "errors": 0}])
-
-    def test_stories_are_counted_by_their_result(self):
-        written = {"a": {"passed": True}, "b": {"passed": False}}
-        self.assertEqual(measures.count_of_stories(written), {"cases": 2, "failed": 1})
-
+class SurvivorsTest(unittest.TestCase):
     def test_a_survivor_stands_in_one_row(self):
         figures = {"mutation": {"figures": {"survivors": [
             {"mutant": "src/a.cpp: if (a || b) {: || -> &&, 1 in the line", "reason": ""}]}}}
@@ -95,6 +95,55 @@ class FiguresTest(unittest.TestCase):
             file, _, rest = key.partition(": ")
             line = rest.rpartition(": ")[0]
             self.assertIn(line, (ROOT / file).read_text(encoding="utf-8"), key)
+
+
+class StaleTest(unittest.TestCase):
+    def test_what_was_measured_before_and_what_never_was_is_listed(self):
+        figures = {measure.name: {"source": "now"} for measure in measures.MEASURES}
+        self.assertEqual(reliability.stale(figures, "now"), [])
+        figures["growth"]["source"] = "before"
+        del figures["binary"]
+        self.assertEqual(reliability.stale(figures, "now"),
+                         ["growth: measured with src/ before", "binary: not measured yet"])
+
+    def test_the_exit_code_tells(self):
+        for found, code in (([], 0), (["growth: measured with src/ before"], 1)):
+            with mock.patch("sys.argv", ["reliability", "--built", ".", "--stale"]), mock.patch("builtins.print"), \
+                    mock.patch.object(reliability, "stale", return_value=found):
+                self.assertEqual(reliability.main(), code)
+
+
+class MeasuringTest(unittest.TestCase):
+    """Of a measure whose command writes what it is given."""
+
+    def measure(self, refuse_changes=lambda _root, _commit: None, state=tree.State("of src", "of all")):
+        (ROOT / "build").mkdir(exist_ok=True)
+        with tempfile.TemporaryDirectory(dir=ROOT / "build") as name:
+            folder = pathlib.Path(name)
+            command = (sys.executable, "-c", "import sys; open(sys.argv[2], 'w').write(sys.argv[1])", '{"tests": 3}')
+            one = measures.Measure("one", (measures.Run(command),), lambda written: written[0], lambda figures: [])
+            with mock.patch.object(measures, "MEASURES", [one]), mock.patch.object(reliability, "FIGURES", folder / "f"), \
+                    mock.patch.object(reliability, "PAGE", folder / "page.md"), mock.patch("builtins.print"), \
+                    mock.patch.object(tree, "refuse_changes", refuse_changes), \
+                    mock.patch("sys.argv", ["reliability", "--built", name]), \
+                    mock.patch.object(tree, "source_of", return_value=state.source), \
+                    mock.patch.object(tree, "git", return_value=state.commit):
+                reliability.PAGE.write_text("".join(page.begin_of(part) + page.END for part in page.PARTS), encoding="utf-8")
+                code = reliability.main()
+                return code, page.all_figures(reliability.FIGURES)
+
+    def test_figures_are_kept_with_what_was_measured(self):
+        self.assertEqual(self.measure(), (0, {"one": {"source": "of src", "commit": "of all", "figures": {"tests": 3}}}))
+
+    def test_what_is_not_committed_is_not_measured(self):
+        def refuse(_root, _commit):
+            raise RuntimeError("src/A.cpp: not as in commit")
+        self.assertEqual(self.measure(refuse), (2, {}))
+
+    def test_a_tree_that_changes_meanwhile_gives_no_figures(self):
+        calls = mock.Mock(side_effect=[None, RuntimeError("src/A.cpp: not as in commit")])
+        self.assertEqual(self.measure(calls), (2, {}))
+        self.assertEqual(calls.call_count, 2)
 
 
 if __name__ == "__main__":

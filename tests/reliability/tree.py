@@ -1,0 +1,43 @@
+"""The state of the tree that is measured, named as git does. What is not committed has no name."""
+
+import dataclasses
+import pathlib
+import subprocess
+
+# On which no figure depends: the pages, and the figures.
+NOT_MEASURED = ["*.md", "tests/reliability/figures"]
+MOST_NAMED = 5
+
+
+@dataclasses.dataclass(frozen=True)
+class State:
+    source: str  # of src/, the same as long as nothing in it changes
+    commit: str  # of the whole tree: of what measures as well
+
+
+def git(root: pathlib.Path, *arguments: str) -> str:
+    ended = subprocess.run(["git", *arguments], cwd=root, capture_output=True, text=True, check=False)
+    if ended.returncode != 0:
+        raise RuntimeError(f"git {arguments[0]} ended with {ended.returncode}: {ended.stderr.strip()}")
+    return ended.stdout.strip()
+
+
+def source_of(root: pathlib.Path) -> str:
+    return git(root, "rev-parse", "--short=10", "HEAD:src")
+
+
+def refuse_changes(root: pathlib.Path, commit: str):
+    """Throws RuntimeError when what is measured, or measures, is not as it was committed there."""
+    paths = ["--", ".", *(f":(exclude){path}" for path in NOT_MEASURED)]
+    changed = git(root, "diff", "--name-only", commit, *paths).splitlines()
+    changed += git(root, "ls-files", "--others", "--exclude-standard", *paths).splitlines()
+    if changed:
+        named = ", ".join(changed[:MOST_NAMED]) + (" and more" if len(changed) > MOST_NAMED else "")
+        raise RuntimeError(f"{named}: not as in commit {commit}, by which the figures would be named; commit it, or take it "
+                           "away")
+
+
+def state_of(root: pathlib.Path) -> State:
+    commit = git(root, "rev-parse", "--short=10", "HEAD")
+    refuse_changes(root, commit)
+    return State(source_of(root), commit)
