@@ -66,10 +66,18 @@ def sweep_rows(figures: dict) -> list[Row]:
                     f"{number(len(figures['unplayable']))} cases not playable, "
                     f"{number(figures['left_out']['not_played'])} faults not played",
                     none_or(figures["with_findings"], "findings")))
+    rows.append(row_of("the same story once more, without a fault, to the plug-in as the fault has left it",
+                       figures if "played_again" in figures else None, played_again))
     rows.append(Row("imports that can fail and that no story calls once the library is loaded",
                     f"{number(len(never))} of {number(figures['imports_that_can_fail'])}",
                     ", ".join(f"`{name}`" for name in never) or "none"))
     return rows
+
+
+def played_again(figures: dict) -> tuple[str, str]:
+    cases = len(set(figures["not_replayable_in_one_instance"]))
+    return (f"after {number(figures['played_again'])} faults; {none_or(cases, 'cases not playable twice')}",
+            "findings count with those of the fault")
 
 
 def sweep_digest(written: list) -> dict:

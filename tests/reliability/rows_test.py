@@ -31,6 +31,29 @@ class FiguresTest(unittest.TestCase):
         self.assertEqual(row.outcome, "290 killed (96.7 %), 2 of them by the time limit; 2 survived, 1 of them without a reason")
 
 
+class SweepTest(unittest.TestCase):
+    def setUp(self):
+        counts = {"played": 10, "not_reached": 1, "left_out_same_way": 5, "with_findings": 0}
+        self.figures = {"by_kind": {"import": {"once": counts, "from-here": counts | {"with_findings": 2}}},
+                        "imports_never_called": ["WriteFile"], "imports_that_can_fail": 71, "cases": 4, "scenarios": 3,
+                        "distinct": True, "injected": 18, "operations": 9, "unplayable": [], "left_out": {"not_played": 0},
+                        "with_findings": 2}
+
+    def test_each_kind_and_mode_has_a_row(self):
+        told = rows.sweep_rows(self.figures)[:2]
+        self.assertEqual([row.outcome for row in told], ["no findings", "2 findings"])
+        self.assertEqual(told[0].tried, "9 injected, 1 not reached any more; 5 on the way of one of these")
+
+    def test_what_no_story_calls_is_named(self):
+        self.assertEqual((rows.sweep_rows(self.figures)[-1].tried, rows.sweep_rows(self.figures)[-1].outcome),
+                         ("1 of 71", "`WriteFile`"))
+
+    def test_playing_again_is_told_once_it_was_measured(self):
+        self.assertEqual(rows.sweep_rows(self.figures)[-2].tried, "")
+        again = {"played_again": 17, "not_replayable_in_one_instance": ["a.json", "a.json"]}
+        self.assertEqual(rows.sweep_rows(self.figures | again)[-2].tried, "after 17 faults; 1 cases not playable twice")
+
+
 class BinaryTest(unittest.TestCase):
     def outcomes(self, figures: dict) -> list[str]:
         return [row.outcome for row in rows.binary_rows(figures)]
