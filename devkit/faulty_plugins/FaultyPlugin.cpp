@@ -89,6 +89,9 @@ constexpr FaultRow kFaults[] = {
     {"spoil the next run when a call fails", &SpoilTheNextRunWhenACallFails},
     {"use what a failed call gave", &UseWhatAFailedCallGave},
     {"leave a process when a call fails", &LeaveAProcessWhenACallFails},
+    {"stop calling when a call has failed", &StopCallingWhenACallHasFailed},
+    {"crash when a call has failed", &CrashWhenACallHasFailed},
+    {"misuse the host afterwards", &MisuseTheHostAfterwards},
     {"bear odd messages", &BearOddMessages},
     {"crash at a message of nobody", &CrashAtAMessageOfNobody},
     {"throw at a null message", &ThrowAtANullMessage},
@@ -132,6 +135,7 @@ extern "C" __declspec(dllexport) std::int32_t PluginMain(const char* caller, con
         TakeMessagePath();
     }
     if (std::strcmp(caller, "Fault") != 0) {
+        ActAfterwards(selector);
         return 0;
     }
     for (const FaultRow& fault : kFaults) {

@@ -3,9 +3,11 @@
 #include <windows.h>
 
 #include <cstdlib>
+#include <cstring>
 
 #include "FatalFaults.h"
 #include "HeldSuite.h"
+#include "host/Messages.h"
 #include "host/SPSuites.h"
 
 // It is the C runtime's malloc that a sweep lets fail. NOLINTBEGIN(cppcoreguidelines-no-malloc)
@@ -16,6 +18,11 @@ namespace {
 constexpr const wchar_t* kMark = L"QUORVEL_SPOILT_BY_A_FAULT";
 
 bool sIsBusy = false;
+bool sIsSpoilt = false;
+bool sGaveAllBack = true;
+// Of the run before, which the library was already loaded for.
+bool sHasFailed = false;
+bool sMisuses = false;
 
 // One call of each kind that a sweep lets fail: a block of the C runtime, a handle of Windows, a suite, a block of the
 // host. All is given back. True when all succeeded.
@@ -26,10 +33,10 @@ bool CallEachKind() {
     void* block = nullptr;
     const bool hasBlock = blocks != nullptr && blocks->AllocateBlock(8, "one of each kind", &block) == 0;
     if (hasBlock) {
-        blocks->FreeBlock(block);
+        sGaveAllBack = blocks->FreeBlock(block) == 0 && sGaveAllBack;
     }
     if (blocks != nullptr) {
-        sMessage->basic->ReleaseSuite("SP Blocks Suite", 2);
+        sGaveAllBack = sMessage->basic->ReleaseSuite("SP Blocks Suite", 2) == 0 && sGaveAllBack;
     }
     if (file != INVALID_HANDLE_VALUE) {
         CloseHandle(file);
@@ -94,7 +101,9 @@ void LeaveTheErrorModeWhenACallFails() {
 void SpoilTheNextRunWhenACallFails() {
     if (!CallEachKind()) {
         AddAtomW(kMark);
+        sHasFailed = true;
     }
+    sIsSpoilt = !sHasFailed && sGaveAllBack && FindAtomW(kMark) != 0;
 }
 
 void UseWhatAFailedCallGave() {
@@ -115,8 +124,26 @@ void LeaveAProcessWhenACallFails() {
     }
 }
 
+void StopCallingWhenACallHasFailed() { sHasFailed = sHasFailed || !CallEachKind(); }
+
+void CrashWhenACallHasFailed() {
+    if (sHasFailed) {
+        AccessViolation();
+    }
+    sHasFailed = !CallEachKind();
+}
+
+void MisuseTheHostAfterwards() { sMisuses = !CallEachKind(); }
+
+void ActAfterwards(const char* selector) {
+    if (sMisuses && std::strcmp(selector, kSPInterfaceAboutSelector) == 0) {
+        int none = 0;
+        Held<SPBlocksSuite>("SP Blocks Suite", 2)->FreeBlock(&none);
+    }
+}
+
 bool IsBusyForEver() { return sIsBusy; }
 
-bool IsSpoilt() { return FindAtomW(kMark) != 0; }
+bool IsSpoilt() { return sIsSpoilt; }
 
 // NOLINTEND(cppcoreguidelines-no-malloc)

@@ -13,8 +13,14 @@ void LeaveTheErrorModeWhenACallFails();
 void SpoilTheNextRunWhenACallFails();
 void UseWhatAFailedCallGave();
 void LeaveAProcessWhenACallFails();
+void StopCallingWhenACallHasFailed();
+void CrashWhenACallHasFailed();
+void MisuseTheHostAfterwards();
+
+// For each message besides.
+void ActAfterwards(const char* selector);
 
 // Whether the plug-in acts as if it were still handling a message.
 bool IsBusyForEver();
-// Whether a run before this one, in the same process, has left its mark.
+// Whether this library, when it was loaded before in the same process, has left its mark, and no call has failed since.
 bool IsSpoilt();

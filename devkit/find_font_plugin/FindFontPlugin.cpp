@@ -31,7 +31,10 @@ extern "C" __declspec(dllexport) std::int32_t PluginMain(const char* caller, con
     if (std::strcmp(caller, "Find Font") == 0) {
         AcquireSuites();
         Handle(selector);
-        ReleaseSuites();
+        // A table that is given back without being held is never acquired again.
+        if (SuitesAreHeld()) {
+            ReleaseSuites();
+        }
     }
     return 0;
 }

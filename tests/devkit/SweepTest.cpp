@@ -11,6 +11,7 @@
 #include "simhost/sweep/FaultVerdict.h"
 #include "simhost/sweep/HostFaults.h"
 #include "simhost/sweep/ImportTable.h"
+#include "simhost/sweep/InstanceVerdict.h"
 #include "simhost/sweep/Plan.h"
 #include "support/files/TemporaryFolder.h"
 
@@ -189,8 +190,8 @@ TEST(SweepVerdict, AStoryThatCannotGoOnIsAFinding) {
 
 TEST(SweepVerdict, ARefusedMessageIsAFinding) {
     SweepRun run;
-    run.isNextHandled = false;
-    EXPECT_FALSE(JudgeFault(run, {}, {}).findings.empty());
+    run.shutdownAnswer = 1;
+    EXPECT_FALSE(JudgeFault(run, run, {}).findings.empty());
     SweepRun refused;
     refused.refused = {"\"AI Timer\"/\"AI Go\""};
     EXPECT_FALSE(JudgeFault(refused, {}, {}).findings.empty());
@@ -198,6 +199,63 @@ TEST(SweepVerdict, ARefusedMessageIsAFinding) {
     SweepRun another;
     another.refused = {"\"AI Menu\"/\"AI Go Menu Item\""};
     EXPECT_FALSE(JudgeFault(refused, another, {}).findings.empty());
+}
+
+TEST(SweepVerdict, TheMessageAfterTheLastStepIsAnsweredAsWithoutTheFaultOrWithNothingToTell) {
+    SweepRun faultless;
+    faultless.aboutAnswer = 5;
+    SweepRun run;
+    for (const auto& [answer, findings] : {std::pair{5, 0u}, {0, 0u}, {6, 1u}, {1, 1u}}) {
+        run.aboutAnswer = answer;
+        EXPECT_EQ(JudgeFault(run, faultless, {}).findings.size(), findings) << answer;
+    }
+}
+
+// --- the next run in one instance ---
+
+std::size_t FindingsOfNext(const SweepRun& again, const TwoRuns& faultless, const Failures& failures = {}) {
+    SweepRun faulty;
+    faulty.failures = failures;
+    return JudgeNextInInstance(again, faultless, faulty).findings.size();
+}
+
+TEST(SweepInstance, TheNextRunIsAsTheSecondOrWhatIsDoneOnceAsTheFirst) {
+    TwoRuns faultless;
+    faultless.first.operations = {{"PluginCore/RegisterPlugPlug", 1}, {"PluginCore/IdleEvent", 2}};
+    faultless.second.operations = {{"PluginCore/IdleEvent", 2}};
+    EXPECT_EQ(FindingsOfNext(faultless.second, faultless), 0u);
+    EXPECT_EQ(FindingsOfNext(faultless.first, faultless), 0u);
+    SweepRun never = faultless.first;
+    never.operations["PluginCore/IdleEvent"] = 0;
+    EXPECT_EQ(FindingsOfNext(never, faultless), 1u);
+}
+
+TEST(SweepInstance, AnAnswerARuleAndAnEndMustBeTheSame) {
+    SweepRun answered;
+    answered.messages = {"\"A\"/\"B\" answered with 1"};
+    EXPECT_EQ(FindingsOfNext(answered, {}), 1u);
+    EXPECT_EQ(FindingsOfNext(RunWith(Rule::kBadArgument, "of 0x12"), {}), 1u);
+    const SweepRun other = RunWith(Rule::kBadArgument, "of 0x34");
+    EXPECT_EQ(FindingsOfNext(RunWith(Rule::kBadArgument, "of 0x12"), {other, other}), 0u);
+    SweepRun lost;
+    lost.isLost = true;
+    EXPECT_EQ(FindingsOfNext(lost, {}, {{"GetProcAddress", 1}}), 1u);
+}
+
+TEST(SweepInstance, ALastingEffectExplainsWhatItIsListedFor) {
+    SweepRun missing;
+    missing.operations = {{"PluginCore/IdleEvent", 1}};
+    EXPECT_EQ(FindingsOfNext(missing, {}, {{"GetProcAddress", 1}}), 0u);
+    EXPECT_EQ(FindingsOfNext(missing, {}, {{"CreateFileW", 1}}), 1u);
+    EXPECT_EQ(FindingsOfNext(RunWith(Rule::kBadArgument, "a handle"), {}, {{"GetProcAddress", 1}}), 1u);
+}
+
+TEST(SweepInstance, ASuiteThatTheFaultHasLeftHeldIsStillHeld) {
+    const SweepRun left = RunWith(Rule::kSuiteLeak, "\"AI Menu Suite\" is still held 1 times");
+    EXPECT_TRUE(JudgeNextInInstance(left, {}, left).findings.empty());
+    EXPECT_FALSE(JudgeNextInInstance(left, {}, {}).findings.empty());
+    const SweepRun twice = RunWith(Rule::kSuiteLeak, "\"AI Menu Suite\" is still held 2 times", 2);
+    EXPECT_FALSE(JudgeNextInInstance(twice, {}, left).findings.empty());
 }
 
 }  // namespace

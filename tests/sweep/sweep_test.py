@@ -16,6 +16,7 @@ SCENARIO = "tests/sweep/faulty.json"
 
 # Case, what is made to fail, and of each finding, in order, the call that failed and what the text must match.
 ACQUIRE, ALLOCATE = "SP Basic Suite/AcquireSuite/SP Blocks Suite", "SP Blocks Suite/AllocateBlock"
+MISUSE = r"^bad-argument: SP Blocks Suite/FreeBlock: not a block that is to be freed$"
 SPOILT = r"the same scenario without a fault failed afterwards: .*was answered with 98, expected 0"
 EXPECTED = [
     ("bears", ["--replay-every", "4"], []),
@@ -32,9 +33,21 @@ EXPECTED = [
      [("CreateFileW", r"^an exception left the plug-in$")]),
     ("busy", ["--kind", "allocation", "--mode", "once"],
      [("malloc", r'^a message was refused, as if another were being handled: .*; '
-                 r"the message after the last step was refused$")]),
+                 r"a message after the last step was refused; the next run of the same instance, without a fault, came out "
+                 r"otherwise: the messages after the last step were answered with 1 and 1, expected 0 and 0; "
+                 r'message 1: .* answered with 1, expected .* answered with 0')]),
     ("host-state", ["--kind", "allocation", "--mode", "once"],
      [("malloc", r'^host-state: message "Fault"/"leave the error mode when a call fails": the error mode became ')]),
+    # A new library, which the scenario is played to after these faults, knows nothing of them.
+    ("remembered", ["--kind", "allocation", "--mode", "once"],
+     [("malloc", r"^the next run of the same instance, without a fault, came out otherwise: "
+                 r"SP Basic Suite/AcquireSuite was called 0 times, expected 1; .*"
+                 r"SP Blocks Suite/FreeBlock was called 0 times, expected 1$")]),
+    ("remembered-badly", ["--kind", "allocation", "--mode", "once"],
+     [("malloc", r"^in the next run of the same instance, without a fault: crash: .*in AccessViolation of ")]),
+    # No call is made to fail any more: the host notices.
+    ("afterwards", ["--kind", "host", "--mode", "from-here"],
+     [(ACQUIRE, MISUSE), (ALLOCATE, MISUSE)]),
     # Two of four faults that share a replay are to blame: which ones is found out.
     ("spoilt", ["--kind", "host", "--mode", "once", "--replay-every", "4"], [(ACQUIRE, SPOILT), (ALLOCATE, SPOILT)]),
     ("filled", ["--kind", "host", "--mode", "filled"],

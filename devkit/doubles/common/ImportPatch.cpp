@@ -25,6 +25,27 @@ class Image {
         return nullptr;
     }
 
+    // Calls `visit` with the library, the name and the slot of each function that is imported by name.
+    template <class Visit>
+    void ForEachNamed(Visit visit) const {
+        const DWORD imports = Headers()->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
+        if (imports == 0) {
+            return;
+        }
+        for (const auto* library = At<IMAGE_IMPORT_DESCRIPTOR>(imports); library->Name != 0; ++library) {
+            if (library->OriginalFirstThunk == 0) {
+                continue;
+            }
+            const auto* name = At<IMAGE_THUNK_DATA>(library->OriginalFirstThunk);
+            auto* slot = At<void*>(library->FirstThunk);
+            for (; name->u1.AddressOfData != 0; ++name, ++slot) {
+                if (!IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal)) {
+                    visit(At<const char>(library->Name), At<IMAGE_IMPORT_BY_NAME>(name->u1.AddressOfData)->Name, slot);
+                }
+            }
+        }
+    }
+
   private:
     template <class Type>
     Type* At(ULONGLONG offset) const {
@@ -98,6 +119,15 @@ bool ReplaceImport(HMODULE module, const char* function, void* replacement) {
         Write(slot, replacement);
     }
     return slot != nullptr;
+}
+
+void RestoreImports(HMODULE module) {
+    Image(module).ForEachNamed([](const char* library, const char* name, void** slot) {
+        void* const function = reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA(library), name));
+        if (function != nullptr && *slot != function) {
+            Write(slot, function);
+        }
+    });
 }
 
 ImportPatch::ImportPatch(HMODULE module, const char* function, void* replacement)

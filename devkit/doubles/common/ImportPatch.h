@@ -20,6 +20,9 @@ void* ImportedFunction(HMODULE module, const char* function);
 // Replaces the function until the module is unloaded; false when the module does not import it by name.
 bool ReplaceImport(HMODULE module, const char* function, void* replacement);
 
+// Puts back all functions that the module imports by name, as Windows finds them: nobody has replaced any.
+void RestoreImports(HMODULE module);
+
 // Replaces the function as long as the patch lives. Several patches of one function end in reverse order.
 class ImportPatch {
   public:

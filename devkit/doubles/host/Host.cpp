@@ -1,6 +1,7 @@
 #include "doubles/host/Host.h"
 
 #include <stdexcept>
+#include <utility>
 
 #include "doubles/host/suites/AllSuites.h"
 
@@ -20,7 +21,19 @@ SimulatedHost::SimulatedHost() {
     sHost = this;
 }
 
-SimulatedHost::~SimulatedHost() { sHost = nullptr; }
+SimulatedHost::~SimulatedHost() {
+    sHost = nullptr;
+    HandleRange::Restart();
+}
+
+void SimulatedHost::Renew() {
+    HandleRange::Next();
+    rules = RuleBook();
+    operations = HostOperations();
+    model = HostModel();
+    mFormerObjects.push_back(std::exchange(objects, HostObjects()));
+    notes.clear();
+}
 
 void SimulatedHost::ReportLeftovers() {
     for (const auto& suite : suites.All()) {

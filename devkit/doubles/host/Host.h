@@ -24,6 +24,10 @@ class SimulatedHost {
     SimulatedHost& operator=(const SimulatedHost&) = delete;
     ~SimulatedHost();
 
+    // As if made anew, for a plug-in that stays loaded: the tables of suites stay where they are, with their use
+    // counts; blocks of memory stay readable; no handle is given a second time.
+    void Renew();
+
     // Reports as broken rules what the plug-in has not given back: suites, timers, objects.
     void ReportLeftovers();
 
@@ -34,6 +38,9 @@ class SimulatedHost {
     HostObjects objects;
     // What is allowed but worth telling, for example that a suite of a wrong version was asked for.
     std::vector<std::string> notes;
+
+  private:
+    std::vector<HostObjects> mFormerObjects;
 };
 
 // The current host. Throws std::logic_error when there is none.

@@ -107,14 +107,18 @@ void WatchPluginCore(HMODULE plugin) {
 
 HMODULE WatchedLibrary() { return sLibrary; }
 
-void ForgetLibrary() {
-    sLibrary = nullptr;
-    sIsOwn = false;
-    GuardedMemory::SetLibrary(nullptr);
+void ForgetRun() {
     NoteHits();
     Book().ForgetFindings();
     ForgetCalls();
     ForgetTimeline();
+}
+
+void ForgetLibrary() {
+    sLibrary = nullptr;
+    sIsOwn = false;
+    GuardedMemory::SetLibrary(nullptr);
+    ForgetRun();
 }
 
 bool IsOwnLibraryAsked() { return !OwnLibrary().empty(); }

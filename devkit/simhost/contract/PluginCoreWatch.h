@@ -25,6 +25,9 @@ FARPROC GuardedEntry(HMODULE library, const char* name);
 // The library in which the plug-in has looked for entries last; null when in none.
 HMODULE WatchedLibrary();
 
+// The plug-in is to be played to once more: nothing was called and found so far. The library stays the watched one.
+void ForgetRun();
+
 // The library is unloaded, and so is the plug-in: the process begins anew, as if it had watched none.
 void ForgetLibrary();
 

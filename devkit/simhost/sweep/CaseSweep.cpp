@@ -176,10 +176,17 @@ void CaseSweep::Read(const Json& line, const Part& part, Told& told) {
     } else if (line.contains("begin")) {
         told.begun = line.at("begin").get<std::size_t>() + 1;
         told.isEnded = false;
+        told.isPlayedAgain = false;
         mFaults[told.begun - 1] = line.at("fault");
+    } else if (line.contains("instance") && !std::exchange(mIsInstanceTold, true)) {
+        if (const std::string why = line.at("instance").get<std::string>(); !why.empty()) {
+            mTotals.notPlayableTwice.push_back(mFile.PlaceOf(mCase) + ": " + why);
+        }
     } else if (line.contains("end")) {
         told.isEnded = true;
         Count(line, part.isRepeated);
+    } else if (line.contains("again")) {
+        told.isPlayedAgain = true;
     } else if (line.contains("replayed")) {
         told.replayed = line.at("replayed").get<std::size_t>();
     } else if (line.contains("replay_failed")) {
@@ -221,6 +228,7 @@ void CaseSweep::Count(const Json& end, bool isRepeated) {
     counts.failedCalls += injected;
     counts.unhandled += end.at("unhandled") != 0 ? 1 : 0;
     counts.lost += end.at("lost") == true ? 1 : 0;
+    counts.playedAgain += end.at("again") == true ? 1 : 0;
     ++(answersZeroOnly ? counts.answeredZero : counts.answeredCode);
     mTotals.operations.insert(fault.at("operation").get<std::string>());
     for (const auto& [what, amount] : end.at("explained").items()) {
@@ -262,7 +270,11 @@ void CaseSweep::GoOnAfter(const Part& part, const Told& told, const HostEnd& end
             FaultCounts& counts = mTotals.Of(FaultOf(last));
             ++counts.played;
             ++counts.lost;
-            Find(last, seen.empty() ? std::vector<std::string>{"the process ended"} : seen);
+            seen = seen.empty() ? std::vector<std::string>{"the process ended"} : seen;
+            Find(last, told.isPlayedAgain
+                           ? std::vector<std::string>{"in the next run of the same instance, without a fault: " +
+                                                      Joined(seen)}
+                           : seen);
         }
     } else if (told.complaints.empty() && seen.empty()) {
         // An exception has left the plug-in: told already.

@@ -44,6 +44,7 @@ class CaseSweep {
         std::vector<std::string> complaints;  // of the scenario without faults
         std::size_t begun;                    // behind the last fault that was begun
         bool isEnded = true;                  // that one was
+        bool isPlayedAgain = false;           // it was, but not the run without a fault in the same instance
         std::size_t replayed;                 // faults before this one are followed by a run without faults
     };
 
@@ -69,6 +70,7 @@ class CaseSweep {
     std::deque<Part> mParts;
     bool mIsFresh = true;  // nothing was played in the folder yet
     bool mIsCounted = false;
+    bool mIsInstanceTold = false;
     std::map<std::size_t, nlohmann::ordered_json> mFaults;  // begun so far, by their place in the plan
 };
 

@@ -7,7 +7,6 @@ namespace simhost::sweep {
 
 namespace {
 
-// Stand for the name of a suite that the plug-in holds from its first message to its shut-down.
 constexpr std::string_view kHeldSuite = "<held suite>";
 constexpr std::string_view kHeldSuiteButTheLast = "<held suite but the last>";
 constexpr std::string_view kLastHeldSuite = "AI Document Suite";
@@ -71,6 +70,8 @@ bool IsHeldSuite(std::string_view name) {
            std::find(std::begin(kBesideTextEngine), std::end(kBesideTextEngine), name) != std::end(kBesideTextEngine);
 }
 
+}  // namespace
+
 bool Matches(std::string_view name, std::string_view pattern) {
     for (const std::string_view placeholder : {kHeldSuite, kHeldSuiteButTheLast}) {
         if (pattern.ends_with(placeholder)) {
@@ -81,8 +82,6 @@ bool Matches(std::string_view name, std::string_view pattern) {
     }
     return pattern.ends_with('*') ? name.starts_with(pattern.substr(0, pattern.size() - 1)) : name == pattern;
 }
-
-}  // namespace
 
 bool Explanation::IsAbout(std::string_view what) const { return Matches(what, left); }
 

@@ -8,6 +8,11 @@
 
 namespace simhost::sweep {
 
+// Whether the name is the pattern. A * at the pattern's end stands for any text; "<held suite>" there for the name of a
+// suite that the plug-in holds from its first message to its shut-down, "<held suite but the last>" for one before the
+// last of these.
+bool Matches(std::string_view name, std::string_view pattern);
+
 enum class Amount {
     kEach,  // each failure explains one thing
     kAlso,  // each failure explains one thing beside others

@@ -9,6 +9,8 @@ namespace simhost::sweep {
 
 namespace {
 
+constexpr std::int32_t kRefused = 1;
+
 // Suites are told apart: the text begins with the name in quotation marks.
 std::string KeyOf(const Violation& violation) {
     std::string key = NameOf(violation.rule);
@@ -69,8 +71,16 @@ class Judge {
                 break;
             }
         }
-        if (!run.isNextHandled) {
-            mVerdict.findings.emplace_back("the message after the last step was refused");
+        JudgeNext(run);
+    }
+
+    void JudgeNext(const SweepRun& run) {
+        if (run.aboutAnswer == kRefused || run.shutdownAnswer == kRefused) {
+            mVerdict.findings.emplace_back("a message after the last step was refused");
+        } else if (run.aboutAnswer.value_or(0) != 0 && run.aboutAnswer != mFaultless.aboutAnswer) {
+            // 0: the fault may have kept the plug-in from starting, so that it has nothing to tell of itself.
+            mVerdict.findings.push_back("the message after the last step was answered with " +
+                                        std::to_string(*run.aboutAnswer));
         }
     }
 

@@ -15,9 +15,6 @@ struct FaultVerdict {
     std::map<std::string, std::int64_t> explained;  // what is left because its release failed: amounts by explanation
 };
 
-// How often each operation has failed in a run.
-using Failures = std::map<std::string, std::int64_t>;
-
 FaultVerdict JudgeFault(const SweepRun& run, const SweepRun& faultless, const Failures& failures);
 
 }  // namespace simhost::sweep

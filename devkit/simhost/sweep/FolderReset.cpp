@@ -57,7 +57,7 @@ FolderReset::FolderReset(const Scenario& scenario, const RunFolder& folder, std:
       mChanged(ChangedBy(scenario)),
       mFiles(FilesIn(folder.Root())) {}
 
-void FolderReset::Reset() const {
+void FolderReset::Reset() {
     RemoveNewFiles();
     for (const std::string& path : mChanged) {
         RemoveFile(mFolder.At(path));
@@ -69,10 +69,16 @@ void FolderReset::Reset() const {
     for (const FileToMake& file : mScenario.files) {
         mFolder.WriteFile(file);
     }
-    mFolder.WriteAnswers(mScenario.answers);
-    WriteWholeFile(mFolder.BusAnswers(), mScenario.busAnswers.dump());
+    WriteScripts();
     // The double of the messaging library goes on at its end.
     RemoveFile(mFolder.BusCalls());
+}
+
+// A double that stays loaded begins a script anew when its text is another one: each second time a blank follows.
+void FolderReset::WriteScripts() {
+    const std::string end(++mResets % 2, ' ');
+    WriteWholeFile(mFolder.Answers(), mScenario.answers.dump() + end);
+    WriteWholeFile(mFolder.BusAnswers(), mScenario.busAnswers.dump() + end);
 }
 
 void FolderReset::RemoveNewFiles() const {

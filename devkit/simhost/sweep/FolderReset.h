@@ -17,17 +17,19 @@ class FolderReset {
     // copied.
     FolderReset(const Scenario& scenario, const RunFolder& folder, std::filesystem::path kit);
 
-    // No library of the folder may be loaded. Throws std::runtime_error.
-    void Reset() const;
+    // No library may be loaded that a step of the scenario replaces or moves. Throws std::runtime_error.
+    void Reset();
 
   private:
     void RemoveNewFiles() const;
+    void WriteScripts();
 
     const Scenario& mScenario;
     const RunFolder& mFolder;
     std::filesystem::path mKit;
     std::vector<std::string> mChanged;  // files that steps replace or move
     std::set<std::filesystem::path> mFiles;
+    std::size_t mResets = 0;
 };
 
 }  // namespace simhost::sweep

@@ -1,5 +1,4 @@
-// One run of a sweep, in a process that plays many: loads the plug-in, plays all steps with a fault or without, unloads
-// all that was loaded, and tells what is left.
+// One run of a sweep, in a process that plays many: all steps, with a fault or without, and two messages more.
 //
 // Thread: main.
 #pragma once
@@ -11,26 +10,29 @@
 #include <vector>
 
 #include "doubles/host/Rules.h"
-#include "simhost/launch/RunFolder.h"
-#include "simhost/scenario/Scenario.h"
-#include "simhost/sweep/Fault.h"
 #include "simhost/sweep/Holdings.h"
 
 namespace simhost::sweep {
 
+// How often each operation has failed in a run.
+using Failures = std::map<std::string, std::int64_t>;
+
 struct SweepRun {
-    bool isLost = false;                              // an exception left the plug-in
-    std::string brokenOff;                            // why the story could not be played to its end; else empty
-    std::vector<Violation> violations;                // before the message below
-    std::map<std::int32_t, std::int64_t> answers;     // how often the plug-in answered what
-    std::vector<std::string> refused;                 // messages that were answered with 1 but may not be
-    bool isNextHandled = true;                        // the message that follows the last step
-    std::int64_t unhandled = 0;                       // exceptions that were stopped where messages enter
+    bool isLost = false;                             // an exception left the plug-in
+    std::string brokenOff;                           // why the story could not be played to its end; else empty
+    std::vector<Violation> violations;               // to the end of the last message
+    std::vector<std::string> messages;               // each with its answer, in their order
+    std::map<std::string, std::int64_t> operations;  // of the host and of the PluginCore: how often each was called
+    std::map<std::int32_t, std::int64_t> answers;    // how often the plug-in answered what
+    std::vector<std::string> refused;                // messages that were answered with 1 but may not be
+    // Of the messages after the last step, when the plug-in was still there: "About", which any plug-in answers at any
+    // time, and the host's good-bye. No call is made to fail by then.
+    std::optional<std::int32_t> aboutAnswer;
+    std::optional<std::int32_t> shutdownAnswer;
+    std::int64_t unhandled = 0;  // exceptions that were stopped where messages enter
+    Failures failures;
     std::map<std::string, std::int64_t> leftByGiver;  // what the plug-in has not given back: see Holdings
     std::vector<Held> left;
 };
-
-// The folder is as it was before any run: see FolderReset. A run without a fault is checked at its end as every run is.
-SweepRun PlayOnce(const Scenario& scenario, const RunFolder& folder, std::optional<Fault> fault, bool records);
 
 }  // namespace simhost::sweep

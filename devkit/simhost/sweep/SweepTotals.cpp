@@ -32,6 +32,7 @@ constexpr CountRow kCounts[] = {
     {"answered_code", "other answer", &FaultCounts::answeredCode},
     {"unhandled", "stopped exc.", &FaultCounts::unhandled},
     {"lost", "lost", &FaultCounts::lost},
+    {"played_again", "played again", &FaultCounts::playedAgain},
     {"with_findings", "findings", &FaultCounts::withFindings},
 };
 
@@ -77,7 +78,9 @@ Json AsJson(const SweepTotals& totals) {
                   {{"same_way", totals.Sum(&FaultCounts::sameWay)},
                    {"passed_over", totals.Sum(&FaultCounts::passedOver)},
                    {"not_played", totals.NotPlayed()}}},
-                 {"unplayable", totals.unplayable}};
+                 {"played_again", totals.Sum(&FaultCounts::playedAgain)},
+                 {"unplayable", totals.unplayable},
+                 {"not_replayable_in_one_instance", totals.notPlayableTwice}};
     for (std::size_t kind = 0; kind < kKinds; ++kind) {
         json["calls"][NameOf(static_cast<Kind>(kind))] = totals.calls[kind];
     }
@@ -126,6 +129,9 @@ std::vector<std::string> LinesOf(const SweepTotals& totals) {
                     std::to_string(totals.Sum(&FaultCounts::offered)) + " faults that are on the way of another one, " +
                     std::to_string(totals.Sum(&FaultCounts::passedOver)) + " passed over, " +
                     std::to_string(totals.NotPlayed()) + " not played");
+    for (const std::string& story : totals.notPlayableTwice) {
+        lines.push_back("not replayable in one instance: " + story);
+    }
     for (const auto& [what, amount] : totals.explained) {
         lines.push_back("explained: " + std::to_string(amount) + " x " + what);
     }

@@ -26,6 +26,7 @@ struct FaultCounts {
     std::int64_t answeredCode = 0;  // a message was answered with something else
     std::int64_t unhandled = 0;     // an exception was stopped where a message enters
     std::int64_t lost = 0;          // crash, hang, or an exception that left the plug-in
+    std::int64_t playedAgain = 0;   // a run without a fault followed in the same instance of the plug-in
     std::int64_t withFindings = 0;  // these among them
 };
 
@@ -38,9 +39,10 @@ struct SweepFinding {
 
 struct SweepTotals {
     std::int64_t cases = 0;
-    std::set<std::string> files;               // of these cases
-    std::vector<std::string> unplayable;       // with the reason
-    std::array<std::int64_t, kKinds> calls{};  // counted, in all cases
+    std::set<std::string> files;                // of these cases
+    std::vector<std::string> unplayable;        // with the reason
+    std::vector<std::string> notPlayableTwice;  // to one loaded plug-in, with the reason; swept all the same
+    std::array<std::int64_t, kKinds> calls{};   // counted, in all cases
     std::array<std::array<FaultCounts, kModes>, kKinds> faults{};
     std::map<std::string, std::int64_t> explained;  // what was left because its release failed
     std::set<std::string> operations;               // that were made to fail

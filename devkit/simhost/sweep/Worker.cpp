@@ -17,6 +17,8 @@
 #include "simhost/sweep/FaultVerdict.h"
 #include "simhost/sweep/FolderReset.h"
 #include "simhost/sweep/Injector.h"
+#include "simhost/sweep/Instance.h"
+#include "simhost/sweep/InstanceVerdict.h"
 #include "simhost/sweep/Plan.h"
 #include "simhost/sweep/SweepRun.h"
 #include "simhost/watch/Symbols.h"
@@ -90,12 +92,11 @@ class Worker {
         // What a fault has prevented cannot be played on.
         faulty.goesOnWhenNotReached = true;
         // The first run in a process does what is done once, and is none to compare with.
-        if (!Replay(scenario, "unplayable", false)) {
+        const std::optional<SweepRun> second = PlayTwice(scenario);
+        if (!second || !Replay(scenario, "unplayable", true)) {
             return 0;
         }
-        if (!Replay(scenario, "unplayable", true)) {
-            return 0;
-        }
+        PlayTwiceOnceMore(scenario, *second);
         const std::vector<PlannedFault> plan = MakePlan();
         // Recorded calls took memory and time, but the plug-in's own doing is the same.
         std::size_t unreplayed = mOptions.first;
@@ -121,14 +122,67 @@ class Worker {
   private:
     void Tell(const Json& line) { mResults.Write(line.dump(-1, ' ', false, Json::error_handler_t::replace)); }
 
-    SweepRun Play(const Scenario& scenario, std::optional<Fault> fault, bool records) {
+    SweepRun Play(Instance& instance, const Scenario& scenario, std::optional<Fault> fault = std::nullopt,
+                  bool records = false) {
         mReset->Reset();
-        return PlayOnce(scenario, mFolder, fault, records);
+        return instance.Play(scenario, fault, records);
+    }
+
+    // In one instance; the second run, or nothing when the first does not come out as it should.
+    std::optional<SweepRun> PlayTwice(const Scenario& scenario) {
+        Instance instance(mFolder, Stays::kToTheEnd);
+        SweepRun first = Play(instance, scenario);
+        SweepRun second;
+        try {
+            second = first.isLost ? SweepRun() : Play(instance, scenario);
+        } catch (const std::exception& error) {
+            mWhyNotTwice = error.what();
+        }
+        if (second.isLost) {
+            Tell({{"unplayable", {"an exception left the plug-in in its second run"}}});
+            return std::nullopt;
+        }
+        if (!first.isLost) {
+            instance.End(first);
+        }
+        return IsAsExpected(first, scenario, "unplayable") ? second : std::optional<SweepRun>();
+    }
+
+    // What the next run in an instance is to be compared with after a fault. It must be the same each time.
+    void PlayTwiceOnceMore(const Scenario& scenario, const SweepRun& second) {
+        if (mWhyNotTwice.empty()) {
+            Instance instance(mFolder, Stays::kToTheEnd);
+            TwoRuns runs;
+            runs.first = Play(instance, scenario, std::nullopt, IsDescribed());
+            runs.second = Play(instance, scenario, std::nullopt, IsDescribed());
+            instance.End(runs.first);
+            for (const Difference& difference : DifferencesBetween(runs.second, second)) {
+                mWhyNotTwice += (mWhyNotTwice.empty() ? "" : "; ") + difference.text;
+            }
+            if (mWhyNotTwice.empty()) {
+                mTwice = std::move(runs);
+            }
+        }
+        Tell({{"instance", mWhyNotTwice}});
     }
 
     // False when the scenario does not come out as it should.
     bool Replay(const Scenario& scenario, const char* otherwise, bool isRecorded) {
-        SweepRun run = Play(scenario, std::nullopt, isRecorded);
+        Instance instance(mFolder, Stays::kAsTheStorySays);
+        SweepRun run = Play(instance, scenario, std::nullopt, isRecorded);
+        if (!run.isLost) {
+            instance.End(run);
+        }
+        const bool isAsExpected = IsAsExpected(run, scenario, otherwise);
+        if (isRecorded) {
+            mFaultless = std::move(run);
+            mRecorded = TheInjector();
+        }
+        return isAsExpected;
+    }
+
+    // Tells it when not.
+    bool IsAsExpected(const SweepRun& run, const Scenario& scenario, const char* otherwise) {
         RuleBook book;
         for (const Violation& violation : run.violations) {
             book.Broken(violation);
@@ -141,10 +195,6 @@ class Worker {
             verdict.complaints.emplace_back(
                 "other things are left than before the fault: " + Json(run.leftByGiver).dump() + ", before " +
                 Json(mFaultless->leftByGiver).dump());
-        }
-        if (isRecorded) {
-            mFaultless = std::move(run);
-            mRecorded = TheInjector();
         }
         if (!verdict.complaints.empty()) {
             Tell({{otherwise, verdict.complaints}});
@@ -178,29 +228,93 @@ class Worker {
     // False when the process can play no more.
     bool PlayFault(const Scenario& scenario, std::size_t index, const PlannedFault& planned) {
         Tell({{"begin", index}, {"fault", AsJson(planned)}});
+        Played played;
+        PlayAndGoOn(played, scenario, index, planned.fault, Stays::kAsTheStorySays);
+        // Real hosts keep the plug-in, whether or not it holds itself.
+        if (mTwice && !played.run.isLost && !played.again && !played.hasFileOpen) {
+            Played kept;
+            PlayAndGoOn(kept, scenario, index, planned.fault, Stays::kToTheEnd);
+            Add(played.verdict, std::move(kept.verdict));
+            played.again = std::move(kept.again);
+        }
+        TellEnd(index, planned, played);
+        return !played.run.isLost && !(played.again && played.again->isLost);
+    }
+
+    struct Played {
+        SweepRun run;
+        std::vector<CountedCall> calls;  // of the fault's kind, when it is described
+        std::optional<SweepRun> again;   // the run without a fault that followed in the instance
+        bool hasFileOpen = false;        // so that none could follow
+        FaultVerdict verdict;
+    };
+
+    // The run without a fault follows when the plug-in is still there.
+    void PlayAndGoOn(Played& played, const Scenario& scenario, std::size_t index, const Fault& fault, Stays stays) {
+        Instance instance(mFolder, stays);
         // One fault alone is looked at closely: that takes its time.
-        const bool isDescribed = mOptions.number.has_value();
-        const SweepRun run = Play(scenario, planned.fault, isDescribed);
-        FaultVerdict verdict = JudgeFault(run, *mFaultless, TheInjector().Failures());
+        played.run = Play(instance, scenario, fault, IsDescribed());
+        played.calls = TheInjector().Calls(fault.kind);
+        FaultVerdict ofNext;
+        if (!played.run.isLost && mTwice && instance.IsLoaded() && IsFolderReset(played)) {
+            Tell({{"again", index}});
+            played.again = instance.Play(scenario, std::nullopt, IsDescribed());
+            ofNext = JudgeNextInInstance(*played.again, *mTwice, played.run);
+        }
+        if (!played.run.isLost && !(played.again && played.again->isLost)) {
+            instance.End(played.run);
+        }
+        Add(played.verdict, JudgeFault(played.run, FaultlessOf(played), played.run.failures));
+        Add(played.verdict, std::move(ofNext));
+    }
+
+    // Not when the plug-in has left a file open that the scenario writes anew.
+    bool IsFolderReset(Played& played) {
+        try {
+            mReset->Reset();
+        } catch (const std::exception&) {
+            played.hasFileOpen = true;
+            ++played.verdict.explained["no run followed in the instance, as a file was left open"];
+        }
+        return !played.hasFileOpen;
+    }
+
+    bool IsDescribed() const { return mOptions.number.has_value(); }
+
+    SweepRun FaultlessOf(const Played& played) const {
+        return played.again ? ExpectedBefore(*mTwice, played.run) : *mFaultless;
+    }
+
+    static void Add(FaultVerdict& verdict, FaultVerdict more) {
+        for (std::string& finding : more.findings) {
+            if (std::find(verdict.findings.begin(), verdict.findings.end(), finding) == verdict.findings.end()) {
+                verdict.findings.push_back(std::move(finding));
+            }
+        }
+        for (const auto& [what, amount] : more.explained) {
+            verdict.explained[what] += amount;
+        }
+    }
+
+    void TellEnd(std::size_t index, const PlannedFault& planned, const Played& played) {
         std::int64_t injected = 0;
-        for (const auto& [operation, times] : TheInjector().Failures()) {
+        for (const auto& [operation, times] : played.run.failures) {
             injected += times;
         }
         Json answers = Json::array();
-        for (const auto& [answer, times] : run.answers) {
+        for (const auto& [answer, times] : played.run.answers) {
             answers.push_back({answer, times});
         }
         Tell({{"end", index},
               {"injected", injected},
               {"answers", std::move(answers)},
-              {"unhandled", run.unhandled},
-              {"lost", run.isLost},
-              {"findings", verdict.findings},
-              {"explained", verdict.explained},
-              {"call",
-               isDescribed ? WayTo(TheInjector().Calls(planned.fault.kind), planned.fault.number) : Json::array()},
-              {"left", isDescribed ? WaysToWhatIsLeft(run) : Json::array()}});
-        return !run.isLost;
+              {"unhandled", played.run.unhandled},
+              {"lost", played.run.isLost},
+              {"again", played.again.has_value()},
+              {"findings", played.verdict.findings},
+              {"explained", played.verdict.explained},
+              {"call", IsDescribed() ? WayTo(played.calls, planned.fault.number) : Json::array()},
+              {"left", IsDescribed() ? WaysToWhatIsLeft(played) : Json::array()}});
     }
 
     // The functions of the plug-in on the way to a call, the innermost first.
@@ -224,13 +338,13 @@ class Worker {
     }
 
     // Of each way one more than without the fault.
-    Json WaysToWhatIsLeft(const SweepRun& run) const {
+    Json WaysToWhatIsLeft(const Played& played) const {
         std::multiset<std::pair<std::string, std::vector<std::uint32_t>>> before;
-        for (const Held& held : mFaultless->left) {
+        for (const Held& held : played.again ? mTwice->first.left : mFaultless->left) {
             before.insert({held.by, held.returns});
         }
         Json ways = Json::array();
-        for (const Held& held : run.left) {
+        for (const Held& held : played.run.left) {
             if (const auto known = before.find({held.by, held.returns}); known != before.end()) {
                 before.erase(known);
             } else if (ways.size() < kMostDescribed) {
@@ -247,6 +361,8 @@ class Worker {
     Injector mRecorded;
     std::optional<FolderReset> mReset;
     std::optional<SweepRun> mFaultless;
+    std::optional<TwoRuns> mTwice;  // unless it cannot be played so; with what both leave in the first
+    std::string mWhyNotTwice;
 };
 
 }  // namespace

@@ -3,8 +3,10 @@
 //
 // Lines of that file, JSON objects: {"counted": {kind: number}, "offered": [[kind, mode, number of faults]...],
 // "distinct": the same of those that are no repetitions, "planned": of those that are to be played},
-// {"begin": index in the plan, "fault": {...}}, {"end": index, ...}, {"replayed": index of the first fault that is not
-// followed by a replay yet}, {"replay_failed": [...]}, {"done": true}; {"unplayable": [...]} before all of them.
+// {"instance": why the scenario cannot be played twice to one loaded plug-in, or ""},
+// {"begin": index in the plan, "fault": {...}}, {"again": the same index, before the run without a fault that follows
+// in the same instance of the plug-in}, {"end": index, ...}, {"replayed": index of the first fault that is not followed
+// by a replay yet}, {"replay_failed": [...]}, {"done": true}; {"unplayable": [...]} before all of them.
 #pragma once
 
 #include <cstddef>

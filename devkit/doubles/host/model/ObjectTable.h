@@ -11,11 +11,22 @@
 
 namespace simhost {
 
+// Where the handles of tables begin that are made from now on: a host that is renewed gives other handles than before.
+class HandleRange {
+  public:
+    static void Restart() { sBegin = 0; }
+    static void Next() { sBegin += std::uintptr_t{1} << 28; }
+    static std::uintptr_t Begin() { return sBegin; }
+
+  private:
+    static inline std::uintptr_t sBegin = 0;
+};
+
 template <class Object>
 class ObjectTable {
   public:
     // `kind` keeps the handles of different kinds apart.
-    explicit ObjectTable(std::uintptr_t kind) : mFirst(kind << 40), mLast(mFirst) {}
+    explicit ObjectTable(std::uintptr_t kind) : mFirst((kind << 40) + HandleRange::Begin()), mLast(mFirst) {}
 
     void* Add(Object object) {
         const std::uintptr_t handle = mReused != 0 ? std::exchange(mReused, 0) : mLast += 16;

@@ -1,11 +1,11 @@
-#include "simhost/sweep/SweepRun.h"
+#include "simhost/sweep/Instance.h"
 
 #include <windows.h>
 
 #include <memory>
 #include <stdexcept>
 
-#include "doubles/host/Host.h"
+#include "doubles/common/ImportPatch.h"
 #include "simhost/checks/EndChecks.h"
 #include "simhost/checks/ImportWatch.h"
 #include "simhost/contract/ContractChecks.h"
@@ -24,23 +24,28 @@ namespace {
 
 constexpr std::int32_t kRefused = 1;
 
-class Run {
+}  // namespace
+
+class StoryRun {
   public:
-    Run(const Scenario& scenario, const RunFolder& folder)
+    StoryRun(const Scenario& scenario, const RunFolder& folder)
         : mFolder(folder),
           mReport(scenario, Transcript("", Verbosity::kQuiet, false), {}),
-          mPlayer(scenario, folder, mReport) {
+          mPlayer(scenario, folder, mReport),
+          mModule(mPlayer.Plugin().Module()) {
         mReport.LeaveOutCalls();
         mPlayer.Driver().onAnswer = [this](const std::string& message, std::int32_t answer) {
             NoteAnswer(message, answer);
         };
     }
 
+    // Also once a step has freed it.
+    HMODULE Module() const { return mModule; }
+
     SweepRun Play(const Scenario& scenario, std::optional<Fault> fault, bool records) {
-        TheHoldings().Forget();
-        TheInjector().Begin(mPlayer.Plugin().Module(), fault, records);
-        SubstituteImports(mPlayer.Plugin().Module());
-        WatchUnhandled(mPlayer.Plugin().Module());
+        TheInjector().Begin(mModule, fault, records);
+        SubstituteImports(mModule);
+        WatchUnhandled(mModule);
         InjectHostFaults();
         try {
             mPlayer.PlaySteps();
@@ -55,12 +60,18 @@ class Run {
         TheInjector().End();
         mReport.EndStep();
         mResult.unhandled = TakeUnhandled();
+        mResult.violations = Host().rules.Violations();
+        mResult.operations = Host().operations.Totals();
+        // The panels of the runs before hear it as well.
+        mResult.operations.erase("Panel/OnEvent");
+        mResult.failures = TheInjector().Failures();
         return std::move(mResult);
     }
 
   private:
     void NoteAnswer(const std::string& message, std::int32_t answer) {
         ++mResult.answers[answer];
+        mResult.messages.push_back(message + " answered with " + std::to_string(answer));
         // A plug-in that is in use may well refuse to be unloaded.
         if (answer == kRefused && !message.starts_with("\"SP Access\"")) {
             mResult.refused.push_back(message);
@@ -83,42 +94,55 @@ class Run {
         }
     }
 
-    // The host says good-bye once more: a plug-in that is still at a message refuses it.
+    // Nothing fails any more: what is wrong from here on is what a fault has left in the plug-in.
     void SendNext() {
-        mResult.violations = Host().rules.Violations();
+        TheInjector().End();
         if (mPlayer.Plugin().IsLoaded()) {
-            RecordStep("the message after the last step");
-            mResult.isNextHandled = mPlayer.Driver().SendInterface(kSPInterfaceShutdownSelector) != kRefused;
+            RecordStep("the messages after the last step");
+            mResult.aboutAnswer = mPlayer.Driver().SendInterface(kSPInterfaceAboutSelector);
+            mResult.shutdownAnswer = mPlayer.Driver().SendInterface(kSPInterfaceShutdownSelector);
         }
     }
 
     const RunFolder& mFolder;
     RunReport mReport;
     ScenarioPlayer mPlayer;
+    HMODULE mModule;
     SweepRun mResult;
 };
 
-}  // namespace
+Instance::Instance(const RunFolder& folder, Stays stays) : mFolder(folder), mStays(stays) {}
 
-SweepRun PlayOnce(const Scenario& scenario, const RunFolder& folder, std::optional<Fault> fault, bool records) {
+Instance::~Instance() = default;
+
+SweepRun Instance::Play(const Scenario& scenario, std::optional<Fault> fault, bool records) {
     RecordStep("loading the plug-in");
-    SimulatedHost host;
-    auto run = std::make_unique<Run>(scenario, folder);
-    SweepRun result = run->Play(scenario, fault, records);
-    if (result.violations.empty()) {
-        result.violations = host.rules.Violations();
+    const bool isFirst = mRuns.empty();
+    if (isFirst) {
+        TheHoldings().Forget();
+    } else {
+        mHost.Renew();
+        contract::ForgetRun();
+        RestoreImports(mRuns.front()->Module());
     }
-    if (result.isLost) {
-        return result;
+    mRuns.push_back(std::make_unique<StoryRun>(scenario, mFolder));
+    if (isFirst && mStays == Stays::kToTheEnd) {
+        // Never given back but by End().
+        LoadLibraryW(mFolder.Plugin().c_str());
     }
+    return mRuns.back()->Play(scenario, fault, records);
+}
+
+bool Instance::IsLoaded() const { return GetModuleHandleW(mFolder.Plugin().c_str()) != nullptr; }
+
+void Instance::End(SweepRun& run) {
     RecordStep("unloading the plug-in");
     RemoveHooksLeft();
-    FreeAllReferencesIn(folder.Root());
+    FreeAllReferencesIn(mFolder.Root());
     contract::ForgetLibrary();
-    result.leftByGiver = TheHoldings().Counts();
-    result.left = TheHoldings().All();
+    run.leftByGiver = TheHoldings().Counts();
+    run.left = TheHoldings().All();
     CloseHandlesLeft();
-    return result;
 }
 
 }  // namespace simhost::sweep
