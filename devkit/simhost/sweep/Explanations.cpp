@@ -41,6 +41,8 @@ constexpr Explanation kExplanations[] = {
     // makes another one.
     {"GetProcAddress", "FindFirstFileW", Amount::kAlso},
     {"GetProcAddress", "LoadLibraryW", Amount::kAlso},
+    {"malloc", "FindFirstFileW", Amount::kAlso},
+    {"malloc", "LoadLibraryW", Amount::kAlso},
     {"LoadLibraryW", "FindFirstFileW"},
     // Intentional: the PluginCore is never unloaded. When memory runs out before it is bound, the next search loads it
     // once more.
