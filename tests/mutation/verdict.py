@@ -9,8 +9,10 @@ from collections.abc import Callable
 
 FAILED_TEST = re.compile(r"^\[  FAILED  \] \w[\w/]*\.\w", re.MULTILINE)
 BEGAN = re.compile(r"^\[={10}\] Running [1-9]\d* tests? ", re.MULTILINE)
-# Words of a test program itself (tests/support/watchdog), and of Wine about a program that it has started.
-CRASH = re.compile(r"^(?:crash in |crash: exception |watchdog: the thread of .* died|wine: Unhandled )", re.MULTILINE)
+# Words of a test program itself (tests/support/watchdog, ImportPatch: what a test replaces is not imported any more), and
+# of Wine about a program that it has started.
+CRASH = re.compile(r"^(?:crash in |crash: exception |watchdog: the thread of .* died|ImportPatch: |wine: Unhandled )",
+                   re.MULTILINE)
 TOO_LONG = re.compile(r"^watchdog: .* took longer than ", re.MULTILINE)
 # Of Wine, about a server that is gone.
 SERVER_LOST = re.compile(r"^wine client error", re.MULTILINE)

@@ -25,6 +25,7 @@ ENDS = {
     "crashed before the report was ready": (Ended(5, "", "wine: Unhandled page fault on read access\n"), Verdict.CRASHED),
     "its stack overflowed": (Ended(97, BEGAN, "watchdog: the thread of Suite.Case died, perhaps\n"), Verdict.CRASHED),
     "failed fast, which nobody tells": (Ended(9, BEGAN), Verdict.CRASHED),
+    "imports no more what a test replaces": (Ended(1, BEGAN, "ImportPatch: the module does not import A\n"), Verdict.CRASHED),
     "the time limit": (ENDLESS, Verdict.TIMED_OUT),
     "the watchdog's limit": (Ended(97, BEGAN, "watchdog: Suite.Case took longer than 60 seconds\n"), Verdict.TIMED_OUT),
     "no session": (NOT_STARTED, Verdict.NONE),
@@ -50,11 +51,14 @@ class VerdictTest(unittest.TestCase):
                 self.assertEqual(verdict_of(ended), verdict)
 
     def test_the_words_are_those_of_the_test_programs(self):
-        watchdog = pathlib.Path(__file__).parents[1] / "support" / "watchdog"
+        root = pathlib.Path(__file__).parents[2]
+        watchdog = root / "tests" / "support" / "watchdog"
+        patches = (root / "devkit" / "doubles" / "common" / "ImportPatch.cpp").read_text(encoding="utf-8")
         crashes = (watchdog / "CrashReport.cpp").read_text(encoding="utf-8")
         times = (watchdog / "Watchdog.cpp").read_text(encoding="utf-8")
         for words, source in (('"crash in %s', crashes), ('"crash: exception ', crashes),
-                              ('"watchdog: the thread of %s died', times), ('"watchdog: %s took longer than ', times)):
+                              ('"watchdog: the thread of %s died', times), ('"watchdog: %s took longer than ', times),
+                              ('"ImportPatch: ', patches)):
             self.assertIn(words, source)
 
 

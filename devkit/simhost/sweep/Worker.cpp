@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
@@ -14,6 +13,7 @@
 #include "simhost/report/ResultRecord.h"
 #include "simhost/run/FlightRecorder.h"
 #include "simhost/scenario/ScenarioFile.h"
+#include "simhost/sweep/CallWays.h"
 #include "simhost/sweep/FaultVerdict.h"
 #include "simhost/sweep/FolderReset.h"
 #include "simhost/sweep/Injector.h"
@@ -21,17 +21,12 @@
 #include "simhost/sweep/InstanceVerdict.h"
 #include "simhost/sweep/Plan.h"
 #include "simhost/sweep/SweepRun.h"
-#include "simhost/watch/Symbols.h"
 
 namespace simhost::sweep {
 
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-constexpr std::size_t kMostDescribed = 5;
-// For symbols: the plug-in may be loaded elsewhere, or not at all.
-constexpr std::uint64_t kAnyBase = 0x400000000;
 
 std::set<std::string> LinesOf(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
@@ -55,13 +50,6 @@ Scenario WithoutRandomMessages(Scenario scenario) {
     std::erase_if(scenario.steps,
                   [](const Step& step) { return std::holds_alternative<SendRandomMessages>(step.action); });
     return scenario;
-}
-
-// For addr2line, where this process finds no names.
-std::string OffsetInWords(std::uint64_t offset) {
-    char text[48];
-    std::snprintf(text, sizeof text, "the plug-in+0x%llx", static_cast<unsigned long long>(offset));
-    return text;
 }
 
 // Of each kind and mode: [[kind, mode, amount], ...].
@@ -313,45 +301,10 @@ class Worker {
               {"again", played.again.has_value()},
               {"findings", played.verdict.findings},
               {"explained", played.verdict.explained},
-              {"call", IsDescribed() ? WayTo(played.calls, planned.fault.number) : Json::array()},
-              {"left", IsDescribed() ? WaysToWhatIsLeft(played) : Json::array()}});
-    }
-
-    // The functions of the plug-in on the way to a call, the innermost first.
-    Json Described(const std::vector<std::uint32_t>& returns) const {
-        std::vector<std::uint64_t> addresses;
-        addresses.reserve(returns.size());
-        for (const std::uint32_t offset : returns) {
-            addresses.push_back(kAnyBase + offset - 1);  // into the call, and not behind it
-        }
-        const std::vector<Symbol> symbols = LookUpSymbols(mFolder.Plugin(), kAnyBase, addresses);
-        Json places = Json::array();
-        for (std::size_t i = 0; i < symbols.size(); ++i) {
-            places.push_back(symbols[i].function.empty() ? OffsetInWords(addresses[i] - kAnyBase)
-                                                         : InWords(symbols[i], "the plug-in"));
-        }
-        return places;
-    }
-
-    Json WayTo(const std::vector<CountedCall>& calls, std::size_t number) const {
-        return number > calls.size() ? Json::array() : Described(calls[number - 1].returns);
-    }
-
-    // Of each way one more than without the fault.
-    Json WaysToWhatIsLeft(const Played& played) const {
-        std::multiset<std::pair<std::string, std::vector<std::uint32_t>>> before;
-        for (const Held& held : played.again ? mTwice->first.left : mFaultless->left) {
-            before.insert({held.by, held.returns});
-        }
-        Json ways = Json::array();
-        for (const Held& held : played.run.left) {
-            if (const auto known = before.find({held.by, held.returns}); known != before.end()) {
-                before.erase(known);
-            } else if (ways.size() < kMostDescribed) {
-                ways.push_back({{"by", held.by}, {"in", Described(held.returns)}});
-            }
-        }
-        return ways;
+              {"call", IsDescribed() ? WayToCall(mFolder.Plugin(), played.calls, planned.fault.number) : Json::array()},
+              {"left", IsDescribed() ? WaysToWhatIsLeft(mFolder.Plugin(), played.run.left,
+                                                        played.again ? mTwice->first.left : mFaultless->left)
+                                     : Json::array()}});
     }
 
     const WorkerOptions& mOptions;
