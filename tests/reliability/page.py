@@ -1,8 +1,11 @@
 """The parts of docs/reliability.md that are written from figures."""
 
+import json
 import pathlib
 
 import measures
+
+REASONS = pathlib.Path(__file__).resolve().parents[1] / "mutation" / "survivors.json"
 
 
 def begin_of(name: str) -> str:
@@ -56,5 +59,14 @@ def written_into(page: str, figures: dict[str, dict]) -> str:
 
 def all_figures(folder: pathlib.Path) -> dict[str, dict]:
     """Of the measures that were taken at least once."""
-    return {measure.name: measures.read_figures(folder, measure) for measure in measures.MEASURES
-            if measures.figures_file(folder, measure).exists()}
+    figures = {measure.name: measures.read_figures(folder, measure) for measure in measures.MEASURES
+               if measures.figures_file(folder, measure).exists()}
+    if "mutation" in figures:
+        add_reasons(figures["mutation"]["figures"]["survivors"], json.loads(REASONS.read_text(encoding="utf-8")))
+    return figures
+
+
+def add_reasons(found: list[dict], reasons: dict[str, str]):
+    """Reasons are no figures: those of now count, also for survivors of an earlier run."""
+    for survivor in found:
+        survivor["reason"] = reasons.get(survivor["mutant"], "")

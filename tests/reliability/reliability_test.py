@@ -89,6 +89,11 @@ class SurvivorsTest(unittest.TestCase):
         self.assertIn(r"| `src/a.cpp` | `if (a \|\| b) {: \|\| -> &&, 1 in the line` | none is known |",
                       page.survivors(figures))
 
+    def test_reasons_are_those_of_now(self):
+        found = [{"mutant": "a", "reason": "of before"}, {"mutant": "b", "reason": ""}]
+        page.add_reasons(found, {"b": "of now"})
+        self.assertEqual([survivor["reason"] for survivor in found], ["", "of now"])
+
     def test_survivors_with_a_reason_are_no_longer_sampled_only(self):
         reasons = json.loads((ROOT / "tests" / "mutation" / "survivors.json").read_text(encoding="utf-8"))
         for key in reasons:
