@@ -25,6 +25,9 @@ constexpr const char* kPanelLater =
     "the panel is reached by the first tick of the second run, in which no time has passed for another question to the "
     "PluginCore";
 
+constexpr const char* kAskedLater =
+    "without the time, the first tick does not ask whether the PluginCore is enabled, so that the next run's does";
+
 constexpr const char* kReleaseHeld = "SP Basic Suite/ReleaseSuite/<held suite>";
 
 constexpr LastingEffect kEffects[] = {
@@ -53,6 +56,7 @@ constexpr LastingEffect kEffects[] = {
     {"UnhookWindowsHookEx", "rule hook-left: a dialog after the end was *", kHookStays},
     {"UnhookWindowsHookEx", "expectation dialog: *", kHookStays},
     {"*", "expectation calls: * but came RegisterPlugPlug *", kPanelLater},
+    {"_time64", "expectation calls: * but came IdleEvent *", kAskedLater},
 };
 
 }  // namespace
