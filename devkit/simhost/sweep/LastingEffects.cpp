@@ -57,6 +57,7 @@ constexpr LastingEffect kEffects[] = {
     {"UnhookWindowsHookEx", "expectation dialog: *", kHookStays},
     {"*", "expectation calls: * but came RegisterPlugPlug *", kPanelLater},
     {"_time64", "expectation calls: * but came IdleEvent *", kAskedLater},
+    {"_time64", "calls of PluginCore/PluginIsEnabled", kAskedLater},
 };
 
 }  // namespace
