@@ -110,6 +110,19 @@ TEST(SweepVerdict, AFailedReleaseOfOneSuiteDoesNotExplainAnother) {
                      .findings.empty());
 }
 
+// The suite of strings is the last but one.
+TEST(SweepVerdict, ARefusedSuiteExplainsStringsUnlessItIsTheLastOfTheTable) {
+    const auto findings = [](const char* suite) {
+        return JudgeFault(RunWith(Rule::kStringLeak, "the string \"A\" not given back"), {},
+                          {{std::string("SP Basic Suite/AcquireSuite/") + suite, 1}})
+            .findings.size();
+    };
+    EXPECT_EQ(findings("ATE ApplicationPaint Suite"), 0u);
+    EXPECT_EQ(findings("AI Unicode String Suite"), 0u);
+    EXPECT_EQ(findings("AI Document Suite"), 1u);
+    EXPECT_EQ(findings("AI Menu Suite"), 1u);
+}
+
 TEST(SweepVerdict, AFailedReleaseExplainsOneKindOfWhatIsLeft) {
     SweepRun run;
     run.leftByGiver = {{"CreateFileW", 1}, {"CreateSemaphoreW", 1}};

@@ -1,7 +1,8 @@
 #include "simhost/sweep/Explanations.h"
 
 #include <algorithm>
-#include <iterator>
+
+#include "doubles/host/suites/SuiteList.h"
 
 namespace simhost::sweep {
 
@@ -9,7 +10,6 @@ namespace {
 
 constexpr std::string_view kHeldSuite = "<held suite>";
 constexpr std::string_view kHeldSuiteButTheLast = "<held suite but the last>";
-constexpr std::string_view kLastHeldSuite = "AI Document Suite";
 
 constexpr Explanation kExplanations[] = {
     // Intentional: a table that is refused in part stays held as far as it was acquired, and one that cannot be given
@@ -63,13 +63,8 @@ constexpr Kept kKept[] = {
 };
 
 bool IsHeldSuite(std::string_view name) {
-    constexpr std::string_view kBesideTextEngine[] = {
-        "AI Document Suite", "AI File Path Suite",      "AI Font Suite",   "AI Matching Art Suite",
-        "AI MdMemory Suite", "AI Notifier Suite",       "AI Placed Suite", "AI Text Frame Suite",
-        "AI User Suite",     "AI Unicode String Suite", "SP Blocks Suite",
-    };
-    return name.starts_with("ATE ") ||
-           std::find(std::begin(kBesideTextEngine), std::end(kBesideTextEngine), name) != std::end(kBesideTextEngine);
+    const auto held = HeldSuites();
+    return std::any_of(held.begin(), held.end(), [&](const auto& suite) { return name == suite.name; });
 }
 
 }  // namespace
@@ -79,7 +74,7 @@ bool Matches(std::string_view name, std::string_view pattern) {
         if (pattern.ends_with(placeholder)) {
             const std::string_view begin = pattern.substr(0, pattern.size() - placeholder.size());
             return name.starts_with(begin) && IsHeldSuite(name.substr(begin.size())) &&
-                   (placeholder == kHeldSuite || !name.ends_with(kLastHeldSuite));
+                   (placeholder == kHeldSuite || name.substr(begin.size()) != HeldSuites().back().name);
         }
     }
     return pattern.ends_with('*') ? name.starts_with(pattern.substr(0, pattern.size() - 1)) : name == pattern;
