@@ -263,6 +263,14 @@ TEST(SweepInstance, ALastingEffectExplainsWhatItIsListedFor) {
     EXPECT_EQ(FindingsOfNext(RunWith(Rule::kBadArgument, "a handle"), {}, {{"GetProcAddress", 1}}), 1u);
 }
 
+TEST(SweepInstance, WordsThatCameForAWordFileStay) {
+    const SweepRun clicked = RunWith(Rule::kDialog, "the dialog \"Font\" was clicked OK, expected untouched (1)");
+    EXPECT_EQ(FindingsOfNext(clicked, {}, {{"_stat64", 1}}), 0u);
+    EXPECT_EQ(FindingsOfNext(clicked, {}, {{"_wfopen", 1}}), 1u);
+    const SweepRun untouched = RunWith(Rule::kDialog, "the dialog \"Font\" was untouched, expected clicked OK");
+    EXPECT_EQ(FindingsOfNext(untouched, {}, {{"_stat64", 1}}), 1u);
+}
+
 TEST(SweepInstance, ASuiteThatTheFaultHasLeftHeldIsStillHeld) {
     const SweepRun left = RunWith(Rule::kSuiteLeak, "\"AI Menu Suite\" is still held 1 times");
     EXPECT_TRUE(JudgeNextInInstance(left, {}, left).findings.empty());

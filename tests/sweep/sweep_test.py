@@ -27,7 +27,7 @@ EXPECTED = [
      [("CreateFileW", r'^suite-leak AI Menu Suite: "AI Menu Suite" is still held 1 times$')]),
     ("crash", ["--kind", "allocation", "--mode", "once"],
      [("malloc", r"^crash: .*access violation .* in AccessViolation of FaultyPlugin\.aip \(FatalFaults\.cpp:\d+\)")]),
-    ("hang", ["--kind", "allocation", "--mode", "once"],
+    ("hang", ["--kind", "allocation", "--mode", "once", "--step-time-limit", "2"],
      [("malloc", r"^hang: .* the main thread is in Hang of FaultyPlugin\.aip")]),
     ("exception", ["--kind", "import", "--mode", "once"],
      [("CreateFileW", r"^an exception left the plug-in$")]),
@@ -61,7 +61,7 @@ EXPECTED = [
 def sweep(command: list[str], arguments: list[str]) -> tuple[int, str, dict]:
     with tempfile.TemporaryDirectory() as folder:
         record = pathlib.Path(folder) / "totals.json"
-        run = subprocess.run([*command, "sweep", *arguments, "--step-time-limit", "2", "--json", str(record)], check=False,
+        run = subprocess.run([*command, "sweep", *arguments, "--json", str(record)], check=False,
                              capture_output=True, text=True, env={**os.environ, "SIMHOST_COMMAND": "again-by"})
         totals = json.loads(record.read_text(encoding="utf-8")) if record.exists() else {}
         return run.returncode, run.stdout + run.stderr, totals

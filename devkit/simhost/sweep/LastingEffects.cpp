@@ -28,6 +28,10 @@ constexpr const char* kPanelLater =
 constexpr const char* kAskedLater =
     "without the time, the first tick does not ask whether the PluginCore is enabled, so that the next run's does";
 
+constexpr const char* kWordsStay =
+    "a word file that is not found makes the built-in words take its place, also at shut-down, and no word ever leaves "
+    "the list";
+
 constexpr const char* kReleaseHeld = "SP Basic Suite/ReleaseSuite/<held suite>";
 
 constexpr LastingEffect kEffects[] = {
@@ -55,6 +59,7 @@ constexpr LastingEffect kEffects[] = {
     {"*", "expectation library: the PluginCore is *", kFoundElsewhere},
     {"UnhookWindowsHookEx", "rule hook-left: a dialog after the end was *", kHookStays},
     {"UnhookWindowsHookEx", "expectation dialog: *", kHookStays},
+    {"_stat64", "expectation dialog: * was clicked OK, expected untouched *", kWordsStay},
     {"*", "expectation calls: * but came RegisterPlugPlug *", kPanelLater},
     {"_time64", "expectation calls: * but came IdleEvent *", kAskedLater},
     {"_time64", "calls of PluginCore/PluginIsEnabled", kAskedLater},

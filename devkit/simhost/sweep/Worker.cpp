@@ -4,12 +4,10 @@
 
 #include <algorithm>
 #include <fstream>
-#include <map>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <utility>
 
-#include "simhost/report/LineFile.h"
 #include "simhost/report/ResultRecord.h"
 #include "simhost/run/FlightRecorder.h"
 #include "simhost/scenario/ScenarioFile.h"
@@ -21,6 +19,7 @@
 #include "simhost/sweep/InstanceVerdict.h"
 #include "simhost/sweep/Plan.h"
 #include "simhost/sweep/SweepRun.h"
+#include "simhost/sweep/WorkerResults.h"
 
 namespace simhost::sweep {
 
@@ -37,14 +36,6 @@ std::set<std::string> LinesOf(const std::filesystem::path& file) {
     return lines;
 }
 
-Json AsJson(const PlannedFault& planned) {
-    return {{"kind", NameOf(planned.fault.kind)},
-            {"mode", NameOf(planned.fault.mode)},
-            {"number", planned.fault.number},
-            {"operation", planned.operation},
-            {"key", planned.key}};
-}
-
 // They have failures of their own, and are too many to be played for each fault.
 Scenario WithoutRandomMessages(Scenario scenario) {
     std::erase_if(scenario.steps,
@@ -52,25 +43,13 @@ Scenario WithoutRandomMessages(Scenario scenario) {
     return scenario;
 }
 
-// Of each kind and mode: [[kind, mode, amount], ...].
-Json AmountsOf(const std::vector<PlannedFault>& plan) {
-    std::map<std::pair<Kind, Mode>, std::size_t> amounts;
-    for (const PlannedFault& planned : plan) {
-        ++amounts[{planned.fault.kind, planned.fault.mode}];
-    }
-    Json json = Json::array();
-    for (const auto& [kindAndMode, amount] : amounts) {
-        json.push_back({NameOf(kindAndMode.first), NameOf(kindAndMode.second), amount});
-    }
-    return json;
-}
-
 class Worker {
   public:
     explicit Worker(const WorkerOptions& options)
-        : mOptions(options), mFolder(options.workFolder, options.pluginName), mFile(options.scenario) {
-        mResults.Open(options.results, L"wb");
-    }
+        : mOptions(options),
+          mFolder(options.workFolder, options.pluginName),
+          mFile(options.scenario),
+          mResults(options.results) {}
 
     int Work() {
         const Scenario scenario =
@@ -81,7 +60,7 @@ class Worker {
         faulty.goesOnWhenNotReached = true;
         // The first run in a process does what is done once, and is none to compare with.
         const std::optional<SweepRun> second = PlayTwice(scenario);
-        if (!second || !Replay(scenario, "unplayable", true)) {
+        if (!second || !Replay(scenario, kUnplayable, true)) {
             return 0;
         }
         PlayTwiceOnceMore(scenario, *second);
@@ -96,20 +75,18 @@ class Worker {
             if (i + 1 - unreplayed < mOptions.replayEvery && i + 1 != end) {
                 continue;
             }
-            Tell({{"replaying", unreplayed}});
-            if (!Replay(scenario, "replay_failed", false)) {
+            mResults.Replaying(unreplayed);
+            if (!Replay(scenario, kReplayFailed, false)) {
                 return 0;
             }
             unreplayed = i + 1;
-            Tell({{"replayed", unreplayed}});
+            mResults.Replayed(unreplayed);
         }
-        Tell({{"done", true}});
+        mResults.Done();
         return 0;
     }
 
   private:
-    void Tell(const Json& line) { mResults.Write(line.dump(-1, ' ', false, Json::error_handler_t::replace)); }
-
     SweepRun Play(Instance& instance, const Scenario& scenario, std::optional<Fault> fault = std::nullopt,
                   bool records = false) {
         mReset->Reset();
@@ -127,13 +104,13 @@ class Worker {
             mWhyNotTwice = error.what();
         }
         if (second.isLost) {
-            Tell({{"unplayable", {"an exception left the plug-in in its second run"}}});
+            mResults.Failed(kUnplayable, {"an exception left the plug-in in its second run"});
             return std::nullopt;
         }
         if (!first.isLost) {
             instance.End(first);
         }
-        return IsAsExpected(first, scenario, "unplayable") ? second : std::optional<SweepRun>();
+        return IsAsExpected(first, scenario, kUnplayable) ? second : std::optional<SweepRun>();
     }
 
     // What the next run in an instance is to be compared with after a fault. It must be the same each time.
@@ -151,7 +128,7 @@ class Worker {
                 mTwice = std::move(runs);
             }
         }
-        Tell({{"instance", mWhyNotTwice}});
+        mResults.Instance(mWhyNotTwice);
     }
 
     // False when the scenario does not come out as it should.
@@ -185,7 +162,7 @@ class Worker {
                 Json(mFaultless->leftByGiver).dump());
         }
         if (!verdict.complaints.empty()) {
-            Tell({{otherwise, verdict.complaints}});
+            mResults.Failed(otherwise, verdict.complaints);
         }
         return verdict.complaints.empty();
     }
@@ -196,26 +173,24 @@ class Worker {
         if (mOptions.number) {
             std::erase_if(plan, [&](const PlannedFault& planned) { return planned.fault.number != *mOptions.number; });
         }
-        const Json offered = AmountsOf(plan);
+        PlanAmounts amounts;
+        amounts.offered = AmountsOf(plan);
         if (!mOptions.known.empty()) {
             KeepDistinct(plan, LinesOf(mOptions.known));
         }
-        const Json distinct = AmountsOf(plan);
+        amounts.distinct = AmountsOf(plan);
         KeepEvery(plan, mOptions.every);
-        Json counted = Json::object();
+        amounts.planned = AmountsOf(plan);
         for (const Kind kind : mOptions.kinds) {
-            counted[NameOf(kind)] = mRecorded.Count(kind);
+            amounts.counted[kind] = mRecorded.Count(kind);
         }
-        Tell({{"counted", std::move(counted)},
-              {"offered", offered},
-              {"distinct", distinct},
-              {"planned", AmountsOf(plan)}});
+        mResults.Planned(amounts);
         return plan;
     }
 
     // False when the process can play no more.
     bool PlayFault(const Scenario& scenario, std::size_t index, const PlannedFault& planned) {
-        Tell({{"begin", index}, {"fault", AsJson(planned)}});
+        mResults.Begin(index, planned);
         Played played;
         PlayAndGoOn(played, scenario, index, planned.fault, Stays::kAsTheStorySays);
         // Real hosts keep the plug-in, whether or not it holds itself.
@@ -245,7 +220,7 @@ class Worker {
         played.calls = TheInjector().Calls(fault.kind);
         FaultVerdict ofNext;
         if (!played.run.isLost && mTwice && instance.IsLoaded() && IsFolderReset(played)) {
-            Tell({{"again", index}});
+            mResults.Again(index);
             played.again = instance.Play(scenario, std::nullopt, IsDescribed());
             ofNext = JudgeNextInInstance(*played.again, *mTwice, played.run);
         }
@@ -285,32 +260,19 @@ class Worker {
     }
 
     void TellEnd(std::size_t index, const PlannedFault& planned, const Played& played) {
-        std::int64_t injected = 0;
-        for (const auto& [operation, times] : played.run.failures) {
-            injected += times;
+        FaultEnd end{played.run, played.again.has_value(), played.verdict};
+        if (IsDescribed()) {
+            end.call = WayToCall(mFolder.Plugin(), played.calls, planned.fault.number);
+            end.left = WaysToWhatIsLeft(mFolder.Plugin(), played.run.left,
+                                        played.again ? mTwice->first.left : mFaultless->left);
         }
-        Json answers = Json::array();
-        for (const auto& [answer, times] : played.run.answers) {
-            answers.push_back({answer, times});
-        }
-        Tell({{"end", index},
-              {"injected", injected},
-              {"answers", std::move(answers)},
-              {"unhandled", played.run.unhandled},
-              {"lost", played.run.isLost},
-              {"again", played.again.has_value()},
-              {"findings", played.verdict.findings},
-              {"explained", played.verdict.explained},
-              {"call", IsDescribed() ? WayToCall(mFolder.Plugin(), played.calls, planned.fault.number) : Json::array()},
-              {"left", IsDescribed() ? WaysToWhatIsLeft(mFolder.Plugin(), played.run.left,
-                                                        played.again ? mTwice->first.left : mFaultless->left)
-                                     : Json::array()}});
+        mResults.End(index, end);
     }
 
     const WorkerOptions& mOptions;
     RunFolder mFolder;
     ScenarioFile mFile;
-    LineFile mResults;
+    WorkerResults mResults;
     Injector mRecorded;
     std::optional<FolderReset> mReset;
     std::optional<SweepRun> mFaultless;

@@ -1,12 +1,6 @@
 // The process that plays a scenario again and again, with one fault after the other. It is the host of all these runs,
-// and may be lost to any of them: it tells what it begins and what came of it in a file, as it goes.
-//
-// Lines of that file, JSON objects: {"counted": {kind: number}, "offered": [[kind, mode, number of faults]...],
-// "distinct": the same of those that are no repetitions, "planned": of those that are to be played},
-// {"instance": why the scenario cannot be played twice to one loaded plug-in, or ""},
-// {"begin": index in the plan, "fault": {...}}, {"again": the same index, before the run without a fault that follows
-// in the same instance of the plug-in}, {"end": index, ...}, {"replayed": index of the first fault that is not followed
-// by a replay yet}, {"replay_failed": [...]}, {"done": true}; {"unplayable": [...]} before all of them.
+// and may be lost to any of them: it tells what it begins and what came of it in a file, as it goes: see
+// WorkerResults.h.
 #pragma once
 
 #include <cstddef>
