@@ -9,19 +9,8 @@ import subprocess
 import sys
 
 import measuring
+import pages
 import tables
-
-BEGIN = "<!-- scripts/bench -->"
-END = "<!-- end of scripts/bench -->"
-
-
-def with_table(page: str, table: str) -> str:
-    before, begin, rest = page.partition(BEGIN)
-    _, end, after = rest.partition(END)
-    if not begin or not end:
-        raise ValueError(f"there is no place for the table: {BEGIN} ... {END}")
-    return f"{before}{BEGIN}\n{table}\n{END}{after}"
-
 
 def main() -> int:
     parser = argparse.ArgumentParser(
@@ -30,7 +19,7 @@ def main() -> int:
     parser.add_argument("subjects", nargs="*", metavar="SUBJECT", help="only these; all, if none is named")
     parser.add_argument("--quick", action="store_true", help="few samples: shows that it works, the times mean nothing")
     parser.add_argument("--only", metavar="TEXT", default="", help="only the comparisons whose names hold this text")
-    parser.add_argument("--page", type=pathlib.Path, metavar="FILE", help="put the table where this page has its marks")
+    parser.add_argument("--page", type=pathlib.Path, metavar="FILE", help="put the table where this page has its marks, too")
     parser.add_argument("--built", type=pathlib.Path, required=True, help=argparse.SUPPRESS)
     parser.add_argument("--command", action="append", required=True, help=argparse.SUPPRESS)
     options = parser.parse_args()
@@ -54,7 +43,7 @@ def main() -> int:
     table = tables.of_run(entries)
     print(table)
     if options.page:
-        options.page.write_text(with_table(options.page.read_text(encoding="utf-8"), table), encoding="utf-8")
+        pages.put(options.page, "scripts/bench", table)
     return 0
 
 

@@ -11,6 +11,7 @@ import subprocess
 import sys
 
 import measuring
+import pages
 import tables
 
 
@@ -30,6 +31,7 @@ def main() -> int:
     parser.add_argument("subjects", nargs="*", metavar="SUBJECT", help="only these; all that both have, if none is named")
     parser.add_argument("--turns", type=int, default=5, metavar="N", help="how often each is measured, 5 if not given")
     parser.add_argument("--only", metavar="TEXT", default="", help="only the comparisons whose names hold this text")
+    parser.add_argument("--page", type=pathlib.Path, metavar="FILE", help="put the table where this page has its marks, too")
     parser.add_argument("--before", type=pathlib.Path, required=True, help=argparse.SUPPRESS)
     parser.add_argument("--after", type=pathlib.Path, required=True, help=argparse.SUPPRESS)
     parser.add_argument("--command", action="append", required=True, help=argparse.SUPPRESS)
@@ -59,7 +61,10 @@ def main() -> int:
     if not before and not after:
         print("bench-compare: there is nothing to compare", file=sys.stderr)
         return 2
-    print(tables.of_change(before, after))
+    table = tables.of_change(before, after)
+    print(table)
+    if options.page:
+        pages.put(options.page, "scripts/bench-compare", table)
     return 0
 
 

@@ -10,6 +10,7 @@ import unittest
 import bench
 import compare
 import measuring
+import pages
 import tables
 
 
@@ -45,13 +46,14 @@ class TableTest(unittest.TestCase):
 
 
 class PageTest(unittest.TestCase):
-    def test_table_takes_the_place_of_the_last_one(self):
-        page = f"before\n{bench.BEGIN}\nold\n{bench.END}\nafter\n"
-        self.assertEqual(f"before\n{bench.BEGIN}\nnew\n{bench.END}\nafter\n", bench.with_table(page, "new"))
+    PAGE = "before\n<!-- scripts/bench -->\nold\n<!-- end of scripts/bench -->\nafter\n"
 
-    def test_page_without_a_place_is_left_alone(self):
+    def test_table_takes_the_place_of_the_last_one(self):
+        self.assertEqual(self.PAGE.replace("old", "new"), pages.with_table(self.PAGE, "scripts/bench", "new"))
+
+    def test_page_without_a_place_for_it_is_left_alone(self):
         with self.assertRaises(ValueError):
-            bench.with_table("no marks", "new")
+            pages.with_table(self.PAGE, "scripts/bench-compare", "new")
 
 
 class ProgramTest(unittest.TestCase):

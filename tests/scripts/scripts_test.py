@@ -276,6 +276,59 @@ class Test(ScriptsTest):
         self.assertFalse(failed.exists())
 
 
+class BenchCompare(ScriptsTest):
+    """In a repository of its own, whose commits hold benchmarks that are built already."""
+
+    BENCHMARK = """#!/bin/bash
+while [[ $1 != --json ]]; do shift; done
+cat >"$2" <<'RECORD'
+[{"name": "parse", "base": "peer", "entries": [
+  {"name": "peer", "nanoseconds": %d, "ratio": 1, "low": 1, "high": 1, "heap_calls": 7}]}]
+RECORD
+"""
+
+    def setUp(self):
+        super().setUp()
+        shutil.copytree(ROOT / "bench", self.root / "bench")
+        self.git("init", "--quiet")
+        self.git("config", "user.name", "Test")
+        self.git("config", "user.email", "test@example.org")
+
+    def git(self, *arguments: str):
+        subprocess.run(["git", *arguments], cwd=self.root, check=True, capture_output=True)
+
+    def commit(self, tag: str, nanoseconds: int):
+        program = self.root / "build" / "release-ci" / "bench" / "bench_json.exe"
+        program.parent.mkdir(parents=True, exist_ok=True)
+        program.write_text(self.BENCHMARK % nanoseconds, encoding="utf-8")
+        self.git("add", "--force", "scripts", "bench", str(program))
+        self.git("commit", "--quiet", "--message", tag)
+        self.git("tag", tag)
+
+    def test_each_commit_is_built_and_measured_by_its_own_benchmarks(self):
+        self.commit("old", 200)
+        self.commit("new", 50)
+        code, printed, complained = self.run_script("bench-compare", "--turns", "1", "old", "new", "json")
+        self.assertEqual(0, code, complained)
+        self.assertIn("-75 %", printed)
+        built = [re.search(r"bench-compare/(before|after)/build", call)[1] for call in self.calls("cmake --build")]
+        self.assertEqual(["before", "after"], built)
+        # Once more, with the sides changed: what is there is brought to the other commit.
+        code, printed, complained = self.run_script("bench-compare", "--turns", "1", "new", "old")
+        self.assertEqual(0, code, complained)
+        self.assertIn("+300 %", printed)
+
+    def test_commits_that_are_missing_unknown_or_without_benchmarks_are_refused(self):
+        self.commit("old", 1)
+        self.git("rm", "-r", "--quiet", "--cached", "bench")
+        self.git("commit", "--quiet", "--message", "bare")
+        for arguments, complaint in ((["old"], "two commits must be named"), (["old", "nosuch"], "no commit 'nosuch'"),
+                                     (["HEAD", "old"], "HEAD has no benchmarks")):
+            code, printed, complained = self.run_script("bench-compare", *arguments)
+            self.assertEqual((2, ""), (code, printed), complained)
+            self.assertIn(complaint, complained)
+
+
 class FreshClone(unittest.TestCase):
     """The commands of the pages, tried in a new clone; here quick ones and a small tree, as those of the pages build for
     minutes."""
