@@ -1,13 +1,13 @@
 #include "json/JsonWriter.h"
 
-#include <charconv>
 #include <cmath>
 #include <cstdint>
-#include <iterator>
 #include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
+
+#include "json/JsonNumberText.h"
 
 namespace {
 
@@ -16,11 +16,7 @@ void AppendNumber(std::wstring& text, double number) {
         text += L"null";
         return;
     }
-    // The longest result has a sign, 15 digits, a point and a three-digit exponent, or four zeros after the point.
-    char digits[32];
-    const std::to_chars_result result =
-        std::to_chars(std::begin(digits), std::end(digits), number, std::chars_format::general, 15);
-    text.append(std::begin(digits), result.ptr);
+    text += JsonNumberText(number).View();
 }
 
 // The letter after the backslash in the short form of an escape; 0 for units that have none.
