@@ -62,7 +62,7 @@ bool AreClose(double ours, double theirs, Closeness closeness) {
     return std::abs(ours - theirs) <= (closeness == Closeness::kDigitsOf15 ? 1e-14 : 1e-13) * std::abs(theirs);
 }
 
-std::wstring WithStandIns(const std::wstring& units) {
+std::wstring WithStandIns(std::wstring_view units) {
     std::wstring result;
     for (std::size_t i = 0; i < units.size(); ++i) {
         const auto isHigh = [&](std::size_t place) { return units[place] >= 0xD800 && units[place] <= 0xDBFF; };
@@ -82,7 +82,7 @@ std::wstring WithStandIns(const std::wstring& units) {
 }
 
 // What a string of the plug-in's is in the strict text.
-std::string StrictUtf8(const std::wstring& units) { return *ReferenceUtf8(WithStandIns(units)); }
+std::string StrictUtf8(std::wstring_view units) { return *ReferenceUtf8(WithStandIns(units)); }
 
 bool AreCloseOrHuge(double ours, const Json& theirs, Closeness closeness, const Differences& found) {
     // Infinity is written as null.
@@ -123,29 +123,35 @@ class TreeComparison {
             case JsonValue::Kind::String:
                 return theirs.is_string() && theirs.get_ref<const std::string&>() == StrictUtf8(ours.AsString());
             case JsonValue::Kind::Array:
-                return theirs.is_array() && HasTheSameElements(ours.AsArray(), theirs);
+                return theirs.is_array() && HasTheSameElements(ours, theirs);
             case JsonValue::Kind::Object:
-                return theirs.is_object() && HasTheSameMembers(ours.AsObject(), theirs);
+                return theirs.is_object() && HasTheSameMembers(ours, theirs);
         }
         return false;
     }
 
-    bool HasTheSameElements(const JsonValue::Array& ours, const Json& theirs) {
-        for (std::size_t i = 0; i < ours.size() && i < theirs.size(); ++i) {
-            mPending.emplace_back(ours[i].get(), &theirs[i]);
+    bool HasTheSameElements(const JsonValue& ours, const Json& theirs) {
+        std::size_t count = 0;
+        for (const JsonValue& element : ours.AsArray()) {
+            if (count == theirs.size()) {
+                return false;
+            }
+            mPending.emplace_back(&element, &theirs[count++]);
         }
-        return ours.size() == theirs.size();
+        return count == theirs.size();
     }
 
-    bool HasTheSameMembers(const JsonValue::Object& ours, const Json& theirs) {
-        for (const auto& [key, member] : ours) {
-            const auto found = theirs.find(StrictUtf8(key));
+    bool HasTheSameMembers(const JsonValue& ours, const Json& theirs) {
+        std::size_t count = 0;
+        for (const JsonValue& member : ours.AsObject()) {
+            const auto found = theirs.find(StrictUtf8(member.Key()));
             if (found == theirs.end()) {
                 return false;
             }
-            mPending.emplace_back(member.get(), &*found);
+            mPending.emplace_back(&member, &*found);
+            ++count;
         }
-        return ours.size() == theirs.size();
+        return count == theirs.size();
     }
 
     Closeness mCloseness;
@@ -160,7 +166,7 @@ struct Census {
 
 // Of the whole tree, which must be sound.
 Census Count(const JsonValue& root) {
-    const auto requireUnits = [](const std::wstring& text) {
+    const auto requireUnits = [](std::wstring_view text) {
         for (const wchar_t unit : text) {
             Require(static_cast<std::uint64_t>(unit) >> 16 == 0, "json: a unit has more than 16 bits");
         }
@@ -178,13 +184,16 @@ Census Count(const JsonValue& root) {
             // Whole numbers of 15 digits are written and read as they are.
             census.hasOnlyExactNumbers &= std::abs(number) < 1e15 && number == std::trunc(number);
         } else if (value.IsArray()) {
-            for (const auto& element : value.AsArray()) {
-                pending.push_back(element.get());
+            for (const JsonValue& element : value.AsArray()) {
+                pending.push_back(&element);
             }
         } else if (value.IsObject()) {
-            for (const auto& [key, member] : value.AsObject()) {
-                requireUnits(key);
-                pending.push_back(member.get());
+            const JsonValue* previous = nullptr;
+            for (const JsonValue& member : value.AsObject()) {
+                Require(previous == nullptr || previous->Key() < member.Key(), "json: keys out of order");
+                previous = &member;
+                requireUnits(member.Key());
+                pending.push_back(&member);
             }
         }
     }
@@ -228,19 +237,14 @@ void RequireReadAgain(const JsonValue& root, const JsonValue& again) {
             Require(before->AsString() == after->AsString(), "json: a string changes when written and read again");
         } else if (before->IsBool()) {
             Require(before->AsBool() == after->AsBool(), "json: a truth changes when written and read again");
-        } else if (before->IsArray()) {
-            Require(before->AsArray().size() == after->AsArray().size(), "json: an array changes its size");
-            for (std::size_t i = 0; i < before->AsArray().size(); ++i) {
-                pending.emplace_back(before->AsArray()[i].get(), after->AsArray()[i].get());
-            }
-        } else if (before->IsObject()) {
-            Require(before->AsObject().size() == after->AsObject().size(), "json: an object changes its size");
-            for (auto a = before->AsObject().begin(), b = after->AsObject().begin(); a != before->AsObject().end();
-                 ++a, ++b) {
-                Require(a->first == b->first, "json: a key changes when written and read again");
-                pending.emplace_back(a->second.get(), b->second.get());
-            }
         }
+        const JsonValue* a = before->FirstChild();
+        const JsonValue* b = after->FirstChild();
+        for (; a != nullptr && b != nullptr; a = a->NextSibling(), b = b->NextSibling()) {
+            Require(a->Key() == b->Key(), "json: a key changes when written and read again");
+            pending.emplace_back(a, b);
+        }
+        Require(a == b, "json: an array or an object changes its size");
     }
 }
 

@@ -41,30 +41,30 @@ class ReferenceSearch {
 
   private:
     Outcome OfItem(const JsonValue& item) const {
-        const auto member = item.AsObject().find(mKey);
-        const auto child = item.AsObject().find(L"child");
-        if (member == item.AsObject().end() || child == item.AsObject().end()) {
+        const JsonValue* const member = item.FindMember(mKey);
+        const JsonValue* const child = item.FindMember(L"child");
+        if (member == nullptr || child == nullptr) {
             return {Ending::kMemberMissing, 0, nullptr};
         }
-        if (!member->second->IsString()) {
+        if (!member->IsString()) {
             return {};
         }
-        const std::optional<std::string> text = ReferenceUtf8(member->second->AsString());
+        const std::optional<std::string> text = ReferenceUtf8(member->AsString());
         if (!text) {
             return {Ending::kNotUtf16, 0, nullptr};
         }
         if (*text == mValue) {
             return {Ending::kReturned, kNoErr, &item};
         }
-        return child->second->IsArray() ? OfItems(*child->second) : Outcome{};
+        return child->IsArray() ? OfItems(*child) : Outcome{};
     }
 
     Outcome OfItems(const JsonValue& items) const {
-        for (const auto& item : items.AsArray()) {
-            if (!item->IsObject()) {
+        for (const JsonValue& item : items.AsArray()) {
+            if (!item.IsObject()) {
                 continue;
             }
-            const Outcome outcome = OfItem(*item);
+            const Outcome outcome = OfItem(item);
             if (outcome.ending != Ending::kReturned || outcome.result == kNoErr) {
                 return outcome;
             }

@@ -15,10 +15,10 @@ namespace {
 
 // In a type in which every cut number of interest fits.
 std::int64_t Expected(const JsonValue* root, const wchar_t* key) {
-    if (root == nullptr || !root->IsObject() || root->AsObject().count(key) == 0) {
+    if (root == nullptr || !root->IsObject() || root->FindMember(key) == nullptr) {
         return 0;
     }
-    const JsonValue& member = *root->AsObject().at(key);
+    const JsonValue& member = *root->FindMember(key);
     const double number = member.IsNumber() ? member.AsNumber() : 0;
     return static_cast<std::int64_t>(std::trunc(std::clamp(number, -2147483648.0, 2147483647.0)));
 }

@@ -2,17 +2,18 @@
 
 #include <cstdint>
 #include <limits>
+#include <string_view>
 
 namespace {
 
 // The member cut to a whole number; a number that does not fit becomes the nearest one that does.
-std::int32_t IntegerMember(const JsonValue::Object& object, const wchar_t* key) {
+std::int32_t IntegerMember(const JsonValue& object, std::wstring_view key) {
     using Limits = std::numeric_limits<std::int32_t>;
-    const auto member = object.find(key);
-    if (member == object.end() || !member->second->IsNumber()) {
+    const JsonValue* const member = object.FindMember(key);
+    if (member == nullptr || !member->IsNumber()) {
         return 0;
     }
-    const double number = member->second->AsNumber();
+    const double number = member->AsNumber();
     if (number >= Limits::max()) {
         return Limits::max();
     }
@@ -28,5 +29,5 @@ PluginCoreSettings SettingsFromJson(const JsonValue* root) {
     if (root == nullptr || !root->IsObject()) {
         return {};
     }
-    return {IntegerMember(root->AsObject(), L"DialogSuppression"), IntegerMember(root->AsObject(), L"PickBestMatch")};
+    return {IntegerMember(*root, L"DialogSuppression"), IntegerMember(*root, L"PickBestMatch")};
 }

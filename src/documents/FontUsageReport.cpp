@@ -28,26 +28,21 @@ bool ContainsFont(const FontList& fonts, const FontRecord& record) {
                        [&](const FontRecord& listed) { return PostScriptNameOf(listed) == PostScriptNameOf(record); });
 }
 
-std::unique_ptr<JsonValue> MakeString(const std::string& utf8) {
-    return std::make_unique<JsonValue>(Utf16FromUtf8(utf8));
-}
-
 std::unique_ptr<JsonValue> MakeFonts(const FontList& fonts) {
-    JsonValue::Array values;
+    auto values = JsonValue::MakeArray(L"DocumentFonts");
     for (const FontRecord& record : fonts) {
-        JsonValue::Object font;
-        font.emplace(L"PostScriptName", MakeString(PostScriptNameOf(record)));
-        values.push_back(std::make_unique<JsonValue>(std::move(font)));
+        auto name = JsonValue::MakeString(Utf16FromUtf8(PostScriptNameOf(record)), L"PostScriptName");
+        values->Append(JsonValue::MakeObject()).Append(std::move(name));
     }
-    return std::make_unique<JsonValue>(std::move(values));
+    return values;
 }
 
 std::unique_ptr<JsonValue> MakeLinks(const PlacedFileList& placedFiles) {
-    JsonValue::Array values;
+    auto values = JsonValue::MakeArray(L"LinkedDocuments");
     for (const std::string& path : placedFiles) {
-        values.push_back(MakeString(path));
+        values->Append(JsonValue::MakeString(Utf16FromUtf8(path)));
     }
-    return std::make_unique<JsonValue>(std::move(values));
+    return values;
 }
 
 }  // namespace
@@ -73,9 +68,8 @@ bool CrossPluginUtils::AddFontToArray(const FontRecord& record, bool checkDuplic
 }
 
 std::string BuildFontUsageReport(const FontList& fonts, const PlacedFileList& placedFiles) {
-    JsonValue::Object root;
-    root.emplace(L"DocumentFonts", MakeFonts(fonts));
-    root.emplace(L"LinkedDocuments", MakeLinks(placedFiles));
-    const JsonValue report(std::move(root));
-    return Utf8FromUtf16(WriteJson(&report));
+    const auto report = JsonValue::MakeObject();
+    report->Append(MakeFonts(fonts));
+    report->Append(MakeLinks(placedFiles));
+    return Utf8FromUtf16(WriteJson(report.get()));
 }

@@ -2,136 +2,96 @@
 
 #include <optional>
 #include <utility>
-#include <variant>
-#include <vector>
 
 #include "json/JsonScalarReader.h"
 #include "json/JsonTextCursor.h"
 
 namespace {
 
-// An array or an object whose closing bracket has not come yet.
-class OpenContainer {
+wchar_t ClosingBracket(const JsonValue& container) noexcept { return container.IsObject() ? L'}' : L']'; }
+
+// Reads one value of any depth: the containers that are open are no list on the call stack but a path in the tree, each
+// the last child of the one before.
+class TreeReader {
   public:
-    explicit OpenContainer(JsonValue::Array elements) : mContent(std::move(elements)) {}
-    explicit OpenContainer(JsonValue::Object members) : mContent(std::move(members)) {}
-    // Move-only, and said so: a vector would otherwise try to copy what it holds where a map's move may throw.
-    OpenContainer(const OpenContainer&) = delete;
-    OpenContainer& operator=(const OpenContainer&) = delete;
-    OpenContainer(OpenContainer&&) = default;
-    OpenContainer& operator=(OpenContainer&&) = delete;
-    ~OpenContainer() = default;
-
-    bool IsObject() const noexcept { return std::holds_alternative<JsonValue::Object>(mContent); }
-    wchar_t ClosingBracket() const noexcept { return IsObject() ? L'}' : L']'; }
-
-    // Objects only: the key of the value that Add gets next.
-    void SetKey(std::wstring key) noexcept { mKey = std::move(key); }
-
-    void Add(std::unique_ptr<JsonValue> value) {
-        if (auto* elements = std::get_if<JsonValue::Array>(&mContent)) {
-            elements->push_back(std::move(value));
-        } else {
-            std::get<JsonValue::Object>(mContent).insert_or_assign(std::move(mKey), std::move(value));
-        }
-    }
-
-    // The finished value; the container itself is then empty.
-    std::unique_ptr<JsonValue> Close() {
-        return std::visit([](auto& content) { return std::make_unique<JsonValue>(std::move(content)); }, mContent);
-    }
-
-  private:
-    std::variant<JsonValue::Array, JsonValue::Object> mContent;
-    std::wstring mKey;
-};
-
-// Reads one value of any depth: the containers that are open lie in a list of its own instead of on the call stack.
-class ValueReader {
-  public:
-    explicit ValueReader(JsonTextCursor& cursor) noexcept : mCursor(cursor) {}
+    explicit TreeReader(JsonTextCursor& cursor) noexcept : mCursor(cursor) {}
 
     // Null on any error.
     std::unique_ptr<JsonValue> Read() {
-        while (Begin()) {
-            if (!mFinished) {
-                continue;
-            }
-            if (!AddToContainers()) {
-                return nullptr;
-            }
-            if (mFinished) {
-                return std::move(mFinished);
+        while (ReadKeyIfDue() && Begin() && GoOn()) {
+            if (mOpen == nullptr) {
+                return std::move(mRoot);
             }
         }
         return nullptr;
     }
 
   private:
-    // Reads a scalar or an empty container whole (mFinished), or opens a container up to its first value.
-    bool Begin() {
-        if (mCursor.Take(L'[')) {
-            return BeginContainer<JsonValue::Array>();
-        }
-        if (mCursor.Take(L'{')) {
-            return BeginContainer<JsonValue::Object>();
-        }
-        mFinished = ReadJsonScalar(mCursor);
-        return mFinished != nullptr;
-    }
-
-    template <typename Content>
-    bool BeginContainer() {
-        OpenContainer container{Content{}};
-        mCursor.SkipWhitespace();
-        if (mCursor.Take(container.ClosingBracket())) {
-            mFinished = container.Close();
-            return true;
-        }
-        mOpen.push_back(std::move(container));
-        return ReadKeyIfDue();
-    }
-
-    // Gives the finished value to its container and closes every container that ends with it. Afterwards either the
-    // next value is due, or the outermost value is finished.
-    bool AddToContainers() {
-        while (!mOpen.empty()) {
-            mOpen.back().Add(std::move(mFinished));
-            mCursor.SkipWhitespace();
-            if (mCursor.Take(L',')) {
-                mCursor.SkipWhitespace();
-                return ReadKeyIfDue();
-            }
-            if (!mCursor.Take(mOpen.back().ClosingBracket())) {
-                return false;
-            }
-            mFinished = mOpen.back().Close();
-            mOpen.pop_back();
-        }
-        return true;
-    }
-
     // In an object, the key and the colon before a value; in an array, nothing.
-    bool ReadKeyIfDue() {
-        if (!mOpen.back().IsObject()) {
+    bool ReadKeyIfDue() noexcept {
+        mKey.reset();
+        if (mOpen == nullptr || !mOpen->IsObject()) {
             return true;
         }
-        std::optional<std::wstring> key = ReadJsonString(mCursor);
-        if (!key) {
-            return false;
-        }
-        mOpen.back().SetKey(*std::move(key));
+        mKey = ReadJsonString(mCursor);
         mCursor.SkipWhitespace();
-        if (!mCursor.Take(L':')) {
+        if (!mKey || !mCursor.Take(L':')) {
             return false;
         }
         mCursor.SkipWhitespace();
         return true;
+    }
+
+    // Reads a scalar whole, of a container only the opening bracket.
+    bool Begin() {
+        const JsonText key = mKey.value_or(JsonText());
+        if (mCursor.Take(L'[')) {
+            mOpen = &Place(JsonValue::MakeArray(key));
+        } else if (mCursor.Take(L'{')) {
+            mOpen = &Place(JsonValue::MakeObject(key));
+        } else if (std::unique_ptr<JsonValue> scalar = ReadJsonScalar(mCursor, key)) {
+            Place(std::move(scalar));
+        } else {
+            return false;
+        }
+        return true;
+    }
+
+    JsonValue& Place(std::unique_ptr<JsonValue> value) {
+        if (mOpen != nullptr) {
+            return mOpen->AppendUnordered(std::move(value));
+        }
+        mRoot = std::move(value);
+        return *mRoot;
+    }
+
+    // Closes every container that ends here. Afterwards either the next value is due, or the outermost one is finished.
+    bool GoOn() noexcept {
+        while (mOpen != nullptr) {
+            mCursor.SkipWhitespace();
+            if (!mCursor.Take(ClosingBracket(*mOpen))) {
+                return TakeCommaIfDue();
+            }
+            mOpen->OrderMembers();
+            mOpen = mOpen->ParentOfLast();
+        }
+        return true;
+    }
+
+    // Before every value of a container but the first.
+    bool TakeCommaIfDue() noexcept {
+        if (mOpen->FirstChild() == nullptr) {
+            return true;
+        }
+        const bool found = mCursor.Take(L',');
+        mCursor.SkipWhitespace();
+        return found;
     }
 
     JsonTextCursor& mCursor;
-    std::vector<OpenContainer> mOpen;  // the innermost last
-    std::unique_ptr<JsonValue> mFinished;
+    std::unique_ptr<JsonValue> mRoot;
+    JsonValue* mOpen = nullptr;  // the innermost container that is open
+    std::optional<JsonText> mKey;
 };
 
 }  // namespace
@@ -139,7 +99,7 @@ class ValueReader {
 std::unique_ptr<JsonValue> ParseJson(std::wstring_view text) {
     JsonTextCursor cursor(text);
     cursor.SkipWhitespace();
-    std::unique_ptr<JsonValue> value = ValueReader(cursor).Read();
+    std::unique_ptr<JsonValue> value = TreeReader(cursor).Read();
     cursor.SkipWhitespace();
     return cursor.AtEnd() ? std::move(value) : nullptr;
 }

@@ -3,66 +3,12 @@
 #include <algorithm>
 #include <cstddef>
 #include <string_view>
-#include <utility>
+
+#include "json/JsonEscape.h"
 
 namespace {
 
-std::optional<int> HexDigitValue(wchar_t unit) noexcept {
-    if (unit >= L'0' && unit <= L'9') {
-        return unit - L'0';
-    }
-    if (unit >= L'a' && unit <= L'f') {
-        return unit - L'a' + 10;
-    }
-    if (unit >= L'A' && unit <= L'F') {
-        return unit - L'A' + 10;
-    }
-    return std::nullopt;
-}
-
-// The four digits after "\u".
-std::optional<wchar_t> ReadHexUnit(JsonTextCursor& cursor) noexcept {
-    int unit = 0;
-    for (int i = 0; i < 4; ++i) {
-        if (cursor.AtEnd()) {
-            return std::nullopt;
-        }
-        const std::optional<int> digit = HexDigitValue(cursor.TakeUnit());
-        if (!digit) {
-            return std::nullopt;
-        }
-        unit = unit * 16 + *digit;
-    }
-    return static_cast<wchar_t>(unit);
-}
-
-// What stands after a backslash.
-std::optional<wchar_t> ReadEscape(JsonTextCursor& cursor) noexcept {
-    if (cursor.AtEnd()) {
-        return std::nullopt;
-    }
-    const wchar_t escape = cursor.TakeUnit();
-    switch (escape) {
-        case L'"':
-        case L'\\':
-        case L'/':
-            return escape;
-        case L'b':
-            return L'\b';
-        case L'f':
-            return L'\f';
-        case L'n':
-            return L'\n';
-        case L'r':
-            return L'\r';
-        case L't':
-            return L'\t';
-        case L'u':
-            return ReadHexUnit(cursor);
-        default:
-            return std::nullopt;
-    }
-}
+using namespace std::string_view_literals;
 
 // ASCII alone is folded: to the runtime library's locale-dependent folding a "ſ" may be an "s".
 wchar_t ToLowerAscii(wchar_t unit) noexcept {
@@ -148,25 +94,21 @@ bool ReadExponent(JsonTextCursor& cursor, double& value) noexcept {
 
 }  // namespace
 
-std::optional<std::wstring> ReadJsonString(JsonTextCursor& cursor) {
+std::optional<JsonText> ReadJsonString(JsonTextCursor& cursor) noexcept {
     if (!cursor.Take(L'"')) {
         return std::nullopt;
     }
-    std::wstring text;
-    while (!cursor.AtEnd()) {
-        const wchar_t unit = cursor.TakeUnit();
-        if (unit == L'"') {
-            return text;
+    const std::wstring_view text = cursor.Rest();
+    std::size_t unitsOfEscapes = 0;
+    for (cursor.SkipPlainUnits(); !cursor.AtEnd(); cursor.SkipPlainUnits()) {
+        const std::size_t size = text.size() - cursor.Rest().size();
+        if (cursor.TakeUnit() == L'"') {
+            return JsonText(text.substr(0, size), size - unitsOfEscapes);
         }
-        if (unit != L'\\') {
-            text += unit;
-            continue;
-        }
-        const std::optional<wchar_t> escaped = ReadEscape(cursor);
-        if (!escaped) {
+        if (!ReadJsonEscape(cursor)) {
             return std::nullopt;
         }
-        text += *escaped;
+        unitsOfEscapes += text.size() - cursor.Rest().size() - size - 1;
     }
     return std::nullopt;
 }
@@ -180,20 +122,20 @@ std::optional<double> ReadJsonNumber(JsonTextCursor& cursor) noexcept {
     return negative ? -*value : *value;
 }
 
-std::unique_ptr<JsonValue> ReadJsonScalar(JsonTextCursor& cursor) {
+std::unique_ptr<JsonValue> ReadJsonScalar(JsonTextCursor& cursor, const JsonText& key) {
     if (cursor.Rest().starts_with(L'"')) {
-        std::optional<std::wstring> text = ReadJsonString(cursor);
-        return text ? std::make_unique<JsonValue>(*std::move(text)) : nullptr;
+        const std::optional<JsonText> text = ReadJsonString(cursor);
+        return text ? JsonValue::MakeString(*text, key) : nullptr;
     }
-    if (TakeKeyword(cursor, L"true")) {
-        return std::make_unique<JsonValue>(true);
+    if (TakeKeyword(cursor, L"true"sv)) {
+        return JsonValue::MakeBool(true, key);
     }
-    if (TakeKeyword(cursor, L"false")) {
-        return std::make_unique<JsonValue>(false);
+    if (TakeKeyword(cursor, L"false"sv)) {
+        return JsonValue::MakeBool(false, key);
     }
-    if (TakeKeyword(cursor, L"null")) {
-        return std::make_unique<JsonValue>();
+    if (TakeKeyword(cursor, L"null"sv)) {
+        return JsonValue::MakeNull(key);
     }
     const std::optional<double> number = ReadJsonNumber(cursor);
-    return number ? std::make_unique<JsonValue>(*number) : nullptr;
+    return number ? JsonValue::MakeNumber(*number, key) : nullptr;
 }

@@ -4,19 +4,19 @@
 
 #include <memory>
 #include <optional>
-#include <string>
 
+#include "json/JsonText.h"
 #include "json/JsonTextCursor.h"
 #include "json/JsonValue.h"
 
 // Each reads one token and leaves the cursor behind it. No result means that no such token stands there, or that it is
-// malformed; the cursor is then at no particular place. All but ReadJsonNumber may throw std::bad_alloc.
+// malformed; the cursor is then at no particular place.
 
-// A string, a keyword (in any letter case) or a number as a value.
-std::unique_ptr<JsonValue> ReadJsonScalar(JsonTextCursor& cursor);
+// A string, a keyword (in any letter case) or a number as a value with that key. May throw std::bad_alloc.
+std::unique_ptr<JsonValue> ReadJsonScalar(JsonTextCursor& cursor, const JsonText& key);
 
-// From the opening to the closing quote. Each \u escape gives one unit; surrogate pairs are not combined.
-std::optional<std::wstring> ReadJsonString(JsonTextCursor& cursor);
+// From the opening to the closing quote. Lifetime: of the text that the cursor moves in.
+std::optional<JsonText> ReadJsonString(JsonTextCursor& cursor) noexcept;
 
 // A number ends where its grammar ends: of "01" only the "0" is read.
 std::optional<double> ReadJsonNumber(JsonTextCursor& cursor) noexcept;

@@ -10,43 +10,60 @@
 // Does not own the text.
 class JsonTextCursor {
   public:
-    explicit JsonTextCursor(std::wstring_view text) noexcept : mRest(text) {}
+    explicit JsonTextCursor(std::wstring_view text) noexcept : mNext(text.data()), mEnd(text.data() + text.size()) {}
 
-    bool AtEnd() const noexcept { return mRest.empty(); }
-    std::wstring_view Rest() const noexcept { return mRest; }
+    bool AtEnd() const noexcept { return mNext == mEnd; }
+    std::wstring_view Rest() const noexcept { return {mNext, static_cast<std::size_t>(mEnd - mNext)}; }
 
-    void Skip(std::size_t units) noexcept { mRest.remove_prefix(units); }
+    void Skip(std::size_t units) noexcept { mNext += units; }
 
     // Space, tab, line feed and carriage return; nothing else separates tokens.
     void SkipWhitespace() noexcept {
-        const std::size_t blanks = mRest.find_first_not_of(L" \t\n\r");
-        mRest.remove_prefix(blanks == std::wstring_view::npos ? mRest.size() : blanks);
+        while (mNext != mEnd && (*mNext == L' ' || *mNext == L'\t' || *mNext == L'\n' || *mNext == L'\r')) {
+            ++mNext;
+        }
+    }
+
+    // Everything before the next quote or backslash, stepped over; the text may end first.
+    void SkipPlainUnits() noexcept {
+        while (mEnd - mNext >= kBlock && ArePlain(mNext)) {
+            mNext += kBlock;
+        }
+        while (mNext != mEnd && *mNext != L'"' && *mNext != L'\\') {
+            ++mNext;
+        }
     }
 
     // The next unit, stepped over; the text must not be at its end.
-    wchar_t TakeUnit() noexcept {
-        const wchar_t unit = mRest.front();
-        mRest.remove_prefix(1);
-        return unit;
-    }
+    wchar_t TakeUnit() noexcept { return *mNext++; }
 
     // Steps over the next unit when it is the expected one.
     bool Take(wchar_t expected) noexcept {
-        const bool found = mRest.starts_with(expected);
-        if (found) {
-            mRest.remove_prefix(1);
-        }
+        const bool found = mNext != mEnd && *mNext == expected;
+        mNext += found ? 1 : 0;
         return found;
     }
 
     // The value of the next unit, stepped over, when it is a digit from '0' to '9'.
     std::optional<int> TakeDigit() noexcept {
-        if (mRest.empty() || mRest.front() < L'0' || mRest.front() > L'9') {
+        if (mNext == mEnd || *mNext < L'0' || *mNext > L'9') {
             return std::nullopt;
         }
         return TakeUnit() - L'0';
     }
 
   private:
-    std::wstring_view mRest;
+    static constexpr std::ptrdiff_t kBlock = 8;
+
+    // Of a whole block. Without a branch for each unit, so that the compiler looks at all of them at once.
+    static bool ArePlain(const wchar_t* units) noexcept {
+        unsigned others = 0;
+        for (std::ptrdiff_t i = 0; i < kBlock; ++i) {
+            others |= static_cast<unsigned>(units[i] == L'"') | static_cast<unsigned>(units[i] == L'\\');
+        }
+        return others == 0;
+    }
+
+    const wchar_t* mNext;
+    const wchar_t* mEnd;
 };

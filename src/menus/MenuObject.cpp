@@ -1,8 +1,6 @@
 #include "menus/MenuObject.h"
 
-#include <algorithm>
 #include <stdexcept>
-#include <utility>
 #include <vector>
 
 #include "support/Log.h"
@@ -11,23 +9,35 @@
 
 namespace {
 
-// The items still to be visited, the next one at the end.
+// The items still to be visited: each stands for its siblings behind it as well, the innermost ones at the end.
 using Pending = std::vector<const JsonValue*>;
 
-// Elements that are no items are passed over.
-void AddItems(const JsonValue& array, Pending& pending) {
-    const JsonValue::Array& elements = array.AsArray();
-    std::for_each(elements.rbegin(), elements.rend(), [&](const auto& element) {
-        if (element->IsObject()) {
-            pending.push_back(element.get());
-        }
-    });
+// The first of these siblings that is an item; elements that are none are passed over.
+const JsonValue* FirstItem(const JsonValue* element) noexcept {
+    while (element != nullptr && !element->IsObject()) {
+        element = element->NextSibling();
+    }
+    return element;
 }
 
-std::int32_t Search(Pending pending, std::wstring_view key, const std::string& value, const JsonValue** out) {
+void AddItems(const JsonValue* first, Pending& pending) {
+    if (const JsonValue* const item = FirstItem(first)) {
+        pending.push_back(item);
+    }
+}
+
+const JsonValue& TakeItem(Pending& pending) noexcept {
+    const JsonValue& item = *pending.back();
+    pending.pop_back();
+    return item;
+}
+
+std::int32_t Search(const JsonValue* first, std::wstring_view key, const std::string& value, const JsonValue** out) {
+    Pending pending;
+    AddItems(first, pending);
     while (!pending.empty()) {
-        const JsonValue& item = *pending.back();
-        pending.pop_back();
+        const JsonValue& item = TakeItem(pending);
+        AddItems(item.NextSibling(), pending);
         const JsonValue& member = MenuObjectMember(item, key);
         const JsonValue& child = MenuObjectMember(item, L"child");
         if (!member.IsString()) {
@@ -38,7 +48,7 @@ std::int32_t Search(Pending pending, std::wstring_view key, const std::string& v
             return kNoErr;
         }
         if (child.IsArray()) {
-            AddItems(child, pending);
+            AddItems(child.FirstChild(), pending);
         }
     }
     return kLookupNotFound;
@@ -48,16 +58,11 @@ std::int32_t SearchRoot(const JsonValue* root, std::wstring_view key, const std:
     if (root == nullptr) {
         return kLookupNotFound;
     }
-    Pending pending;
-    if (root->IsObject()) {
-        pending.push_back(root);
-    } else if (root->IsArray()) {
-        AddItems(*root, pending);
-    } else {
+    if (!root->IsObject() && !root->IsArray()) {
         LogMessage(kLogNote, "The root element is not an object.");
         return kRootNotObject;
     }
-    return Search(std::move(pending), key, value, out);
+    return Search(root->IsObject() ? root : root->FirstChild(), key, value, out);
 }
 
 }  // namespace
@@ -72,10 +77,9 @@ std::int32_t GetMenuObject(const JsonValue* root, std::wstring_view key, const s
 }
 
 const JsonValue& MenuObjectMember(const JsonValue& object, std::wstring_view key) {
-    const JsonValue::Object& members = object.AsObject();
-    const auto member = members.find(std::wstring(key));
-    if (member == members.end()) {
+    const JsonValue* const member = object.FindMember(key);
+    if (member == nullptr) {
         throw std::out_of_range("invalid map<K, T> key");
     }
-    return *member->second;
+    return *member;
 }

@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <cstddef>
+#include <iterator>
+
 #include "doubles/common/AllocationFaults.h"
 #include "json/JsonValue.h"
 #include "unit/json/JsonTestText.h"
@@ -71,13 +74,12 @@ TEST_P(JsonDepthTest, FailsWhenOnlyTheOutermostBracketIsMissing) {
 
 TEST(JsonDepthTest, AValueBuiltByHandIsFreed) {
     const std::ptrdiff_t before = LiveAllocations();
-    auto value = std::make_unique<JsonValue>();
+    std::unique_ptr<JsonValue> value = JsonValue::MakeNull(L"a");
     for (std::size_t level = 0; level < kLevels / 2; ++level) {
-        JsonValue::Array elements;
-        elements.push_back(std::move(value));
-        JsonValue::Object members;
-        members.emplace(L"a", std::make_unique<JsonValue>(std::move(elements)));
-        value = std::make_unique<JsonValue>(std::move(members));
+        std::unique_ptr<JsonValue> array = JsonValue::MakeArray(L"a");
+        array->Append(std::move(value));
+        value = JsonValue::MakeObject();
+        value->Append(std::move(array));
     }
     EXPECT_GE(LiveAllocations() - before, static_cast<std::ptrdiff_t>(kLevels));
     value.reset();
@@ -89,7 +91,7 @@ TEST(JsonDepthTest, AMillionElementsSideBySideAreParsedWrittenAndFreed) {
     const std::ptrdiff_t before = LiveAllocations();
     std::unique_ptr<JsonValue> value = ParseJson(text);
     ASSERT_NE(value, nullptr);
-    EXPECT_EQ(value->AsArray().size(), kLevels);
+    EXPECT_EQ(std::ranges::distance(value->AsArray()), std::ptrdiff_t{kLevels});
     EXPECT_TRUE(WriteJson(value.get()) == text);
     value.reset();
     EXPECT_EQ(LiveAllocations(), before);

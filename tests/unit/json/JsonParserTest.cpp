@@ -12,7 +12,7 @@ using namespace std::string_view_literals;
 TEST(JsonParserTest, AnEmptyObjectBetweenBlanksParses) {
     const std::unique_ptr<JsonValue> value = Parsed(L"  {}  ");
     ASSERT_TRUE(value->IsObject());
-    EXPECT_EQ(value->AsObject().size(), 0u);
+    EXPECT_EQ(ChildrenOf(*value).size(), 0u);
 }
 
 TEST(JsonParserTest, TrailingTextIsAnError) {
@@ -77,20 +77,20 @@ TEST(JsonParserTest, EachKindParses) {
     EXPECT_EQ(ParsedString(L"\"text\""), L"text");
     EXPECT_TRUE(Parsed(L"true")->AsBool());
     EXPECT_EQ(ParsedNumber(L"-17.25"), -17.25);
-    EXPECT_EQ(Parsed(L"[]")->AsArray().size(), 0u);
-    EXPECT_EQ(Parsed(L"{}")->AsObject().size(), 0u);
+    EXPECT_EQ(ChildrenOf(*Parsed(L"[]")).size(), 0u);
+    EXPECT_EQ(ChildrenOf(*Parsed(L"{}")).size(), 0u);
 }
 
 TEST(JsonParserTest, ArrayElementsKeepTheirOrderAndKind) {
     const std::unique_ptr<JsonValue> value = Parsed(L"[3, \"two\", true, null, [1], {\"k\": 0}]");
-    const JsonValue::Array& elements = value->AsArray();
+    const std::vector<const JsonValue*> elements = ChildrenOf(*value);
     ASSERT_EQ(elements.size(), 6u);
     EXPECT_EQ(elements[0]->AsNumber(), 3.0);
     EXPECT_EQ(elements[1]->AsString(), L"two");
     EXPECT_TRUE(elements[2]->AsBool());
     EXPECT_TRUE(elements[3]->IsNull());
-    EXPECT_EQ(elements[4]->AsArray().at(0)->AsNumber(), 1.0);
-    EXPECT_EQ(elements[5]->AsObject().at(L"k")->AsNumber(), 0.0);
+    EXPECT_EQ(ChildrenOf(*elements[4]).at(0)->AsNumber(), 1.0);
+    EXPECT_EQ(MemberOf(*elements[5], L"k").AsNumber(), 0.0);
 }
 
 TEST(JsonParserTest, AnArrayNeedsAValueAfterEachComma) {
@@ -154,12 +154,11 @@ TEST(JsonParserTest, AnObjectNeedsItsClosingBrace) {
 
 TEST(JsonParserTest, MembersAreFoundByTheirKeys) {
     const std::unique_ptr<JsonValue> value = Parsed(LR"({"b": 1, "a\u00e9": {"": 2}, "A": null})");
-    const JsonValue::Object& members = value->AsObject();
-    ASSERT_EQ(members.size(), 3u);
-    EXPECT_EQ(members.at(L"b")->AsNumber(), 1.0);
-    EXPECT_EQ(members.at(L"a\x00E9")->AsObject().at(L"")->AsNumber(), 2.0);
-    EXPECT_TRUE(members.at(L"A")->IsNull());
-    EXPECT_EQ(members.count(L"a"), 0u);
+    ASSERT_EQ(ChildrenOf(*value).size(), 3u);
+    EXPECT_EQ(MemberOf(*value, L"b").AsNumber(), 1.0);
+    EXPECT_EQ(MemberOf(MemberOf(*value, L"a\x00E9"), L"").AsNumber(), 2.0);
+    EXPECT_TRUE(MemberOf(*value, L"A").IsNull());
+    EXPECT_EQ(value->FindMember(L"a"), nullptr);
 }
 
 TEST(JsonParserTest, AnObjectInsideAnObjectDoesNotDisturbTheOuterKey) {
@@ -169,6 +168,8 @@ TEST(JsonParserTest, AnObjectInsideAnObjectDoesNotDisturbTheOuterKey) {
 TEST(JsonParserTest, OfEqualKeysTheLastOneWins) {
     EXPECT_EQ(Rewritten(L"{\"a\":1,\"b\":2,\"a\":[3]}"), L"{\"a\":[3],\"b\":2}");
     EXPECT_EQ(Rewritten(LR"({"a":1,"\u0061":2})"), L"{\"a\":2}");
+    EXPECT_EQ(Rewritten(L"{\"a\":1,\"a\":2,\"a\":3}"), L"{\"a\":3}");
+    EXPECT_EQ(Rewritten(L"{\"b\":1,\"a\":2,\"c\":3,\"a\":4,\"b\":5}"), L"{\"a\":4,\"b\":5,\"c\":3}");
 }
 
 TEST(JsonParserTest, OfEqualKeysTheOthersAreFreed) {

@@ -172,7 +172,7 @@ TEST(JsonScalarReaderTest, KeywordsAreTakenInAnyCase) {
 
 TEST(JsonScalarReaderTest, AKeywordIsComparedOverItsOwnLength) {
     JsonTextCursor cursor(L"trueX");
-    const std::unique_ptr<JsonValue> value = ReadJsonScalar(cursor);
+    const std::unique_ptr<JsonValue> value = ReadJsonScalar(cursor, {});
     ASSERT_NE(value, nullptr);
     EXPECT_TRUE(value->AsBool());
     EXPECT_EQ(cursor.Rest(), L"X");
@@ -257,7 +257,9 @@ TEST(JsonScalarReaderTest, ANulInAStringIsKept) { EXPECT_EQ(ParsedString(L"\"a\0
 
 TEST(JsonScalarReaderTest, AStringEndsAtItsFirstUnescapedQuote) {
     JsonTextCursor cursor(LR"("a\"b"rest")");
-    EXPECT_EQ(ReadJsonString(cursor), LR"(a"b)");
+    const std::optional<JsonText> text = ReadJsonString(cursor);
+    ASSERT_TRUE(text.has_value());
+    EXPECT_EQ(JsonValue::MakeString(*text)->AsString(), LR"(a"b)");
     EXPECT_EQ(cursor.Rest(), LR"(rest")");
 }
 

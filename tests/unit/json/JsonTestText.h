@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "json/JsonParser.h"
 #include "json/JsonWriter.h"
@@ -22,9 +23,23 @@ inline bool IsRefused(std::wstring_view text) { return ParseJson(text) == nullpt
 inline std::wstring Rewritten(std::wstring_view text) { return WriteJson(Parsed(text).get()); }
 
 // The payload of a text that must be a string, quotes and all, or a number.
-inline std::wstring ParsedString(std::wstring_view text) { return Parsed(text)->AsString(); }
+inline std::wstring ParsedString(std::wstring_view text) { return std::wstring(Parsed(text)->AsString()); }
 
 inline double ParsedNumber(std::wstring_view text) { return Parsed(text)->AsNumber(); }
+
+// The elements of an array or the members of an object.
+inline std::vector<const JsonValue*> ChildrenOf(const JsonValue& value) {
+    std::vector<const JsonValue*> children;
+    for (const JsonValue& child : value.IsArray() ? value.AsArray() : value.AsObject()) children.push_back(&child);
+    return children;
+}
+
+// A member that must be there: the test fails by an exception when it is not.
+inline const JsonValue& MemberOf(const JsonValue& object, std::wstring_view key) {
+    const JsonValue* const member = object.FindMember(key);
+    if (!member) throw std::out_of_range("the object has no such member");
+    return *member;
+}
 
 // `count` copies of `text`, one after the other.
 inline std::wstring Repeated(std::wstring_view text, std::size_t count) {

@@ -10,25 +10,16 @@
 
 namespace {
 
-std::wstring Written(double number) {
-    const JsonValue value(number);
-    return WriteJson(&value);
-}
+std::wstring Written(double number) { return WriteJson(JsonValue::MakeNumber(number).get()); }
 
-std::wstring Written(const std::wstring& text) {
-    const JsonValue value(text);
-    return WriteJson(&value);
-}
+std::wstring Written(std::wstring_view text) { return WriteJson(JsonValue::MakeString(text).get()); }
 
 TEST(JsonWriterTest, ANullPointerGivesTheEmptyText) { EXPECT_EQ(WriteJson(nullptr), L""); }
 
 TEST(JsonWriterTest, KeywordsAreInLowerCase) {
-    const JsonValue null;
-    const JsonValue yes(true);
-    const JsonValue no(false);
-    EXPECT_EQ(WriteJson(&null), L"null");
-    EXPECT_EQ(WriteJson(&yes), L"true");
-    EXPECT_EQ(WriteJson(&no), L"false");
+    EXPECT_EQ(WriteJson(JsonValue::MakeNull().get()), L"null");
+    EXPECT_EQ(WriteJson(JsonValue::MakeBool(true).get()), L"true");
+    EXPECT_EQ(WriteJson(JsonValue::MakeBool(false).get()), L"false");
 }
 
 TEST(JsonWriterTest, WholeNumbersHaveNoPoint) {
@@ -126,11 +117,10 @@ TEST(JsonWriterTest, ElementsAreSeparatedByCommasOnly) {
 }
 
 TEST(JsonWriterTest, MembersAreInTheOrderOfTheirKeys) {
-    JsonValue::Object members;
-    members.emplace(L"b", std::make_unique<JsonValue>(1.0));
-    members.emplace(L"a", std::make_unique<JsonValue>(2.0));
-    const JsonValue value(std::move(members));
-    EXPECT_EQ(WriteJson(&value), L"{\"a\":2,\"b\":1}");
+    const std::unique_ptr<JsonValue> value = JsonValue::MakeObject();
+    value->Append(JsonValue::MakeNumber(1.0, L"b"));
+    value->Append(JsonValue::MakeNumber(2.0, L"a"));
+    EXPECT_EQ(WriteJson(value.get()), L"{\"a\":2,\"b\":1}");
 }
 
 TEST(JsonWriterTest, MembersHaveNoBlanksAroundThem) {
@@ -139,10 +129,29 @@ TEST(JsonWriterTest, MembersHaveNoBlanksAroundThem) {
 }
 
 TEST(JsonWriterTest, KeysAreWrittenLikeStrings) {
-    JsonValue::Object members;
-    members.emplace(L"a/\"\\\n\x01\x00E9", std::make_unique<JsonValue>(true));
-    const JsonValue value(std::move(members));
-    EXPECT_EQ(WriteJson(&value), L"{\"a\\/\\\"\\\\\\n\\u0001\x00E9\":true}");
+    const std::unique_ptr<JsonValue> value = JsonValue::MakeObject();
+    value->Append(JsonValue::MakeBool(true, L"a/\"\\\n\x01\x00E9"));
+    EXPECT_EQ(WriteJson(value.get()), L"{\"a\\/\\\"\\\\\\n\\u0001\x00E9\":true}");
+}
+
+TEST(JsonWriterTest, AValueInsideATreeIsWrittenAlone) {
+    const std::unique_ptr<JsonValue> value = Parsed(L"{\"a\":[1,{\"b\":2}],\"c\":3}");
+    const JsonValue& array = MemberOf(*value, L"a");
+    EXPECT_EQ(WriteJson(&array), L"[1,{\"b\":2}]");
+    EXPECT_EQ(WriteJson(ChildrenOf(array)[0]), L"1");
+    EXPECT_EQ(WriteJson(ChildrenOf(array)[1]), L"{\"b\":2}");
+    EXPECT_EQ(WriteJson(&MemberOf(*value, L"c")), L"3");
+}
+
+// Strings of each length around the size of the pieces that the writer gathers, in front of what must not be cut.
+TEST(JsonWriterTest, TextsOfAnyLengthAreWrittenWhole) {
+    for (std::size_t length = 0; length < 1200; ++length) {
+        const std::wstring plain(length, L'x');
+        const std::wstring controls(length, L'\x01');
+        EXPECT_EQ(Rewritten(L"[\"" + plain + L"\",-1.23456789012345e-300,\"\\u0001/\"]"),
+                  L"[\"" + plain + L"\",-1.23456789012345e-300,\"\\u0001\\/\"]");
+        EXPECT_EQ(Written(controls), L"\"" + Repeated(L"\\u0001", length) + L"\"");
+    }
 }
 
 TEST(JsonWriterTest, AValueCanBeWrittenAgain) {

@@ -26,7 +26,7 @@ class MenuObjectTest : public testing::Test {
         ClearRecordedLog();
         return GetMenuObject(root.get(), key, value, &found);
     }
-    std::wstring FoundMark() const { return MenuObjectMember(*found, L"mark").AsString(); }
+    std::wstring FoundMark() const { return std::wstring(MenuObjectMember(*found, L"mark").AsString()); }
 
     // The text of the exception that leaves the search.
     std::string Thrown(const std::wstring& json, const std::string& value, std::wstring_view key = L"id") {
@@ -49,8 +49,8 @@ class MenuObjectTest : public testing::Test {
     }
 
     std::unique_ptr<JsonValue> root;
-    const JsonValue untouched;
-    const JsonValue* found = &untouched;
+    const std::unique_ptr<JsonValue> untouched = JsonValue::MakeNull();
+    const JsonValue* found = untouched.get();
 };
 
 // --- roots ----------------------------------------------------------------------------------------------------------
@@ -69,7 +69,7 @@ TEST_F(MenuObjectTest, ItemOfARootArrayIsFound) {
 
 TEST_F(MenuObjectTest, TextThatDoesNotParseHoldsNothing) {
     EXPECT_EQ(Search(L"{\"id\":", "a"), 0x15000000);
-    EXPECT_EQ(found, &untouched);
+    EXPECT_EQ(found, untouched.get());
     EXPECT_EQ(RecordedLog(), Framed("a", 0x15000000));
 }
 
@@ -88,7 +88,7 @@ class MenuObjectRootTest : public MenuObjectTest, public testing::WithParamInter
 
 TEST_P(MenuObjectRootTest, OfAnotherKindIsRefused) {
     EXPECT_EQ(Search(GetParam(), "a"), 0x4000000);
-    EXPECT_EQ(found, &untouched);
+    EXPECT_EQ(found, untouched.get());
     EXPECT_EQ(RecordedLog(), Framed("a", 0x4000000, {"The root element is not an object."}));
 }
 
@@ -193,13 +193,13 @@ TEST_F(MenuObjectTest, ItemWhoseMemberIsNoStringIsPassedOverWithItsChildren) {
 
 TEST_F(MenuObjectTest, ItemWithoutTheKeyAbandonsTheSearch) {
     EXPECT_EQ(Thrown(LR"({"title":"a","child":null})", "a"), "invalid map<K, T> key");
-    EXPECT_EQ(found, &untouched);
+    EXPECT_EQ(found, untouched.get());
     EXPECT_EQ(Thrown(L"[{\"child\":null}," + Item(L"a", L"later") + L"]", "a"), "invalid map<K, T> key");
 }
 
 TEST_F(MenuObjectTest, ItemWithoutChildAbandonsTheSearchEvenWhenItIsTheOneSought) {
     EXPECT_EQ(Thrown(LR"({"id":"a"})", "a"), "invalid map<K, T> key");
-    EXPECT_EQ(found, &untouched);
+    EXPECT_EQ(found, untouched.get());
 }
 
 TEST_F(MenuObjectTest, ItemWithoutChildAbandonsTheSearchEvenWhenItsMemberIsNoString) {
