@@ -76,10 +76,10 @@ class ReferenceSearch {
     std::string mValue;
 };
 
-Outcome Search(const JsonValue* root, const std::wstring& key, const std::string& value) {
+Outcome Search(MenuObjects& objects, const std::string& value) {
     Outcome outcome;
     try {
-        outcome.result = GetMenuObject(root, key, value, &outcome.found);
+        outcome.result = objects.GetMenuObject(value, &outcome.found);
     } catch (const std::out_of_range& exception) {
         Require(std::string_view(exception.what()) == "invalid map<K, T> key", "menu: the exception's text");
         outcome.ending = Ending::kMemberMissing;
@@ -107,14 +107,19 @@ void FuzzMenu(std::string_view bytes) {
     const std::optional<std::wstring> decoded = ReferenceUtf16(bytes);
     const std::unique_ptr<JsonValue> root = ParseJson(decoded ? *decoded : Widened(bytes));
 
-    const Outcome outcome = Search(root.get(), key, value);
-    Require((outcome.found != nullptr) == (outcome.ending == Ending::kReturned && outcome.result == kNoErr),
-            "menu: an item is given exactly when one is found");
-    if (BracketsOf(bytes) > kReferenceDepth) {
-        return;
+    MenuObjects objects(root.get(), key);
+    const bool hasReference = BracketsOf(bytes) <= kReferenceDepth;
+    // A search knows what those before it have visited: none, all up to the value, and all that can be.
+    for (const std::string& sought : {value, value + "?", value}) {
+        const Outcome outcome = Search(objects, sought);
+        Require((outcome.found != nullptr) == (outcome.ending == Ending::kReturned && outcome.result == kNoErr),
+                "menu: an item is given exactly when one is found");
+        if (!hasReference) {
+            continue;
+        }
+        const Outcome expected = ReferenceSearch(key, sought).OfRoot(root.get());
+        Require(outcome.ending == expected.ending, "menu: how the search ends");
+        Require(outcome.result == expected.result, "menu: the result");
+        Require(outcome.found == expected.found, "menu: the item");
     }
-    const Outcome expected = ReferenceSearch(key, value).OfRoot(root.get());
-    Require(outcome.ending == expected.ending, "menu: how the search ends");
-    Require(outcome.result == expected.result, "menu: the result");
-    Require(outcome.found == expected.found, "menu: the item");
 }

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "documents/CurrentDocument.h"
 #include "documents/FontUsageScan.h"
@@ -26,24 +27,33 @@ using MomentaryMenuSuite = MomentarySuite<AIMenuSuite>;
 // The description that the last refresh read; empty before the first one.
 const UntilUnloaded<std::string> sMenuJsonCache;
 
-// The description as the PluginCore gives it now; empty when it gives none.
-std::string FetchMenuJson() {
-    const std::string path = CurrentDocumentPath();
-    ReplyBuffer<kMenusSize> reply;
-    const std::int32_t result = RequirePluginCore().pfGetMenus(path.c_str(), reply.Data(), reply.Size());
-    if (result == kNoErr) {
-        *sMenuJsonCache = reply.Text();
-    }
-    return std::string(reply.Text());
-}
-
 // Null for a text that is no JSON or no UTF-8.
-std::unique_ptr<JsonValue> ParseMenuJson(const std::string& json) {
+std::unique_ptr<JsonValue> ParseMenuJson(std::string_view json) {
     try {
         return ParseJson(Utf16FromUtf8(json));
     } catch (const utf8::exception&) {
         return nullptr;
     }
+}
+
+// A description, ready to be searched.
+struct MenuDescription {
+    explicit MenuDescription(std::string_view json) : text(json), root(ParseMenuJson(json)) {}
+
+    std::string text;
+    std::unique_ptr<JsonValue> root;
+    MenuObjects byTitle{root.get(), L"title"};
+    MenuObjects byID{root.get(), L"id"};
+};
+
+// Kept, because the host asks once for each item when a menu opens, and the PluginCore mostly answers the same.
+const UntilUnloaded<std::unique_ptr<MenuDescription>> sDescription;
+
+MenuDescription& DescriptionOf(std::string_view json) {
+    if (*sDescription == nullptr || (*sDescription)->text != json) {
+        *sDescription = std::make_unique<MenuDescription>(json);
+    }
+    return **sDescription;
 }
 
 // An item that the host refused when it was added has no handle, and nothing to be marked.
@@ -59,10 +69,10 @@ void SetMarks(const MomentaryMenuSuite& menus, AIMenuItemHandle item, const Json
     }
 }
 
-void RefreshMarks(const MomentaryMenuSuite& menus, const JsonValue* root) {
+void RefreshMarks(const MomentaryMenuSuite& menus, MenuObjects& objects) {
     for (const auto& entry : RegisteredMenuItems()) {
         const JsonValue* object = nullptr;
-        if (GetMenuObject(root, L"id", entry.second, &object) == kNoErr) {
+        if (objects.GetMenuObject(entry.second, &object) == kNoErr) {
             SetMarks(menus, MenuItemHandleOf(entry), *object);
         }
     }
@@ -73,16 +83,21 @@ void RefreshMarks(const MomentaryMenuSuite& menus, const JsonValue* root) {
 std::int32_t updateMenuItem(AIMenuMessage* message) {
     constexpr const char* kName = "updateMenuItem";
     LogMessage(kLogEntry, "Entering %s", kName);
-    const std::string menuJson = FetchMenuJson();
+    const std::string path = CurrentDocumentPath();
+    ReplyBuffer<kMenusSize> menuJson;
+    if (RequirePluginCore().pfGetMenus(path.c_str(), menuJson.Data(), menuJson.Size()) == kNoErr) {
+        *sMenuJsonCache = menuJson.Text();
+    }
     MomentaryMenuSuite menus(kAIMenuSuite, kAIMenuSuiteVersion);
     menus.AcquireOrThrow();
     ai::UnicodeString text;
     if (menus->GetItemText(message->menuItem, text.Data()) == kNoErr) {
-        const std::unique_ptr<JsonValue> root = ParseMenuJson(menuJson);
+        // Also what a PluginCore that failed has left in the buffer.
+        MenuDescription& description = DescriptionOf(menuJson.Text());
         // A gate only: when the PluginCore no longer knows the item's text, its description is of other items.
         const JsonValue* ignored = nullptr;
-        if (GetMenuObject(root.get(), L"title", text.ToUtf8(), &ignored) == kNoErr) {
-            RefreshMarks(menus, root.get());
+        if (description.byTitle.GetMenuObject(text.ToUtf8(), &ignored) == kNoErr) {
+            RefreshMarks(menus, description.byID);
         }
     }
     LogMessage(kLogExit, "%s returning %d", kName, kNoErr);

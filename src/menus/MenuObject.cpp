@@ -1,7 +1,8 @@
 #include "menus/MenuObject.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <stdexcept>
-#include <vector>
 
 #include "support/Log.h"
 #include "support/ResultCodes.h"
@@ -9,10 +10,7 @@
 
 namespace {
 
-// The items still to be visited: each stands for its siblings behind it as well, the innermost ones at the end.
-using Pending = std::vector<const JsonValue*>;
-
-// The first of these siblings that is an item; elements that are none are passed over.
+// The first of these siblings that is an item; null when none is.
 const JsonValue* FirstItem(const JsonValue* element) noexcept {
     while (element != nullptr && !element->IsObject()) {
         element = element->NextSibling();
@@ -20,60 +18,69 @@ const JsonValue* FirstItem(const JsonValue* element) noexcept {
     return element;
 }
 
-void AddItems(const JsonValue* first, Pending& pending) {
-    if (const JsonValue* const item = FirstItem(first)) {
-        pending.push_back(item);
-    }
-}
+}  // namespace
 
-const JsonValue& TakeItem(Pending& pending) noexcept {
-    const JsonValue& item = *pending.back();
-    pending.pop_back();
-    return item;
-}
-
-std::int32_t Search(const JsonValue* first, std::wstring_view key, const std::string& value, const JsonValue** out) {
-    Pending pending;
-    AddItems(first, pending);
-    while (!pending.empty()) {
-        const JsonValue& item = TakeItem(pending);
-        AddItems(item.NextSibling(), pending);
-        const JsonValue& member = MenuObjectMember(item, key);
-        const JsonValue& child = MenuObjectMember(item, L"child");
-        if (!member.IsString()) {
-            continue;
-        }
-        if (Utf8FromUtf16(member.AsString()) == value) {
-            *out = &item;
-            return kNoErr;
-        }
-        if (child.IsArray()) {
-            AddItems(child.FirstChild(), pending);
-        }
-    }
-    return kLookupNotFound;
-}
-
-std::int32_t SearchRoot(const JsonValue* root, std::wstring_view key, const std::string& value, const JsonValue** out) {
+MenuObjects::MenuObjects(const JsonValue* root, std::wstring_view key) : mRoot(root), mKey(key) {
     if (root == nullptr) {
-        return kLookupNotFound;
+        return;
     }
-    if (!root->IsObject() && !root->IsArray()) {
+    if (const JsonValue* const first = FirstItem(root->IsArray() ? root->FirstChild() : root)) {
+        mPending.push_back(first);
+    }
+}
+
+std::int32_t MenuObjects::GetMenuObject(const std::string& value, const JsonValue** out) {
+    constexpr const char* kName = "GetMenuObject";
+    LogMessage(kLogEntry, "Entering %s(..., %s, ...)", kName, value.c_str());
+    const std::int32_t result = Search(value, out);
+    LogMessage(kLogExit, "Exiting %s(..., %s, ...) with result %d", kName, value.c_str(), result);
+    return result;
+}
+
+std::int32_t MenuObjects::Search(const std::string& value, const JsonValue** out) {
+    if (mRoot != nullptr && !mRoot->IsObject() && !mRoot->IsArray()) {
         LogMessage(kLogNote, "The root element is not an object.");
         return kRootNotObject;
     }
-    return Search(root->IsObject() ? root : root->FirstChild(), key, value, out);
+    const JsonValue* const found = Find(value);
+    if (found == nullptr) {
+        return kLookupNotFound;
+    }
+    *out = found;
+    return kNoErr;
 }
 
-}  // namespace
+const JsonValue* MenuObjects::Find(const std::string& value) {
+    for (std::size_t i = 0;; ++i) {
+        while (i == mVisited.size()) {
+            if (mPending.empty()) {
+                return nullptr;
+            }
+            VisitNext();
+        }
+        if (mVisited[i].text == value) {
+            return mVisited[i].object;
+        }
+    }
+}
 
-std::int32_t GetMenuObject(const JsonValue* root, std::wstring_view key, const std::string& value,
-                           const JsonValue** out) {
-    constexpr const char* kName = "GetMenuObject";
-    LogMessage(kLogEntry, "Entering %s(..., %s, ...)", kName, value.c_str());
-    const std::int32_t result = SearchRoot(root, key, value, out);
-    LogMessage(kLogExit, "Exiting %s(..., %s, ...) with result %d", kName, value.c_str(), result);
-    return result;
+// Adds the next item to those that were visited, unless its member is no string, and puts its children and the siblings
+// behind it in its place. An item that throws stays the next one; for lack of memory it may be among the visited twice,
+// which no search notices.
+void MenuObjects::VisitNext() {
+    const std::size_t place = mPending.size() - 1;
+    const JsonValue& object = *mPending.back();
+    const JsonValue& member = MenuObjectMember(object, mKey);
+    const JsonValue& child = MenuObjectMember(object, L"child");
+    const JsonValue* firstChild = nullptr;
+    if (member.IsString()) {
+        mVisited.push_back({&object, Utf8FromUtf16(member.AsString())});
+        firstChild = child.IsArray() ? FirstItem(child.FirstChild()) : nullptr;
+    }
+    mPending.push_back(firstChild);
+    mPending[place] = FirstItem(object.NextSibling());
+    mPending.erase(std::remove(mPending.begin() + static_cast<std::ptrdiff_t>(place), mPending.end(), nullptr),
+                   mPending.end());
 }
 
 const JsonValue& MenuObjectMember(const JsonValue& object, std::wstring_view key) {

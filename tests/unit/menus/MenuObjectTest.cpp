@@ -24,7 +24,7 @@ class MenuObjectTest : public testing::Test {
     std::int32_t Search(const std::wstring& json, const std::string& value, std::wstring_view key = L"id") {
         root = ParseJson(json);
         ClearRecordedLog();
-        return GetMenuObject(root.get(), key, value, &found);
+        return MenuObjects(root.get(), key).GetMenuObject(value, &found);
     }
     std::wstring FoundMark() const { return std::wstring(MenuObjectMember(*found, L"mark").AsString()); }
 
