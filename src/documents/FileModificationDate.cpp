@@ -11,11 +11,9 @@
 
 #include "support/Log.h"
 #include "support/UniqueHandle.h"
+#include "support/WindowsTime.h"
 
 namespace {
-
-constexpr std::int64_t kTicksFrom1601To1970 = 116444736000000000;
-constexpr std::int64_t kTicksPerSecond = 10000000;
 
 struct FileTraits {
     using Handle = HANDLE;
@@ -61,8 +59,7 @@ std::optional<std::int64_t> ReadLastWriteTime(const wchar_t* path) {
     if (GetFileTime(file.Get(), nullptr, nullptr, &lastWrite) == 0) {
         return std::nullopt;
     }
-    return static_cast<std::int64_t>((static_cast<std::uint64_t>(lastWrite.dwHighDateTime) << 32) |
-                                     lastWrite.dwLowDateTime);
+    return SecondsSince1970(lastWrite);
 }
 
 std::optional<std::int64_t> ReadLastWriteTimeOfNarrowPath(const char* path) {
@@ -100,11 +97,11 @@ std::uint32_t QuorvelFileUtils::GetFileModificationDate(const char* path) {
     if (path == nullptr) {
         return 0;
     }
-    const std::optional<std::int64_t> ticks = ReadLastWriteTimeOfNarrowPath(path);
-    if (!ticks) {
+    const std::optional<std::int64_t> lastWrite = ReadLastWriteTimeOfNarrowPath(path);
+    if (!lastWrite) {
         return 0;
     }
-    const auto seconds = static_cast<std::uint32_t>((*ticks - kTicksFrom1601To1970) / kTicksPerSecond);
+    const auto seconds = static_cast<std::uint32_t>(*lastWrite);
     LogDifferenceFromStat(path, seconds);
     return seconds;
 }

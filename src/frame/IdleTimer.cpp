@@ -1,6 +1,6 @@
 #include "frame/IdleTimer.h"
 
-#include <ctime>
+#include <windows.h>
 
 #include "frame/base/PluginGlobals.h"
 #include "frame/base/SuiteOperations.h"
@@ -9,6 +9,7 @@
 #include "plugincore/PCILoader.h"
 #include "support/Log.h"
 #include "support/ResultCodes.h"
+#include "support/WindowsTime.h"
 
 namespace {
 
@@ -37,8 +38,15 @@ std::int32_t WithTimerSuite(const char* operation, Use use) {
     return result;
 }
 
+// The C runtime's time() would ask Windows for the time zone as well, which costs more than the rest of the tick.
+std::int64_t CurrentTime() {
+    FILETIME now;
+    GetSystemTimeAsFileTime(&now);
+    return SecondsSince1970(now);
+}
+
 void StopTimerIfPluginCoreIsDisabled() {
-    const std::int64_t now = std::time(nullptr);
+    const std::int64_t now = CurrentTime();
     if (now - sLastEnabledCheck <= kSecondsWithoutCheck) {
         return;
     }

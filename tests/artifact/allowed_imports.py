@@ -12,7 +12,7 @@ ALLOWED = {
         "reads when a document was written": "CreateFileW GetFileTime",
         "checks the heap": "GetProcessHeap HeapValidate",
         "converts text": "MultiByteToWideChar WideCharToMultiByte",
-        "makes the value of the stack guard": """
+        "reads the time, and makes the value of the stack guard": """
             GetSystemTimeAsFileTime QueryPerformanceCounter GetCurrentProcessId GetCurrentThreadId""",
         "stops exceptions of another compiler": "__C_specific_handler",
         "C++ runtime: throwing and catching": """
@@ -39,7 +39,7 @@ ALLOWED = {
             setlocale localeconv strcoll strxfrm wcscoll wcsxfrm strftime wcsftime iswctype towlower towupper
             ___lc_codepage_func ___mb_cur_max_func""",
         "C++ runtime: the end when nothing else is left": "abort _assert _amsg_exit",
-        "C runtime: starts and ends the module": "_initterm _lock _unlock _time64",
+        "C runtime: starts and ends the module": "_initterm _lock _unlock",
     },
     "shell32.dll": {"finds the folders of application data": "SHGetSpecialFolderPathW"},
     "user32.dll": {

@@ -9,8 +9,8 @@
 
 namespace simhost {
 
-// Takes over the loaded plug-in's view of the time, until it is unloaded. A plug-in that never asks for the time, or
-// that links the C runtime statically, is left alone.
+// Takes over the loaded plug-in's view of the time, until it is unloaded. A plug-in that never asks Windows for the
+// time is left alone.
 void InstallPluginClock(HMODULE plugin);
 
 // Moves the plug-in's clock on. Throws std::runtime_error when no plug-in has one.

@@ -12,7 +12,6 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 
 #include "simhost/sweep/MemoryImports.h"
 #include "simhost/sweep/Substitute.h"
@@ -43,7 +42,6 @@ void SubstituteSnprintf(HMODULE module) { ReplaceImport(module, "_snprintf_s", A
 
 constexpr std::intptr_t kInvalidHandle = -1;
 constexpr std::intptr_t kEndOfFile = -1;  // EOF
-constexpr std::intptr_t kTimeError = -1;
 
 // These have several declarations.
 using MultiByteToWide = errno_t(std::size_t*, wchar_t*, std::size_t, const char*, std::size_t);
@@ -137,7 +135,6 @@ constexpr ImportRow kTable[] = {
     RUNTIME(vfprintf, -1, ENOSPC, kNothing),
     NEVER("GetSystemTimeAsFileTime", kNoResult),
     NEVER("QueryPerformanceCounter", "Windows 10 always has one; it only adds to the stack guard"),
-    RUNTIME(_time64, kTimeError, EINVAL, kNothing),
     RUNTIME(setlocale, 0, EINVAL, kNothing),
     RUNTIME(strftime, 0, EINVAL, kNothing),
     RUNTIME(wcsftime, 0, EINVAL, kNothing),

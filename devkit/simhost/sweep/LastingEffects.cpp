@@ -25,9 +25,6 @@ constexpr const char* kPanelLater =
     "the panel is reached by the first tick of the second run, in which no time has passed for another question to the "
     "PluginCore";
 
-constexpr const char* kAskedLater =
-    "without the time, the first tick does not ask whether the PluginCore is enabled, so that the next run's does";
-
 constexpr const char* kWordsStay =
     "a word file that is not found makes the built-in words take its place, also at shut-down, and no word ever leaves "
     "the list";
@@ -61,8 +58,6 @@ constexpr LastingEffect kEffects[] = {
     {"UnhookWindowsHookEx", "expectation dialog: *", kHookStays},
     {"_stat64", "expectation dialog: * was clicked OK, expected untouched *", kWordsStay},
     {"*", "expectation calls: * but came RegisterPlugPlug *", kPanelLater},
-    {"_time64", "expectation calls: * but came IdleEvent *", kAskedLater},
-    {"_time64", "calls of PluginCore/PluginIsEnabled", kAskedLater},
 };
 
 }  // namespace

@@ -2,6 +2,8 @@
 // the test moves it. One at a time.
 #pragma once
 
+#include <windows.h>
+
 #include <cstdint>
 
 #include "doubles/common/ImportPatch.h"
@@ -15,13 +17,12 @@ class FakeClock {
     static void Advance(std::int64_t seconds) { sSeconds += seconds; }
 
   private:
-    static std::int64_t Read(std::int64_t* seconds) {
-        if (seconds != nullptr) {
-            *seconds = sSeconds;
-        }
-        return sSeconds;
+    static void WINAPI Read(FILETIME* time) {
+        constexpr std::int64_t kSecondsFrom1601To1970 = 11644473600;
+        const std::int64_t ticks = (sSeconds + kSecondsFrom1601To1970) * 10'000'000;
+        *time = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
     }
 
     static inline std::int64_t sSeconds = 0;
-    ImportPatch mPatch{"_time64", AsReplacement(Read)};
+    ImportPatch mPatch{"GetSystemTimeAsFileTime", AsReplacement(Read)};
 };
