@@ -1,5 +1,6 @@
 #include "frame/IdleTimer.h"
 
+#include "doubles/common/AllocationFaults.h"
 #include "support/clock/FakeClock.h"
 #include "support/plugplug/FakePlugPlug.h"
 #include "unit/frame/FrameFixture.h"
@@ -156,6 +157,21 @@ TEST_F(IdleTickTest, FirstTickChecksThenLetsThePluginCoreWork) {
     EXPECT_EQ(PluginCoreCalls(), kCheckedWork);
     EXPECT_EQ(host.calls.Calls(), Calls{});
     EXPECT_TRUE(RecordedLog().empty());
+}
+
+TEST_F(IdleTickTest, TickTakesNoMemoryOnceThePanelIsReached) {
+    const LoadablePlugPlug plugPlug;
+    Tick();
+    FakeClock::Advance(10);
+    for (const Calls& work : {kCheckedWork, kWork}) {
+        ClearRecords();
+        AITimerMessage message{host.MessageData(), host.Timer()};
+        const std::size_t before = AllocationsMade();
+        PluginMain("AI Timer", "AI Go", &message.d);
+        EXPECT_EQ(AllocationsMade(), before);
+        EXPECT_EQ(PluginCoreCalls(), work);
+        EXPECT_TRUE(RecordedLog().empty());
+    }
 }
 
 TEST_F(IdleTickTest, TickWithinNineSecondsOfTheCheckDoesNotCheck) {
