@@ -4,10 +4,11 @@
 
 #include "support/Log.h"
 #include "support/TextConversion.h"
+#include "support/TextLines.h"
 
-bool AppendSuppressionWords(std::istream& lines, std::vector<std::wstring>& words) {
+bool AppendSuppressionWords(std::string_view text, std::vector<std::wstring>& words) {
     bool hasLines = false;
-    for (std::string line; std::getline(lines, line);) {
+    for (std::string_view line; TakeLine(text, line);) {
         hasLines = true;
         try {
             words.push_back(Utf16FromUtf8(line));

@@ -1,11 +1,10 @@
 #include "dialogs/SuppressionWords.h"
 
-#include <fstream>
-
 #include "dialogs/SuppressionWordLines.h"
 #include "plugincore/PCILoader.h"
 #include "plugincore/PluginCoreLocation.h"
 #include "support/TextConversion.h"
+#include "support/TextFile.h"
 #include "support/UntilUnloaded.h"
 
 namespace {
@@ -51,9 +50,8 @@ bool ReadSuppressionFile(bool& hasEntries) {
         return false;
     }
     *sSuppressionFolder = folder;
-    // Text mode, shared with everybody, like any file that the C runtime opens for reading. Narrow like the library's
-    // own path.
-    std::ifstream file(path);
-    hasEntries = AppendSuppressionWords(file, *sSuppressionWordList);
+    // Narrow like the library's own path. A file that cannot be opened has no entries.
+    const std::string text = ReadTextFile(path.c_str()).value_or(std::string());
+    hasEntries = AppendSuppressionWords(text, *sSuppressionWordList);
     return true;
 }

@@ -5,13 +5,13 @@
 #include <shlobj.h>
 
 #include <array>
-#include <fstream>
 #include <optional>
 #include <utility>
 
 #include "plugincore/LaunchInfoLine.h"
 #include "support/ResultCodes.h"
 #include "support/TextConversion.h"
+#include "support/TextFile.h"
 
 namespace {
 
@@ -22,10 +22,7 @@ void AppendShellFolder(int folderIdentifier, std::string& out) {
     }
 }
 
-std::ifstream OpenForReading(const std::string& path) {
-    // Text mode, shared with everybody, like any file that the C runtime opens for reading.
-    return std::ifstream(Utf16FromUtf8(path).c_str());
-}
+std::optional<std::string> ReadLaunchInfo(const std::string& path) { return ReadTextFile(Utf16FromUtf8(path).c_str()); }
 
 }  // namespace
 
@@ -35,18 +32,18 @@ std::int32_t ReadLaunchInfoValue(const std::string& folderName, const std::strin
     std::string path;
     GetLocalAppDataFolder(path);
     path += file;
-    std::ifstream stream = OpenForReading(path);
-    if (!stream) {
+    std::optional<std::string> text = ReadLaunchInfo(path);
+    if (!text) {
         // The path is not cleared, so the second attempt names the local path followed by the common one: intentional,
         // in practice only the local copy is read.
         GetCommonAppDataFolder(path);
         path += file;
-        stream = OpenForReading(path);
+        text = ReadLaunchInfo(path);
     }
-    if (!stream) {
+    if (!text) {
         return kLookupNotFound;
     }
-    std::optional<std::string> value = FirstLaunchInfoValue(stream, key);
+    std::optional<std::string> value = FirstLaunchInfoValue(*text, key);
     if (!value) {
         return kLookupNotFound;
     }

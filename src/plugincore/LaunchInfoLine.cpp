@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "support/TextLines.h"
+
 std::optional<std::string> LaunchInfoLineValue(std::string_view line, std::string_view key) {
     // Anywhere in the line is intentional: launch-info files in the field are read so.
     if (line.find(key) == std::string_view::npos) {
@@ -21,8 +23,8 @@ std::optional<std::string> LaunchInfoLineValue(std::string_view line, std::strin
     return std::string(line.substr(equalSign + 1, end - equalSign - 1));
 }
 
-std::optional<std::string> FirstLaunchInfoValue(std::istream& lines, std::string_view key) {
-    for (std::string line; std::getline(lines, line);) {
+std::optional<std::string> FirstLaunchInfoValue(std::string_view text, std::string_view key) {
+    for (std::string_view line; TakeLine(text, line);) {
         if (std::optional<std::string> value = LaunchInfoLineValue(line, key)) {
             return value;
         }

@@ -3,7 +3,6 @@
 // Thread: any.
 #pragma once
 
-#include <istream>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,5 +12,5 @@
 // anywhere (an empty key matches every line), has no '=', or ends before it.
 std::optional<std::string> LaunchInfoLineValue(std::string_view line, std::string_view key);
 
-// The value of the first line that has one for `key`; nothing when no line has.
-std::optional<std::string> FirstLaunchInfoValue(std::istream& lines, std::string_view key);
+// The value of the first line of the text that has one for `key`; nothing when no line has.
+std::optional<std::string> FirstLaunchInfoValue(std::string_view text, std::string_view key);

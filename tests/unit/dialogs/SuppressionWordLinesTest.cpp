@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "support/log/RecordingLogSink.h"
 
 namespace {
@@ -12,10 +10,7 @@ using Words = std::vector<std::wstring>;
 
 class SuppressionWordLinesTest : public testing::Test {
   protected:
-    bool Append(const std::string& text) {
-        std::istringstream lines(text);
-        return AppendSuppressionWords(lines, words);
-    }
+    bool Append(const std::string& text) { return AppendSuppressionWords(text, words); }
     Words words;
 };
 

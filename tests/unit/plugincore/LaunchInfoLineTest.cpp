@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 namespace {
 
 using Value = std::optional<std::string>;
@@ -65,10 +63,7 @@ TEST(LaunchInfoLine, EndBeforeTheEqualSignYieldsNothing) {
     EXPECT_EQ(LumetPath("lumet.path\n=a"), std::nullopt);
 }
 
-Value FirstOf(const std::string& text) {
-    std::istringstream lines(text);
-    return FirstLaunchInfoValue(lines, "lumet.path");
-}
+Value FirstOf(std::string_view text) { return FirstLaunchInfoValue(text, "lumet.path"); }
 
 TEST(LaunchInfoLines, FirstLineWithAValueCounts) {
     EXPECT_EQ(FirstOf("version=3\nlumet.path\nlumet.path=a\nlumet.path=b\n"), Value("a"));
