@@ -1,11 +1,11 @@
 #include "plugincore/RunningProcess.h"
 
 #include <windows.h>
-// After windows.h, which it needs.
+// After windows.h, which they need.
 #include <psapi.h>
+#include <tlhelp32.h>
 
 #include <array>
-#include <optional>
 #include <set>
 
 #include "support/Log.h"
@@ -26,14 +26,42 @@ struct ProcessTraits {
 };
 using ProcessHandle = UniqueHandle<ProcessTraits>;
 
-// In ascending order, so that the lowest identifier wins; nothing when the list cannot be read.
-std::optional<std::set<DWORD>> ListProcesses() {
-    std::array<DWORD, kMaxProcesses> identifiers{};
-    DWORD size = 0;
-    if (K32EnumProcesses(identifiers.data(), static_cast<DWORD>(sizeof(identifiers)), &size) == 0) {
-        return std::nullopt;
+struct SnapshotTraits : ProcessTraits {
+    static HANDLE None() noexcept { return INVALID_HANDLE_VALUE; }
+};
+using SnapshotHandle = UniqueHandle<SnapshotTraits>;
+
+// The name of an executable, with and without its suffix.
+class ExecutableName {
+  public:
+    explicit ExecutableName(const std::string& name)
+        : mName(name), mNameWithExe(name.find('.') == std::string::npos ? name + ".exe" : name) {}
+
+    bool Is(const char* baseName) const noexcept {
+        return _stricmp(baseName, mName.c_str()) == 0 || _stricmp(baseName, mNameWithExe.c_str()) == 0;
     }
-    return std::set<DWORD>(identifiers.begin(), identifiers.begin() + size / sizeof(DWORD));
+
+  private:
+    std::string mName;
+    std::string mNameWithExe;
+};
+
+// Those of the first 1024 processes whose program Windows knows by the name, in ascending order, so that the lowest
+// identifier wins; none when the list cannot be read. One call tells the names of all: to open a process and to read
+// its memory costs far more, and is only worth it for a match.
+std::set<DWORD> ListProcesses(const ExecutableName& name) {
+    std::set<DWORD> identifiers;
+    const SnapshotHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    PROCESSENTRY32 process{};
+    process.dwSize = sizeof(process);
+    BOOL hasProcess = snapshot ? Process32First(snapshot.Get(), &process) : FALSE;
+    for (std::size_t i = 0; i < kMaxProcesses && hasProcess != FALSE; ++i) {
+        if (name.Is(process.szExeFile)) {
+            identifiers.insert(process.th32ProcessID);
+        }
+        hasProcess = Process32Next(snapshot.Get(), &process);
+    }
+    return identifiers;
 }
 
 // The module of the process's executable; null when Windows does not say.
@@ -43,12 +71,9 @@ HMODULE MainModule(HANDLE process) {
     return K32EnumProcessModules(process, &module, sizeof(module), &needed) != 0 ? module : nullptr;
 }
 
-bool HasBaseName(HANDLE process, HMODULE module, const std::string& name, const std::string& nameWithExe) {
+bool HasBaseName(HANDLE process, HMODULE module, const ExecutableName& name) {
     PathBuffer baseName{};
-    if (K32GetModuleBaseNameA(process, module, baseName.data(), kPathSize) == 0) {
-        return false;
-    }
-    return _stricmp(baseName.data(), name.c_str()) == 0 || _stricmp(baseName.data(), nameWithExe.c_str()) == 0;
+    return K32GetModuleBaseNameA(process, module, baseName.data(), kPathSize) != 0 && name.Is(baseName.data());
 }
 
 std::int32_t ReadModuleFolder(HANDLE process, HMODULE module, std::string& outDirectory) {
@@ -66,18 +91,14 @@ std::int32_t ReadModuleFolder(HANDLE process, HMODULE module, std::string& outDi
 }
 
 std::int32_t SearchProcesses(const std::string& name, std::string& outDirectory) {
-    const std::optional<std::set<DWORD>> processes = ListProcesses();
-    if (!processes) {
-        return kLookupNotFound;
-    }
-    const std::string nameWithExe = name.find('.') == std::string::npos ? name + ".exe" : name;
-    for (const DWORD identifier : *processes) {
+    const ExecutableName executable(name);
+    for (const DWORD identifier : ListProcesses(executable)) {
         ProcessHandle process(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, identifier));
         if (!process) {
             continue;
         }
         const HMODULE module = MainModule(process.Get());
-        if (module != nullptr && HasBaseName(process.Get(), module, name, nameWithExe)) {
+        if (module != nullptr && HasBaseName(process.Get(), module, executable)) {
             // The handle of the match stays open on purpose, and a match whose path cannot be read ends the search.
             return ReadModuleFolder(process.Release(), module, outDirectory);
         }

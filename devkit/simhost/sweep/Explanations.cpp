@@ -33,6 +33,7 @@ constexpr Explanation kExplanations[] = {
     {"UnhookWindowsHookEx", "SetWindowsHookExW"},
     {"CloseHandle", "CreateFileW"},
     {"CloseHandle", "OpenProcess"},
+    {"CloseHandle", "CreateToolhelp32Snapshot"},
     {"CloseHandle", "CreateSemaphoreW"},
     {"FreeLibrary", "LoadLibraryA"},
     {"FreeLibrary", "LoadLibraryW"},

@@ -14,10 +14,7 @@
 
 namespace {
 
-BOOL WINAPI ListNoProcesses(DWORD*, DWORD, DWORD* size) {
-    *size = 0;
-    return TRUE;
-}
+HANDLE WINAPI ListNoProcesses(DWORD, DWORD) { return INVALID_HANDLE_VALUE; }
 
 DWORD WINAPI RefusePath(HANDLE, HMODULE, LPSTR, DWORD) { return 0; }
 
@@ -56,7 +53,7 @@ class LaunchInfoLocationTest : public PluginCoreLocationTest {
         return FindPluginCorePath();
     }
 
-    ImportPatch processes{"K32EnumProcesses", AsReplacement(ListNoProcesses)};
+    ImportPatch processes{"CreateToolhelp32Snapshot", AsReplacement(ListNoProcesses)};
 };
 
 TEST_F(LaunchInfoLocationTest, WithoutAnyDirectoryThePathIsTheBareName) {
@@ -132,7 +129,7 @@ TEST(PluginCoreLocationAtTheRootTest, IsReadFromTheDrivesRootWithoutALocalFolder
     const TemporaryFolder folder;
     WriteWholeFile(folder.Path() / "Quorvel" / "com.quorvel.Lumet-LaunchInfo.conf", "lumet.path=C:\\root\\Lumet.exe\n");
     const ShellFolders shellFolders(std::nullopt, std::nullopt);
-    const ImportPatch processes("K32EnumProcesses", AsReplacement(ListNoProcesses));
+    const ImportPatch processes("CreateToolhelp32Snapshot", AsReplacement(ListNoProcesses));
     const OpenedFiles opened(folder.Path());
     EXPECT_EQ(FindPluginCorePath(), "C:\\root\\Plug-ins\\PluginCoreX64.dll");
     EXPECT_EQ(OpenedFiles::Paths(), std::vector<std::wstring>{L"/Quorvel/com.quorvel.Lumet-LaunchInfo.conf"});
@@ -147,7 +144,7 @@ TEST(PluginCoreLocationInRealFoldersTest, IsReadFromTheLocalApplicationData) {
     const std::filesystem::path commonFolder = std::filesystem::path(common) / "Quorvel";
     const FolderGuard localGuard(localFolder);
     const FolderGuard commonGuard(commonFolder);
-    const ImportPatch processes("K32EnumProcesses", AsReplacement(ListNoProcesses));
+    const ImportPatch processes("CreateToolhelp32Snapshot", AsReplacement(ListNoProcesses));
 
     WriteWholeFile(commonFolder / "com.quorvel.Lumet-LaunchInfo.conf", "lumet.path=C:\\common\\Lumet.exe\n");
     EXPECT_EQ(FindPluginCorePath(), "PluginCoreX64.dll");

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 // After windows.h, which it needs.
-#include <psapi.h>
+#include <tlhelp32.h>
 
 #include <algorithm>
 #include <cstring>
@@ -90,14 +90,30 @@ TEST_F(RealProcessTest, OtherNamesDoNotMatch) {
     EXPECT_EQ(Find("QuorvelOther"), kNothing);
 }
 
-// Windows lists the processes in the order in which they were made; this one turns it round.
-BOOL WINAPI ListBackwards(DWORD* identifiers, DWORD size, DWORD* used) {
-    using Function = BOOL(WINAPI*)(DWORD*, DWORD, DWORD*);
-    static const auto original = reinterpret_cast<Function>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "K32EnumProcesses")));
-    const BOOL result = original(identifiers, size, used);
-    std::sort(identifiers, identifiers + *used / sizeof(DWORD), std::greater<>());
-    return result;
+// Windows lists the processes in the order in which they were made; these two turn it round.
+std::vector<PROCESSENTRY32> sBackwards;
+
+BOOL WINAPI NextBackwards(HANDLE, PROCESSENTRY32* entry) {
+    if (sBackwards.empty()) {
+        return FALSE;
+    }
+    *entry = sBackwards.back();
+    sBackwards.pop_back();
+    return TRUE;
+}
+
+BOOL WINAPI FirstBackwards(HANDLE snapshot, PROCESSENTRY32* entry) {
+    using Function = BOOL(WINAPI*)(HANDLE, PROCESSENTRY32*);
+    const auto original = [](const char* name) {
+        return reinterpret_cast<Function>(
+            reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name)));
+    };
+    sBackwards.clear();
+    for (BOOL found = original("Process32First")(snapshot, entry); found != FALSE;
+         found = original("Process32Next")(snapshot, entry)) {
+        sBackwards.push_back(*entry);
+    }
+    return NextBackwards(snapshot, entry);
 }
 
 TEST_F(RealProcessTest, LowerIdentifierWinsWhateverTheCase) {
@@ -106,7 +122,8 @@ TEST_F(RealProcessTest, LowerIdentifierWinsWhateverTheCase) {
     const bool upperIsFirst = upper.Identifier() < lower.Identifier();
     const Search winner{0, FolderText(folder.Path() / (upperIsFirst ? "upper" : "lower"))};
     EXPECT_EQ(Find("Lumet"), winner);
-    const ImportPatch patch("K32EnumProcesses", AsReplacement(ListBackwards));
+    const ImportPatch first("Process32First", AsReplacement(FirstBackwards));
+    const ImportPatch next("Process32Next", AsReplacement(NextBackwards));
     EXPECT_EQ(Find("Lumet"), winner);
 }
 
@@ -125,10 +142,11 @@ TEST_F(RealProcessTest, MatchWhosePathCannotBeReadEndsTheSearch) {
 // --- processes as a test wants them ---------------------------------------------------------------------------------
 
 struct FakeProcess {
-    std::string baseName;  // empty: cannot be read
+    std::string baseName;  // empty: cannot be read from the process itself
     std::string path;      // empty: cannot be read
     bool canBeOpened = true;
     bool hasModules = true;
+    std::string listedAs{};  // empty: as the base name
 };
 
 std::map<DWORD, FakeProcess> sProcesses;
@@ -139,14 +157,23 @@ Calls sCalls;
 DWORD IdentifierOf(HANDLE process) { return static_cast<DWORD>(reinterpret_cast<std::uintptr_t>(process) - 0x10000); }
 std::string Name(DWORD identifier) { return std::to_string(identifier); }
 
-BOOL WINAPI List(DWORD* identifiers, DWORD size, DWORD* used) {
-    sCalls.push_back("list " + Name(size));
-    if (sListFails) {
+const HANDLE kSnapshot = reinterpret_cast<HANDLE>(static_cast<std::uintptr_t>(0x5A));
+std::size_t sListed = 0;
+
+HANDLE WINAPI List(DWORD what, DWORD process) {
+    sCalls.push_back(what == TH32CS_SNAPPROCESS && process == 0 ? "list" : "list otherwise");
+    sListed = 0;
+    return sListFails ? INVALID_HANDLE_VALUE : kSnapshot;
+}
+
+BOOL WINAPI NextListed(HANDLE snapshot, PROCESSENTRY32* entry) {
+    if (snapshot != kSnapshot || entry->dwSize != sizeof(*entry) || sListed == sListing.size()) {
         return FALSE;
     }
-    const std::size_t count = std::min<std::size_t>(sListing.size(), size / sizeof(DWORD));
-    std::copy_n(sListing.begin(), count, identifiers);
-    *used = static_cast<DWORD>(count * sizeof(DWORD));
+    const DWORD identifier = sListing[sListed++];
+    const FakeProcess& process = sProcesses[identifier];
+    entry->th32ProcessID = identifier;
+    std::strcpy(entry->szExeFile, (process.listedAs.empty() ? process.baseName : process.listedAs).c_str());
     return TRUE;
 }
 
@@ -159,7 +186,7 @@ HANDLE WINAPI Open(DWORD access, BOOL inherit, DWORD identifier) {
 }
 
 BOOL WINAPI Close(HANDLE process) {
-    sCalls.push_back("close " + Name(IdentifierOf(process)));
+    sCalls.push_back(process == kSnapshot ? "end of list" : "close " + Name(IdentifierOf(process)));
     return TRUE;
 }
 
@@ -206,7 +233,9 @@ class FakeProcessTest : public testing::Test {
     }
 
     static Search FindAmongThem(const std::string& name) {
-        const ImportPatch list("K32EnumProcesses", AsReplacement(List));
+        const ImportPatch list("CreateToolhelp32Snapshot", AsReplacement(List));
+        const ImportPatch first("Process32First", AsReplacement(NextListed));
+        const ImportPatch next("Process32Next", AsReplacement(NextListed));
         const ImportPatch open("OpenProcess", AsReplacement(Open));
         const ImportPatch close("CloseHandle", AsReplacement(Close));
         const ImportPatch modules("K32EnumProcessModules", AsReplacement(Modules));
@@ -216,22 +245,20 @@ class FakeProcessTest : public testing::Test {
     }
 };
 
-TEST_F(FakeProcessTest, AreVisitedInAscendingOrderAndTheMatchStaysOpen) {
+TEST_F(FakeProcessTest, AreVisitedInAscendingOrderAndTheMatchAloneIsOpenedAndStaysOpen) {
     Add(30, {"other.exe", "C:\\o\\other.exe"});
     Add(40, {"Lumet.exe", "C:\\fourty\\Lumet.exe"});
     Add(8, {"other.exe", "C:\\o\\other.exe"});
     Add(32, {"lumet.EXE", "C:\\thirty-two\\lumet.EXE"});
     EXPECT_EQ(FindAmongThem("Lumet"), (Search{0, "C:\\thirty-two\\"}));
-    EXPECT_EQ(sCalls,
-              (Calls{"list 4096", "open 8", "modules 8, 8", "name 8, 261", "close 8", "open 30", "modules 30, 8",
-                     "name 30, 261", "close 30", "open 32", "modules 32, 8", "name 32, 261", "path 32, 261"}));
+    EXPECT_EQ(sCalls, (Calls{"list", "end of list", "open 32", "modules 32, 8", "name 32, 261", "path 32, 261"}));
 }
 
 TEST_F(FakeProcessTest, ListThatCannotBeReadEndsTheSearch) {
     Add(8, {"Lumet.exe", "C:\\a\\Lumet.exe"});
     sListFails = true;
     EXPECT_EQ(FindAmongThem("Lumet"), kNothing);
-    EXPECT_EQ(sCalls, Calls{"list 4096"});
+    EXPECT_EQ(sCalls, Calls{"list"});
     EXPECT_EQ(RecordedLog(),
               (std::vector<RecordedLine>{{1, "Entering GetPathToRunningProcessExe('Lumet', ...)"},
                                          {-1, "GetPathToRunningProcessExe('Lumet', 'before') returned 352321536"}}));
@@ -239,24 +266,43 @@ TEST_F(FakeProcessTest, ListThatCannotBeReadEndsTheSearch) {
 
 TEST_F(FakeProcessTest, EmptyListFindsNothing) {
     EXPECT_EQ(FindAmongThem("Lumet"), kNothing);
-    EXPECT_EQ(sCalls, Calls{"list 4096"});
+    EXPECT_EQ(sCalls, (Calls{"list", "end of list"}));
+}
+
+// What Windows lists is only where to look: the process itself is asked as well.
+TEST_F(FakeProcessTest, MatchOfTheListThatHasAnotherNameItselfIsClosedAndPassedOver) {
+    Add(8, {.baseName = "other.exe", .path = "C:\\8\\other.exe", .listedAs = "Lumet.exe"});
+    Add(12, {"Lumet.exe", "C:\\12\\Lumet.exe"});
+    EXPECT_EQ(FindAmongThem("Lumet"), (Search{0, "C:\\12\\"}));
+    EXPECT_EQ(sCalls, (Calls{"list", "end of list", "open 8", "modules 8, 8", "name 8, 261", "close 8", "open 12",
+                             "modules 12, 8", "name 12, 261", "path 12, 261"}));
+}
+
+// The search that finds nothing opens nothing, however many processes there are.
+TEST_F(FakeProcessTest, OthersAreNotOpened) {
+    for (DWORD i = 1; i <= 300; ++i) {
+        Add(i * 4, {"other.exe", "C:\\o\\other.exe"});
+    }
+    EXPECT_EQ(FindAmongThem("Lumet"), kNothing);
+    EXPECT_EQ(sCalls, (Calls{"list", "end of list"}));
 }
 
 TEST_F(FakeProcessTest, OnesThatCannotBeAskedAreSkippedAndClosed) {
     Add(4, {.baseName = "Lumet.exe", .path = "C:\\4\\Lumet.exe", .canBeOpened = false});
     Add(8, {.baseName = "Lumet.exe", .path = "C:\\8\\Lumet.exe", .hasModules = false});
-    Add(12, {.baseName = "", .path = "C:\\12\\Lumet.exe"});
+    Add(12, {.baseName = "", .path = "C:\\12\\Lumet.exe", .listedAs = "Lumet.exe"});
     Add(16, {"Lumet.exe", "C:\\16\\Lumet.exe"});
     EXPECT_EQ(FindAmongThem("Lumet"), (Search{0, "C:\\16\\"}));
-    EXPECT_EQ(sCalls, (Calls{"list 4096", "open 4", "open 8", "modules 8, 8", "close 8", "open 12", "modules 12, 8",
-                             "name 12, 261", "close 12", "open 16", "modules 16, 8", "name 16, 261", "path 16, 261"}));
+    EXPECT_EQ(sCalls,
+              (Calls{"list", "end of list", "open 4", "open 8", "modules 8, 8", "close 8", "open 12", "modules 12, 8",
+                     "name 12, 261", "close 12", "open 16", "modules 16, 8", "name 16, 261", "path 16, 261"}));
 }
 
 TEST_F(FakeProcessTest, MatchWhosePathCannotBeReadStaysOpenAndEndsTheSearch) {
     Add(8, {"Lumet.exe", ""});
     Add(12, {"Lumet.exe", "C:\\12\\Lumet.exe"});
     EXPECT_EQ(FindAmongThem("Lumet"), kNothing);
-    EXPECT_EQ(sCalls, (Calls{"list 4096", "open 8", "modules 8, 8", "name 8, 261", "path 8, 261"}));
+    EXPECT_EQ(sCalls, (Calls{"list", "end of list", "open 8", "modules 8, 8", "name 8, 261", "path 8, 261"}));
 }
 
 TEST_F(FakeProcessTest, MatchWhosePathHasNoBackslashStaysOpenAndEndsTheSearch) {

@@ -8,10 +8,7 @@
 
 namespace {
 
-BOOL WINAPI ListNoProcesses(DWORD*, DWORD, DWORD* size) {
-    *size = 0;
-    return TRUE;
-}
+HANDLE WINAPI ListNoProcesses(DWORD, DWORD) { return INVALID_HANDLE_VALUE; }
 
 // --- GetSharedInstance ----------------------------------------------------------------------------------------------
 
@@ -50,7 +47,7 @@ class SharedInstanceTest : public PCILoaderTest {
     TemporaryFolder folder;
     LoadedPluginCores loaded;
     ShellFolders shellFolders{folder.Path().wstring(), std::nullopt};
-    ImportPatch processes{"K32EnumProcesses", AsReplacement(ListNoProcesses)};
+    ImportPatch processes{"CreateToolhelp32Snapshot", AsReplacement(ListNoProcesses)};
 };
 
 TEST_F(SharedInstanceTest, FailedSearchIsRepeatedByEveryCall) {
