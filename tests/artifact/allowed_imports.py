@@ -4,8 +4,8 @@ imported is taken out. By library, then by reason."""
 ALLOWED = {
     "kernel32.dll": {
         "finds the running core application": """
-            K32EnumProcesses OpenProcess CloseHandle K32EnumProcessModules K32GetModuleBaseNameA
-            K32GetModuleFileNameExA""",
+            CreateToolhelp32Snapshot Process32First Process32Next OpenProcess CloseHandle K32EnumProcessModules
+            K32GetModuleBaseNameA K32GetModuleFileNameExA""",
         "loads the PluginCore and the messaging library": """
             LoadLibraryA LoadLibraryW FreeLibrary GetProcAddress FindFirstFileW GetLastError""",
         "knows its own file and the host's": "GetModuleHandleExW GetModuleFileNameW",
@@ -21,23 +21,21 @@ ALLOWED = {
             CreateSemaphoreW ReleaseSemaphore WaitForSingleObject InitializeCriticalSection EnterCriticalSection
             LeaveCriticalSection DeleteCriticalSection TlsAlloc TlsFree TlsGetValue TlsSetValue Sleep SetLastError""",
         "keeps the variables of a thread": "HeapAlloc HeapFree",
-        "C++ runtime: the text of an error of Windows": "FormatMessageA LocalFree",
         "C runtime: relocates itself while it is loaded": "VirtualProtect VirtualQuery GetModuleHandleW",
         "C runtime: characters of more than one byte": "IsDBCSLeadByteEx",
     },
     "msvcrt.dll": {
         "formats log lines": "_vsnprintf_s _snprintf_s",
-        "finds files and compares their names": "_stat64 _fstat64 _stricmp",
+        "finds files and compares their names": "_stat64 _stricmp",
+        "reads the launch-info and the word file": "fopen _wfopen fread ferror fclose",
         "checks the heap": "_heapchk",
         "makes narrow text wide": "mbstowcs_s",
         "memory": "malloc calloc realloc free memchr memcmp memcpy memmove memset",
         "texts": "strcmp strncmp strlen wcslen strerror",
-        "C++ runtime: file streams": """
-            fopen fclose fflush fputc fputs fwrite setvbuf vfprintf __iob_func _fdopen _fileno _wfopen _close _read
-            _write _lseeki64 _errno""",
-        "C++ runtime: its locale, which is the one called C": """
-            setlocale localeconv strcoll strxfrm wcscoll wcsxfrm strftime wcsftime iswctype towlower towupper
-            ___lc_codepage_func ___mb_cur_max_func""",
+        "C++ runtime: prints the digits of a number": """
+            fputc localeconv ___lc_codepage_func ___mb_cur_max_func""",
+        "C runtime: says what is wrong with its tables": "__iob_func vfprintf fwrite",
+        "C++ runtime: its random numbers, which nobody asks for": "_read _close _errno",
         "C++ runtime: the end when nothing else is left": "abort _assert _amsg_exit",
         "C runtime: starts and ends the module": "_initterm _lock _unlock",
     },

@@ -11,7 +11,6 @@ FILLED_BUFFERS = (
     "AppendShellFolder",  # a folder of application data
     "CheckHeap",  # a text with a caller's name in it
     "CurrentDocumentFontUsage",
-    "FetchMenuJson",  # the PluginCore's menus
     "GetDocumentFileSpec",
     "GetFileVersion",  # version texts of our own file
     "GetFileVersionString",  # and of the PluginCore's
@@ -20,16 +19,17 @@ FILLED_BUFFERS = (
     "HandleDocumentNewNotifier",  # the PluginCore's answer
     "HandleDocumentOpenedNotifier",  # fonts that the PluginCore names
     "LibraryPath",  # the host's folder
-    "ListProcesses",  # the identifiers of all processes
     "LoadLibraryWithVersion",
     "LogLine",
     "LogMessage",  # whatever is logged
+    "ReadAll",  # the launch-info and the word file
     "ReadModulePath",  # our own path
     "ReadPluginCoreSettings",  # the PluginCore's settings
     "SearchProcesses",  # names of programs
     "StopAtFirstMatch",  # titles of windows
     "SuppressionHookProc",  # titles of dialogs
     "TellPluginCore",  # a path that the host wrote
+    "updateMenuItem",  # the PluginCore's menus
 )
 
 # A text that only the operation's own code holds; the symbols of a shipped file are elsewhere.

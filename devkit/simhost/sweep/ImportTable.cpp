@@ -2,6 +2,7 @@
 
 #define PSAPI_VERSION 2
 #include <psapi.h>
+#include <tlhelp32.h>
 
 #include <io.h>
 #include <malloc.h>
@@ -77,6 +78,8 @@ constexpr ImportRow kTable[] = {
     RUNTIME(fopen, 0, EMFILE, kTakes),
     RUNTIME(_wfopen, 0, EMFILE, kTakes),
     RUNTIME(_fdopen, 0, EMFILE, kTakes),
+    RUNTIME(fread, 0, EIO, kNothing),
+    NEVER("ferror", kPureText),
     RUNTIME(fclose, kEndOfFile, ENOSPC, kGivesBackAlways),
     RUNTIME(_close, -1, EBADF, kNothing),
     RUNTIME(fflush, kEndOfFile, ENOSPC, kNothing),
@@ -99,7 +102,9 @@ constexpr ImportRow kTable[] = {
     WINDOWS(GetModuleHandleExW, 0, ERROR_MOD_NOT_FOUND, kTakesReference),
     // Processes.
     WINDOWS(OpenProcess, 0, ERROR_ACCESS_DENIED, kTakes),
-    WINDOWS(K32EnumProcesses, 0, ERROR_ACCESS_DENIED, kNothing),
+    WINDOWS(CreateToolhelp32Snapshot, kInvalidHandle, ERROR_BAD_LENGTH, kTakes),
+    WINDOWS(Process32First, 0, ERROR_NO_MORE_FILES, kNothing),
+    WINDOWS(Process32Next, 0, ERROR_NO_MORE_FILES, kNothing),
     WINDOWS(K32EnumProcessModules, 0, ERROR_PARTIAL_COPY, kNothing),
     WINDOWS(K32GetModuleBaseNameA, 0, ERROR_INVALID_HANDLE, kNothing),
     WINDOWS(K32GetModuleFileNameExA, 0, ERROR_INVALID_HANDLE, kNothing),
@@ -232,7 +237,7 @@ void RemoveHooksLeft() {
 }
 
 void CloseHandlesLeft() {
-    for (const char* const giver : {"CreateFileW", "OpenProcess", "CreateSemaphoreW"}) {
+    for (const char* const giver : {"CreateFileW", "OpenProcess", "CreateSemaphoreW", "CreateToolhelp32Snapshot"}) {
         for (const HANDLE handle : TheHoldings().GivenBy(giver)) {
             CloseHandle(handle);
         }
