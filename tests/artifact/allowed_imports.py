@@ -11,7 +11,7 @@ ALLOWED = {
         "knows its own file and the host's": "GetModuleHandleExW GetModuleFileNameW",
         "reads when a document was written": "CreateFileW GetFileTime",
         "checks the heap": "GetProcessHeap HeapValidate",
-        "converts text": "MultiByteToWideChar WideCharToMultiByte",
+        "converts text": "MultiByteToWideChar",
         "reads the time, and makes the value of the stack guard": """
             GetSystemTimeAsFileTime QueryPerformanceCounter GetCurrentProcessId GetCurrentThreadId""",
         "stops exceptions of another compiler": "__C_specific_handler",
@@ -22,7 +22,6 @@ ALLOWED = {
             LeaveCriticalSection DeleteCriticalSection TlsAlloc TlsFree TlsGetValue TlsSetValue Sleep SetLastError""",
         "keeps the variables of a thread": "HeapAlloc HeapFree",
         "C runtime: relocates itself while it is loaded": "VirtualProtect VirtualQuery GetModuleHandleW",
-        "C runtime: characters of more than one byte": "IsDBCSLeadByteEx",
     },
     "msvcrt.dll": {
         "formats log lines": "_vsnprintf_s _snprintf_s",
@@ -31,12 +30,10 @@ ALLOWED = {
         "checks the heap": "_heapchk",
         "makes narrow text wide": "mbstowcs_s",
         "memory": "malloc calloc realloc free memchr memcmp memcpy memmove memset",
-        "texts": "strcmp strncmp strlen wcslen strerror",
-        "C++ runtime: prints the digits of a number": """
-            fputc localeconv ___lc_codepage_func ___mb_cur_max_func""",
+        "texts": "strcmp strncmp strlen wcslen",
         "C runtime: says what is wrong with its tables": "__iob_func vfprintf fwrite",
         "C++ runtime: its random numbers, which nobody asks for": "_read _close _errno",
-        "C++ runtime: the end when nothing else is left": "abort _assert _amsg_exit",
+        "C++ runtime: the end when nothing else is left": "abort _amsg_exit",
         "C runtime: starts and ends the module": "_initterm _lock _unlock",
     },
     "shell32.dll": {"finds the folders of application data": "SHGetSpecialFolderPathW"},
@@ -56,7 +53,14 @@ ALLOWED = {
 
 # What the diagnostic plug-in needs besides.
 OF_THE_DIAGNOSTIC_LOG = {
-    "kernel32.dll": {"writes the log to a file and to the debugger": "GetTempPathW WriteFile OutputDebugStringA"},
+    "kernel32.dll": {
+        "writes the log to a file and to the debugger": "GetTempPathW WriteFile OutputDebugStringA",
+        "C runtime: characters of more than one byte": "IsDBCSLeadByteEx WideCharToMultiByte",
+    },
+    "msvcrt.dll": {
+        "C++ runtime: formats a line": """
+            fputc localeconv strerror ___lc_codepage_func ___mb_cur_max_func""",
+    },
 }
 
 

@@ -7,7 +7,6 @@ import re
 FILLED_BUFFERS = (
     "AboutPlugin",  # the PluginCore's answer
     "AddAllQuorvelMenuItems",  # the PluginCore's menus
-    "AppendNumber",  # a number's digits
     "AppendShellFolder",  # a folder of application data
     "CheckHeap",  # a text with a caller's name in it
     "CurrentDocumentFontUsage",

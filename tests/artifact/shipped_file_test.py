@@ -10,7 +10,7 @@ from pathlib import Path
 import pefile
 
 # In bytes. Whoever loads the file pays for its size; what makes it grow beyond this needs a reason.
-SIZE_LIMIT = 470_000
+SIZE_LIMIT = 300_000
 
 
 def sections_of(pe):
