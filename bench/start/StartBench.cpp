@@ -17,7 +17,7 @@ void SearchInVain() {
     bench::Keep(GetPathToRunningProcessExe("NobodyIsCalledThis", folder));
 }
 
-// The one call that every search has to make, however it goes on.
+// The least that tells the names of all processes.
 void TakeSnapshot() { CloseHandle(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0)); }
 
 }  // namespace

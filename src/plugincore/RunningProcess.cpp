@@ -6,6 +6,7 @@
 #include <tlhelp32.h>
 
 #include <array>
+#include <optional>
 #include <set>
 
 #include "support/Log.h"
@@ -46,22 +47,28 @@ class ExecutableName {
     std::string mNameWithExe;
 };
 
-// Those of the first 1024 processes whose program Windows knows by the name, in ascending order, so that the lowest
-// identifier wins; none when the list cannot be read. One call tells the names of all: to open a process and to read
-// its memory costs far more, and is only worth it for a match.
-std::set<DWORD> ListProcesses(const ExecutableName& name) {
-    std::set<DWORD> identifiers;
+// In ascending order, so that the lowest identifier wins; nothing when the list cannot be read.
+std::optional<std::set<DWORD>> ListProcesses() {
+    std::array<DWORD, kMaxProcesses> identifiers{};
+    DWORD size = 0;
+    if (K32EnumProcesses(identifiers.data(), static_cast<DWORD>(sizeof(identifiers)), &size) == 0) {
+        return std::nullopt;
+    }
+    return std::set<DWORD>(identifiers.begin(), identifiers.begin() + size / sizeof(DWORD));
+}
+
+// Takes those off the list that Windows knows by another name: to open a process and to read its memory costs far more
+// than one call that tells the names of all. Processes that it does not tell stay on the list.
+void DropOthers(const ExecutableName& name, std::set<DWORD>& processes) {
     const SnapshotHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
     PROCESSENTRY32 process{};
     process.dwSize = sizeof(process);
-    BOOL hasProcess = snapshot ? Process32First(snapshot.Get(), &process) : FALSE;
-    for (std::size_t i = 0; i < kMaxProcesses && hasProcess != FALSE; ++i) {
-        if (name.Is(process.szExeFile)) {
-            identifiers.insert(process.th32ProcessID);
+    for (BOOL isThere = snapshot ? Process32First(snapshot.Get(), &process) : FALSE; isThere != FALSE;
+         isThere = Process32Next(snapshot.Get(), &process)) {
+        if (!name.Is(process.szExeFile)) {
+            processes.erase(process.th32ProcessID);
         }
-        hasProcess = Process32Next(snapshot.Get(), &process);
     }
-    return identifiers;
 }
 
 // The module of the process's executable; null when Windows does not say.
@@ -91,8 +98,13 @@ std::int32_t ReadModuleFolder(HANDLE process, HMODULE module, std::string& outDi
 }
 
 std::int32_t SearchProcesses(const std::string& name, std::string& outDirectory) {
+    std::optional<std::set<DWORD>> processes = ListProcesses();
+    if (!processes) {
+        return kLookupNotFound;
+    }
     const ExecutableName executable(name);
-    for (const DWORD identifier : ListProcesses(executable)) {
+    DropOthers(executable, *processes);
+    for (const DWORD identifier : *processes) {
         ProcessHandle process(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, identifier));
         if (!process) {
             continue;

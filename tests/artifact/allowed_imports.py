@@ -4,8 +4,8 @@ imported is taken out. By library, then by reason."""
 ALLOWED = {
     "kernel32.dll": {
         "finds the running core application": """
-            CreateToolhelp32Snapshot Process32First Process32Next OpenProcess CloseHandle K32EnumProcessModules
-            K32GetModuleBaseNameA K32GetModuleFileNameExA""",
+            K32EnumProcesses CreateToolhelp32Snapshot Process32First Process32Next OpenProcess CloseHandle
+            K32EnumProcessModules K32GetModuleBaseNameA K32GetModuleFileNameExA""",
         "loads the PluginCore and the messaging library": """
             LoadLibraryA LoadLibraryW FreeLibrary GetProcAddress FindFirstFileW GetLastError""",
         "knows its own file and the host's": "GetModuleHandleExW GetModuleFileNameW",

@@ -102,6 +102,7 @@ constexpr ImportRow kTable[] = {
     WINDOWS(GetModuleHandleExW, 0, ERROR_MOD_NOT_FOUND, kTakesReference),
     // Processes.
     WINDOWS(OpenProcess, 0, ERROR_ACCESS_DENIED, kTakes),
+    WINDOWS(K32EnumProcesses, 0, ERROR_ACCESS_DENIED, kNothing),
     WINDOWS(CreateToolhelp32Snapshot, kInvalidHandle, ERROR_BAD_LENGTH, kTakes),
     WINDOWS(Process32First, 0, ERROR_NO_MORE_FILES, kNothing),
     WINDOWS(Process32Next, 0, ERROR_NO_MORE_FILES, kNothing),

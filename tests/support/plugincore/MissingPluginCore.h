@@ -11,12 +11,12 @@ class MissingPluginCore {
     MissingPluginCore() { delete PCILoader::GetSharedInstance(); }
 
   private:
-    static HANDLE WINAPI ListNoProcesses(DWORD, DWORD) { return INVALID_HANDLE_VALUE; }
+    static BOOL WINAPI ListNoProcesses(DWORD*, DWORD, DWORD*) { return FALSE; }
     static HMODULE WINAPI LoadNothing(LPCSTR) {
         SetLastError(ERROR_MOD_NOT_FOUND);
         return nullptr;
     }
 
-    ImportPatch mProcesses{"CreateToolhelp32Snapshot", AsReplacement(ListNoProcesses)};
+    ImportPatch mProcesses{"K32EnumProcesses", AsReplacement(ListNoProcesses)};
     ImportPatch mLibrary{"LoadLibraryA", AsReplacement(LoadNothing)};
 };

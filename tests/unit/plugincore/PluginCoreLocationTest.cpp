@@ -14,7 +14,10 @@
 
 namespace {
 
-HANDLE WINAPI ListNoProcesses(DWORD, DWORD) { return INVALID_HANDLE_VALUE; }
+BOOL WINAPI ListNoProcesses(DWORD*, DWORD, DWORD* size) {
+    *size = 0;
+    return TRUE;
+}
 
 DWORD WINAPI RefusePath(HANDLE, HMODULE, LPSTR, DWORD) { return 0; }
 
@@ -53,7 +56,7 @@ class LaunchInfoLocationTest : public PluginCoreLocationTest {
         return FindPluginCorePath();
     }
 
-    ImportPatch processes{"CreateToolhelp32Snapshot", AsReplacement(ListNoProcesses)};
+    ImportPatch processes{"K32EnumProcesses", AsReplacement(ListNoProcesses)};
 };
 
 TEST_F(LaunchInfoLocationTest, WithoutAnyDirectoryThePathIsTheBareName) {
@@ -129,7 +132,7 @@ TEST(PluginCoreLocationAtTheRootTest, IsReadFromTheDrivesRootWithoutALocalFolder
     const TemporaryFolder folder;
     WriteWholeFile(folder.Path() / "Quorvel" / "com.quorvel.Lumet-LaunchInfo.conf", "lumet.path=C:\\root\\Lumet.exe\n");
     const ShellFolders shellFolders(std::nullopt, std::nullopt);
-    const ImportPatch processes("CreateToolhelp32Snapshot", AsReplacement(ListNoProcesses));
+    const ImportPatch processes("K32EnumProcesses", AsReplacement(ListNoProcesses));
     const OpenedFiles opened(folder.Path());
     EXPECT_EQ(FindPluginCorePath(), "C:\\root\\Plug-ins\\PluginCoreX64.dll");
     EXPECT_EQ(OpenedFiles::Paths(), std::vector<std::wstring>{L"/Quorvel/com.quorvel.Lumet-LaunchInfo.conf"});
@@ -144,7 +147,7 @@ TEST(PluginCoreLocationInRealFoldersTest, IsReadFromTheLocalApplicationData) {
     const std::filesystem::path commonFolder = std::filesystem::path(common) / "Quorvel";
     const FolderGuard localGuard(localFolder);
     const FolderGuard commonGuard(commonFolder);
-    const ImportPatch processes("CreateToolhelp32Snapshot", AsReplacement(ListNoProcesses));
+    const ImportPatch processes("K32EnumProcesses", AsReplacement(ListNoProcesses));
 
     WriteWholeFile(commonFolder / "com.quorvel.Lumet-LaunchInfo.conf", "lumet.path=C:\\common\\Lumet.exe\n");
     EXPECT_EQ(FindPluginCorePath(), "PluginCoreX64.dll");

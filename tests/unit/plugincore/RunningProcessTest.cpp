@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 #include <windows.h>
-// After windows.h, which it needs.
+// After windows.h, which they need.
+#include <psapi.h>
 #include <tlhelp32.h>
 
 #include <algorithm>
@@ -90,30 +91,14 @@ TEST_F(RealProcessTest, OtherNamesDoNotMatch) {
     EXPECT_EQ(Find("QuorvelOther"), kNothing);
 }
 
-// Windows lists the processes in the order in which they were made; these two turn it round.
-std::vector<PROCESSENTRY32> sBackwards;
-
-BOOL WINAPI NextBackwards(HANDLE, PROCESSENTRY32* entry) {
-    if (sBackwards.empty()) {
-        return FALSE;
-    }
-    *entry = sBackwards.back();
-    sBackwards.pop_back();
-    return TRUE;
-}
-
-BOOL WINAPI FirstBackwards(HANDLE snapshot, PROCESSENTRY32* entry) {
-    using Function = BOOL(WINAPI*)(HANDLE, PROCESSENTRY32*);
-    const auto original = [](const char* name) {
-        return reinterpret_cast<Function>(
-            reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name)));
-    };
-    sBackwards.clear();
-    for (BOOL found = original("Process32First")(snapshot, entry); found != FALSE;
-         found = original("Process32Next")(snapshot, entry)) {
-        sBackwards.push_back(*entry);
-    }
-    return NextBackwards(snapshot, entry);
+// Windows lists the processes in the order in which they were made; this one turns it round.
+BOOL WINAPI ListBackwards(DWORD* identifiers, DWORD size, DWORD* used) {
+    using Function = BOOL(WINAPI*)(DWORD*, DWORD, DWORD*);
+    static const auto original = reinterpret_cast<Function>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "K32EnumProcesses")));
+    const BOOL result = original(identifiers, size, used);
+    std::sort(identifiers, identifiers + *used / sizeof(DWORD), std::greater<>());
+    return result;
 }
 
 TEST_F(RealProcessTest, LowerIdentifierWinsWhateverTheCase) {
@@ -122,8 +107,7 @@ TEST_F(RealProcessTest, LowerIdentifierWinsWhateverTheCase) {
     const bool upperIsFirst = upper.Identifier() < lower.Identifier();
     const Search winner{0, FolderText(folder.Path() / (upperIsFirst ? "upper" : "lower"))};
     EXPECT_EQ(Find("Lumet"), winner);
-    const ImportPatch first("Process32First", AsReplacement(FirstBackwards));
-    const ImportPatch next("Process32Next", AsReplacement(NextBackwards));
+    const ImportPatch patch("K32EnumProcesses", AsReplacement(ListBackwards));
     EXPECT_EQ(Find("Lumet"), winner);
 }
 
@@ -147,30 +131,46 @@ struct FakeProcess {
     bool canBeOpened = true;
     bool hasModules = true;
     std::string listedAs{};  // empty: as the base name
+    bool isTold = true;      // among the names
 };
 
 std::map<DWORD, FakeProcess> sProcesses;
 std::vector<DWORD> sListing;
 bool sListFails = false;
+bool sNamesFail = false;
 Calls sCalls;
 
 DWORD IdentifierOf(HANDLE process) { return static_cast<DWORD>(reinterpret_cast<std::uintptr_t>(process) - 0x10000); }
 std::string Name(DWORD identifier) { return std::to_string(identifier); }
 
-const HANDLE kSnapshot = reinterpret_cast<HANDLE>(static_cast<std::uintptr_t>(0x5A));
-std::size_t sListed = 0;
-
-HANDLE WINAPI List(DWORD what, DWORD process) {
-    sCalls.push_back(what == TH32CS_SNAPPROCESS && process == 0 ? "list" : "list otherwise");
-    sListed = 0;
-    return sListFails ? INVALID_HANDLE_VALUE : kSnapshot;
-}
-
-BOOL WINAPI NextListed(HANDLE snapshot, PROCESSENTRY32* entry) {
-    if (snapshot != kSnapshot || entry->dwSize != sizeof(*entry) || sListed == sListing.size()) {
+BOOL WINAPI List(DWORD* identifiers, DWORD size, DWORD* used) {
+    sCalls.push_back("list " + Name(size));
+    if (sListFails) {
         return FALSE;
     }
-    const DWORD identifier = sListing[sListed++];
+    const std::size_t count = std::min<std::size_t>(sListing.size(), size / sizeof(DWORD));
+    std::copy_n(sListing.begin(), count, identifiers);
+    *used = static_cast<DWORD>(count * sizeof(DWORD));
+    return TRUE;
+}
+
+const HANDLE kSnapshot = reinterpret_cast<HANDLE>(static_cast<std::uintptr_t>(0x5A));
+std::size_t sTold = 0;
+
+HANDLE WINAPI TakeSnapshot(DWORD what, DWORD process) {
+    sCalls.push_back(what == TH32CS_SNAPPROCESS && process == 0 ? "names" : "names otherwise");
+    sTold = 0;
+    return sNamesFail ? INVALID_HANDLE_VALUE : kSnapshot;
+}
+
+BOOL WINAPI NextName(HANDLE snapshot, PROCESSENTRY32* entry) {
+    while (sTold != sListing.size() && !sProcesses[sListing[sTold]].isTold) {
+        ++sTold;
+    }
+    if (snapshot != kSnapshot || entry->dwSize != sizeof(*entry) || sTold == sListing.size()) {
+        return FALSE;
+    }
+    const DWORD identifier = sListing[sTold++];
     const FakeProcess& process = sProcesses[identifier];
     entry->th32ProcessID = identifier;
     std::strcpy(entry->szExeFile, (process.listedAs.empty() ? process.baseName : process.listedAs).c_str());
@@ -186,7 +186,7 @@ HANDLE WINAPI Open(DWORD access, BOOL inherit, DWORD identifier) {
 }
 
 BOOL WINAPI Close(HANDLE process) {
-    sCalls.push_back(process == kSnapshot ? "end of list" : "close " + Name(IdentifierOf(process)));
+    sCalls.push_back(process == kSnapshot ? "end of names" : "close " + Name(IdentifierOf(process)));
     return TRUE;
 }
 
@@ -224,6 +224,7 @@ class FakeProcessTest : public testing::Test {
         sProcesses.clear();
         sListing.clear();
         sListFails = false;
+        sNamesFail = false;
         sCalls.clear();
     }
 
@@ -233,9 +234,10 @@ class FakeProcessTest : public testing::Test {
     }
 
     static Search FindAmongThem(const std::string& name) {
-        const ImportPatch list("CreateToolhelp32Snapshot", AsReplacement(List));
-        const ImportPatch first("Process32First", AsReplacement(NextListed));
-        const ImportPatch next("Process32Next", AsReplacement(NextListed));
+        const ImportPatch list("K32EnumProcesses", AsReplacement(List));
+        const ImportPatch names("CreateToolhelp32Snapshot", AsReplacement(TakeSnapshot));
+        const ImportPatch first("Process32First", AsReplacement(NextName));
+        const ImportPatch next("Process32Next", AsReplacement(NextName));
         const ImportPatch open("OpenProcess", AsReplacement(Open));
         const ImportPatch close("CloseHandle", AsReplacement(Close));
         const ImportPatch modules("K32EnumProcessModules", AsReplacement(Modules));
@@ -251,14 +253,15 @@ TEST_F(FakeProcessTest, AreVisitedInAscendingOrderAndTheMatchAloneIsOpenedAndSta
     Add(8, {"other.exe", "C:\\o\\other.exe"});
     Add(32, {"lumet.EXE", "C:\\thirty-two\\lumet.EXE"});
     EXPECT_EQ(FindAmongThem("Lumet"), (Search{0, "C:\\thirty-two\\"}));
-    EXPECT_EQ(sCalls, (Calls{"list", "end of list", "open 32", "modules 32, 8", "name 32, 261", "path 32, 261"}));
+    EXPECT_EQ(sCalls, (Calls{"list 4096", "names", "end of names", "open 32", "modules 32, 8", "name 32, 261",
+                             "path 32, 261"}));
 }
 
 TEST_F(FakeProcessTest, ListThatCannotBeReadEndsTheSearch) {
     Add(8, {"Lumet.exe", "C:\\a\\Lumet.exe"});
     sListFails = true;
     EXPECT_EQ(FindAmongThem("Lumet"), kNothing);
-    EXPECT_EQ(sCalls, Calls{"list"});
+    EXPECT_EQ(sCalls, Calls{"list 4096"});
     EXPECT_EQ(RecordedLog(),
               (std::vector<RecordedLine>{{1, "Entering GetPathToRunningProcessExe('Lumet', ...)"},
                                          {-1, "GetPathToRunningProcessExe('Lumet', 'before') returned 352321536"}}));
@@ -266,16 +269,31 @@ TEST_F(FakeProcessTest, ListThatCannotBeReadEndsTheSearch) {
 
 TEST_F(FakeProcessTest, EmptyListFindsNothing) {
     EXPECT_EQ(FindAmongThem("Lumet"), kNothing);
-    EXPECT_EQ(sCalls, (Calls{"list", "end of list"}));
+    EXPECT_EQ(sCalls, (Calls{"list 4096", "names", "end of names"}));
 }
 
-// What Windows lists is only where to look: the process itself is asked as well.
-TEST_F(FakeProcessTest, MatchOfTheListThatHasAnotherNameItselfIsClosedAndPassedOver) {
+// The names only tell where to look: the process itself is asked as well.
+TEST_F(FakeProcessTest, MatchOfTheNamesThatHasAnotherNameItselfIsClosedAndPassedOver) {
     Add(8, {.baseName = "other.exe", .path = "C:\\8\\other.exe", .listedAs = "Lumet.exe"});
     Add(12, {"Lumet.exe", "C:\\12\\Lumet.exe"});
     EXPECT_EQ(FindAmongThem("Lumet"), (Search{0, "C:\\12\\"}));
-    EXPECT_EQ(sCalls, (Calls{"list", "end of list", "open 8", "modules 8, 8", "name 8, 261", "close 8", "open 12",
+    EXPECT_EQ(sCalls, (Calls{"list 4096", "names", "end of names", "open 8", "modules 8, 8", "name 8, 261", "close 8",
+                             "open 12", "modules 12, 8", "name 12, 261", "path 12, 261"}));
+}
+
+TEST_F(FakeProcessTest, WithoutNamesEachIsOpenedAndClosed) {
+    Add(12, {"Lumet.exe", "C:\\12\\Lumet.exe"});
+    Add(8, {"other.exe", "C:\\8\\other.exe"});
+    sNamesFail = true;
+    EXPECT_EQ(FindAmongThem("Lumet"), (Search{0, "C:\\12\\"}));
+    EXPECT_EQ(sCalls, (Calls{"list 4096", "names", "open 8", "modules 8, 8", "name 8, 261", "close 8", "open 12",
                              "modules 12, 8", "name 12, 261", "path 12, 261"}));
+}
+
+// It may have been started in between.
+TEST_F(FakeProcessTest, OneThatIsListedButHasNoNameIsOpened) {
+    Add(8, {.baseName = "Lumet.exe", .path = "C:\\8\\Lumet.exe", .isTold = false});
+    EXPECT_EQ(FindAmongThem("Lumet"), (Search{0, "C:\\8\\"}));
 }
 
 // The search that finds nothing opens nothing, however many processes there are.
@@ -284,7 +302,7 @@ TEST_F(FakeProcessTest, OthersAreNotOpened) {
         Add(i * 4, {"other.exe", "C:\\o\\other.exe"});
     }
     EXPECT_EQ(FindAmongThem("Lumet"), kNothing);
-    EXPECT_EQ(sCalls, (Calls{"list", "end of list"}));
+    EXPECT_EQ(sCalls, (Calls{"list 4096", "names", "end of names"}));
 }
 
 TEST_F(FakeProcessTest, OnesThatCannotBeAskedAreSkippedAndClosed) {
@@ -293,16 +311,17 @@ TEST_F(FakeProcessTest, OnesThatCannotBeAskedAreSkippedAndClosed) {
     Add(12, {.baseName = "", .path = "C:\\12\\Lumet.exe", .listedAs = "Lumet.exe"});
     Add(16, {"Lumet.exe", "C:\\16\\Lumet.exe"});
     EXPECT_EQ(FindAmongThem("Lumet"), (Search{0, "C:\\16\\"}));
-    EXPECT_EQ(sCalls,
-              (Calls{"list", "end of list", "open 4", "open 8", "modules 8, 8", "close 8", "open 12", "modules 12, 8",
-                     "name 12, 261", "close 12", "open 16", "modules 16, 8", "name 16, 261", "path 16, 261"}));
+    EXPECT_EQ(sCalls, (Calls{"list 4096", "names", "end of names", "open 4", "open 8", "modules 8, 8", "close 8",
+                             "open 12", "modules 12, 8", "name 12, 261", "close 12", "open 16", "modules 16, 8",
+                             "name 16, 261", "path 16, 261"}));
 }
 
 TEST_F(FakeProcessTest, MatchWhosePathCannotBeReadStaysOpenAndEndsTheSearch) {
     Add(8, {"Lumet.exe", ""});
     Add(12, {"Lumet.exe", "C:\\12\\Lumet.exe"});
     EXPECT_EQ(FindAmongThem("Lumet"), kNothing);
-    EXPECT_EQ(sCalls, (Calls{"list", "end of list", "open 8", "modules 8, 8", "name 8, 261", "path 8, 261"}));
+    EXPECT_EQ(sCalls,
+              (Calls{"list 4096", "names", "end of names", "open 8", "modules 8, 8", "name 8, 261", "path 8, 261"}));
 }
 
 TEST_F(FakeProcessTest, MatchWhosePathHasNoBackslashStaysOpenAndEndsTheSearch) {

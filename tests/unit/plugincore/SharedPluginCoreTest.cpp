@@ -8,7 +8,10 @@
 
 namespace {
 
-HANDLE WINAPI ListNoProcesses(DWORD, DWORD) { return INVALID_HANDLE_VALUE; }
+BOOL WINAPI ListNoProcesses(DWORD*, DWORD, DWORD* size) {
+    *size = 0;
+    return TRUE;
+}
 
 // --- GetSharedInstance ----------------------------------------------------------------------------------------------
 
@@ -47,7 +50,7 @@ class SharedInstanceTest : public PCILoaderTest {
     TemporaryFolder folder;
     LoadedPluginCores loaded;
     ShellFolders shellFolders{folder.Path().wstring(), std::nullopt};
-    ImportPatch processes{"CreateToolhelp32Snapshot", AsReplacement(ListNoProcesses)};
+    ImportPatch processes{"K32EnumProcesses", AsReplacement(ListNoProcesses)};
 };
 
 TEST_F(SharedInstanceTest, FailedSearchIsRepeatedByEveryCall) {
