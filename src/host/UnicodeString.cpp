@@ -1,12 +1,11 @@
 #include "host/UnicodeString.h"
 
-#include <utf8cpp/utf8.h>
-
-#include <iterator>
+#include <span>
 
 #include "host/HeldSuites.h"
 #include "host/StringSuites.h"
 #include "support/Errors.h"
+#include "support/TextConversion.h"
 
 namespace ai {
 
@@ -47,11 +46,7 @@ std::string UnicodeString::ToUtf8() const {
     }
     const HostUtf16Unit* units = nullptr;
     const std::size_t count = sUnicodeStringSuite->UTF_16(mData, units);
-    std::string utf8;
-    if (units != nullptr) {
-        utf8::utf16to8(units, units + count, std::back_inserter(utf8));
-    }
-    return utf8;
+    return units == nullptr ? std::string() : Utf8FromUtf16(std::span(units, count));
 }
 
 }  // namespace ai

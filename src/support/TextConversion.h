@@ -4,10 +4,14 @@
 // Thread: any.
 #pragma once
 
+#include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
+// Each takes one block of the heap, or none for a short text.
 std::string Utf8FromUtf16(std::wstring_view utf16);
+std::string Utf8FromUtf16(std::span<const std::uint16_t> utf16);
 
 // For texts that Windows gives: a file name or a window title may hold an unpaired surrogate, which becomes U+FFFD.
 std::string Utf8FromWindowsText(std::wstring_view utf16);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <utf8cpp/utf8.h>
 
+#include "doubles/common/AllocationFaults.h"
 #include "host/HeldSuites.h"
 #include "support/Errors.h"
 #include "support/host/TestHost.h"
@@ -130,6 +131,17 @@ TEST_F(UnicodeStringTest, RefusedAssignmentThrowsAndLeavesTheTextAsItWas) {
 TEST_F(UnicodeStringTest, SurrogatePairsAndZerosSurvive) {
     const std::string text("\xF0\x9F\x98\x80\0z", 6);
     EXPECT_EQ(ai::UnicodeString(text).ToUtf8(), text);
+}
+
+TEST_F(UnicodeStringTest, ConvertedPathTakesOneBlockOfMemory) {
+    for (const std::string text : {"C:/Users/designer/Documents/Catalogue/spread 12-13.ai",
+                                   "C:/Users/designer/Documents/Gr\xC3\xB6\xC3\x9F"
+                                   "e/\xE6\x96\x87\xE6\x9B\xB8 12-13.ai"}) {
+        const ai::UnicodeString string(text);
+        const std::size_t before = AllocationsMade();
+        EXPECT_EQ(string.ToUtf8(), text);
+        EXPECT_EQ(AllocationsMade() - before, 1u);
+    }
 }
 
 TEST_F(UnicodeStringTest, UnpairedSurrogateOfTheHostThrows) {
