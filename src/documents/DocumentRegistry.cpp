@@ -21,6 +21,9 @@ std::uint64_t KeyOf(AIDocumentHandle document) { return reinterpret_cast<std::ui
 
 DocumentRecord& RecordOf(AIDocumentHandle document) { return (*sDocumentRegistry)[KeyOf(document)]; }
 
+// More of a report than fits a line is not looked at: it has some 100 bytes for each font and file of the document.
+constexpr int kLoggedSize = static_cast<int>(kLogBufferSize);
+
 void LogExit(const char* operation) { LogMessage(kLogExit, "Exiting %s()", operation); }
 
 }  // namespace
@@ -57,7 +60,7 @@ std::int64_t GetTimestampForDocumentHandle(AIDocumentHandle document) {
 
 void SetFontUsageForDocumentHandle(AIDocumentHandle document, const std::string& report) {
     constexpr const char* kName = "SetFontUsageForDocumentHandle";
-    LogMessage(kLogEntry, "Entering %s(%08x, '%s')", kName, Low32(document), report.c_str());
+    LogMessage(kLogEntry, "Entering %s(%08x, '%.*s')", kName, Low32(document), kLoggedSize, report.c_str());
     RecordOf(document).fontUsage = report;
     LogExit(kName);
 }
@@ -66,7 +69,7 @@ std::string GetFontUsageForDocumentHandle(AIDocumentHandle document) {
     constexpr const char* kName = "GetFontUsageForDocumentHandle";
     LogMessage(kLogEntry, "Entering %s(%08x)", kName, Low32(document));
     std::string report = RecordOf(document).fontUsage;
-    LogMessage(kLogExit, "%s(%08x) returning '%s'", kName, Low32(document), report.c_str());
+    LogMessage(kLogExit, "%s(%08x) returning '%.*s'", kName, Low32(document), kLoggedSize, report.c_str());
     return report;
 }
 

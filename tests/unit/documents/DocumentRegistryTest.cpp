@@ -1,7 +1,12 @@
 #include "documents/DocumentRegistry.h"
 
 #include <gtest/gtest.h>
+#include <stdio.h>
 
+#include <cstdarg>
+#include <cstring>
+
+#include "doubles/common/ImportPatch.h"
 #include "support/log/RecordingLogSink.h"
 
 namespace {
@@ -9,6 +14,13 @@ namespace {
 const auto kDocument = reinterpret_cast<AIDocumentHandle>(0x00000001ABCD0001);
 // The same low 32 bits, another document.
 const auto kOther = reinterpret_cast<AIDocumentHandle>(0x00000002ABCD0001);
+
+int sFormatsWithPrecision = 0;
+
+int RememberPrecision(char*, std::size_t, std::size_t, const char* format, va_list) {
+    sFormatsWithPrecision += std::strstr(format, "'%.*s'") != nullptr ? 1 : 0;
+    return 0;
+}
 
 TEST(DocumentRegistryTest, StartsEmpty) { EXPECT_EQ(DocumentRegistrySize(), 0u); }
 
@@ -116,6 +128,34 @@ TEST(DocumentRegistryTest, ReportOperationsLogTheText) {
                                  {1, "Entering GetFontUsageForDocumentHandle(abcd0001)"},
                                  {-1, "GetFontUsageForDocumentHandle(abcd0001) returning '{\"a\":1}'"},
                              }));
+}
+
+// A report may be much longer than a line of the log, which shows its beginning, as of any text.
+TEST(DocumentRegistryTest, LineWithALongReportIsCutAsEveryLongLine) {
+    const std::string report(200000, 'x');
+    SetFontUsageForDocumentHandle(kDocument, report);
+    EXPECT_EQ(GetFontUsageForDocumentHandle(kDocument), report);
+    const auto cut = [](std::string line) { return (line + std::string(8191, 'x')).substr(0, 8191); };
+    EXPECT_EQ(RecordedTexts(), (std::vector<std::string>{cut("Entering SetFontUsageForDocumentHandle(abcd0001, '"),
+                                                         "Exiting SetFontUsageForDocumentHandle()",
+                                                         "Entering GetFontUsageForDocumentHandle(abcd0001)",
+                                                         cut("GetFontUsageForDocumentHandle(abcd0001) returning '")}));
+}
+
+// The longest report that a line shows whole, to its last character.
+TEST(DocumentRegistryTest, LineWithAReportThatJustFitsIsWhole) {
+    const std::string head = "Entering SetFontUsageForDocumentHandle(abcd0001, '";
+    const std::string report = std::string(8191 - head.size() - 3, 'x') + "y";
+    SetFontUsageForDocumentHandle(kDocument, report);
+    EXPECT_EQ(RecordedTexts().front(), head + report + "')");
+}
+
+// The text behind the part that a line can show is not even looked at.
+TEST(DocumentRegistryTest, FormatterIsToldHowMuchOfAReportToRead) {
+    const ImportPatch patch("_vsnprintf_s", AsReplacement(RememberPrecision));
+    SetFontUsageForDocumentHandle(kDocument, "{}");
+    GetFontUsageForDocumentHandle(kDocument);
+    EXPECT_EQ(sFormatsWithPrecision, 2);
 }
 
 }  // namespace
