@@ -1,6 +1,5 @@
 #include "documents/FontUsageReport.h"
 
-#include <algorithm>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -9,24 +8,8 @@
 #include "json/JsonWriter.h"
 #include "support/Log.h"
 #include "support/TextConversion.h"
-#include "support/UntilUnloaded.h"
 
 namespace {
-
-constexpr const char* kPostScriptName = "PostScriptName";
-
-const UntilUnloaded<std::string> kNoName;
-
-const std::string& PostScriptNameOf(const FontRecord& record) {
-    const auto entry = record.find(kPostScriptName);
-    return entry == record.end() ? *kNoName : entry->second;
-}
-
-// Linear on purpose: a document's font list is short and keeps its order.
-bool ContainsFont(const FontList& fonts, const FontRecord& record) {
-    return std::any_of(fonts.begin(), fonts.end(),
-                       [&](const FontRecord& listed) { return PostScriptNameOf(listed) == PostScriptNameOf(record); });
-}
 
 std::unique_ptr<JsonValue> MakeFonts(const FontList& fonts) {
     auto values = JsonValue::MakeArray(L"DocumentFonts");
@@ -50,7 +33,7 @@ std::unique_ptr<JsonValue> MakeLinks(const PlacedFileList& placedFiles) {
 void CrossPluginUtils::CreateFontDataForOneFont(const std::string& name, FontRecord& record) {
     constexpr const char* kName = "CrossPluginUtils::CreateFontDataForOneFont";
     LogMessage(kLogEntry, "Entering %s('%s')", kName, name.c_str());
-    if (std::string& entry = record[kPostScriptName]; &entry != &name) {
+    if (std::string& entry = record.try_emplace("PostScriptName").first->second; &entry != &name) {
         entry = name;
     }
     LogMessage(kLogExit, "Exiting %s()", kName);
@@ -59,9 +42,9 @@ void CrossPluginUtils::CreateFontDataForOneFont(const std::string& name, FontRec
 bool CrossPluginUtils::AddFontToArray(const FontRecord& record, bool checkDuplicates, FontList& fonts) {
     constexpr const char* kName = "CrossPluginUtils::AddFontToArray";
     LogMessage(kLogEntry, "Entering %s()", kName);
-    const bool append = !checkDuplicates || !ContainsFont(fonts, record);
+    const bool append = !checkDuplicates || !fonts.Contains(PostScriptNameOf(record));
     if (append) {
-        fonts.push_back(record);
+        fonts.Append(record);
     }
     LogMessage(kLogExit, "%s() returning %d", kName, append ? 1 : 0);
     return append;

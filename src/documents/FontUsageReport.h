@@ -3,19 +3,17 @@
 // Thread: any.
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
 
-// What is known of one font: so far its "PostScriptName".
-using FontRecord = std::map<std::string, std::string>;
-// In the order of first appearance in the document.
-using FontList = std::vector<FontRecord>;
+#include "documents/FontList.h"
+
 using PlacedFileList = std::vector<std::string>;
 
 namespace CrossPluginUtils {
 
-// Sets the record's "PostScriptName"; its other entries stay as they are.
+// Sets the record's "PostScriptName"; its other entries stay as they are. A record that had a name takes no memory for
+// another one that is not longer.
 void CreateFontDataForOneFont(const std::string& name, FontRecord& record);
 
 // Appends a copy of the record. With `checkDuplicates` only when no record of the list has the same "PostScriptName",

@@ -20,9 +20,15 @@ std::int32_t ExamineTextFramesInCurrentDocForFontUsage(FontList& fonts);
 // that fail are skipped.
 std::int32_t ExamineTextRangesInThisFrameForFontUsage(AIArtHandle* textFrames, std::int32_t count, FontList& fonts);
 
+// The font of the run that is looked at. Kept from run to run, so that only a new font takes memory.
+struct ScannedFont {
+    std::string name;
+    FontRecord record;
+};
+
 // Appends the font of one text run. kFontScanFailed for a font that cannot be named or that is one of the host's
-// default fonts; 0 also for a repeated font.
-std::int32_t AddNewFontNameFromTextArt(ATE::ITextRange run, FontList& fonts);
+// default fonts; 0 also for a repeated font. What `scanned` held before does not matter.
+std::int32_t AddNewFontNameFromTextArt(ATE::ITextRange run, ScannedFont& scanned, FontList& fonts);
 
 // Stores the PostScript name of the run's font; on failure `name` is left alone.
 std::int32_t GetTextRunFaceStyle(ATE::ITextRange run, std::string& name);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <utf8cpp/utf8.h>
 
+#include "doubles/common/AllocationFaults.h"
 #include "support/log/RecordingLogSink.h"
 
 namespace {
@@ -31,11 +32,29 @@ TEST(FontUsageReportTest, FontDataOfTheRecordsOwnNameChangesNothing) {
     EXPECT_EQ(record, Font("Helvetica"));
 }
 
+TEST(FontUsageReportTest, RecordUsedAgainForAKnownFontTakesNoMemory) {
+    FontList fonts;
+    FontRecord record;
+    const std::string longer = "AvenirNextCondensed-MediumItalic";
+    const std::string shorter = "AvenirNextCondensed-Bold";
+    for (const std::string& name : {longer, shorter}) {
+        CrossPluginUtils::CreateFontDataForOneFont(name, record);
+        CrossPluginUtils::AddFontToArray(record, true, fonts);
+    }
+    const std::size_t before = AllocationsMade();
+    CrossPluginUtils::CreateFontDataForOneFont(longer, record);
+    EXPECT_FALSE(CrossPluginUtils::AddFontToArray(record, true, fonts));
+    CrossPluginUtils::CreateFontDataForOneFont(shorter, record);
+    EXPECT_FALSE(CrossPluginUtils::AddFontToArray(record, true, fonts));
+    EXPECT_EQ(AllocationsMade() - before, 0u);
+    EXPECT_EQ(fonts, (FontList{Font(longer), Font(shorter)}));
+}
+
 TEST(FontUsageReportTest, RepeatedNameIsADuplicate) {
     FontList fonts;
     EXPECT_TRUE(CrossPluginUtils::AddFontToArray(Font("Helvetica"), true, fonts));
     EXPECT_FALSE(CrossPluginUtils::AddFontToArray(Font("Helvetica"), true, fonts));
-    EXPECT_EQ(fonts, FontList{Font("Helvetica")});
+    EXPECT_EQ(fonts, (FontList{Font("Helvetica")}));
     EXPECT_EQ(RecordedLog(), (std::vector<RecordedLine>{
                                  {1, "Entering CrossPluginUtils::AddFontToArray()"},
                                  {-1, "CrossPluginUtils::AddFontToArray() returning 1"},
@@ -71,7 +90,7 @@ TEST(FontUsageReportTest, MissingNameCountsAsEmptyAndStaysMissing) {
     EXPECT_TRUE(CrossPluginUtils::AddFontToArray({}, true, fonts));
     EXPECT_FALSE(CrossPluginUtils::AddFontToArray({{"other", "x"}}, true, fonts));
     EXPECT_FALSE(CrossPluginUtils::AddFontToArray(Font(""), true, fonts));
-    EXPECT_EQ(fonts, FontList{FontRecord{}});
+    EXPECT_EQ(fonts, (FontList{FontRecord{}}));
 }
 
 TEST(FontUsageReportTest, EmptyListsGiveEmptyArrays) {

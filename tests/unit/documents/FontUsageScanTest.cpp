@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "doubles/common/AllocationFaults.h"
 #include "host/ArtSuites.h"
 #include "host/HeldSuites.h"
 #include "support/host/HostFixture.h"
@@ -30,6 +31,9 @@ class FontUsageScanTest : public HostTest {
         EXPECT_EQ(sTextFrameSuite->GetATETextRange(host.TextFrame(0), &frame), 0);
         return ATE::ITextRange(frame).GetTextRunsIterator().Item();
     }
+    std::int32_t Add(ATE::ITextRange run) { return AddNewFontNameFromTextArt(std::move(run), scanned, fonts); }
+
+    ScannedFont scanned;
     FontList fonts;
     PlacedFileList placed;
 };
@@ -227,21 +231,21 @@ TEST_F(FontUsageScanTest, ScanOfAFrameLogsEachStepAtItsLevel) {
 // --- one run --------------------------------------------------------------------------------------------------------
 
 TEST_F(FontUsageScanTest, NewFontIsAddedAndLogged) {
-    EXPECT_EQ(AddNewFontNameFromTextArt(Run("Helvetica"), fonts), 0);
+    EXPECT_EQ(Add(Run("Helvetica")), 0);
     EXPECT_EQ(Names(fonts), std::vector<std::string>{"Helvetica"});
     EXPECT_EQ(RecordedTexts().back(), "AddNewFontNameFromTextArt() added 'Helvetica'");
 }
 
 TEST_F(FontUsageScanTest, RepeatedFontIsIgnoredAndLoggedAndNoFailure) {
-    AddNewFontNameFromTextArt(Run("Helvetica"), fonts);
-    EXPECT_EQ(AddNewFontNameFromTextArt(Run("Helvetica"), fonts), 0);
+    Add(Run("Helvetica"));
+    EXPECT_EQ(Add(Run("Helvetica")), 0);
     EXPECT_EQ(fonts.size(), 1u);
     EXPECT_EQ(RecordedTexts().back(), "AddNewFontNameFromTextArt() ignored duplicate font 'Helvetica'");
 }
 
 TEST_F(FontUsageScanTest, DefaultFontIsIgnoredLoggedAndAFailure) {
     host.defaultFonts[1] = "Default";
-    EXPECT_EQ(AddNewFontNameFromTextArt(Run("Default"), fonts), kFailed);
+    EXPECT_EQ(Add(Run("Default")), kFailed);
     EXPECT_TRUE(fonts.empty());
     EXPECT_EQ(RecordedTexts().back(), "AddNewFontNameFromTextArt() ignoring 'Default' (Illustrator default font).");
 }
@@ -255,7 +259,7 @@ TEST_F(FontUsageScanTest, RunInADefaultFontProducesTheCallersWarning) {
 
 TEST_F(FontUsageScanTest, FontWithoutANameIsLoggedAndAFailure) {
     host.calls.Fail("GetUniqueCharFeatures", 4321);
-    EXPECT_EQ(AddNewFontNameFromTextArt(Run("Helvetica"), fonts), kFailed);
+    EXPECT_EQ(Add(Run("Helvetica")), kFailed);
     const std::vector<std::string> lines = RecordedTexts();
     EXPECT_EQ(lines, (std::vector<std::string>{"GetTextRunFaceStyle(..., '') returning 4321",
                                                "ERROR:  GetTextRunFaceStyle() returned 4321"}));
@@ -306,6 +310,38 @@ TEST_F(FontUsageScanTest, HostsCodesAreLoggedAsThrown) {
     std::string name;
     GetTextRunFaceStyle(Run("Helvetica"), name);
     EXPECT_EQ(RecordedTexts().front(), "ERROR:  throwing 31.");
+}
+
+TEST_F(FontUsageScanTest, RunInAKnownFontTakesNoMemory) {
+    const std::string known = "AvenirNextCondensed-MediumItalic";
+    Add(Run(known));
+    ATE::ITextRange run = Run(known);
+    const std::size_t before = AllocationsMade();
+    EXPECT_EQ(Add(std::move(run)), 0);
+    EXPECT_EQ(AllocationsMade() - before, 0u);
+    EXPECT_EQ(fonts.size(), 1u);
+}
+
+TEST_F(FontUsageScanTest, RunInADefaultFontTakesNoMemory) {
+    host.defaultFonts[0] = "AvenirNextCondensed-MediumItalic";
+    Add(Run(host.defaultFonts[0]));
+    ATE::ITextRange run = Run(host.defaultFonts[0]);
+    const std::size_t before = AllocationsMade();
+    EXPECT_EQ(Add(std::move(run)), kFailed);
+    EXPECT_EQ(AllocationsMade() - before, 0u);
+}
+
+TEST_F(FontUsageScanTest, RunMakesTheSame58CallsOfTheHostWhetherItsFontIsNewOrKnown) {
+    host.textFrames = {{"A", "A"}};
+    ExamineTextFramesInCurrentDocForFontUsage(fonts);
+    const std::vector<std::string> calls = host.calls.Calls();
+    const auto newFont = std::find(calls.begin(), calls.end(), "Item(0, 0)");
+    const auto knownFont = std::find(calls.begin(), calls.end(), "Item(0, 1)");
+    ASSERT_NE(knownFont, calls.end());
+    EXPECT_EQ(knownFont - newFont, 58);
+    // All but Item itself, up to the question behind the run.
+    EXPECT_TRUE(std::equal(newFont + 1, newFont + 58, knownFont + 1));
+    EXPECT_EQ(std::count(knownFont, calls.end(), "GetPostScriptFontName(128)"), 24);
 }
 
 // --- default fonts --------------------------------------------------------------------------------------------------
