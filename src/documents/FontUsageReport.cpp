@@ -11,19 +11,21 @@
 
 namespace {
 
-std::unique_ptr<JsonValue> MakeFonts(const FontList& fonts) {
+// Each text is converted in `units`, whose memory serves all of them.
+std::unique_ptr<JsonValue> MakeFonts(const FontList& fonts, std::wstring& units) {
     auto values = JsonValue::MakeArray(L"DocumentFonts");
     for (const FontRecord& record : fonts) {
-        auto name = JsonValue::MakeString(Utf16FromUtf8(PostScriptNameOf(record)), L"PostScriptName");
-        values->Append(JsonValue::MakeObject()).Append(std::move(name));
+        AssignUtf16FromUtf8(units, PostScriptNameOf(record));
+        values->Append(JsonValue::MakeObject()).Append(JsonValue::MakeString(units, L"PostScriptName"));
     }
     return values;
 }
 
-std::unique_ptr<JsonValue> MakeLinks(const PlacedFileList& placedFiles) {
+std::unique_ptr<JsonValue> MakeLinks(const PlacedFileList& placedFiles, std::wstring& units) {
     auto values = JsonValue::MakeArray(L"LinkedDocuments");
     for (const std::string& path : placedFiles) {
-        values->Append(JsonValue::MakeString(Utf16FromUtf8(path)));
+        AssignUtf16FromUtf8(units, path);
+        values->Append(JsonValue::MakeString(units));
     }
     return values;
 }
@@ -52,7 +54,8 @@ bool CrossPluginUtils::AddFontToArray(const FontRecord& record, bool checkDuplic
 
 std::string BuildFontUsageReport(const FontList& fonts, const PlacedFileList& placedFiles) {
     const auto report = JsonValue::MakeObject();
-    report->Append(MakeFonts(fonts));
-    report->Append(MakeLinks(placedFiles));
+    std::wstring units;
+    report->Append(MakeFonts(fonts, units));
+    report->Append(MakeLinks(placedFiles, units));
     return Utf8FromUtf16(WriteJson(report.get()));
 }

@@ -73,8 +73,14 @@ std::string Utf8FromWindowsText(std::wstring_view utf16) {
 }
 
 std::wstring Utf16FromUtf8(std::string_view utf8) {
+    std::wstring utf16;
+    AssignUtf16FromUtf8(utf16, utf8);
+    return utf16;
+}
+
+void AssignUtf16FromUtf8(std::wstring& utf16, std::string_view utf8) {
     // No character has more units than bytes.
-    std::wstring utf16(utf8.size(), L'\0');
+    utf16.resize(utf8.size());
     const char* const end = utf8.data() + utf8.size();
     auto copied = CopyAscii(utf8.data(), end, utf16.data());
     while (copied.from != end) {
@@ -82,5 +88,4 @@ std::wstring Utf16FromUtf8(std::string_view utf8) {
         copied = CopyAscii(next, end, utf8::utf8to16(copied.from, next, copied.out));
     }
     utf16.resize(static_cast<std::size_t>(copied.out - utf16.data()));
-    return utf16;
 }

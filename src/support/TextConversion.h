@@ -17,3 +17,5 @@ std::string Utf8FromUtf16(std::span<const std::uint16_t> utf16);
 std::string Utf8FromWindowsText(std::wstring_view utf16);
 
 std::wstring Utf16FromUtf8(std::string_view utf8);
+// Takes the place of what `utf16` held, and its memory where that is enough.
+void AssignUtf16FromUtf8(std::wstring& utf16, std::string_view utf8);
