@@ -1,33 +1,48 @@
 #include "documents/FontUsageReport.h"
 
-#include <memory>
+#include <functional>
+#include <string>
 #include <string_view>
 #include <utility>
 
-#include "json/JsonValue.h"
-#include "json/JsonWriter.h"
+#include "json/JsonOutput.h"
 #include "support/Log.h"
 #include "support/TextConversion.h"
 
 namespace {
 
-// Each text is converted in `units`, whose memory serves all of them.
-std::unique_ptr<JsonValue> MakeFonts(const FontList& fonts, std::wstring& units) {
-    auto values = JsonValue::MakeArray(L"DocumentFonts");
-    for (const FontRecord& record : fonts) {
-        AssignUtf16FromUtf8(units, PostScriptNameOf(record));
-        values->Append(JsonValue::MakeObject()).Append(JsonValue::MakeString(units, L"PostScriptName"));
+// The report's text but for its strings.
+constexpr std::wstring_view kBeforeFonts = LR"({"DocumentFonts":[)";
+constexpr std::wstring_view kBeforeName = LR"({"PostScriptName":)";
+constexpr std::wstring_view kBehindName = L"}";
+constexpr std::wstring_view kBetweenFontsAndLinks = LR"(],"LinkedDocuments":[)";
+constexpr std::wstring_view kBehindLinks = L"]}";
+
+// Writes the elements of an array: a string each, between `before` and `behind`.
+template <class Texts, class TextOf>
+void AddStrings(JsonOutput& json, const Texts& texts, TextOf textOf, std::wstring_view before,
+                std::wstring_view behind) {
+    std::wstring units;  // its memory serves all of them
+    bool isFirst = true;
+    for (const auto& text : texts) {
+        json.AddKeyword(std::exchange(isFirst, false) ? L"" : L",");
+        json.AddKeyword(before);
+        AssignUtf16FromUtf8(units, textOf(text));
+        json.AddString(units);
+        json.AddKeyword(behind);
     }
-    return values;
 }
 
-std::unique_ptr<JsonValue> MakeLinks(const PlacedFileList& placedFiles, std::wstring& units) {
-    auto values = JsonValue::MakeArray(L"LinkedDocuments");
+// Enough for most: what stands around a name is 22 units, and a path seldom has as many separators, of which each is
+// escaped.
+std::size_t UsualSize(const FontList& fonts, const PlacedFileList& placedFiles) {
+    constexpr std::size_t kName = 64;  // with what stands around it
+    constexpr std::size_t kAroundPath = 24;
+    std::size_t size = 64 + kName * fonts.size();
     for (const std::string& path : placedFiles) {
-        AssignUtf16FromUtf8(units, path);
-        values->Append(JsonValue::MakeString(units));
+        size += path.size() + kAroundPath;
     }
-    return values;
+    return size;
 }
 
 }  // namespace
@@ -52,10 +67,14 @@ bool CrossPluginUtils::AddFontToArray(const FontRecord& record, bool checkDuplic
     return append;
 }
 
+// Written as it comes. A tree of the same content has a block of the heap for each value, and to take and give back
+// these takes longer than all the rest.
 std::string BuildFontUsageReport(const FontList& fonts, const PlacedFileList& placedFiles) {
-    const auto report = JsonValue::MakeObject();
-    std::wstring units;
-    report->Append(MakeFonts(fonts, units));
-    report->Append(MakeLinks(placedFiles, units));
-    return Utf8FromUtf16(WriteJson(report.get()));
+    JsonOutput json(UsualSize(fonts, placedFiles));
+    json.AddKeyword(kBeforeFonts);
+    AddStrings(json, fonts, PostScriptNameOf, kBeforeName, kBehindName);
+    json.AddKeyword(kBetweenFontsAndLinks);
+    AddStrings(json, placedFiles, std::identity(), {}, {});
+    json.AddKeyword(kBehindLinks);
+    return Utf8FromUtf16(json.TakeText());
 }

@@ -1,58 +1,14 @@
 #include "json/JsonWriter.h"
 
-#include <algorithm>
-#include <array>
-#include <cmath>
 #include <cstddef>
-#include <cstdint>
-#include <iterator>
 #include <string_view>
-#include <utility>
 
 #include "json/JsonNumberText.h"
+#include "json/JsonOutput.h"
 
 namespace {
 
 using namespace std::string_view_literals;
-
-// The letter behind the backslash of the unit's escape; 0 for units that are written as they are.
-constexpr char EscapeLetter(std::size_t code) noexcept {
-    switch (code) {
-        case '"':
-        case '/':  // optional in JSON; intentional, the bytes of a report are fixed
-        case '\\':
-            return static_cast<char>(code);
-        case '\b':
-            return 'b';
-        case '\f':
-            return 'f';
-        case '\n':
-            return 'n';
-        case '\r':
-            return 'r';
-        case '\t':
-            return 't';
-        default:
-            return code < 32 ? 'u' : '\0';
-    }
-}
-
-// Of the units from 0 on; those behind have none.
-constexpr auto kEscapeLetters = [] {
-    std::array<char, 128> letters{};
-    for (std::size_t code = 0; code < letters.size(); ++code) {
-        letters[code] = EscapeLetter(code);
-    }
-    return letters;
-}();
-
-char LetterOf(wchar_t unit) noexcept {
-    const auto code = static_cast<std::uint32_t>(unit);  // wchar_t is signed on some systems
-    return code < kEscapeLetters.size() ? kEscapeLetters[code] : '\0';
-}
-
-// "\u00" and two digits
-constexpr std::size_t kLongestEscape = 6;
 
 // Takes what a text consists of and counts for how many units there should be room: as if each unit of a string had a
 // backslash and a number were the longest one. To look at the units would take as long as to write them; should a
@@ -69,86 +25,6 @@ class Measurement {
   private:
     std::size_t mSize = 0;
 };
-
-// Takes the same and makes the text of it. The units are gathered in pieces: most of what comes is shorter than
-// appending it to the text would be worth.
-class Output {
-  public:
-    explicit Output(std::size_t size) { mText.reserve(size); }
-
-    std::wstring TakeText() {
-        Flush();
-        return std::move(mText);
-    }
-
-    void AddUnit(wchar_t unit) {
-        MakeRoom(1);
-        *mNext++ = unit;
-    }
-
-    void AddKeyword(std::wstring_view keyword) {
-        MakeRoom(keyword.size());
-        mNext = std::copy(keyword.begin(), keyword.end(), mNext);
-    }
-
-    void AddNumber(double number) { AddKeyword(std::isfinite(number) ? JsonNumberText(number).View() : L"null"sv); }
-
-    void AddString(std::wstring_view units) {
-        AddUnit(L'"');
-        while (!units.empty()) {
-            const std::wstring_view part = units.substr(0, kPieceSize / kLongestEscape);
-            MakeRoom(part.size() * kLongestEscape);
-            mNext = WriteUnits(part, mNext);
-            units.remove_prefix(part.size());
-        }
-        AddUnit(L'"');
-    }
-
-  private:
-    static constexpr std::size_t kPieceSize = 516;
-
-    void MakeRoom(std::size_t units) {
-        if (static_cast<std::size_t>(std::end(mPiece) - mNext) < units) {
-            Flush();
-        }
-    }
-
-    void Flush();
-
-    // Returns the end of what it has written. The backslash is written before it is known whether it stays, which takes
-    // a sixth less time than to write it where it is needed.
-    static wchar_t* WriteUnits(std::wstring_view units, wchar_t* next) noexcept {
-        for (const wchar_t unit : units) {
-            const char letter = LetterOf(unit);
-            *next = L'\\';
-            next += letter != '\0' ? 1 : 0;
-            *next++ = letter != '\0' ? static_cast<wchar_t>(letter) : unit;
-            if (letter == 'u') {
-                next = WriteHexDigits(unit, next);
-            }
-        }
-        return next;
-    }
-
-    static wchar_t* WriteHexDigits(wchar_t unit, wchar_t* next) noexcept {
-        constexpr std::wstring_view kDigits = L"0123456789ABCDEF";
-        *next++ = L'0';
-        *next++ = L'0';
-        *next++ = kDigits[static_cast<std::size_t>(unit) / 16];
-        *next++ = kDigits[static_cast<std::size_t>(unit) % 16];
-        return next;
-    }
-
-    std::wstring mText;
-    wchar_t mPiece[kPieceSize];
-    wchar_t* mNext = mPiece;
-};
-
-// Not in the class: the compiler would put it into all that it is called from, and they would be calls themselves then.
-void Output::Flush() {
-    mText.append(mPiece, static_cast<std::size_t>(mNext - mPiece));
-    mNext = mPiece;
-}
 
 // A scalar whole, of a container only the opening bracket.
 template <typename Target>
@@ -220,7 +96,7 @@ std::wstring WriteJson(const JsonValue* value) {
     }
     Measurement measurement;
     WriteTree(*value, measurement);
-    Output output(measurement.Size());
+    JsonOutput output(measurement.Size());
     WriteTree(*value, output);
     return output.TakeText();
 }

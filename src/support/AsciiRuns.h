@@ -1,5 +1,5 @@
-// ASCII in texts of any encoding, found and copied by blocks of units: the loops over a block have a fixed count, and the
-// compiler does a block in a few instructions. Internal to the conversions.
+// ASCII in texts of any encoding, found and copied by blocks of units: the loops over a block have a fixed count, and
+// the compiler does a block in a few instructions. Internal to the conversions.
 // Thread: any.
 #pragma once
 

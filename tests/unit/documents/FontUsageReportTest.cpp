@@ -3,8 +3,14 @@
 #include <gtest/gtest.h>
 #include <utf8cpp/utf8.h>
 
+#include <iterator>
+#include <memory>
+
 #include "doubles/common/AllocationFaults.h"
+#include "json/JsonParser.h"
+#include "json/JsonWriter.h"
 #include "support/log/RecordingLogSink.h"
+#include "support/TextConversion.h"
 
 namespace {
 
@@ -121,6 +127,40 @@ TEST(FontUsageReportTest, NonAsciiTextComesOutAsTheSameUtf8) {
 TEST(FontUsageReportTest, SlashBackslashQuoteAndControlCharacterAreEscaped) {
     EXPECT_EQ(BuildFontUsageReport({}, {"C:\\a/b\"c\x01\t.ai"}),
               R"({"DocumentFonts":[],"LinkedDocuments":["C:\\a\/b\"c\u0001\t.ai"]})");
+}
+
+// It is what the writer makes of a tree with this content, whatever the texts hold.
+TEST(FontUsageReportTest, IsTheTextThatTheWriterMakesOfItsTree) {
+    FontList fonts;
+    PlacedFileList placed;
+    for (char32_t code = 1; code < 0x300; ++code) {
+        std::string text = "C:\\";
+        utf8::append(code, std::back_inserter(text));
+        fonts.Append(Font(text + "-Bold"));
+        placed.push_back(text + std::string(code, '/'));
+    }
+    const std::wstring report = Utf16FromUtf8(BuildFontUsageReport(fonts, placed));
+    const std::unique_ptr<JsonValue> tree = ParseJson(report);
+    ASSERT_NE(tree, nullptr);
+    EXPECT_TRUE(WriteJson(tree.get()) == report);
+}
+
+TEST(FontUsageReportTest, TakesAsFewBlocksOfMemoryForThousandsAsForTen) {
+    const auto blocksFor = [](int count) {
+        FontList fonts;
+        PlacedFileList placed;
+        for (int n = 0; n < count; ++n) {
+            const std::string number = std::to_string(10000 + n);
+            fonts.Append(Font("AvenirNextCondensed" + number + "-MediumItalic"));
+            placed.push_back("C:\\Users\\designer\\Documents\\Catalogue\\picture " + number + ".psd");
+        }
+        const std::size_t before = AllocationsMade();
+        EXPECT_FALSE(BuildFontUsageReport(fonts, placed).empty());
+        return AllocationsMade() - before;
+    };
+    // The report in each of its encodings, and a place to convert the names in and one for the paths.
+    EXPECT_EQ(blocksFor(10), 4u);
+    EXPECT_EQ(blocksFor(2000), 4u);
 }
 
 TEST(FontUsageReportTest, InvalidUtf8IsTheLibrarysException) {
