@@ -1,5 +1,5 @@
-// Stops C++ exceptions that code built by another compiler throws (the PluginCore is built with Visual C++). GCC's
-// `catch (...)` does not see them: without this guard the process dies.
+// Stops C++ exceptions that code built by another compiler throws: the host and the PluginCore are built with Visual
+// C++. GCC's `catch (...)` does not see them: without this guard the process dies.
 #pragma once
 
 #include <type_traits>
@@ -9,7 +9,9 @@
 
 // Calls function(context) and returns 0. When a C++ exception of Visual C++ (Windows exception code 0xE06D7363) leaves
 // the call, returns 1 instead; frames of our own between the thrower and the guard are cut without running their
-// destructors, so keep the guard close to the foreign call.
+// destructors. So the guard stands close to a call of the PluginCore. The host's operations are too many for that: it
+// stands around those bodies that must put something right whatever the host throws; what the cut frames held of the
+// host is not given back.
 //
 // Every other exception of Windows passes through, on purpose. An access violation is no exception of C++: memory may
 // be damaged, what the frames on the way would have tidied up is not in a known state, and to go on would only move the
