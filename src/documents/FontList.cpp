@@ -13,5 +13,10 @@ FontList::FontList(std::initializer_list<FontRecord> records) {
 
 void FontList::Append(const FontRecord& record) {
     mRecords.push_back(record);
-    mNames.insert(PostScriptNameOf(mRecords.back()));
+    try {
+        mNames.insert(PostScriptNameOf(mRecords.back()));
+    } catch (...) {
+        mRecords.pop_back();
+        throw;
+    }
 }

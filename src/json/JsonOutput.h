@@ -15,6 +15,8 @@ class JsonOutput {
   public:
     // Room for a text of this size is made at once; a longer one may follow.
     explicit JsonOutput(std::size_t size) { mText.reserve(size); }
+    JsonOutput(const JsonOutput&) = delete;  // the next unit goes into this object's own piece
+    JsonOutput& operator=(const JsonOutput&) = delete;
 
     void AddUnit(wchar_t unit) {
         MakeRoom(1);

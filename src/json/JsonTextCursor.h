@@ -26,9 +26,6 @@ class JsonTextCursor {
 
     // Everything before the next quote or backslash, stepped over; the text may end first.
     void SkipPlainUnits() noexcept {
-        while (mEnd - mNext >= kBlock && ArePlain(mNext)) {
-            mNext += kBlock;
-        }
         while (mNext != mEnd && *mNext != L'"' && *mNext != L'\\') {
             ++mNext;
         }
@@ -53,17 +50,6 @@ class JsonTextCursor {
     }
 
   private:
-    static constexpr std::ptrdiff_t kBlock = 8;
-
-    // Of a whole block. Without a branch for each unit, so that the compiler looks at all of them at once.
-    static bool ArePlain(const wchar_t* units) noexcept {
-        unsigned others = 0;
-        for (std::ptrdiff_t i = 0; i < kBlock; ++i) {
-            others |= static_cast<unsigned>(units[i] == L'"') | static_cast<unsigned>(units[i] == L'\\');
-        }
-        return others == 0;
-    }
-
     const wchar_t* mNext;
     const wchar_t* mEnd;
 };

@@ -4,12 +4,12 @@
 #include <new>
 #include <utility>
 
-void* JsonValue::operator new(std::size_t size, std::size_t units) {
-    return ::operator new(size + units * sizeof(wchar_t));
+void* JsonValue::operator new(std::size_t size, TrailingUnits units) {
+    return ::operator new(size + units.count * sizeof(wchar_t));
 }
 
 std::unique_ptr<JsonValue> JsonValue::Make(const Payload& payload, const JsonText& key, const JsonText& text) {
-    std::unique_ptr<JsonValue> value(new (key.Size() + text.Size()) JsonValue(payload, key.Size()));
+    std::unique_ptr<JsonValue> value(new (TrailingUnits{key.Size() + text.Size()}) JsonValue(payload, key.Size()));
     key.CopyTo(value->Units());
     text.CopyTo(value->Units() + key.Size());
     return value;

@@ -92,9 +92,12 @@ class JsonValue {
     // In the order of Kind, so that the index is the kind. Of a string it is the size: the units lie behind the node.
     using Payload = std::variant<std::monostate, std::size_t, bool, double, Elements, Members>;
 
-    // With room for so many units of key and string behind the node.
-    static void* operator new(std::size_t size, std::size_t units);
-    static void operator delete(void* block, std::size_t) noexcept { ::operator delete(block); }
+    // Of key and string, behind the node.
+    struct TrailingUnits {
+        std::size_t count;
+    };
+    static void* operator new(std::size_t size, TrailingUnits units);
+    static void operator delete(void* block, TrailingUnits) noexcept { ::operator delete(block); }
     JsonValue(const Payload& payload, std::size_t keySize) noexcept : mKeySize(keySize), mPayload(payload) {}
     static std::unique_ptr<JsonValue> Make(const Payload& payload, const JsonText& key, const JsonText& text = {});
 

@@ -58,13 +58,16 @@ void WriteEnd(const JsonValue& value, Target& target) {
 // Ends the value and every container that ends with it, and returns what comes next: null when that is the root.
 template <typename Target>
 const JsonValue* WriteEnds(const JsonValue* value, const JsonValue& root, Target& target) {
-    for (WriteEnd(*value, target); value != &root; WriteEnd(*value, target)) {
+    while (true) {
+        WriteEnd(*value, target);
+        if (value == &root) {
+            return nullptr;
+        }
         if (const JsonValue* const sibling = value->NextSibling()) {
             return sibling;
         }
         value = value->ParentOfLast();
     }
-    return nullptr;
 }
 
 // Writes a tree of any depth: from value to value, without a list of the containers that are open.

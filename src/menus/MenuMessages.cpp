@@ -49,6 +49,8 @@ struct MenuDescription {
 // Kept, because the host asks once for each item when a menu opens, and the PluginCore mostly answers the same.
 const UntilUnloaded<std::unique_ptr<MenuDescription>> sDescription;
 
+// Lifetime: to the next call. The dispatch refuses a message that comes while another is handled, so none comes
+// between.
 MenuDescription& DescriptionOf(std::string_view json) {
     if (*sDescription == nullptr || (*sDescription)->text != json) {
         *sDescription = std::make_unique<MenuDescription>(json);

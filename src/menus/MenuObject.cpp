@@ -1,6 +1,5 @@
 #include "menus/MenuObject.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <stdexcept>
 
@@ -65,22 +64,26 @@ const JsonValue* MenuObjects::Find(const std::string& value) {
 }
 
 // Adds the next item to those that were visited, unless its member is no string, and puts its children and the siblings
-// behind it in its place. An item that throws stays the next one; for lack of memory it may be among the visited twice,
-// which no search notices.
+// behind it in its place. When anything throws, nothing has changed: the item stays the next one.
 void MenuObjects::VisitNext() {
-    const std::size_t place = mPending.size() - 1;
     const JsonValue& object = *mPending.back();
     const JsonValue& member = MenuObjectMember(object, mKey);
     const JsonValue& child = MenuObjectMember(object, L"child");
     const JsonValue* firstChild = nullptr;
     if (member.IsString()) {
-        mVisited.push_back({&object, Utf8FromUtf16(member.AsString())});
         firstChild = child.IsArray() ? FirstItem(child.FirstChild()) : nullptr;
+        // The room for the children, before the item counts as visited.
+        mPending.push_back(nullptr);
+        mPending.pop_back();
+        mVisited.push_back({&object, Utf8FromUtf16(member.AsString())});
     }
-    mPending.push_back(firstChild);
-    mPending[place] = FirstItem(object.NextSibling());
-    mPending.erase(std::remove(mPending.begin() + static_cast<std::ptrdiff_t>(place), mPending.end(), nullptr),
-                   mPending.end());
+    mPending.pop_back();
+    if (const JsonValue* const sibling = FirstItem(object.NextSibling())) {
+        mPending.push_back(sibling);
+    }
+    if (firstChild != nullptr) {
+        mPending.push_back(firstChild);
+    }
 }
 
 const JsonValue& MenuObjectMember(const JsonValue& object, std::wstring_view key) {

@@ -44,16 +44,18 @@ def build(options, folder):
     configure += [f"-D{name}={cached(build_folder, name)}" for name in ("CMAKE_TOOLCHAIN_FILE", "CMAKE_BUILD_TYPE")]
     configure += [f"-DCMAKE_{language}_COMPILER_LAUNCHER=" for language in ("C", "CXX")]
     configure += ["-DQUORVEL_BUILD_DEVKIT=OFF", "-DQUORVEL_BUILD_TESTS=OFF"]
-    steps = (configure, [options.cmake, "--build", str(target), "--target", "plugin", "--parallel", options.parallel])
+    steps = (configure, [options.cmake, "--build", str(target), "--target", "shipped_plugin", "--parallel", options.parallel])
     for step in steps:
         run = subprocess.run(step, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, encoding="utf-8", check=False)
         if run.returncode != 0:
             sys.exit(f"{' '.join(step)} ended with {run.returncode}:\n{run.stdout[-4000:]}")
-    return target / "bin" / Path(options.plugin).name
+    return target
 
 
-def hash_of(path):
-    return hashlib.sha256(path.read_bytes()).hexdigest()
+def hashes_in(build_folder, name):
+    """Of the plug-in with its symbols, and as it is shipped."""
+    files = [build_folder / part / name for part in ("bin", "shipped")]
+    return {file: hashlib.sha256(file.read_bytes()).hexdigest() for file in files}
 
 
 def main():
@@ -65,17 +67,18 @@ def main():
     parser.add_argument("--json", type=Path, help="write the counts there")
     options = parser.parse_args()
     work = Path(options.work_folder)
-    first = Path(options.plugin)
+    name = Path(options.plugin).name
+    first = Path(options.build_folder)
     if cached(Path(options.build_folder), "CMAKE_CXX_COMPILER_LAUNCHER"):
         # A compiler cache changes the command lines, and with them the names in the debug information.
         first = build(options, work / FOLDERS[0])
-    hashes = {path: hash_of(path) for path in (first, build(options, work / FOLDERS[1]))}
-    for path, value in hashes.items():
-        print(f"{value}  {path}")
+    builds = [hashes_in(folder, name) for folder in (first, build(options, work / FOLDERS[1]))]
+    for file, value in [pair for hashes in builds for pair in hashes.items()]:
+        print(f"{value}  {file}")
     shutil.rmtree(work)
-    different = len(set(hashes.values()))
+    different = len({tuple(hashes.values()) for hashes in builds})
     if options.json:
-        options.json.write_text(json.dumps({"builds": len(hashes), "hashes": different}) + "\n", encoding="utf-8")
+        options.json.write_text(json.dumps({"builds": len(builds), "hashes": different}) + "\n", encoding="utf-8")
     return 0 if different == 1 else 1
 
 

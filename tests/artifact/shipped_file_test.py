@@ -41,6 +41,9 @@ class ShippedFile(unittest.TestCase):
     def test_holds_what_was_tested(self):
         self.assertEqual(sections_of(self.shipped), sections_of(self.built))
 
+    def test_tells_no_time(self):
+        self.assertEqual((self.built.FILE_HEADER.TimeDateStamp, self.shipped.FILE_HEADER.TimeDateStamp), (0, 0))
+
     def test_has_no_symbols(self):
         self.assertNotEqual(self.built.FILE_HEADER.NumberOfSymbols, 0)
         self.assertEqual(self.shipped.FILE_HEADER.NumberOfSymbols, 0)

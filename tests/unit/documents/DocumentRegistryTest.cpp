@@ -5,6 +5,7 @@
 
 #include <cstdarg>
 #include <cstring>
+#include <vector>
 
 #include "doubles/common/ImportPatch.h"
 #include "support/log/RecordingLogSink.h"
@@ -15,10 +16,15 @@ const auto kDocument = reinterpret_cast<AIDocumentHandle>(0x00000001ABCD0001);
 // The same low 32 bits, another document.
 const auto kOther = reinterpret_cast<AIDocumentHandle>(0x00000002ABCD0001);
 
-int sFormatsWithPrecision = 0;
+// Of the lines that hold a report, behind the operation's name and the document.
+std::vector<int> sPrecisions;
 
-int RememberPrecision(char*, std::size_t, std::size_t, const char* format, va_list) {
-    sFormatsWithPrecision += std::strstr(format, "'%.*s'") != nullptr ? 1 : 0;
+int RememberPrecision(char*, std::size_t, std::size_t, const char* format, va_list arguments) {
+    if (std::strstr(format, "'%.*s'") != nullptr) {
+        static_cast<void>(va_arg(arguments, const char*));
+        static_cast<void>(va_arg(arguments, unsigned));
+        sPrecisions.push_back(va_arg(arguments, int));
+    }
     return 0;
 }
 
@@ -155,7 +161,7 @@ TEST(DocumentRegistryTest, FormatterIsToldHowMuchOfAReportToRead) {
     const ImportPatch patch("_vsnprintf_s", AsReplacement(RememberPrecision));
     SetFontUsageForDocumentHandle(kDocument, "{}");
     GetFontUsageForDocumentHandle(kDocument);
-    EXPECT_EQ(sFormatsWithPrecision, 2);
+    EXPECT_EQ(sPrecisions, (std::vector<int>{8192, 8192}));
 }
 
 }  // namespace

@@ -37,6 +37,25 @@ TEST(FontListTest, ContainsWhatWasAppendedToTheByte) {
     EXPECT_FALSE(FontList().Contains(""));
 }
 
+TEST(FontListTest, WithoutMemoryNothingIsAppended) {
+    FontList fonts = {Font("first")};
+    const FontRecord record = Font("a name that is too long to lie inside a string");
+    bool happened = true;
+    std::size_t failures = 0;
+    for (; happened; failures += happened ? 1 : 0) {
+        const FailingAllocation failure(failures + 1);
+        try {
+            fonts.Append(record);
+        } catch (const std::bad_alloc&) {
+            EXPECT_EQ(fonts, FontList{Font("first")});
+            EXPECT_FALSE(fonts.Contains("a name that is too long to lie inside a string"));
+        }
+        happened = failure.HasHappened();
+    }
+    EXPECT_LE(3u, failures);  // the record's entry, its name, and its place in the index
+    EXPECT_TRUE(fonts.Contains("a name that is too long to lie inside a string"));
+}
+
 TEST(FontListTest, RecordWithoutANameIsFoundAsEmpty) { EXPECT_TRUE((FontList{{{"other", "x"}}}).Contains("")); }
 
 // The list keeps copies, and they stay where they are while it grows.

@@ -64,6 +64,12 @@ TEST(JsonMemoryTest, RunningOutWhileWritingLeaksNothing) {
     EXPECT_EQ(WriteJson(value.get()), kTextWritten);
 }
 
+TEST(JsonMemoryTest, RunningOutWhileATextGrowsLeaksNothing) {
+    const std::wstring text = L"\"" + Repeated(L"\\u0001", 1000) + L"\"";
+    const std::unique_ptr<JsonValue> value = Parsed(text);
+    EXPECT_EQ(FailuresSurvived([&value] { return WriteJson(value.get()); }, text), 3u);
+}
+
 TEST(JsonMemoryTest, RunningOutWhileParsingNarrowTextLeaksNothing) {
     const std::string text = R"({"a key that is too long to lie inside the string": ["x", [1, {}]]})";
     const auto parse = [&text] { return ParseNarrowJson(text) ? std::wstring(L"parsed") : std::wstring(); };
