@@ -16,8 +16,9 @@ class CheckTree(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.root = Path(folder.name)
         # What the script excuses has to exist.
-        for name in ("DiscardingLogSink", "ForeignExceptionGuardMsvc", "TerminateGnu"):
-            self.write(f"src/support/{name}.cpp", "")
+        for name in ("plugincore/DirectEntries", "support/DiscardingLogSink", "support/ForeignExceptionGuardMsvc",
+                     "support/TerminateGnu"):
+            self.write(f"src/{name}.cpp", "")
 
     def write(self, name, text):
         path = self.root / name
@@ -55,6 +56,10 @@ class CheckTree(unittest.TestCase):
     def test_excuse_for_a_source_that_has_gone(self):
         (self.root / "src/support/DiscardingLogSink.cpp").unlink()
         self.assert_finds("scripts/check-tree: excuses src/support/DiscardingLogSink.cpp")
+
+    def test_diagnostic_log_is_included_by_nobody(self):
+        self.include("plugincore/PCILoader.h", "diagnostic/DiagnosticLog.h")
+        self.assert_finds('src/plugincore/PCILoader.h: includes "diagnostic/DiagnosticLog.h"')
 
     def test_lowest_folders_know_nobody(self):
         for folder, other in (("support", "host"), ("json", "support"), ("host", "json")):

@@ -15,6 +15,7 @@ import diagnostic_files
 from diagnostic_files import Built, ROOT, TIME
 
 SCENARIOS = ROOT / "devkit" / "scenarios"
+EXCERPT = pathlib.Path(__file__).parent / "excerpt.json"
 HEADER = re.compile(r"""==== Quorvel Type Agent, diagnostic log ====\r
 Date:     \d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} [+-]\d\d:\d\d\r
 Plug-in:  (?P<version>\d+\.\d+\.\d+\.0)  (?P<plugin>[A-Z]:\\[^\r]*\\QuorvelTypeAgentAI20-diagnostic\.aip)\r
@@ -139,6 +140,19 @@ class DiagnosticLog(unittest.TestCase):
                                      self.built.diagnostic_plugin)
                 self.assertEqual(run.returncode, 0, (run.stdout + run.stderr).decode("utf-8"))
 
+    def test_page_shows_a_log_as_it_is(self):
+        page = (ROOT / "docs" / "diagnostics.md").read_text(encoding="utf-8")
+        shown = masked(re.search(r"^```text\n(.*?)^```$", page, re.MULTILINE | re.DOTALL)[1])
+        run = self.built.run("simhost.exe", "play", EXCERPT, "--quiet", "--plugin", self.built.diagnostic_plugin)
+        self.assertEqual(run.returncode, 0, (run.stdout + run.stderr).decode("utf-8"))
+        log = masked(diagnostic_files.only_log().replace("\r\n", "\n"))
+        place = 0
+        for part in shown.split("[...]\n"):
+            found = log.find(part, place)
+            self.assertNotEqual(found, -1, f"{part}\nis not in\n{log[place:]}")
+            place = found + len(part)
+        self.assertEqual(place, len(log))
+
     def test_log_folder_that_cannot_be_made_is_no_matter(self):
         folder = diagnostic_files.log_folder().parent
         for each in sorted(folder.rglob("*"), reverse=True):
@@ -150,6 +164,22 @@ class DiagnosticLog(unittest.TestCase):
         run = self.built.run("simhost.exe", "play", SCENARIOS / "saved.json", "--quiet", "--plugin",
                              self.built.diagnostic_plugin)
         self.assertEqual(run.returncode, 0, (run.stdout + run.stderr).decode("utf-8"))
+
+
+def masked(log: str) -> str:
+    """Without what differs each time."""
+    for pattern, mark in (
+            (TIME, "TIME"),
+            (r"\d{4}-\d\d-\d\d", "DATE"),
+            (r"[+-]\d\d:\d\d", "OFFSET"),
+            (r"took [\d.]+ ms", "took T ms"),
+            (r"(?<=Process:  )\d+", "NUMBER"),
+            (r"(?<=Windows:  )\S+", "VERSION"),
+            (r"(?<=Plug-in:  )\S+", "VERSION"),
+            (r"(?<=PluginCore: )\d\S+", "VERSION"),
+            (r'[^" ]*\\simhost-runs\\excerpt-\d+', "FOLDER")):
+        log = re.sub(pattern, mark, log)
+    return log
 
 
 def json_entries(events: list[dict]) -> list[str]:
