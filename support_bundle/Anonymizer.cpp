@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <utility>
 
 #include "support/TextConversion.h"
 
@@ -179,7 +180,7 @@ bool MayBeCut(std::wstring_view text, std::size_t place) {
 
 }  // namespace
 
-Anonymizer::Anonymizer(const Identity& identity) : mIdentity(identity), mMayBegin(kUnits, false) {
+Anonymizer::Anonymizer(Identity identity) : mIdentity(std::move(identity)), mMayBegin(kUnits, false) {
     for (std::vector<std::wstring>* const patterns : {&mIdentity.profileFolders, &mIdentity.names}) {
         for (std::wstring& pattern : *patterns) {
             pattern = Capitals(std::move(pattern));

@@ -15,7 +15,7 @@
 
 class Anonymizer {
   public:
-    explicit Anonymizer(const Identity& identity);
+    explicit Anonymizer(Identity identity);
 
     std::wstring WithoutNames(std::wstring_view text) const;
     // For names of files, which cannot hold all characters.

@@ -119,8 +119,8 @@ class Collector {
 
     void AddWordFiles() {
         std::ranges::sort(mPluginCoreFolders);
-        const auto [first, last] = std::ranges::unique(mPluginCoreFolders);
-        mPluginCoreFolders.erase(first, last);
+        mPluginCoreFolders.erase(std::unique(mPluginCoreFolders.begin(), mPluginCoreFolders.end()),
+                                 mPluginCoreFolders.end());
         for (const fs::path& folder : mPluginCoreFolders) {
             if (Exists(folder / kWordFile)) {
                 Add("word-files/", folder / kWordFile);

@@ -60,7 +60,7 @@ void Tell(const Options& options, const std::wstring& text, bool isError) {
 fs::path DesktopFolder() {
     wchar_t* path = nullptr;
     const HRESULT result = SHGetKnownFolderPath(FOLDERID_Desktop, KF_FLAG_CREATE, nullptr, &path);
-    const fs::path folder = SUCCEEDED(result) ? fs::path(path) : fs::path();
+    fs::path folder = SUCCEEDED(result) ? fs::path(path) : fs::path();
     CoTaskMemFree(path);
     if (FAILED(result)) {
         throw std::runtime_error("there is no desktop folder; name a folder or a file on the command line");
@@ -70,7 +70,7 @@ fs::path DesktopFolder() {
 
 // A file, when the name ends in ".zip"; a name with the time in the folder otherwise.
 fs::path OutputFile(const Options& options, const SYSTEMTIME& now) {
-    const fs::path output = options.output.empty() ? DesktopFolder() : fs::path(Utf16FromUtf8(options.output));
+    fs::path output = options.output.empty() ? DesktopFolder() : fs::path(Utf16FromUtf8(options.output));
     if (_wcsicmp(output.extension().c_str(), L".zip") == 0 && !fs::is_directory(output)) {
         return output;
     }

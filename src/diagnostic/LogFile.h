@@ -14,8 +14,8 @@
 #include <string_view>
 
 struct LogFileLimits {
-    std::uint64_t partSize = 4 * 1024 * 1024;  // bytes; a line is never torn apart
-    int keptFiles = 10;                        // the newest, this one included
+    std::uint64_t partSize = std::uint64_t{4} * 1024 * 1024;  // bytes; a line is never torn apart
+    int keptFiles = 10;                                       // the newest, this one included
 };
 
 class LogFile {

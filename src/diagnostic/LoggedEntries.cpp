@@ -147,15 +147,25 @@ void LogLibraryOnce(HMODULE library) {
     LogMessage(kLogNote, "%s", text.Terminated());
 }
 
+struct Replacement {
+    const char* name;
+    FARPROC (*replace)(FARPROC address) noexcept;
+};
+
+constexpr Replacement kReplacements[] = {
+#define QUORVEL_REPLACE_ENTRY(name) {#name, &LoggedEntry<Entry::k##name, decltype(::name)>::Replace},
+    PLUGINCORE_ENTRIES(QUORVEL_REPLACE_ENTRY)
+#undef QUORVEL_REPLACE_ENTRY
+};
+
 }  // namespace
 
 FARPROC InterposeEntry(HMODULE library, const char* name, FARPROC address) noexcept {
     LogLibraryOnce(library);
-#define QUORVEL_REPLACE_ENTRY(entry)                                              \
-    if (std::strcmp(name, #entry) == 0) {                                         \
-        return LoggedEntry<Entry::k##entry, decltype(::entry)>::Replace(address); \
+    for (const Replacement& each : kReplacements) {
+        if (std::strcmp(each.name, name) == 0) {
+            return each.replace(address);
+        }
     }
-    PLUGINCORE_ENTRIES(QUORVEL_REPLACE_ENTRY)
-#undef QUORVEL_REPLACE_ENTRY
     return address;
 }
