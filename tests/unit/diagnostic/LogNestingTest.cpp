@@ -109,6 +109,13 @@ TEST_F(LogNestingTest, ExitThatHasNoEntryEndsNothing) {
     EXPECT_EQ(Note(kMiddle), 1u);
 }
 
+TEST_F(LogNestingTest, ExitThatHasNoEntryShowsWhatHasEnded) {
+    Enter("A", kOuter);
+    Enter("B", kMiddle);
+    Enter("C", kInner);
+    EXPECT_EQ(Exit("Unknown", kOuter), 1u);
+}
+
 TEST_F(LogNestingTest, MessageWithinAMessageIsIndented) {
     EXPECT_EQ(Enter("PluginMain", kOuter), 0u);
     EXPECT_EQ(Enter("A", kMiddle), 1u);
