@@ -23,6 +23,8 @@ class Built:
         self.folder = pathlib.Path(folder)
         self.run_command = run
         self.diagnostic_plugin = self.folder / "QuorvelTypeAgentAI20-diagnostic.aip"
+        # The first program on a desktop makes its prefix, in which the user's folders are.
+        self.run("simhost.exe", "--help")
 
     def command(self, program: str, *arguments) -> list[str]:
         return [*self.run_command, str(self.folder / program), *map(str, arguments)]
