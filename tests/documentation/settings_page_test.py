@@ -59,13 +59,16 @@ def built_in_words(page: str) -> dict[str, dict]:
 def settings(page: str) -> dict[str, dict]:
     """Each row of the table of answers: a document without fonts to choose, and one with."""
     cases = {}
-    for number, (answer, hosts, plugincores) in enumerate(re.findall(
-            r"^\| `(.*)` \| (dismissed|left alone) \| (shown|not shown) \|$", page, re.MULTILINE), start=1):
+    begin_of_broken = page.index("Answers that break the contract")
+    for number, row in enumerate(re.finditer(r"^\| `(.*)` \| (dismissed|left alone) \| (shown|not shown) \|$", page,
+                                             re.MULTILINE), start=1):
+        answer, hosts, plugincores = row.groups()
         asked = [] if plugincores == "not shown" else [
             {"InvokeResolveDialog": {"text": FONT}}, {"ActivateChosenFonts": {"path": "${work}\\B.ai", "text": FONT}}]
         cases[f"settings-{number}"] = {
             "answers": {"GetSettings": [{"text": answer}], "HandleOpenExistingDocument": [{}, {"text": FONT}]},
-            "steps": [opened("A"), dialog("Missing Fonts", hosts), opened("B", "GetSettings", *asked)]}
+            "steps": [opened("A"), dialog("Missing Fonts", hosts), opened("B", "GetSettings", *asked)],
+            "expect": {"violations": {"contract": 1} if row.start() > begin_of_broken else {}}}
     return cases
 
 
