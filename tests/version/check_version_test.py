@@ -79,6 +79,8 @@ class CheckVersion(unittest.TestCase):
         file = self.write("build/plugin.aip", self.content)
         self.package(f"QuorvelTypeAgentAI20-{self.version}.zip", plugin_aip=self.content, read_txt="")
         self.write(f"build/packages/QuorvelTypeAgentAI20-{self.version}-setup.exe", self.content)
+        self.package(f"QuorvelTypeAgentAI20-{self.version}-symbols.zip", plugin_debug=b"")
+        self.write("build/packages/SHA256SUMS", "")
         self.assertEqual(self.findings(*self.packages(), file), [])
         self.assertEqual(self.findings("--tag", f"v{self.version}"), [])
 
@@ -93,15 +95,18 @@ class CheckVersion(unittest.TestCase):
         self.assert_finds("found 2")
 
     def test_number_told_a_second_time(self):
-        for name in ("docs/a.md", "src/a.cpp", "scripts/a", "packaging/a.nsi", "cmake/a.cmake", "CONTRIBUTING.md"):
+        for name in ("src/a.cpp", "scripts/a", "packaging/a.nsi", "cmake/a.cmake"):
             with self.subTest(name):
                 path = self.write(name, f"Here\nis {self.version}.\n")
                 self.assert_finds(f"{name}:2: tells the version a second time")
                 Path(path).unlink()
 
     def test_another_number_in_a_page(self):
-        self.write("docs/a.md", "QuorvelTypeAgentAI20-61.7.3.zip\n")
-        self.assert_finds("docs/a.md:1: tells the version 61.7.3")
+        for name in ("docs/a.md", "README.md", "CONTRIBUTING.md"):
+            with self.subTest(name):
+                self.write(name, f"QuorvelTypeAgentAI20-{self.version}.zip\nQuorvelTypeAgentAI20-61.7.3-setup.exe\n")
+                self.assert_finds(f"{name}:2: tells the version 61.7.3")
+                (self.root / name).unlink()
 
     def test_numbers_of_a_resource_written_by_hand(self):
         self.write("src/a.rc.in", "FILEVERSION 61,7,3,0\nPRODUCTVERSION @A@,0\n")
