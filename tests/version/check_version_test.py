@@ -29,7 +29,7 @@ class CheckVersion(unittest.TestCase):
         self.root = Path(folder.name) / "tree"
         self.version = options.version
         self.set_version(self.version)
-        self.write("README.md", "For Windows 10. The PluginCore listens on 127.0.0.1.\n")
+        self.write("README.md", "For Windows 10.0.18362. The PluginCore listens on 127.0.0.1.\n")
         self.content = Path(options.file).read_bytes()
 
     def set_version(self, version):
