@@ -82,7 +82,7 @@ void Abort() { std::abort(); }
 
 void FailFast() {
     constexpr unsigned kFatalAppExit = 7;
-    FailFastWith(kFatalAppExit);
+    QUORVEL_FAIL_FAST(kFatalAppExit);
 }
 
 void Hang() { Sleep(INFINITE); }
