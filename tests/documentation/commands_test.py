@@ -24,7 +24,10 @@ TIME_LIMIT_SECONDS = 300
 TIME_LIMIT_OF_FRESH_CLONE_SECONDS = 3000
 EXIT_CODE = re.compile(r"# exit code (\d)$")
 FENCED = re.compile(r"^```(\w*)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
-NOT_RUN = {"scripts/test": "runs all tests, this one too"}
+NOT_RUN = {
+    "scripts/test": "runs all tests, this one too",
+    "scripts/package --twice": "takes many minutes; the test ReproducibleBuild does the same without the developer kit",
+}
 
 
 def commands_of(page: pathlib.Path) -> list[str]:
