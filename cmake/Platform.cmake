@@ -30,7 +30,7 @@ else()
   # -static: no compiler runtime library has to be shipped beside a binary.
   # -fstack-protector-strong: the compiler's library of guarded calls, for whatever links the plug-in's code.
   # DWARF 4 is the newest form of which Wine's debugger reads names.
-  # The prefix map keeps folder names of the building machine out of the binaries.
+  # The prefix map keeps folder names of the building machine out of the binaries, --no-insert-timestamp the time.
   add_compile_options(-gdwarf-4 "-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.")
-  add_link_options(-static -fstack-protector-strong)
+  add_link_options(-static -fstack-protector-strong -Wl,--no-insert-timestamp)
 endif()

@@ -19,8 +19,10 @@ endfunction()
 # Used by the plug-in itself; included as <utf8cpp/utf8.h>.
 quorvel_stage_headers(utfcpp utf8cpp libutfcpp-dev)
 
-# Used by the developer kit and the tests only.
+# Not used by the plug-in.
 if(QUORVEL_BUILD_DEVKIT OR QUORVEL_BUILD_TESTS)
   quorvel_stage_headers(nlohmann_json nlohmann nlohmann-json3-dev)
+endif()
+if(QUORVEL_BUILD_DEVKIT OR QUORVEL_BUILD_TESTS OR QUORVEL_BUILD_SUPPORT_BUNDLE)
   quorvel_stage_headers(cli11 CLI libcli11-dev)
 endif()

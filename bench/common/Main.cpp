@@ -1,6 +1,6 @@
 // The main function of every program here.
-#include <CLI/CLI.hpp>
 #include <algorithm>
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
 #include <fstream>

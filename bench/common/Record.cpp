@@ -42,10 +42,7 @@ nlohmann::json TimeRecord(const Comparison& comparison, const Effort& effort) {
     for (std::size_t i = 0; i < comparison.entries.size(); ++i) {
         entries.push_back(EntryRecord(comparison.entries[i], samples[i], baseSamples));
     }
-    return {{"name", comparison.name},
-            {"base", comparison.base},
-            {"rounds", baseSamples.size()},
-            {"entries", entries}};
+    return {{"name", comparison.name}, {"base", comparison.base}, {"rounds", baseSamples.size()}, {"entries", entries}};
 }
 
 std::size_t HeapCallsOf(const Work& work) {

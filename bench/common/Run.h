@@ -2,7 +2,8 @@
 //
 //     void bench::Define(bench::Run& run) {
 //         run.Compare("parse + destroy: settings", "RapidJSON",
-//                     {{"this plug-in", [] { ... }}, {"RapidJSON", [] { ... }}, {"floor: copy of the text", [] { ... }}});
+//                     {{"this plug-in", [] { ... }}, {"RapidJSON", [] { ... }}, {"floor: copy of the text", [] { ...
+//                     }}});
 //     }
 #pragma once
 

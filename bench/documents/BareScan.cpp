@@ -9,7 +9,8 @@ namespace bench {
 
 namespace {
 
-constexpr std::int32_t kScripts[] = {-2, -1, 0, 1, 2, 3, 4, 5, 6, 7, 9, 10, 11, 12, 13, 14, 15, 16, 17, 25, 29, 32, 81, 85};
+constexpr std::int32_t kScripts[] = {-2, -1, 0,  1,  2,  3,  4,  5,  6,  7,  9,  10,
+                                     11, 12, 13, 14, 15, 16, 17, 25, 29, 32, 81, 85};
 // As long as the paths are.
 constexpr const char* kPlacedPath = "C:\\Users\\designer\\Documents\\Catalogue\\links\\picture 0.psd";
 constexpr std::int32_t kFailed = 0x15000000;
@@ -107,7 +108,8 @@ struct BareScan {
         Line("Entering %s()", "ExamineCurrentDocForPlacedArt");
         std::int32_t count = 0;
         AIArtHandle** const matches = Match(kPlacedArt, count);
-        Line("sMatchingArt->GetMatchingArt(spec.type=kPlacedArt, numSpecs=1, numMatches=%d) returned %d", count, kFailed);
+        Line("sMatchingArt->GetMatchingArt(spec.type=kPlacedArt, numSpecs=1, numMatches=%d) returned %d", count,
+             kFailed);
         for (std::int32_t i = 0; i < count; ++i) {
             ai::UnicodeStringData path{nullptr};
             placedSuite.GetPlacedFilePathFromArt((*matches)[i], path);

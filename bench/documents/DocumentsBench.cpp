@@ -45,8 +45,9 @@ void DefineScan(bench::Run& run, const std::string& name, const std::shared_ptr<
         };
     };
     const auto scan = with([] { bench::Keep(CurrentDocumentFontUsage()); });
-    run.Compare(name, callsAndLines,
-                {{kPlugin, scan}, {calls, with(bench::BareScanCalls)}, {callsAndLines, with(bench::BareScanCallsAndLines)}});
+    run.Compare(
+        name, callsAndLines,
+        {{kPlugin, scan}, {calls, with(bench::BareScanCalls)}, {callsAndLines, with(bench::BareScanCallsAndLines)}});
 }
 
 void DefineDefaultFontCheck(bench::Run& run, const std::shared_ptr<HostDocument>& document) {
@@ -106,7 +107,8 @@ void DefineReport(bench::Run& run) {
     run.Compare("keeping that report", "floor: a copy and two formattings",
                 {{kPlugin, [document, text] { SetFontUsageForDocumentHandle(document, text); }},
                  {"floor: a copy and two formattings", [text, copy = std::string()]() mutable {
-                      bench::FormatLine("Entering %s(%08x, '%.8192s')", "SetFontUsageForDocumentHandle", 1u, text.c_str());
+                      bench::FormatLine("Entering %s(%08x, '%.8192s')", "SetFontUsageForDocumentHandle", 1u,
+                                        text.c_str());
                       copy = text;
                       bench::Keep(copy);
                       bench::FormatLine("Exiting %s()", "SetFontUsageForDocumentHandle");
@@ -114,16 +116,16 @@ void DefineReport(bench::Run& run) {
 }
 
 void DefineConversions(bench::Run& run, const std::shared_ptr<HostDocument>& document) {
-    run.Compare("path of the host to UTF-8", "floor: a string of that size",
-                {{kPlugin,
-                  [document] {
-                      bench::ShowDocument(*document);
-                      std::string path;
-                      ConvertFilePathToString({&document->path}, path, false);
-                      bench::Keep(path);
-                  }},
-                 {"floor: a string of that size",
-                  [document] { bench::Keep(std::string(document->path.size(), 'x')); }}});
+    run.Compare(
+        "path of the host to UTF-8", "floor: a string of that size",
+        {{kPlugin,
+          [document] {
+              bench::ShowDocument(*document);
+              std::string path;
+              ConvertFilePathToString({&document->path}, path, false);
+              bench::Keep(path);
+          }},
+         {"floor: a string of that size", [document] { bench::Keep(std::string(document->path.size(), 'x')); }}});
 }
 
 }  // namespace

@@ -6,14 +6,15 @@ namespace bench {
 
 namespace {
 
-constexpr const char* kFamilies[] = {"Garamond",     "Futura", "Univers",  "Bodoni",      "Frutiger",   "Didot",
-                                     "Optima",       "Sabon",  "Rockwell", "GillSans",    "Baskerville", "Caslon",
-                                     "CenturyGothic", "Fira",  "Palatino", "SourceSerif", "Lato",       "Meta"};
+constexpr const char* kFamilies[] = {"Garamond",      "Futura", "Univers",  "Bodoni",      "Frutiger",    "Didot",
+                                     "Optima",        "Sabon",  "Rockwell", "GillSans",    "Baskerville", "Caslon",
+                                     "CenturyGothic", "Fira",   "Palatino", "SourceSerif", "Lato",        "Meta"};
 constexpr const char* kStyles[] = {"Regular", "Italic", "Bold", "BoldItalic", "Light", "MediumCondensed", "Black"};
 constexpr std::size_t kRunsPerFrame = 20;
 
 // A third of the default fonts is shared by two scripts, as in the host.
-constexpr std::int32_t kScripts[] = {-2, -1, 0, 1, 2, 3, 4, 5, 6, 7, 9, 10, 11, 12, 13, 14, 15, 16, 17, 25, 29, 32, 81, 85};
+constexpr std::int32_t kScripts[] = {-2, -1, 0,  1,  2,  3,  4,  5,  6,  7,  9,  10,
+                                     11, 12, 13, 14, 15, 16, 17, 25, 29, 32, 81, 85};
 constexpr std::size_t kDefaultFonts = 16;
 
 }  // namespace

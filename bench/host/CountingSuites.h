@@ -3,10 +3,10 @@
 // Thread: main.
 #pragma once
 
+#include "bench/host/HostDocument.h"
 #include "host/ArtSuites.h"
 #include "host/DocumentSuite.h"
 #include "host/FontSuite.h"
-#include "bench/host/HostDocument.h"
 #include "host/MatchingArtSuite.h"
 #include "host/MdMemorySuite.h"
 #include "host/StringSuites.h"

@@ -16,8 +16,7 @@ namespace {
 // Of the PluginCore that lies beside the program.
 int AddedItems() {
     const HMODULE library = GetModuleHandleW(BesideProgram(L"PluginCoreX64.dll").c_str());
-    const auto count =
-        reinterpret_cast<int (*)()>(reinterpret_cast<void*>(GetProcAddress(library, "AddedItems")));
+    const auto count = reinterpret_cast<int (*)()>(reinterpret_cast<void*>(GetProcAddress(library, "AddedItems")));
     return library == nullptr || count == nullptr ? 0 : count();
 }
 

@@ -23,7 +23,8 @@ class ShippedPlugin {
     ShippedPlugin& operator=(const ShippedPlugin&) = delete;
     ~ShippedPlugin();
 
-    // Throws std::runtime_error when it has not found its library. Two ticks have passed, so that it listens to the panel.
+    // Throws std::runtime_error when it has not found its library. Two ticks have passed, so that it listens to the
+    // panel.
     void Start();
     void ShutDown();
 

@@ -30,15 +30,16 @@ void bench::Define(Run& run) {
     for (const wchar_t* library : {L"PluginCoreX64.dll", L"PlugPlugOwl.dll"}) {
         LoadLibraryW(BesideProgram(library).c_str());
     }
-    run.Compare("LoadLibrary and FreeLibrary", "an empty library",
-                {{"this plug-in", [] { ShippedPlugin plugin; }},
-                 {"this plug-in, with start-up and shut-down",
-                  [] {
-                      ShippedPlugin plugin;
-                      plugin.Start();
-                      plugin.ShutDown();
-                  }},
-                 {"an empty library", [path = BesideProgram(L"Empty.dll")] { FreeLibrary(LoadLibraryW(path.c_str())); }}});
+    run.Compare(
+        "LoadLibrary and FreeLibrary", "an empty library",
+        {{"this plug-in", [] { ShippedPlugin plugin; }},
+         {"this plug-in, with start-up and shut-down",
+          [] {
+              ShippedPlugin plugin;
+              plugin.Start();
+              plugin.ShutDown();
+          }},
+         {"an empty library", [path = BesideProgram(L"Empty.dll")] { FreeLibrary(LoadLibraryW(path.c_str())); }}});
     run.Compare("failing search for the font manager", "floor: one snapshot of the processes",
                 {{"this plug-in", SearchInVain}, {"floor: one snapshot of the processes", TakeSnapshot}});
 }

@@ -10,6 +10,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "doubles/common/CompilerSupport.h"
+
 namespace {
 
 // Not known to the compiler, which would complain.
@@ -80,11 +82,7 @@ void Abort() { std::abort(); }
 
 void FailFast() {
     constexpr unsigned kFatalAppExit = 7;
-#ifdef _MSC_VER
-    __fastfail(kFatalAppExit);
-#else
-    __asm__ volatile("int $0x29" : : "c"(kFatalAppExit));
-#endif
+    QUORVEL_FAIL_FAST(kFatalAppExit);
 }
 
 void Hang() { Sleep(INFINITE); }

@@ -7,9 +7,12 @@
 #include <clocale>
 #include <cstdint>
 
+#include "doubles/common/CompilerSupport.h"
+
 namespace {
 
 constexpr unsigned kUsualMxcsr = 0x1F80;
+constexpr unsigned kSinglePrecision = 0xFCFF;  // of the bits for the precision, none
 constexpr unsigned kRoundUp = 0x4000;
 constexpr DWORD kAnotherErrorMode = SEM_NOOPENFILEERRORBOX;
 
@@ -37,14 +40,7 @@ void LeaveThreadLocale() { SetThreadLocale(MAKELCID(MAKELANGID(LANG_GERMAN, SUBL
 
 void LeaveRounding() { _mm_setcsr(_mm_getcsr() | kRoundUp); }
 
-void LeaveX87Precision() {
-#ifdef __GNUC__
-    std::uint16_t word = 0;
-    __asm__ volatile("fnstcw %0" : "=m"(word));
-    word = static_cast<std::uint16_t>(word & ~0x0300U);  // single precision
-    __asm__ volatile("fldcw %0" : : "m"(word));
-#endif
-}
+void LeaveX87Precision() { SetX87ControlWord(static_cast<std::uint16_t>(X87ControlWord() & kSinglePrecision)); }
 
 void LeaveErrorMode() { SetErrorMode(kAnotherErrorMode); }
 
@@ -59,9 +55,7 @@ void LeaveWhatWindowsBeginsWith() {
     setlocale(LC_ALL, "C");
     SetThreadLocale(LOCALE_USER_DEFAULT);
     _mm_setcsr(kUsualMxcsr);
-#ifdef __GNUC__
-    __asm__ volatile("fninit");
-#endif
+    ResetX87();
     SetErrorMode(0);
     SetThreadErrorMode(0, nullptr);
     SetUnhandledExceptionFilter(nullptr);

@@ -17,6 +17,10 @@
 #include "simhost/launch/InProcessRun.h"
 #include "simhost/scenario/NearestWord.h"
 
+#ifndef QUORVEL_VERSION
+#error "the version number comes from the build"
+#endif
+
 namespace {
 
 // In UTF-8, and in the order in which CLI11 takes them: the last one first, the program's name left out.
@@ -62,6 +66,7 @@ int Run() {
     _setmode(_fileno(stderr), _O_BINARY);
 
     CLI::App app("A host for the plug-in that runs without the host", "simhost");
+    app.set_version_flag("--version", "simhost " QUORVEL_VERSION);
     app.require_subcommand(1);
     // A path may begin with a slash.
     app.allow_windows_style_options(false);

@@ -2,6 +2,7 @@
 
 #include "support/CompilerSupport.h"
 #include "support/Log.h"
+#include "support/LogSink.h"
 #include "support/UntilUnloaded.h"
 
 namespace {
@@ -32,6 +33,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved) 
                 ModuleObject::DestroyAll();
                 ReleaseRuntimeMemory();
             }
+            EndLog(reserved != nullptr);
             break;
         default:
             // DLL_THREAD_ATTACH and DLL_THREAD_DETACH: not worth a line.

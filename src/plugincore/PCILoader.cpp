@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "plugincore/EntryInterposition.h"
 #include "plugincore/LibraryLoading.h"
 #include "plugincore/PluginCoreLocation.h"
 #include "support/Log.h"
@@ -108,7 +109,7 @@ void PCILoader::BindEntryPoints(HMODULE module) {
         mMissingCount = 0;
     }
     const auto bind = [&](auto& entry, const char* name) {
-        entry.Bind(GetProcAddressLogged(module, name));
+        entry.Bind(InterposeEntry(module, name, GetProcAddressLogged(module, name)));
         if (entry.IsNull()) {
             ++mMissingCount;
         }

@@ -54,12 +54,19 @@ ALLOWED = {
 # What the diagnostic plug-in needs besides.
 OF_THE_DIAGNOSTIC_LOG = {
     "kernel32.dll": {
-        "writes the log to a file and to the debugger": "GetTempPathW WriteFile OutputDebugStringA",
-        "C runtime: characters of more than one byte": "IsDBCSLeadByteEx WideCharToMultiByte",
+        "makes the folder of the logs, writes the file and deletes old ones": """
+            GetEnvironmentVariableW GetTempPathW CreateDirectoryW WriteFile SetFilePointerEx SetEndOfFile FindNextFileW
+            FindClose CompareFileTime DeleteFileW""",
+        "tells the debugger": "OutputDebugStringW",
+        "converts text": "WideCharToMultiByte",
+        "tells time and durations": """
+            FileTimeToSystemTime SystemTimeToFileTime SystemTimeToTzSpecificLocalTime QueryPerformanceFrequency""",
+        "reads the versions of loaded modules": "FindResourceW LoadResource LockResource SizeofResource",
+        "lines of other threads": "AcquireSRWLockExclusive TryAcquireSRWLockExclusive ReleaseSRWLockExclusive",
+        "knows where an operation was entered": "RtlCaptureStackBackTrace",
     },
     "msvcrt.dll": {
-        "C++ runtime: formats a line": """
-            fputc localeconv strerror ___lc_codepage_func ___mb_cur_max_func""",
+        "names of files": "_snwprintf_s wcscmp",
     },
 }
 

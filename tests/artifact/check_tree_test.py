@@ -16,8 +16,15 @@ class CheckTree(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.root = Path(folder.name)
         # What the script excuses has to exist.
-        for name in ("DiscardingLogSink", "ForeignExceptionGuardMsvc", "TerminateGnu"):
-            self.write(f"src/support/{name}.cpp", "")
+        for name in ("DiscardingLogSink.cpp", "ForeignExceptionGuardMsvc.cpp", "TerminateGnu.cpp", "CompilerSupport.h",
+                     "ForeignExceptionGuardGnu.S"):
+            self.write(f"src/support/{name}", "")
+        self.write("src/plugincore/DirectEntries.cpp", "")
+        for name in ("StackGuard", "ThreadVariables"):
+            self.write(f"src/support/{name}Gnu.cpp", "")
+            self.write(f"tests/unit/support/{name}GnuTest.cpp", "")
+        for name in ("devkit/doubles/common/CompilerSupport.h", "bench/common/Run.h", "bench/shipped/Empty.c"):
+            self.write(name, "")
 
     def write(self, name, text):
         path = self.root / name
@@ -56,6 +63,10 @@ class CheckTree(unittest.TestCase):
         (self.root / "src/support/DiscardingLogSink.cpp").unlink()
         self.assert_finds("scripts/check-tree: excuses src/support/DiscardingLogSink.cpp")
 
+    def test_diagnostic_log_is_included_by_nobody(self):
+        self.include("plugincore/PCILoader.h", "diagnostic/DiagnosticLog.h")
+        self.assert_finds('src/plugincore/PCILoader.h: includes "diagnostic/DiagnosticLog.h"')
+
     def test_lowest_folders_know_nobody(self):
         for folder, other in (("support", "host"), ("json", "support"), ("host", "json")):
             with self.subTest(folder):
@@ -87,6 +98,62 @@ class CheckTree(unittest.TestCase):
     def test_folder_without_a_layer(self):
         self.write("src/misc/Thing.h", "")
         self.assert_finds("src/misc/Thing.h: the folder misc has no place")
+
+    def test_what_only_one_compiler_understands(self):
+        for code, what in (
+            ("int f() __attribute__((cold));", "an attribute"),
+            ("[[gnu::cold]] int f();", "an attribute"),
+            ("int a = __builtin_ctz(b);", "a built-in function"),
+            ('void f() { asm("nop"); }', "assembler"),
+            ('void f() { __asm__ volatile("nop"); }', "assembler"),
+            ("__extension__ using A = int;", "a word of GCC's own"),
+            ("using A = __int128;", "a word of GCC's own"),
+            ("__typeof__(a) b;", "a word of GCC's own"),
+            ("void f() { __try { } __except (1) { } }", "a word of Visual C++'s own"),
+            ("#ifdef __GNUC__\n#endif", "a question"),
+            ("#if defined(_MSC_VER)\n#endif", "a question"),
+            ('#pragma GCC diagnostic ignored "-Wshadow"', "a pragma"),
+            ("#pragma warning(disable: 4100)", "a pragma"),
+            ("#include_next <stdlib.h>", "GCC's #include_next"),
+            ("#include <bits/stdc++.h>", "a header"),
+            ("#include <unistd.h>", "a header"),
+            ("#include <sys/time.h>", "a header"),
+            ("int a = strcasecmp(b, c);", "a function or type"),
+            ("int f(int a) { switch (a) { case 1 ... 5: return 1; } }", "a range of cases"),
+            ("int a = b ?: c;", "a conditional without its middle"),
+            ("int a = ({ int b = 1; b; });", "a block in place of a value"),
+            ("int a = f(({ g(); 1; }));", "a block in place of a value"),
+        ):
+            for folder in ("src/json", "devkit/simhost", "bench/json"):
+                with self.subTest(code=code, folder=folder):
+                    self.write(f"{folder}/Thing.h", f"// First\n\n{code}\n")
+                    findings = self.findings()
+                    self.assertTrue(findings, "nothing is found")
+                    beginning = f"check-tree: {folder}/Thing.h:"
+                    self.assertTrue(all(finding.startswith(beginning) for finding in findings), findings)
+                    self.assertTrue(findings[0].startswith(f"{beginning}3: {what}"), findings[0])
+                    (self.root / folder / "Thing.h").unlink()
+
+    def test_what_every_compiler_understands(self):
+        self.write("src/json/Thing.h", "\n".join((
+            "// __attribute__ and ({ x; }) in words", "/* asm,", "   __GNUC__ */",
+            'const char* a = "__builtin_x // asm";  // unistd.h', 'auto b = R"(case 1 ... 5: asm)";', "char c = d ? '?' : ':';",
+            "#include <sys/stat.h>", "#pragma once", "[[maybe_unused]] int e;", "f({1, 2});", "f({[] { return 1; }, 2});",
+            "template <class... T> void g(T... t);", "#pragma code_page(65001)", "bool h = i ? ::j : k;", "int asmA, myasm;",
+            "const int l = 1'000'000; char m = '\\'';  // 'asm'", "__declspec(dllexport) void n();")))
+        self.assertEqual(self.findings(), [])
+
+    def test_assembler_has_named_places(self):
+        self.write("devkit/simhost/Thing.S", "")
+        self.assert_finds("devkit/simhost/Thing.S: assembler")
+
+    def test_named_places_may_hold_it(self):
+        self.write("devkit/doubles/common/CompilerSupport.h", "#ifdef __GNUC__\n#endif\n")
+        self.assertEqual(self.findings(), [])
+
+    def test_named_place_that_has_gone(self):
+        (self.root / "bench/shipped/Empty.c").unlink()
+        self.assert_finds("scripts/check-tree: makes room for bench/shipped/Empty.c")
 
 
 if __name__ == "__main__":

@@ -2,10 +2,11 @@
 """Every command in a ```sh block of the documentation works as it stands, in the order of the page.
 
 Each line is run by bash in the project's folder; one that stands on several pages is run once. A comment at its end may
-say how it ends: "# exit code 1". A window is closed as soon as it is on the screen. What is named in a line of text must
-be there: the script, the command of simhost.
+say how it ends, "# exit code 1", or what is printed on the way, "# shows: these words". A window is closed as soon as it is on the screen. What is not run is named here with the
+reason. Commands stand in no other kind of block, and what is named in a line of text must be there: the script, the
+command of simhost.
 
-usage: commands_test.py [--fresh-clone] PAGE...
+usage: commands_test.py [--fresh-clone] [PAGE...]     all pages of the project when none is named
   --fresh-clone   in a new clone of the repository, where nothing is built: takes minutes, and is no part of the tests
 """
 
@@ -23,14 +24,73 @@ ROOT = pathlib.Path(__file__).parents[2]
 TIME_LIMIT_SECONDS = 300
 TIME_LIMIT_OF_FRESH_CLONE_SECONDS = 3000
 EXIT_CODE = re.compile(r"# exit code (\d)$")
-FENCED = re.compile(r"^```(\w*)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
-NOT_RUN = {"scripts/test": "runs all tests, this one too"}
+SHOWS = re.compile(r"# shows: (.+)$")
+FENCED = re.compile(r"^```(\w*)[^\n]*\n(.*?)^```$", re.MULTILINE | re.DOTALL)
+PAGES = [ROOT / "README.md", ROOT / "CONTRIBUTING.md", *sorted((ROOT / "docs").glob("*.md"))]
+
+# Commands that are not run here, by how they begin, each with the reason.
+WITHIN = "runs tests within a test, and would write over what ctest remembers of this run"
+LINT = "part of .ci/run, which installs what it needs"
+HOURS = "takes minutes to hours; a test of its own tries the script with little to do"
+BEFORE = "scripts/test has done it before the tests, under a lock that keeps builds of one folder apart"
+NOT_RUN = {
+    "scripts/test": WITHIN + "; the test Scripts tries the script",
+    "ctest": WITHIN,
+    ".ci/run": WITHIN,
+    "scripts/format": "changes files; " + LINT,
+    "scripts/tidy": LINT,
+    "scripts/second-compiler": LINT,
+    "scripts/fuzz": LINT + ". " + HOURS,
+    "scripts/random-messages": HOURS,
+    "scripts/coverage": HOURS,
+    "scripts/bench": HOURS,
+    "scripts/bench-compare": HOURS,
+    "scripts/package --twice": "takes many minutes; the test ReproducibleBuild does the same without the developer kit",
+    "cmake --preset release-ci": BEFORE,
+    "cmake --build --preset release-ci": BEFORE,
+    "cmake --preset release": "a second build folder, which takes as long as the first",
+    "cmake --build --preset release": "the same",
+    "cmake --preset diagnostic": "the same; scripts/test builds that plug-in in its own folder",
+    "cmake --build --preset diagnostic": "the same",
+}
+# Blocks of a Windows shell, by page.
+WINDOWS_BLOCKS = {
+    "devkit.md": "the test packages.kit runs them under Wine",
+    "windows.md": "need Visual C++; the test VisualCppConfiguration configures what they do, as far as it can be seen here",
+}
+# What a command line begins with.
+COMMAND = re.compile(r"(?:\w+=\S+ )*(?:\./\w|scripts/\w|\.ci/\w|cmake |ctest |git |x86_64-w64-mingw32-|wine |apt-get |simhost )")
+# Blocks that look like commands, and are none: how a command is written in general.
+SYNOPSES = ("simhost play SCENARIO",)
 
 
 def commands_of(page: pathlib.Path) -> list[str]:
     blocks = [text for language, text in FENCED.findall(page.read_text(encoding="utf-8")) if language == "sh"]
     joined = re.sub(r"\\\n\s*", "", "".join(blocks))
     return [line for line in joined.splitlines() if line.strip() and not line.startswith("#")]
+
+
+def begins_with(command: str, beginning: str) -> bool:
+    return (without_comment(command) + " ").startswith(beginning + " ")
+
+
+def reason_of(command: str) -> str:
+    """Why it is not run here; empty when it is."""
+    return next((reason for beginning, reason in NOT_RUN.items() if begins_with(command, beginning)), "")
+
+
+def faults_in_blocks(page: pathlib.Path) -> list[str]:
+    """Commands that nobody would run because of where they stand."""
+    text = page.read_text(encoding="utf-8")
+    faults = []
+    for language, block in FENCED.findall(text):
+        if language == "bat" and page.name not in WINDOWS_BLOCKS:
+            faults.append(f"{page.name}: a block of a Windows shell, and nobody says who runs it:\n{block}")
+        if language not in ("sh", "bat"):
+            faults += [f"{page.name}: stands in no sh block: {line}" for line in block.splitlines() if COMMAND.match(line)]
+    indented = re.findall(r"^ {4,}(\S.*)$", FENCED.sub("", text), re.MULTILINE)
+    return faults + [f"{page.name}: stands in no sh block: {line}" for line in indented
+                     if COMMAND.match(line) and not line.startswith(SYNOPSES)]
 
 
 def without_comment(command: str) -> str:
@@ -104,6 +164,8 @@ def fault_of(command: str, folder: pathlib.Path, limit: int) -> str:
     print(f"{time.monotonic() - began:6.1f} s  {command}", flush=True)
     if code is None:
         return f"does not end within {limit} seconds"
+    if (words := SHOWS.search(command)) and words[1] not in printed:
+        return f"does not show {words[1]}\n{printed}"
     return "" if code == expected else f"the exit code is {code} and not {expected}\n{printed}"
 
 
@@ -124,14 +186,19 @@ def faults_in_text(page: pathlib.Path) -> list[str]:
 def main() -> int:
     parser = argparse.ArgumentParser()
     parser.add_argument("--fresh-clone", action="store_true")
-    parser.add_argument("pages", nargs="+", type=pathlib.Path)
+    parser.add_argument("pages", nargs="*", type=pathlib.Path)
     arguments = parser.parse_args()
-    commands = {without_comment(command): command for page in arguments.pages for command in commands_of(page)}
-    for command in NOT_RUN:
-        commands.pop(command, None)
+    pages = arguments.pages or PAGES
+    written = {without_comment(command): command for page in pages for command in commands_of(page)}
+    commands = {bare: command for bare, command in written.items() if not reason_of(command)}
     faults = [] if commands else ["there is no command in any page"]
-    for page in arguments.pages:
-        faults += faults_in_text(page)
+    for page in pages:
+        faults += faults_in_text(page) + faults_in_blocks(page)
+    if not arguments.pages:
+        faults += [f"NOT_RUN names {each}, and no page does" for each in NOT_RUN
+                   if not any(begins_with(bare, each) for bare in written)]
+        faults += [f"WINDOWS_BLOCKS names {each}, which has none" for each in WINDOWS_BLOCKS
+                   if "bat" not in dict(FENCED.findall((ROOT / "docs" / each).read_text(encoding="utf-8")))]
     with tempfile.TemporaryDirectory() as temporary, contextlib.ExitStack() as stack:
         folder, limit = ROOT, TIME_LIMIT_SECONDS
         if arguments.fresh_clone:
@@ -142,6 +209,9 @@ def main() -> int:
         for command in commands.values():
             if fault := fault_of(command, folder, limit):
                 faults.append(f"{command}: {fault}")
+    for bare in written:
+        if reason := reason_of(bare):
+            print(f"not run: {bare}: {reason}")
     print("\n".join(faults) or f"All {len(commands)} commands work.")
     return 1 if faults else 0
 

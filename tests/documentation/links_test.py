@@ -9,7 +9,7 @@ import re
 import sys
 
 ROOT = pathlib.Path(sys.argv[1] if sys.argv[1:] else pathlib.Path(__file__).parents[2])
-PAGES = [*ROOT.glob("README.md"), *sorted((ROOT / "docs").glob("*.md"))]
+PAGES = [*ROOT.glob("README.md"), *ROOT.glob("CONTRIBUTING.md"), *sorted((ROOT / "docs").glob("*.md"))]
 LINK = re.compile(r"\[[^\]]*\]\(([^)\s]+)\)")
 
 

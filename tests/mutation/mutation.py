@@ -23,8 +23,8 @@ from trial import Trial
 from verdict import Fate
 
 # Where the logic is; src/host only wraps the host's operations, src/resources holds no code.
-FOLDERS = ["src/dialogs", "src/documents", "src/frame", "src/json", "src/menus", "src/panel", "src/plugincore",
-           "src/support"]
+FOLDERS = ["src/diagnostic", "src/dialogs", "src/documents", "src/frame", "src/json", "src/menus", "src/panel",
+           "src/plugincore", "src/support"]
 # No compiler of this build takes it.
 OF_ANOTHER_COMPILER = "Msvc.cpp"
 SURVIVORS = pathlib.Path(__file__).with_name("survivors.json")

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <iterator>
 
+#include "doubles/common/CompilerSupport.h"
 #include "doubles/common/Text.h"
 
 namespace simhost {
@@ -29,16 +30,6 @@ std::wstring TextOf(ReadText read) {
     std::wstring text(length, L'\0');
     text.resize(read(length, text.data()));
     return text;
-}
-
-std::uint32_t X87Control() {
-#ifdef __GNUC__
-    std::uint16_t word = 0;
-    __asm__ volatile("fnstcw %0" : "=m"(word));
-    return word;
-#else
-    return 0;
-#endif
 }
 
 // Windows tells it only in return for another one.
@@ -149,7 +140,7 @@ HostState HostState::Now() {
                   setlocale(LC_ALL, nullptr),
                   GetThreadLocale(),
                   _mm_getcsr() & kControlBits,
-                  X87Control(),
+                  X87ControlWord(),
                   GetErrorMode(),
                   GetThreadErrorMode(),
                   ExceptionFilter(),

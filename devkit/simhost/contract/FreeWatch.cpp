@@ -2,15 +2,9 @@
 
 #include <cstring>
 
+#include "doubles/common/CompilerSupport.h"
 #include "simhost/contract/GuardedMemory.h"
 #include "simhost/contract/ReplacedImport.h"
-
-#ifdef _MSC_VER
-#include <intrin.h>
-#define CALLER_ADDRESS _ReturnAddress()
-#else
-#define CALLER_ADDRESS __builtin_return_address(0)
-#endif
 
 namespace simhost::contract {
 
@@ -26,14 +20,14 @@ HGLOBAL(WINAPI* sGlobalFree)(HGLOBAL) = nullptr;
 void(WINAPI* sTaskMemFree)(LPVOID) = nullptr;
 
 void __cdecl WatchedFree(void* memory) {
-    if (!GuardedMemory::NoteFreed(memory, CALLER_ADDRESS)) {
+    if (!GuardedMemory::NoteFreed(memory, QUORVEL_CALLER_ADDRESS)) {
         sFree(memory);
     }
 }
 
 // The new block is empty: how much of the old one there is to copy, only its owner knows.
 void* __cdecl WatchedReallocate(void* memory, size_t size) {
-    if (!GuardedMemory::NoteFreed(memory, CALLER_ADDRESS)) {
+    if (!GuardedMemory::NoteFreed(memory, QUORVEL_CALLER_ADDRESS)) {
         return sReallocate(memory, size);
     }
     void* const block = sReallocate(nullptr, size);
@@ -41,24 +35,24 @@ void* __cdecl WatchedReallocate(void* memory, size_t size) {
 }
 
 BOOL WINAPI WatchedHeapFree(HANDLE heap, DWORD flags, LPVOID memory) {
-    return GuardedMemory::NoteFreed(memory, CALLER_ADDRESS) ? TRUE : sHeapFree(heap, flags, memory);
+    return GuardedMemory::NoteFreed(memory, QUORVEL_CALLER_ADDRESS) ? TRUE : sHeapFree(heap, flags, memory);
 }
 
 LPVOID WINAPI WatchedHeapReAlloc(HANDLE heap, DWORD flags, LPVOID memory, SIZE_T size) {
-    return GuardedMemory::NoteFreed(memory, CALLER_ADDRESS) ? HeapAlloc(heap, flags | HEAP_ZERO_MEMORY, size)
-                                                            : sHeapReAlloc(heap, flags, memory, size);
+    return GuardedMemory::NoteFreed(memory, QUORVEL_CALLER_ADDRESS) ? HeapAlloc(heap, flags | HEAP_ZERO_MEMORY, size)
+                                                                    : sHeapReAlloc(heap, flags, memory, size);
 }
 
 HLOCAL WINAPI WatchedLocalFree(HLOCAL memory) {
-    return GuardedMemory::NoteFreed(memory, CALLER_ADDRESS) ? nullptr : sLocalFree(memory);
+    return GuardedMemory::NoteFreed(memory, QUORVEL_CALLER_ADDRESS) ? nullptr : sLocalFree(memory);
 }
 
 HGLOBAL WINAPI WatchedGlobalFree(HGLOBAL memory) {
-    return GuardedMemory::NoteFreed(memory, CALLER_ADDRESS) ? nullptr : sGlobalFree(memory);
+    return GuardedMemory::NoteFreed(memory, QUORVEL_CALLER_ADDRESS) ? nullptr : sGlobalFree(memory);
 }
 
 void WINAPI WatchedTaskMemFree(LPVOID memory) {
-    if (!GuardedMemory::NoteFreed(memory, CALLER_ADDRESS)) {
+    if (!GuardedMemory::NoteFreed(memory, QUORVEL_CALLER_ADDRESS)) {
         sTaskMemFree(memory);
     }
 }

@@ -80,7 +80,7 @@ void CheckTime(const PluginCoreCall& call, int number) {
     const auto* const own = std::find_if(std::begin(kPatience), std::end(kPatience),
                                          [&](const Patience& patience) { return call.entry == patience.entry; });
     const double limit = own == std::end(kPatience) ? kUsualPatience : own->milliseconds;
-    if (limit == 0) {
+    if (limit <= 0) {
         return;
     }
     Book().Tried(ClauseId::kSlow);

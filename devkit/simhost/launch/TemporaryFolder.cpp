@@ -11,7 +11,8 @@ namespace simhost {
 
 // The desktop is taken first: whoever has it removes what lies there without it.
 TemporaryFolder::TemporaryFolder(const std::wstring& purpose, bool waits)
-    : mFolder((BeginRuns(waits), FolderOfRuns()) / (purpose + L"-" + std::to_wstring(GetCurrentProcessId()))) {
+    : mFolder((static_cast<void>(BeginRuns(waits)), FolderOfRuns()) /
+              (purpose + L"-" + std::to_wstring(GetCurrentProcessId()))) {
     mFolder.make_preferred();
     TakeFolder(mFolder);
 }

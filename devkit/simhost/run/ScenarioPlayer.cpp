@@ -23,7 +23,7 @@ ScenarioPlayer::ScenarioPlayer(const Scenario& scenario, const RunFolder& folder
     : mScenario(scenario),
       mFolder(folder),
       mReport(report),
-      mPlugin((PrepareHost(scenario), folder.Plugin())),
+      mPlugin((static_cast<void>(PrepareHost(scenario)), folder.Plugin())),
       mChecks(report),
       mPanel(folder.Program().parent_path()),
       mDriver(mPlugin),

@@ -7,6 +7,8 @@
 #include <clocale>
 #include <cstdint>
 
+#include "doubles/common/CompilerSupport.h"
+
 namespace simhost {
 
 namespace {
@@ -15,12 +17,7 @@ namespace {
 constexpr unsigned kFlushToZero = 0x8000;
 
 void ComputeInDoublePrecision() {
-#ifdef __GNUC__
-    std::uint16_t word = 0;
-    __asm__ volatile("fnstcw %0" : "=m"(word));
-    word = static_cast<std::uint16_t>((word & ~0x0300U) | 0x0200U);
-    __asm__ volatile("fldcw %0" : : "m"(word));
-#endif
+    SetX87ControlWord(static_cast<std::uint16_t>((X87ControlWord() & ~0x0300U) | 0x0200U));
 }
 
 }  // namespace

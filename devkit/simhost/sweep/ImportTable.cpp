@@ -14,13 +14,12 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "doubles/common/CompilerSupport.h"
 #include "simhost/sweep/MemoryImports.h"
 #include "simhost/sweep/Substitute.h"
 
 // The attributes of declarations tell the compiler what arguments mean, and nothing about the call.
-#ifdef __GNUC__
-#pragma GCC diagnostic ignored "-Wignored-attributes"
-#endif
+QUORVEL_TYPES_LEAVE_ATTRIBUTES_BEHIND
 
 namespace simhost::sweep {
 

@@ -14,6 +14,7 @@ namespace {
 struct Record {
     Mutex mutex;  // any thread may log
     std::vector<RecordedLine> lines;
+    RecordedEnd end = RecordedEnd::kNone;
 };
 
 // Made at the first use: objects of other files may log before this file's own are constructed.
@@ -31,6 +32,11 @@ void WriteLogLine(std::int32_t level, const char* text) noexcept {
     Record& record = TheRecord();
     const std::lock_guard<Mutex> lock(record.mutex);
     record.lines.push_back({level, text});
+}
+
+void EndLog(bool processEnds) noexcept {
+    const OwnMemory own;
+    TheRecord().end = processEnds ? RecordedEnd::kProcessEnds : RecordedEnd::kModuleIsUnloaded;
 }
 
 std::ostream& operator<<(std::ostream& stream, const RecordedLine& line) {
@@ -58,8 +64,11 @@ int CountRecorded(std::string_view text) {
                                           [text](const RecordedLine& line) { return line.text == text; }));
 }
 
+RecordedEnd EndOfRecordedLog() { return TheRecord().end; }
+
 void ClearRecordedLog() {
     Record& record = TheRecord();
     const std::lock_guard<Mutex> lock(record.mutex);
+    record.end = RecordedEnd::kNone;
     std::vector<RecordedLine>().swap(record.lines);
 }

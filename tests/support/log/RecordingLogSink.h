@@ -26,5 +26,9 @@ std::vector<std::string> RecordedTexts();
 // How many of the recorded lines have exactly this text.
 int CountRecorded(std::string_view text);
 
+// How the log was told to end, since the start of the test or the last ClearRecordedLog.
+enum class RecordedEnd { kNone, kModuleIsUnloaded, kProcessEnds };
+RecordedEnd EndOfRecordedLog();
+
 // Forgets all recorded lines and gives their memory back.
 void ClearRecordedLog();

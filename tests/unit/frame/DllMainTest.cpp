@@ -35,6 +35,16 @@ TEST(DllMainTest, ProcessDetachIsLoggedAndSucceeds) {
                                     "lpReserved 0x00000010) returning TRUE"}}));
 }
 
+TEST(DllMainTest, LogEndsWithTheModuleOrTheProcess) {
+    DllMain(kModule, DLL_PROCESS_ATTACH, kReserved);
+    DllMain(kModule, DLL_THREAD_DETACH, nullptr);
+    EXPECT_EQ(EndOfRecordedLog(), RecordedEnd::kNone);
+    DllMain(kModule, DLL_PROCESS_DETACH, kReserved);
+    EXPECT_EQ(EndOfRecordedLog(), RecordedEnd::kProcessEnds);
+    DllMain(kModule, DLL_PROCESS_DETACH, nullptr);
+    EXPECT_EQ(EndOfRecordedLog(), RecordedEnd::kModuleIsUnloaded);
+}
+
 TEST(DllMainTest, ThreadsComeAndGoWithoutALine) {
     EXPECT_EQ(DllMain(kModule, DLL_THREAD_ATTACH, nullptr), TRUE);
     EXPECT_EQ(DllMain(kModule, DLL_THREAD_DETACH, nullptr), TRUE);

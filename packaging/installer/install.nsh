@@ -1,0 +1,103 @@
+; The installation: all of it or nothing.
+Function .onInit
+  SetRegView 64
+  InitPluginsDir
+  ${BeginLog} "Setup of ${PRODUCT}"
+  Call ReadCommandLine
+  Call ReadRights
+  Call ChooseScope
+  ${If} $WantedScope != ""
+  ${OrIf} $IsToUninstall = 1
+  ${OrIf} ${Silent}
+    Call UseScope
+  ${EndIf}
+FunctionEnd
+
+; Once it is known for whom.
+Function UseScope
+  Call ElevateForAllUsers
+  Call ApplyScope
+  ${Log} "Scope: $Scope"
+  Call ReadPreviousInstallation
+  ${If} $PreviousVersion != ""
+    ${Log} "Installed already: version $PreviousVersion in $PreviousFolder"
+  ${EndIf}
+  ${If} $IsToUninstall = 1
+    Call RunUninstaller
+  ${EndIf}
+  Call RefuseDowngrade
+  Call FindHosts
+  Call ProposePluginFolder
+FunctionEnd
+
+Section
+  Call RefuseWithoutPluginFolder
+  Call RefuseWhileHostRuns
+  ${RefuseWhileFileInUse} "$PluginFolder"
+  ${If} $PreviousFolder != ""
+    ${RefuseWhileFileInUse} "$PreviousFolder"
+  ${EndIf}
+  ${Log} "Installing version ${VERSION} in $PluginFolder"
+  Call Install
+  ${If} ${Errors}
+    Call PutAllBack
+    ${Refuse} ${EXIT_NOT_WRITABLE} \
+      "The plug-in cannot be written to $PluginFolder, or the uninstaller to $ProgramFolder."
+  ${EndIf}
+  Call TidyUp
+  Call WarnOfOtherCopies
+  ${Log} "Version ${VERSION} is installed."
+  ${If} $Scope == "user"
+    ${Log} 'In ${HOST}, set Preferences > Plug-ins & Scratch Disks > Additional Plug-ins Folder to $PluginFolder'
+  ${EndIf}
+  Call KeepLog
+  SetErrorLevel 0
+SectionEnd
+
+; Raises the error flag when it gets stuck. The plug-in takes its name last: with that, all is done.
+Function Install
+  ${MakeFolder} "$PluginFolder"
+  ${ReturnOnErrors}
+  ${MakeFolder} "$ProgramFolder"
+  ${ReturnOnErrors}
+  File "/oname=$PluginFolder\${PLUGIN_FILE}.new" "${PLUGIN}"
+  File "/oname=$ProgramFolder\README.txt.new" "${README}"
+  WriteUninstaller "$ProgramFolder\uninstall.exe.new"
+  ${ReturnOnErrors}
+  ${TakeName} "$ProgramFolder\README.txt"
+  ${ReturnOnErrors}
+  ${TakeName} "$ProgramFolder\uninstall.exe"
+  ${ReturnOnErrors}
+  Call WriteAppsEntry
+  ${ReturnOnErrors}
+  ${TakeName} "$PluginFolder\${PLUGIN_FILE}"
+FunctionEnd
+
+Function PutAllBack
+  ${PutBack} "$PluginFolder\${PLUGIN_FILE}"
+  ${PutBack} "$ProgramFolder\uninstall.exe"
+  ${PutBack} "$ProgramFolder\README.txt"
+  ${If} $PreviousVersion == ""
+    Delete "$ProgramFolder\uninstall.exe"
+    Delete "$ProgramFolder\README.txt"
+    Call RemoveEmptyFolders
+    DeleteRegKey SHCTX "${APPS_ENTRY}"
+  ${Else}
+    Call RemoveEmptyFolders
+    WriteRegStr SHCTX "${APPS_ENTRY}" "DisplayVersion" "$PreviousVersion"
+    WriteRegStr SHCTX "${APPS_ENTRY}" "PluginFolder" "$PreviousFolder"
+  ${EndIf}
+FunctionEnd
+
+; What the version before has left.
+Function TidyUp
+  Delete "$PluginFolder\${PLUGIN_FILE}.old"
+  Delete "$ProgramFolder\uninstall.exe.old"
+  Delete "$ProgramFolder\README.txt.old"
+  ${If} $PreviousFolder != ""
+  ${AndIf} $PreviousFolder != $PluginFolder
+    ${Log} "Removing it from $PreviousFolder"
+    Delete "$PreviousFolder\${PLUGIN_FILE}"
+    Call RemoveEmptyFolders
+  ${EndIf}
+FunctionEnd

@@ -1,0 +1,128 @@
+#!/usr/bin/env python3
+"""Makes all packages from a folder in which everything has been built. scripts/package builds, then calls this.
+
+usage: packages.py --build-folder FOLDER --output FOLDER [--only NAME] [--sign ARGUMENT...]
+  --only    only the packages whose names hold that text
+  --sign    what follows goes to scripts/sign, for the plug-ins and programs that go into packages
+"""
+
+import argparse
+import hashlib
+import json
+import os
+import pathlib
+import shlex
+import shutil
+import subprocess
+import sys
+import tempfile
+from collections.abc import Callable
+
+import archive
+import setup_program
+
+ROOT = pathlib.Path(__file__).parents[1]
+SIGN = ROOT / "scripts" / "sign"
+PLUGIN = "QuorvelTypeAgentAI20.aip"
+DIAGNOSTIC_PLUGIN = "QuorvelTypeAgentAI20-diagnostic.aip"
+SUPPORT_BUNDLE = "QuorvelSupportBundle.exe"
+# Signed before anything is made of them; by the folder of the build where they are.
+SIGNED = {PLUGIN: "shipped", DIAGNOSTIC_PLUGIN: "shipped", SUPPORT_BUNDLE: "bin"}
+# In the host's folder for plug-ins.
+FOLDER = "Quorvel Type Agent"
+# What the diagnostic package holds, by its name there.
+DIAGNOSTIC = {f"{FOLDER}/{DIAGNOSTIC_PLUGIN}": DIAGNOSTIC_PLUGIN, SUPPORT_BUNDLE: SUPPORT_BUNDLE}
+CHECKSUMS = "SHA256SUMS"
+
+
+class Packer:
+    def __init__(self, build: pathlib.Path, work: pathlib.Path, sign: list[str]):
+        facts = json.loads((build / "packaging" / "facts.json").read_text(encoding="utf-8"))
+        self.version = facts["version"]
+        self.cmake = facts["cmake"]
+        self.build = build
+        self.work = work
+        self.sign_arguments = sign
+        self.files = {name: pathlib.Path(shutil.copy(build / place / name, work)) for name, place in SIGNED.items()}
+        self.sign(*self.files.values())
+
+    def sign(self, *files: pathlib.Path) -> None:
+        if self.sign_arguments:
+            run(SIGN, *self.sign_arguments, *files)
+
+    def readme(self, template: str) -> archive.Member:
+        return archive.Member("README.txt", archive.readme(template, self.version))
+
+    @staticmethod
+    def licence() -> archive.Member:
+        return archive.Member("LICENSE.txt", archive.text_for_windows((ROOT / "LICENSE").read_text(encoding="utf-8")))
+
+    def plugin(self, output: pathlib.Path) -> None:
+        members = [archive.Member(f"{FOLDER}/{PLUGIN}", self.files[PLUGIN].read_bytes())]
+        archive.write_zip(output, [*members, self.readme("plugin.txt"), self.licence()])
+
+    def symbols(self, output: pathlib.Path) -> None:
+        names = [f"{plugin}.debug" for plugin in (PLUGIN, DIAGNOSTIC_PLUGIN)]
+        members = [archive.Member(name, (self.build / "shipped" / name).read_bytes()) for name in names]
+        archive.write_zip(output, [*members, self.readme("symbols.txt")])
+
+    def diagnostic(self, output: pathlib.Path) -> None:
+        members = [archive.Member(name, self.files[file].read_bytes()) for name, file in DIAGNOSTIC.items()]
+        archive.write_zip(output, [*members, self.readme("diagnostic.txt"), self.licence()])
+
+    def kit(self, output: pathlib.Path) -> None:
+        kit = self.work / "kit"
+        run(self.cmake, "--install", self.build, "--component", "kit", "--prefix", kit)
+        shutil.copy(self.files[PLUGIN], kit / "bin")
+        archive.write_zip(output, [*archive.members_of_folder(kit), self.readme("kit.txt"), self.licence()])
+
+    def setup(self, output: pathlib.Path) -> None:
+        # makensis works in the folder of its script, and the names of keys may begin in this one.
+        sign = f"cd {shlex.quote(os.getcwd())} && {shlex.join([str(SIGN), *self.sign_arguments])}"
+        setup_program.make(output, self.version, self.files[PLUGIN], sign if self.sign_arguments else "")
+        self.sign(output)
+
+
+def run(*command: str | pathlib.Path) -> None:
+    done = subprocess.run([str(word) for word in command], stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                          check=False, encoding="utf-8")
+    if done.returncode != 0:
+        sys.exit(f"package: {command[0]} ended with {done.returncode}:\n{done.stdout}")
+
+
+def packages_of(packer: Packer) -> dict[str, Callable[[pathlib.Path], None]]:
+    plugin, kit = f"QuorvelTypeAgentAI20-{packer.version}", f"QuorvelTypeAgentKit-{packer.version}"
+    return {
+        f"{plugin}.zip": packer.plugin,
+        f"{plugin}-setup.exe": packer.setup,
+        f"{plugin}-symbols.zip": packer.symbols,
+        f"QuorvelTypeAgentAI20-diagnostic-{packer.version}.zip": packer.diagnostic,
+        f"{kit}.zip": packer.kit,
+    }
+
+
+def main() -> int:
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--build-folder", type=pathlib.Path, required=True)
+    parser.add_argument("--output", type=pathlib.Path, required=True)
+    parser.add_argument("--only", default="")
+    parser.add_argument("--sign", nargs=argparse.REMAINDER, default=[])
+    options = parser.parse_args()
+    options.output.mkdir(parents=True, exist_ok=True)
+    # Nothing of an earlier version stays beside the new ones.
+    for old in (*options.output.glob("QuorvelTypeAgent*"), *options.output.glob(CHECKSUMS)):
+        old.unlink()
+    sums = []
+    with tempfile.TemporaryDirectory() as work:
+        packer = Packer(options.build_folder.resolve(), pathlib.Path(work), options.sign)
+        for name, make in packages_of(packer).items():
+            if options.only in name:
+                make(options.output / name)
+                sums.append(f"{hashlib.sha256((options.output / name).read_bytes()).hexdigest()}  {name}\n")
+    # As sha256sum --check reads them.
+    (options.output / CHECKSUMS).write_text("".join(sums), encoding="utf-8")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

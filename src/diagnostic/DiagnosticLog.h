@@ -1,0 +1,74 @@
+// The log of the diagnostic plug-in: every line with its time, indented by the operations that are open, to the file of
+// the run and to the debugger. The first line of a run is preceded by a header.
+//
+// Thread: any. The indentation is that of the thread which the host's messages come on; lines of others begin with the
+// thread's number.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "diagnostic/LogFile.h"
+#include "diagnostic/LogNesting.h"
+#include "diagnostic/RepeatedCalls.h"
+#include "diagnostic/RunHeader.h"
+#include "support/Log.h"
+
+class DiagnosticLog {
+  public:
+    // A line of the plug-in, with its level as LogSink.h tells it.
+    void Line(std::int32_t level, const char* text, LinePlace place) noexcept;
+    // The run ends: the module is unloaded, or the whole process ends. Further lines are still written in the second
+    // case, and begin a new run in the first.
+    void End(bool processEnds) noexcept;
+
+    // Calls of the PluginCore, by the line before the call and by its answer. A repetition is not logged in full: a
+    // line at the end of the log, written over each time, counts such calls and names the one that is under way.
+    //
+    // False when it is none.
+    bool BeginRepetition(std::string_view call) noexcept;
+    // False when it was answered otherwise than before, so that it has to be logged in full after all.
+    bool EndRepetition(std::string_view call, std::string_view answer) noexcept;
+    // It has not ended as before.
+    void BreakRepetition() noexcept;
+    // For calls that were logged in full.
+    void RememberCall(std::string_view call, std::string_view answer) noexcept;
+
+  private:
+    void BeginRunIfNone();
+    void WriteHeader(const LocalMoment& now);
+    void WriteDateIfNew(const SYSTEMTIME& now);
+    void Write(std::string_view line);
+    void WriteRepetitions(std::string_view state);
+    void FinishRepetitions();
+    std::size_t LevelOf(std::int32_t level, std::string_view text, LinePlace place);
+    void TellDebugger(std::string_view line);
+
+    // A text that is not UTF-8 grows by this factor at most when it becomes it.
+    static constexpr std::size_t kGrowth = 3;
+    static constexpr std::size_t kBeforeText = 256;  // time, indentation, thread
+    static constexpr std::size_t kLineSize = kLogBufferSize * kGrowth + kBeforeText;
+
+    SRWLOCK mLock = SRWLOCK_INIT;
+    bool mHasBegun = false;
+    LogFile mFile;
+    LogNesting mNesting;
+    RepeatedCalls mRepeated;
+    DWORD mThread = 0;
+    SYSTEMTIME mDay{};  // of the last line
+    // Of the calls that are only counted.
+    bool mIsCounting = false;
+    unsigned mRepetitions = 0;
+    SYSTEMTIME mFirstRepetition{};
+    char mRepetitionLine[512] = {};
+    // Where lines are put together.
+    char mLine[kLineSize] = {};
+    char mUtf8[kLineSize] = {};
+    wchar_t mWide[kLineSize] = {};
+};
+
+// The one of the module.
+DiagnosticLog& TheDiagnosticLog() noexcept;

@@ -1,0 +1,171 @@
+// The entries of the PluginCore with a line before and after each call. The line before is what a log ends with when
+// the call never returns.
+#include <windows.h>
+
+#include <cstdint>
+#include <cstring>
+
+#include "diagnostic/CallText.h"
+#include "diagnostic/DiagnosticLog.h"
+#include "diagnostic/RunHeader.h"
+#include "diagnostic/TextWriter.h"
+#include "plugincore/EntryInterposition.h"
+#include "plugincore/PluginCore.h"
+#include "support/ForeignExceptionGuard.h"
+#include "support/Log.h"
+
+namespace {
+
+// Of three quoted texts, and their escaped control characters.
+constexpr std::size_t kCallTextSize = 3072;
+// A call of a tick that takes longer is worth a line, however often it comes.
+constexpr std::uint64_t kSlowMicroseconds = 250'000;
+
+constexpr const char* kByVisualCpp = "threw an exception of Visual C++ (0xE06D7363)";
+constexpr const char* kByOwnCompiler = "threw an exception of the plug-in's own compiler";
+
+class Stopwatch {
+  public:
+    std::uint64_t Microseconds() const {
+        LARGE_INTEGER perSecond;
+        QueryPerformanceFrequency(&perSecond);
+        const auto ticks = static_cast<std::uint64_t>(Ticks() - mBegin);
+        return ticks * 1'000'000 / static_cast<std::uint64_t>(perSecond.QuadPart);
+    }
+
+  private:
+    static std::int64_t Ticks() {
+        LARGE_INTEGER ticks;
+        QueryPerformanceCounter(&ticks);
+        return ticks.QuadPart;
+    }
+
+    std::int64_t mBegin = Ticks();
+};
+
+enum class Entry {
+#define QUORVEL_NUMBER_ENTRY(name) k##name,
+    PLUGINCORE_ENTRIES(QUORVEL_NUMBER_ENTRY)
+#undef QUORVEL_NUMBER_ENTRY
+};
+
+constexpr const char* kNames[] = {
+#define QUORVEL_NAME_ENTRY(name) #name,
+    PLUGINCORE_ENTRIES(QUORVEL_NAME_ENTRY)
+#undef QUORVEL_NAME_ENTRY
+};
+
+void LogEnd(const char* name, const Stopwatch& watch, const char* end) {
+    const std::uint64_t microseconds = watch.Microseconds();
+    LogMessage(kLogExit, "<- %s took %u.%03u ms, %s", name, static_cast<unsigned>(microseconds / 1000),
+               static_cast<unsigned>(microseconds % 1000), end);
+}
+
+template <Entry kEntry, class Signature>
+class LoggedEntry;
+
+template <Entry kEntry, class... Arguments>
+class LoggedEntry<kEntry, std::int32_t(Arguments...)> {
+  public:
+    // What is called instead of the library's function; null when there is none.
+    static FARPROC Replace(FARPROC address) noexcept {
+        sFunction = reinterpret_cast<Function>(reinterpret_cast<void*>(address));
+        return address == nullptr ? nullptr : reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&Call));
+    }
+
+  private:
+    using Function = std::int32_t (*)(Arguments...);
+
+    // Its entry line is logged from here and not from a function of its own: what the PluginCore calls back logs from
+    // further down the stack, and is seen to be within the call.
+    static std::int32_t Call(Arguments... arguments) {
+        constexpr const char* kName = kNames[static_cast<std::size_t>(kEntry)];
+        char callMemory[kCallTextSize];
+        TextWriter call(callMemory);
+        AppendCall(call, kName, arguments...);
+        const bool isRepetition = TheDiagnosticLog().BeginRepetition(call.Text());
+        if (!isRepetition) {
+            LogMessage(kLogEntry, "%s", call.Terminated());
+        }
+        const Stopwatch watch;
+        std::int32_t result = 0;
+        try {
+            result = CallForeignCode([&] { return sFunction(arguments...); });
+        } catch (const ForeignException&) {
+            LogThrown(watch, isRepetition, call, kByVisualCpp);
+            throw;
+        } catch (...) {
+            LogThrown(watch, isRepetition, call, kByOwnCompiler);
+            throw;
+        }
+        LogAnswer(watch, isRepetition, call, result, arguments...);
+        return result;
+    }
+
+    static void LogAnswer(const Stopwatch& watch, bool isRepetition, const TextWriter& call, std::int32_t result,
+                          Arguments... arguments) {
+        char memory[kCallTextSize];
+        TextWriter answer(memory);
+        answer.Append("answered ");
+        AppendAnswer(answer, result, arguments...);
+        if (isRepetition) {
+            if (watch.Microseconds() >= kSlowMicroseconds) {
+                TheDiagnosticLog().BreakRepetition();
+            } else if (TheDiagnosticLog().EndRepetition(call.Text(), answer.Text())) {
+                return;
+            }
+            LogMessage(kLogEntry, "%s", call.Terminated());
+        }
+        LogEnd(kNames[static_cast<std::size_t>(kEntry)], watch, answer.Terminated());
+        TheDiagnosticLog().RememberCall(call.Text(), answer.Text());
+    }
+
+    static void LogThrown(const Stopwatch& watch, bool isRepetition, const TextWriter& call, const char* end) {
+        if (isRepetition) {
+            TheDiagnosticLog().BreakRepetition();
+            LogMessage(kLogEntry, "%s", call.Terminated());
+        }
+        LogEnd(kNames[static_cast<std::size_t>(kEntry)], watch, end);
+    }
+
+    // What the library gave; as long as the binding.
+    static inline Function sFunction = nullptr;
+};
+
+// The library that the last entry was bound to, so that each is told of once.
+HMODULE sLibrary = nullptr;
+
+void LogLibraryOnce(HMODULE library) {
+    if (library == nullptr || library == sLibrary) {
+        return;
+    }
+    sLibrary = library;
+    char memory[kCallTextSize];
+    TextWriter text(memory);
+    text.Append("PluginCore: ");
+    AppendModule(text, library);
+    LogMessage(kLogNote, "%s", text.Terminated());
+}
+
+struct Replacement {
+    const char* name;
+    FARPROC (*replace)(FARPROC address) noexcept;
+};
+
+constexpr Replacement kReplacements[] = {
+#define QUORVEL_REPLACE_ENTRY(name) {#name, &LoggedEntry<Entry::k##name, decltype(::name)>::Replace},
+    PLUGINCORE_ENTRIES(QUORVEL_REPLACE_ENTRY)
+#undef QUORVEL_REPLACE_ENTRY
+};
+
+}  // namespace
+
+FARPROC InterposeEntry(HMODULE library, const char* name, FARPROC address) noexcept {
+    LogLibraryOnce(library);
+    for (const Replacement& each : kReplacements) {
+        if (std::strcmp(each.name, name) == 0) {
+            return each.replace(address);
+        }
+    }
+    return address;
+}

@@ -1,0 +1,259 @@
+#include "Anonymizer.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+
+#include "support/TextConversion.h"
+
+namespace {
+
+constexpr std::size_t kUnits = 0x10000;
+
+// As file names are compared: unit by unit.
+wchar_t Capital(wchar_t unit) {
+    // A pointer whose upper half is 0 stands for a character.
+    const auto character = reinterpret_cast<LPWSTR>(static_cast<std::uintptr_t>(unit));
+    return static_cast<wchar_t>(reinterpret_cast<std::uintptr_t>(CharUpperW(character)));
+}
+
+std::wstring Capitals(std::wstring text) {
+    std::transform(text.begin(), text.end(), text.begin(), Capital);
+    return text;
+}
+
+bool IsLetter(wchar_t unit) { return IsCharAlphaW(unit) != FALSE; }
+bool IsLetterOrDigit(wchar_t unit) { return IsCharAlphaNumericW(unit) != FALSE; }
+bool IsSeparator(wchar_t unit) { return unit == L'\\' || unit == L'/'; }
+
+// 0 behind the end.
+wchar_t UnitAt(std::wstring_view text, std::size_t place) { return place < text.size() ? text[place] : L'\0'; }
+
+std::optional<unsigned> HexNumber(std::wstring_view text, std::size_t place, std::size_t digits) {
+    unsigned number = 0;
+    for (std::size_t i = place; i < place + digits; ++i) {
+        const wchar_t unit = UnitAt(text, i);
+        if (unit >= L'0' && unit <= L'9') {
+            number = number * 16 + static_cast<unsigned>(unit - L'0');
+        } else if (const wchar_t capital = Capital(unit); capital >= L'A' && capital <= L'F') {
+            number = number * 16 + static_cast<unsigned>(capital - L'A' + 10);
+        } else {
+            return std::nullopt;
+        }
+    }
+    return number;
+}
+
+// A unit of a text as it is meant, and the size of what stands for it.
+struct Meant {
+    wchar_t unit;
+    std::size_t size;
+};
+
+// Of the backslashes before the letter of an escape, those that belong to it: one, or two or four when it has been
+// escaped again. What is left over are separators, of which there is an even number then.
+std::size_t OwnBackslashes(std::size_t all) {
+    if (all % 2 != 0) {
+        return 1;
+    }
+    return all % 4 != 0 ? 2 : 4;
+}
+
+// "\u00f6"
+std::optional<Meant> JsonEscapeAt(std::wstring_view text, std::size_t place) {
+    std::size_t letter = place;
+    while (UnitAt(text, letter) == L'\\') {
+        ++letter;
+    }
+    std::size_t begin = place;
+    while (begin > 0 && text[begin - 1] == L'\\') {
+        --begin;
+    }
+    if (letter == place || UnitAt(text, letter) != L'u' || letter - place != OwnBackslashes(letter - begin)) {
+        return std::nullopt;
+    }
+    const std::optional<unsigned> number = HexNumber(text, letter + 1, 4);
+    if (!number) {
+        return std::nullopt;
+    }
+    return Meant{static_cast<wchar_t>(*number), letter + 5 - place};
+}
+
+// "%C3%B6": the bytes of UTF-8. A unit of a pair is none of these.
+std::optional<Meant> UrlEscapeAt(std::wstring_view text, std::size_t place) {
+    std::string utf8;
+    for (std::size_t i = place; UnitAt(text, i) == L'%' && utf8.size() < 3; i += 3) {
+        const std::optional<unsigned> number = HexNumber(text, i + 1, 2);
+        if (!number) {
+            break;
+        }
+        utf8.push_back(static_cast<char>(*number));
+        wchar_t unit = 0;
+        if (MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, utf8.data(), static_cast<int>(utf8.size()), &unit, 1) ==
+            1) {
+            return Meant{unit, i + 3 - place};
+        }
+    }
+    return std::nullopt;
+}
+
+// All separators that stand there, whatever they have been escaped for.
+std::size_t SeparatorsAt(std::wstring_view text, std::size_t place) {
+    std::size_t end = place;
+    for (;;) {
+        std::optional<Meant> escape = JsonEscapeAt(text, end);
+        if (!escape) {
+            escape = UrlEscapeAt(text, end);
+        }
+        if (escape && IsSeparator(escape->unit)) {
+            end += escape->size;
+        } else if (!escape && IsSeparator(UnitAt(text, end))) {
+            ++end;
+        } else {
+            return end - place;
+        }
+    }
+}
+
+// The size of what stands there for the unit, which is a capital; 0 when something else does.
+std::size_t UnitSizeAt(std::wstring_view text, std::size_t place, wchar_t expected) {
+    if (IsSeparator(expected)) {
+        return SeparatorsAt(text, place);
+    }
+    const wchar_t unit = UnitAt(text, place);
+    if (unit == L'\0') {
+        return 0;
+    }
+    if (Capital(unit) == expected) {
+        return 1;
+    }
+    for (const std::optional<Meant>& escape : {JsonEscapeAt(text, place), UrlEscapeAt(text, place)}) {
+        if (escape && Capital(escape->unit) == expected) {
+            return escape->size;
+        }
+    }
+    return 0;
+}
+
+// How much of the pattern stands there, and how much text that is.
+struct Match {
+    std::size_t units = 0;
+    std::size_t size = 0;
+};
+
+Match MatchAt(std::wstring_view text, std::size_t place, const std::wstring& pattern) {
+    Match match;
+    for (const wchar_t expected : pattern) {
+        const std::size_t size = UnitSizeAt(text, place + match.size, expected);
+        if (size == 0) {
+            break;
+        }
+        ++match.units;
+        match.size += size;
+    }
+    return match;
+}
+
+// Whether what ends before `place` is an escape: its letter or digit is none of a word.
+bool IsBehindEscape(std::wstring_view text, std::size_t place) {
+    const auto endsHere = [&](std::size_t size, wchar_t begin) { return place >= size && text[place - size] == begin; };
+    return endsHere(2, L'\\') || (endsHere(3, L'%') && HexNumber(text, place - 2, 2)) ||
+           (endsHere(6, L'\\') && text[place - 5] == L'u' && HexNumber(text, place - 4, 4));
+}
+
+// Whether a file's name goes on there.
+bool NameGoesOn(std::wstring_view text, std::size_t place) {
+    const wchar_t unit = UnitAt(text, place);
+    return IsLetterOrDigit(unit) || unit == L'_' || unit == L'-' || unit == L'~' ||
+           (unit == L'.' && IsLetterOrDigit(UnitAt(text, place + 1)));
+}
+
+// Whether a line may have been cut there: it ends, or the quotation does.
+bool MayBeCut(std::wstring_view text, std::size_t place) {
+    const wchar_t unit = UnitAt(text, place);
+    return unit == L'\0' || unit == L'\r' || unit == L'\n' || unit == L'\'' || unit == L'"' ||
+           text.substr(place).starts_with(L"...");
+}
+
+}  // namespace
+
+Anonymizer::Anonymizer(Identity identity) : mIdentity(std::move(identity)), mMayBegin(kUnits, false) {
+    for (std::vector<std::wstring>* const patterns : {&mIdentity.profileFolders, &mIdentity.names}) {
+        for (std::wstring& pattern : *patterns) {
+            pattern = Capitals(std::move(pattern));
+        }
+    }
+    for (std::size_t unit = 0; unit < kUnits; ++unit) {
+        const auto begins = [capital = Capital(static_cast<wchar_t>(unit))](const std::wstring& pattern) {
+            return pattern.starts_with(capital);
+        };
+        mMayBegin[unit] = unit == L'\\' || unit == L'%' || std::ranges::any_of(mIdentity.profileFolders, begins) ||
+                          std::ranges::any_of(mIdentity.names, begins);
+    }
+}
+
+std::size_t Anonymizer::ProfileAt(std::wstring_view text, std::size_t place) const {
+    // "C:" may not be the end of a longer word: "ABC:\Users".
+    if (place > 0 && IsLetterOrDigit(text[place - 1]) && !IsBehindEscape(text, place)) {
+        return 0;
+    }
+    for (const std::wstring& folder : mIdentity.profileFolders) {
+        const Match match = MatchAt(text, place, folder);
+        const std::size_t separator = folder.find_last_of(L"\\/");
+        const std::size_t end = place + match.size;
+        const bool isWhole = match.units == folder.size() && !NameGoesOn(text, end);
+        const bool isCut = separator != std::wstring::npos && match.units > separator + 1 && MayBeCut(text, end);
+        if (isWhole || isCut) {
+            return match.size;
+        }
+    }
+    return 0;
+}
+
+std::size_t Anonymizer::NameAt(std::wstring_view text, std::size_t place) const {
+    for (const std::wstring& name : mIdentity.names) {
+        const Match match = MatchAt(text, place, name);
+        if (match.units != name.size()) {
+            continue;
+        }
+        // A name without letters would be found in every number.
+        const auto belongsToWord = std::ranges::any_of(name, IsLetter) ? IsLetter : IsLetterOrDigit;
+        const bool goesBack = place > 0 && belongsToWord(text[place - 1]) && !IsBehindEscape(text, place);
+        if (!goesBack && !belongsToWord(UnitAt(text, place + match.size))) {
+            return match.size;
+        }
+    }
+    return 0;
+}
+
+std::wstring Anonymizer::Replaced(std::wstring_view text, std::wstring_view profile, std::wstring_view name) const {
+    std::wstring result;
+    result.reserve(text.size());
+    for (std::size_t place = 0; place < text.size();) {
+        if (mMayBegin[text[place]]) {
+            if (const std::size_t size = ProfileAt(text, place); size > 0) {
+                result += profile;
+                place += size;
+                continue;
+            }
+            if (const std::size_t size = NameAt(text, place); size > 0) {
+                result += name;
+                place += size;
+                continue;
+            }
+        }
+        result += text[place++];
+    }
+    return result;
+}
+
+std::wstring Anonymizer::WithoutNames(std::wstring_view text) const {
+    return Replaced(text, L"%USERPROFILE%", L"<user>");
+}
+
+std::wstring Anonymizer::FileNameWithoutNames(std::wstring_view name) const {
+    return Replaced(name, L"profile", L"user");
+}

@@ -1,0 +1,265 @@
+#include "Collection.h"
+
+// After windows.h, which it needs.
+#include <shlobj.h>
+
+#include <algorithm>
+#include <cwchar>
+#include <system_error>
+
+#include "Files.h"
+#include "FileVersion.h"
+#include "RunningPrograms.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const wchar_t* kLogFolder = L"Quorvel\\TypeAgent\\Logs";
+constexpr const wchar_t* kLaunchInfoFolder = L"Quorvel";
+constexpr const wchar_t* kLaunchInfoFile = L"com.quorvel.Lumet-LaunchInfo.conf";
+constexpr std::wstring_view kLaunchInfoKey = L"lumet.path=";
+constexpr const wchar_t* kPluginCoreFile = L"PluginCoreX64.dll";
+constexpr const wchar_t* kPluginCoreSubfolder = L"Plug-ins";
+constexpr const wchar_t* kWordFile = L"DialogSuppression.tmp";
+constexpr std::wstring_view kPluginCoreInLog = L"PluginCore: ";
+
+// Text that grows by lines, as Windows ends them.
+class Page {
+  public:
+    void Line(const std::wstring& text = {}) { mText += text + L"\r\n"; }
+    const std::wstring& Text() const { return mText; }
+
+  private:
+    std::wstring mText;
+};
+
+std::wstring Hexadecimal(std::uint64_t number) {
+    wchar_t text[32];
+    std::swprintf(text, std::size(text), L"0x%016llx", static_cast<unsigned long long>(number));
+    return text;
+}
+
+std::wstring VersionAndPath(const fs::path& file) { return FileVersion(file) + L"  " + file.wstring(); }
+
+std::wstring WindowsVersion() {
+    using GetVersion = LONG(WINAPI*)(OSVERSIONINFOW*);
+    const auto getVersion = reinterpret_cast<GetVersion>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlGetVersion")));
+    OSVERSIONINFOW version{};
+    version.dwOSVersionInfoSize = sizeof version;
+    if (getVersion == nullptr || getVersion(&version) != 0) {
+        return L"unknown";
+    }
+    return std::to_wstring(version.dwMajorVersion) + L'.' + std::to_wstring(version.dwMinorVersion) + L'.' +
+           std::to_wstring(version.dwBuildNumber);
+}
+
+std::wstring ModulesPage(const RunningProgram& program) {
+    Page page;
+    page.Line(L"Modules of " + program.name + L", process " + std::to_wstring(program.process));
+    page.Line(L"base address        size        version  path");
+    for (const LoadedModule& module : program.modules) {
+        wchar_t size[32];
+        std::swprintf(size, std::size(size), L"0x%08llx", static_cast<unsigned long long>(module.size));
+        page.Line(Hexadecimal(module.base) + L"  " + size + L"  " + VersionAndPath(module.path));
+    }
+    if (program.modules.empty()) {
+        page.Line(L"Windows does not show them to this user.");
+    }
+    return page.Text();
+}
+
+// Files that are added, and what may be said about them.
+class Collector {
+  public:
+    Collector(const Sources& sources, Bundle& bundle) : mSources(sources), mBundle(bundle) {}
+
+    void Collect(const SYSTEMTIME& now) {
+        mPrograms = FindRunningPrograms(mSources.processes);
+        AddPrograms();
+        AddLogs();
+        AddLaunchInfo();
+        AddWordFiles();
+        AddAbout(now);
+    }
+
+  private:
+    void AddPrograms() {
+        for (const RunningProgram& program : mPrograms) {
+            const std::wstring number = std::to_wstring(program.process);
+            mBundle.Add("modules/", program.name + L"-" + number + L".txt", ModulesPage(program));
+            if (const LoadedModule* const pluginCore = FindModule(program, kPluginCoreFile)) {
+                mPluginCoreFolders.push_back(pluginCore->path.parent_path());
+            }
+        }
+    }
+
+    void AddLogs() {
+        for (const fs::path& folder : mSources.logFolders) {
+            for (const fs::path& file : FilesOf(folder)) {
+                if (const auto text = Add("logs/", file)) {
+                    FindPluginCoreIn(*text);
+                }
+            }
+        }
+    }
+
+    void AddLaunchInfo() {
+        for (const fs::path& folder : mSources.launchInfoFolders) {
+            const fs::path file = folder / kLaunchInfoFile;
+            if (!Exists(file)) {
+                continue;
+            }
+            if (const auto text = Add("launch-info/", file)) {
+                FindCoreApplicationIn(*text);
+            }
+        }
+    }
+
+    void AddWordFiles() {
+        std::ranges::sort(mPluginCoreFolders);
+        mPluginCoreFolders.erase(std::unique(mPluginCoreFolders.begin(), mPluginCoreFolders.end()),
+                                 mPluginCoreFolders.end());
+        for (const fs::path& folder : mPluginCoreFolders) {
+            if (Exists(folder / kWordFile)) {
+                Add("word-files/", folder / kWordFile);
+            }
+        }
+    }
+
+    void AddAbout(const SYSTEMTIME& now) {
+        Page page;
+        wchar_t date[64];
+        std::swprintf(date, std::size(date), L"%04u-%02u-%02u %02u:%02u:%02u", now.wYear, now.wMonth, now.wDay,
+                      now.wHour, now.wMinute, now.wSecond);
+        page.Line(L"Quorvel Type Agent, support bundle");
+        page.Line(L"Date:     " + std::wstring(date));
+        page.Line(L"Made by:  version " QUORVEL_VERSION);
+        page.Line(L"Windows:  " + WindowsVersion());
+        page.Line();
+        page.Line(
+            L"In all texts and file names the profile's folder stands as %USERPROFILE%, the user's name as <user>.");
+        page.Line();
+        AddRunningPrograms(page);
+        page.Line();
+        page.Line(L"Files (from)");
+        for (const std::wstring& each : mAdded) {
+            page.Line(L"  " + each);
+        }
+        if (mAdded.empty()) {
+            page.Line(L"  none: no log, no launch-info file and no word file was found");
+        }
+        if (!mUnreadable.empty()) {
+            page.Line();
+            page.Line(L"Could not be read");
+            for (const std::wstring& each : mUnreadable) {
+                page.Line(L"  " + each);
+            }
+        }
+        mBundle.Add("", L"about.txt", page.Text());
+    }
+
+    void AddRunningPrograms(Page& page) const {
+        page.Line(L"Running programs");
+        for (const RunningProgram& program : mPrograms) {
+            page.Line(L"  Process " + std::to_wstring(program.process));
+            page.Line(L"    program:     " +
+                      (program.modules.empty() ? program.name : VersionAndPath(program.modules.front().path)));
+            const LoadedModule* const plugin = FindPlugin(program);
+            page.Line(L"    plug-in:     " + (plugin == nullptr ? L"not loaded" : VersionAndPath(plugin->path)));
+            const LoadedModule* const pluginCore = FindModule(program, kPluginCoreFile);
+            page.Line(L"    PluginCore:  " +
+                      (pluginCore == nullptr ? L"not loaded" : VersionAndPath(pluginCore->path)));
+        }
+        if (mPrograms.empty()) {
+            page.Line(
+                L"  none: neither the host nor the core application runs. The heads of the logs tell the versions.");
+        }
+    }
+
+    static bool Exists(const fs::path& file) {
+        std::error_code ignored;
+        return fs::is_regular_file(file, ignored);
+    }
+
+    // Sorted; none when there is no such folder.
+    static std::vector<fs::path> FilesOf(const fs::path& folder) {
+        std::vector<fs::path> files;
+        std::error_code error;
+        for (fs::directory_iterator each(folder, error), end; !error && each != end; each.increment(error)) {
+            if (_wcsicmp(each->path().extension().c_str(), L".log") == 0 && Exists(each->path())) {
+                files.push_back(each->path());
+            }
+        }
+        std::ranges::sort(files);
+        return files;
+    }
+
+    // The text, when the file could be read.
+    std::optional<std::wstring> Add(const std::string& folder, const fs::path& file) {
+        const std::optional<std::string> bytes = ReadFileOrNothing(file);
+        if (!bytes) {
+            mUnreadable.push_back(file.wstring());
+            return std::nullopt;
+        }
+        std::wstring text = DecodedText(*bytes);
+        mBundle.Add(folder, file.filename().wstring(), text);
+        mAdded.push_back(file.wstring());
+        return text;
+    }
+
+    // Each "PluginCore: 1.2.3.4  C:\folder\PluginCoreX64.dll" of a log.
+    void FindPluginCoreIn(std::wstring_view log) {
+        for (std::size_t place = log.find(kPluginCoreInLog); place != std::wstring_view::npos;
+             place = log.find(kPluginCoreInLog, place + 1)) {
+            const std::wstring_view line = log.substr(place, log.find_first_of(L"\r\n", place) - place);
+            if (const std::size_t blanks = line.find(L"  "); blanks != std::wstring_view::npos) {
+                mPluginCoreFolders.push_back(fs::path(line.substr(blanks + 2)).parent_path());
+            }
+        }
+    }
+
+    void FindCoreApplicationIn(std::wstring_view launchInfo) {
+        const std::size_t place = launchInfo.find(kLaunchInfoKey);
+        if (place == std::wstring_view::npos) {
+            return;
+        }
+        const std::size_t begin = place + kLaunchInfoKey.size();
+        const fs::path program = launchInfo.substr(begin, launchInfo.find_first_of(L"\r\n", begin) - begin);
+        mPluginCoreFolders.push_back(program.parent_path());
+        mPluginCoreFolders.push_back(program.parent_path() / kPluginCoreSubfolder);
+    }
+
+    const Sources& mSources;
+    Bundle& mBundle;
+    std::vector<RunningProgram> mPrograms;
+    std::vector<fs::path> mPluginCoreFolders;
+    std::vector<std::wstring> mAdded;
+    std::vector<std::wstring> mUnreadable;
+};
+
+void AppendShellFolder(const KNOWNFOLDERID& identifier, const wchar_t* below, std::vector<fs::path>& out) {
+    wchar_t* path = nullptr;
+    if (SUCCEEDED(SHGetKnownFolderPath(identifier, 0, nullptr, &path))) {
+        out.push_back(fs::path(path) / below);
+    }
+    CoTaskMemFree(path);
+}
+
+}  // namespace
+
+Sources UsualSources() {
+    Sources sources;
+    AppendShellFolder(FOLDERID_LocalAppData, kLogFolder, sources.logFolders);
+    AppendShellFolder(FOLDERID_LocalAppData, kLaunchInfoFolder, sources.launchInfoFolders);
+    AppendShellFolder(FOLDERID_ProgramData, kLaunchInfoFolder, sources.launchInfoFolders);
+    std::error_code error;
+    // Where the plug-in writes when there is no such folder.
+    if (const fs::path temporary = fs::temp_directory_path(error); !error) {
+        sources.logFolders.push_back(temporary / kLogFolder);
+    }
+    return sources;
+}
+
+void Collect(const Sources& sources, const SYSTEMTIME& now, Bundle& bundle) { Collector(sources, bundle).Collect(now); }
