@@ -11,6 +11,7 @@ import hashlib
 import json
 import os
 import pathlib
+import re
 import shlex
 import shutil
 import subprocess
@@ -101,26 +102,41 @@ def packages_of(packer: Packer) -> dict[str, Callable[[pathlib.Path], None]]:
     }
 
 
+def put_in_place(made: pathlib.Path, output: pathlib.Path, names: list[str], version: str) -> None:
+    """Nothing of an earlier run stays beside the new packages. Whatever else is in the folder is not ours to delete."""
+    output.mkdir(parents=True, exist_ok=True)
+    of_any_version = [re.escape(name).replace(re.escape(version), r"\d+\.\d+\.\d+") for name in names]
+    ours = re.compile("|".join([*of_any_version, CHECKSUMS]))
+    for old in output.iterdir():
+        if ours.fullmatch(old.name) and old.is_file():
+            old.unlink()
+    for new in made.iterdir():
+        if (output / new.name).exists():
+            sys.exit(f"package: {output / new.name} is in the way. Remove it, or name another folder with --output.")
+        shutil.copyfile(new, output / new.name)
+
+
 def main() -> int:
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--build-folder", type=pathlib.Path, required=True)
     parser.add_argument("--output", type=pathlib.Path, required=True)
     parser.add_argument("--only", default="")
-    parser.add_argument("--sign", nargs=argparse.REMAINDER, default=[])
+    parser.add_argument("--sign", nargs=argparse.REMAINDER)
     options = parser.parse_args()
-    options.output.mkdir(parents=True, exist_ok=True)
-    # Nothing of an earlier version stays beside the new ones.
-    for old in (*options.output.glob("QuorvelTypeAgent*"), *options.output.glob(CHECKSUMS)):
-        old.unlink()
-    sums = []
+    if options.sign == []:
+        parser.error("--sign needs a certificate and its key behind it: scripts/sign --help says how")
     with tempfile.TemporaryDirectory() as work:
-        packer = Packer(options.build_folder.resolve(), pathlib.Path(work), options.sign)
+        packer = Packer(options.build_folder.resolve(), pathlib.Path(work), options.sign or [])
+        made = pathlib.Path(work) / "packages"
+        made.mkdir()
+        sums = []
         for name, make in packages_of(packer).items():
             if options.only in name:
-                make(options.output / name)
-                sums.append(f"{hashlib.sha256((options.output / name).read_bytes()).hexdigest()}  {name}\n")
-    # As sha256sum --check reads them.
-    (options.output / CHECKSUMS).write_text("".join(sums), encoding="utf-8")
+                make(made / name)
+                sums.append(f"{hashlib.sha256((made / name).read_bytes()).hexdigest()}  {name}\n")
+        # As sha256sum --check reads them.
+        (made / CHECKSUMS).write_text("".join(sums), encoding="utf-8")
+        put_in_place(made, options.output, list(packages_of(packer)), packer.version)
     return 0
 
 

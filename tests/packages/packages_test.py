@@ -62,6 +62,30 @@ class Packages(unittest.TestCase):
                 sums = {hashlib.sha256((folder / name).read_bytes()).hexdigest() for folder in self.folders}
                 self.assertEqual(len(sums), 1)
 
+    def test_deletes_packages_of_earlier_versions_and_nothing_else(self):
+        with tempfile.TemporaryDirectory() as name:
+            folder = pathlib.Path(name)
+            (folder / "QuorvelTypeAgentKit-sources").mkdir()
+            stay = [PLUGIN, "QuorvelTypeAgentAI20.zip", "QuorvelTypeAgentAI20-1.0.0.zip.sig"]
+            for file in (*stay, "QuorvelTypeAgentAI20-0.9.0.zip", "QuorvelTypeAgentKit-0.9.0.zip"):
+                (folder / file).write_bytes(b"before")
+            self.pack(folder)
+            self.assertEqual({file.name for file in folder.iterdir()},
+                             {*stay, "QuorvelTypeAgentKit-sources", "SHA256SUMS",
+                              f"QuorvelTypeAgentAI20-{self.options.version}-symbols.zip"})
+
+    def test_what_cannot_be_packed_costs_no_package(self):
+        with tempfile.TemporaryDirectory() as name:
+            before = pathlib.Path(name) / "QuorvelTypeAgentAI20-0.9.0.zip"
+            before.write_bytes(b"before")
+            with self.assertRaises(subprocess.CalledProcessError):
+                self.pack(before.parent, "--sign", "--certificate", "none")
+            self.assertTrue(before.exists())
+
+    def pack(self, folder: pathlib.Path, *arguments: str):
+        subprocess.run([sys.executable, PACK, "--build-folder", self.options.build_folder, "--output", folder,
+                        "--only", "symbols", *arguments], check=True, stderr=subprocess.DEVNULL)
+
     def test_sums_are_right(self):
         done = subprocess.run(["sha256sum", "--check", "SHA256SUMS"], cwd=self.folders[0], capture_output=True,
                               check=True)

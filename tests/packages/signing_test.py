@@ -97,6 +97,15 @@ class Signing(unittest.TestCase):
         self.assertEqual(self.sign(*store, self.file), 1)
         self.assert_unsigned()
 
+    def test_signed_file_replaces_the_other_at_once(self):
+        # Another name for the file that was: written into, it would change.
+        before = self.folder / "before.aip"
+        os.link(self.file, before)
+        self.file.chmod(0o640)
+        self.assertEqual(self.sign(*self.by_pem, "--trust", self.certificate, self.file), 0, self.told)
+        self.assertEqual(before.read_bytes(), self.options.plugin.read_bytes())
+        self.assertEqual(self.file.stat().st_mode & 0o777, 0o640)
+
     def test_no_signature_without_the_time_that_was_asked_for(self):
         self.assertEqual(self.sign(*self.by_pem, "--trust", self.certificate, "--timestamp", NO_SERVER, self.file), 1)
         self.assert_unsigned()
@@ -106,6 +115,16 @@ class Signing(unittest.TestCase):
                           (*self.by_pem, self.folder / "none.exe")):
             self.assertEqual(self.sign(*arguments), 2)
         self.assert_unsigned()
+
+    def test_packages_are_not_left_unsigned_without_a_word(self):
+        packages = self.folder / "unsigned"
+        for command in ([ROOT / "scripts" / "package"],
+                        [sys.executable, PACK, "--build-folder", self.options.build_folder]):
+            done = subprocess.run([*command, "--output", packages, "--sign"], stdin=subprocess.DEVNULL,
+                                  capture_output=True, check=False, encoding="utf-8")
+            self.assertEqual(done.returncode, 2)
+            self.assertIn("--sign needs a certificate and its key", done.stderr)
+            self.assertFalse(packages.exists())
 
     def test_packages_hold_signed_files(self):
         output = self.folder / "packages"
