@@ -6,16 +6,28 @@
 !define EXIT_NEWER_INSTALLED 7
 !define EXIT_NOT_WRITABLE 8
 !define EXIT_COMMAND_LINE 9
+!define EXIT_SECOND_RUN 10
+!define EXIT_NOT_INSTALLED 11
 
 ; ${Refuse} CODE TEXT: says why, in the log as well, and ends. Whatever was begun has been undone by then.
 !macro Refuse CODE TEXT
+  ${LogRefusal} ${CODE} `${TEXT}`
+  MessageBox MB_OK|MB_ICONSTOP `${TEXT}` /SD IDOK
+  ${EndWith} ${CODE}
+!macroend
+!define Refuse "!insertmacro Refuse"
+
+!macro LogRefusal CODE TEXT
   ${Log} `${TEXT}`
   ${Log} "Nothing was changed (exit code ${CODE})."
-  MessageBox MB_OK|MB_ICONSTOP `${TEXT}` /SD IDOK
+!macroend
+!define LogRefusal "!insertmacro LogRefusal"
+
+!macro EndWith CODE
   !ifdef __UNINSTALL__
     Call un.RemoveTemporaryCopy
   !endif
   SetErrorLevel ${CODE}
   Quit
 !macroend
-!define Refuse "!insertmacro Refuse"
+!define EndWith "!insertmacro EndWith"

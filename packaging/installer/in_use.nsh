@@ -118,7 +118,9 @@ ${InBoth} FileIsInUse
     ${Log} "${HOST} is running: $RunningHost"
     MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION \
       "${HOST} is running. Quit it, then try again." /SD IDCANCEL IDRETRY again
-    ${Refuse} ${EXIT_IN_USE} "${HOST} is running. Quit it, then start again."
+    ; Who has pressed Cancel has read why.
+    ${LogRefusal} ${EXIT_IN_USE} "It was not quit."
+    ${EndWith} ${EXIT_IN_USE}
     again:
     ${CallShared} FindRunningHost
   ${Loop}

@@ -2,6 +2,7 @@
 Function .onInit
   SetRegView 64
   InitPluginsDir
+  Call RefuseSecondRun
   ${BeginLog} "Setup of ${PRODUCT}"
   Call ReadCommandLine
   Call ReadRights
@@ -38,6 +39,11 @@ Section
     ${RefuseWhileFileInUse} "$PreviousFolder"
   ${EndIf}
   ${Log} "Installing version ${VERSION} in $PluginFolder"
+  Call PutAllRight
+  ${If} ${Errors}
+    ${Refuse} ${EXIT_NOT_WRITABLE} \
+      "What an earlier run has left, a file that ends in .old, cannot be removed from $PluginFolder or $ProgramFolder."
+  ${EndIf}
   Call Install
   ${If} ${Errors}
     Call PutAllBack
@@ -53,6 +59,15 @@ Section
   Call KeepLog
   SetErrorLevel 0
 SectionEnd
+
+; Raises the error flag when it gets stuck.
+Function PutAllRight
+  ${PutRight} "$PluginFolder\${PLUGIN_FILE}"
+  ${ReturnOnErrors}
+  ${PutRight} "$ProgramFolder\uninstall.exe"
+  ${ReturnOnErrors}
+  ${PutRight} "$ProgramFolder\README.txt"
+FunctionEnd
 
 ; Raises the error flag when it gets stuck. The plug-in takes its name last: with that, all is done.
 Function Install
@@ -91,13 +106,17 @@ FunctionEnd
 
 ; What the version before has left.
 Function TidyUp
-  Delete "$PluginFolder\${PLUGIN_FILE}.old"
-  Delete "$ProgramFolder\uninstall.exe.old"
-  Delete "$ProgramFolder\README.txt.old"
+  ${DeleteLeftovers} "$PluginFolder\${PLUGIN_FILE}"
+  ${DeleteLeftovers} "$ProgramFolder\uninstall.exe"
+  ${DeleteLeftovers} "$ProgramFolder\README.txt"
   ${If} $PreviousFolder != ""
   ${AndIf} $PreviousFolder != $PluginFolder
     ${Log} "Removing it from $PreviousFolder"
+    ${DeleteLeftovers} "$PreviousFolder\${PLUGIN_FILE}"
     Delete "$PreviousFolder\${PLUGIN_FILE}"
+    ${If} ${FileExists} "$PreviousFolder\${PLUGIN_FILE}"
+      ${Log} "$PreviousFolder\${PLUGIN_FILE} cannot be removed."
+    ${EndIf}
     Call RemoveEmptyFolders
   ${EndIf}
 FunctionEnd

@@ -10,8 +10,11 @@ Function WarnOfOtherCopies
   ${Else}
     ReadRegStr $0 HKLM "${APPS_ENTRY}" "PluginFolder"
   ${EndIf}
-  Push "$0\${PLUGIN_FILE}"
-  Call NoteOtherCopy
+  Push $0
+  Call NoteCopyInFolder
+  ; Unless it could be removed from there.
+  Push $PreviousFolder
+  Call NoteCopyInFolder
   FileOpen $0 "$Hosts" r
   ${If} $0 != ""
     ${Do}
@@ -40,14 +43,29 @@ Function NoteLocatedCopy
   Push ""
 FunctionEnd
 
-; Stack: a file ->
+; Stack: a folder, or empty ->
+Function NoteCopyInFolder
+  Exch $2
+  ${If} $2 != ""
+    Push "$2\${PLUGIN_FILE}"
+    Call NoteOtherCopy
+  ${EndIf}
+  Pop $2
+FunctionEnd
+
+; Stack: a file, which may be known already ->
 Function NoteOtherCopy
   Exch $2
+  Push $3
   ${If} ${FileExists} "$2"
   ${AndIf} $2 != "$PluginFolder\${PLUGIN_FILE}"
-  ${AndIf} $2 != "$PreviousFolder\${PLUGIN_FILE}"
-    ${Log} "Warning: another copy of the plug-in is in $2; the host may load both."
-    StrCpy $OtherCopies "$OtherCopies$\r$\n$2"
+    ClearErrors
+    ${WordFind} "$OtherCopies$\r$\n" "$\r$\n$2$\r$\n" "E*" $3
+    ${If} ${Errors}
+      ${Log} "Warning: another copy of the plug-in is in $2; the host may load both."
+      StrCpy $OtherCopies "$OtherCopies$\r$\n$2"
+    ${EndIf}
   ${EndIf}
+  Pop $3
   Pop $2
 FunctionEnd

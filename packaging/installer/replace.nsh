@@ -1,6 +1,32 @@
 ; Files are written beside those that they replace and take their names at the end, when nothing else can go wrong:
 ;   FILE.new      written first; the host takes no file of that ending for a plug-in
 ;   FILE.old      the one before, until all files have their names
+; A run that was killed leaves them behind. They are put right before anything is written: else they would be in the way
+; of every later run, and be taken for what that run has replaced.
+
+; ${PutRight} FILE: what an earlier run has left. Raises the error flag when it cannot.
+!macro PutRight FILE
+  Push "${FILE}"
+  Call PutRight
+!macroend
+!define PutRight "!insertmacro PutRight"
+
+Function PutRight
+  Exch $0
+  ClearErrors
+  ${If} ${FileExists} "$0.old"
+    ${If} ${FileExists} "$0"
+      Delete "$0.old"
+    ${Else}
+      ; Killed between the two: this is the only one that there is.
+      Rename "$0.old" "$0"
+    ${EndIf}
+    ${If} ${FileExists} "$0.old"
+      SetErrors
+    ${EndIf}
+  ${EndIf}
+  Pop $0
+FunctionEnd
 
 ; ${TakeName} FILE: raises the error flag when it cannot; then all is as it was.
 !macro TakeName FILE
@@ -28,7 +54,8 @@ Function GiveName
   ${EndIf}
 FunctionEnd
 
-; ${PutBack} FILE: as it was before, whether it has taken its name by now or not.
+; ${PutBack} FILE: as it was before, whether it has taken its name by now or not. A FILE.old is of this run, because
+; there was none at its beginning.
 !macro PutBack FILE
   Delete "${FILE}.new"
   ${If} ${FileExists} "${FILE}.old"
@@ -37,3 +64,10 @@ FunctionEnd
   ${EndIf}
 !macroend
 !define PutBack "!insertmacro PutBack"
+
+; ${DeleteLeftovers} FILE
+!macro DeleteLeftovers FILE
+  Delete "${FILE}.old"
+  Delete "${FILE}.new"
+!macroend
+!define DeleteLeftovers "!insertmacro DeleteLeftovers"

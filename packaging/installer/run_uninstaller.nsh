@@ -12,6 +12,7 @@ Function RunUninstaller
     ${EndIf}
     ClearErrors
     CopyFiles /SILENT "$0\uninstall.exe" "$PLUGINSDIR\uninstall.exe"
+    ${PassTurn}
     ; With _?= NSIS makes no copy of its own.
     ExecWait '"$PLUGINSDIR\uninstall.exe" $2 _?=$0' $1
     ${If} ${Errors}

@@ -54,6 +54,7 @@ FunctionEnd
   ; Where "runas" gives no rights, the programs would start each other for ever.
   SetErrors
   ${If} $WasElevated <> 1
+    ${PassTurn}
     ClearErrors
     ExecShell "runas" "${PROGRAM}" "${ELEVATED} ${PARAMETERS}"
   ${EndIf}

@@ -1,6 +1,7 @@
 ; Removes what the installer has made, and nothing else.
 Function un.onInit
   SetRegView 64
+  Call un.RefuseSecondRun
   ${BeginLog} "Uninstalling ${PRODUCT}"
   Call un.ReadRights
   ${GetParameters} $0
@@ -15,6 +16,11 @@ Function un.onInit
   ${If} $ProgramFolder != $INSTDIR
     StrCpy $Scope "all"
     Call un.ApplyScope
+    ; Else another user's, started by this one, would remove what is there for all.
+    ${If} $ProgramFolder != $INSTDIR
+      ${Refuse} ${EXIT_NOT_INSTALLED} \
+        "Nothing is installed in $INSTDIR for this user or for all. Start it as the user for whom it was installed."
+    ${EndIf}
     ${If} $IsElevated = 0
       ${Elevate} "$ProgramFolder\uninstall.exe" ""
     ${EndIf}
@@ -23,15 +29,19 @@ FunctionEnd
 
 Section Uninstall
   ReadRegStr $PluginFolder SHCTX "${APPS_ENTRY}" "PluginFolder"
+  ${If} $PluginFolder == ""
+    ${Refuse} ${EXIT_NOT_INSTALLED} \
+      "The registry does not tell where the plug-in is. Install it again, then remove it."
+  ${EndIf}
   Call un.RefuseWhileHostRuns
   ${RefuseWhileFileInUse} "$PluginFolder"
-  ClearErrors
+  Delete "$PluginFolder\${PLUGIN_FILE}"
   ${If} ${FileExists} "$PluginFolder\${PLUGIN_FILE}"
-    Delete "$PluginFolder\${PLUGIN_FILE}"
-    ${If} ${Errors}
-      ${Refuse} ${EXIT_NOT_WRITABLE} "$PluginFolder\${PLUGIN_FILE} cannot be removed."
-    ${EndIf}
+    ${Refuse} ${EXIT_NOT_WRITABLE} "$PluginFolder\${PLUGIN_FILE} cannot be removed."
   ${EndIf}
+  ${DeleteLeftovers} "$PluginFolder\${PLUGIN_FILE}"
+  ${DeleteLeftovers} "$ProgramFolder\uninstall.exe"
+  ${DeleteLeftovers} "$ProgramFolder\README.txt"
   Delete "$ProgramFolder\uninstall.exe"
   Delete "$ProgramFolder\README.txt"
   Delete "$ProgramFolder\${LOG_NAME}"

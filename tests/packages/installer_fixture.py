@@ -25,7 +25,8 @@ HOST_PROGRAM = r"Support Files\Contents\Windows\Illustrator.exe"
 KEY_OF_HOST = r"HKLM\Software\Adobe\Adobe Illustrator\20.0"
 OWN_FOLDER = r"Plug-ins\Quorvel Type Agent"
 PROGRAM_FOLDER = r"C:\Program Files\Quorvel Type Agent"
-ELEVATION_NEEDED, NO_HOST, SEVERAL_HOSTS, IN_USE, NEWER_INSTALLED, NOT_WRITABLE, COMMAND_LINE = range(3, 10)
+(ELEVATION_NEEDED, NO_HOST, SEVERAL_HOSTS, IN_USE, NEWER_INSTALLED, NOT_WRITABLE, COMMAND_LINE, SECOND_RUN,
+ NOT_INSTALLED) = range(3, 12)
 
 
 class InstallerTest(unittest.TestCase):
@@ -78,6 +79,10 @@ class InstallerTest(unittest.TestCase):
         program = on_drive_z(self.setups[version or self.version])
         return self.desktop.start(f'"{program}" /S {switches}'.strip(), without_rights)
 
+    def uninstaller(self, folder: str = PROGRAM_FOLDER, own_folder: str = "") -> int:
+        """The exit code of a silent uninstaller that is told its folder, and so makes no copy of itself."""
+        return self.desktop.start(rf'"{folder}\uninstall.exe" /S _?={own_folder or folder}')
+
     def uninstall(self, root: str = "HKLM", without_rights: bool = False):
         """As Windows does it. It goes on in a copy of itself."""
         self.desktop.start_and_wait_for_all(self.entry(root)["QuietUninstallString"], without_rights)
@@ -108,6 +113,14 @@ class InstallerTest(unittest.TestCase):
     def assert_refused(self, code: int, expected: int, files: set[str], words: str):
         """With that code, for a reason that the log tells, and nothing has changed since the files were listed."""
         self.assertEqual(code, expected)
+        self.assertIn(words, self.log(""))
+        self.assertIn("Nothing was changed", self.log(""))
+        self.assertEqual(self.new_files(), files)
+
+    def assert_uninstaller_refused(self, files: set[str], words: str, without_rights: bool = False):
+        """As Windows starts it: for a reason that its log tells, and nothing has changed."""
+        self.uninstall(without_rights=without_rights)
+        self.assertIn("Uninstalling", self.log("").splitlines()[0])
         self.assertIn(words, self.log(""))
         self.assertIn("Nothing was changed", self.log(""))
         self.assertEqual(self.new_files(), files)

@@ -11,9 +11,9 @@ import tempfile
 
 from certificates import make_certificate
 from installer_desktop import on_drive_z
-from installer_fixture import (APPS, COMMAND_LINE, ELEVATION_NEEDED, HOST, IN_USE, KEY_OF_HOST, NEWER,
-                               NEWER_INSTALLED, NO_HOST, NOT_WRITABLE, OLDER, OTHER_HOST, OWN_FOLDER, PLUGIN,
-                               PROGRAM_FOLDER, ROOT, SEVERAL_HOSTS, InstallerTest, main, setup_program)
+from installer_fixture import (APPS, COMMAND_LINE, ELEVATION_NEEDED, ENTRY, HOST, IN_USE, KEY_OF_HOST, NEWER,
+                               NEWER_INSTALLED, NO_HOST, NOT_INSTALLED, NOT_WRITABLE, OLDER, OTHER_HOST, OWN_FOLDER,
+                               PLUGIN, PROGRAM_FOLDER, ROOT, SEVERAL_HOSTS, InstallerTest, main, setup_program)
 from wizard_cases import Wizard  # noqa: F401 -- its cases run with these
 
 ENVIRONMENT = r"HKCU\Environment"
@@ -214,6 +214,83 @@ class OverAnother(InstallerTest):
         self.assertNotEqual(self.entry("HKCU"), {})
 
 
+        # The copy for all is below the host's folder and in the registry. It is told once.
+        self.assertEqual(self.setup("/AllUsers"), 0)
+        self.assertEqual(self.setup("/CurrentUser"), 0)
+        log = self.log(self.entry("HKCU")["InstallLocation"]).rpartition(" Setup of ")[2]
+        self.assertEqual(log.count(rf"in {HOST}\{OWN_FOLDER}\{PLUGIN};"), 1)
+        self.assertEqual(log.count("Warning"), 2)
+
+    def test_what_cannot_be_removed_from_the_folder_before_is_told(self):
+        self.make_host()
+        self.assertEqual(self.setup(version=OLDER), 0)
+        with locked(self.desktop.path(rf"{HOST}\{OWN_FOLDER}")):
+            self.assertEqual(self.setup(r"/D=C:\Own plug-ins"), 0)
+        self.assert_installed(r"C:\Own plug-ins")
+        left = rf"{HOST}\{OWN_FOLDER}\{PLUGIN}"
+        self.assertTrue(self.desktop.path(left).exists())
+        self.assertIn(f"{left} cannot be removed", self.log())
+        self.assertEqual(self.log().count(f"another copy of the plug-in is in {left};"), 1)
+
+
+class AfterAKilledRun(InstallerTest):
+    """Which has left files that end in .old and .new."""
+
+    def setUp(self):
+        super().setUp()
+        self.make_host()
+        self.assertEqual(self.setup(version=OLDER), 0)
+        self.plugin = self.desktop.path(rf"{HOST}\{OWN_FOLDER}\{PLUGIN}")
+
+    def leave(self, *endings: str):
+        others = [self.desktop.path(PROGRAM_FOLDER) / name for name in ("uninstall.exe", "README.txt")]
+        for file in (self.plugin, *others):
+            for ending in endings:
+                file.with_name(file.name + ending).write_bytes(b"stale")
+
+    def test_the_next_one_installs(self):
+        self.leave(".old", ".new")
+        self.assertEqual(self.setup(), 0)
+        self.assert_installed(rf"{HOST}\{OWN_FOLDER}")
+
+    def test_one_that_gets_stuck_does_not_put_stale_files_back(self):
+        self.leave(".old")
+        with locked(self.desktop.path(PROGRAM_FOLDER)):
+            self.assertEqual(self.setup(), NOT_WRITABLE)
+        self.assertIn("a file that ends in .old, cannot be removed", self.log(""))
+        self.assertEqual(self.plugin.read_bytes(), self.plugins[OLDER])
+        for file in self.desktop.path(PROGRAM_FOLDER).glob("*.old"):
+            file.unlink()
+        self.plugin.with_name(PLUGIN + ".old").write_bytes(b"stale")
+        with locked(self.desktop.path(PROGRAM_FOLDER)):
+            self.assertEqual(self.setup(), NOT_WRITABLE)
+        self.assertIn("cannot be written", self.log(""))
+        self.assert_installed(rf"{HOST}\{OWN_FOLDER}", version=OLDER)
+
+    def test_the_only_one_there_is_counts(self):
+        self.plugin.rename(self.plugin.with_name(PLUGIN + ".old"))
+        with locked(self.desktop.path(PROGRAM_FOLDER)):
+            self.assertEqual(self.setup(), NOT_WRITABLE)
+        self.assert_installed(rf"{HOST}\{OWN_FOLDER}", version=OLDER)
+
+    def test_the_uninstaller_removes_them(self):
+        self.leave(".old", ".new")
+        self.uninstall()
+        self.assert_not_installed()
+        self.assertEqual([file for file in self.new_files() if "Quorvel" in file], [])
+
+
+@contextlib.contextmanager
+def locked(folder: pathlib.Path):
+    """Against writing."""
+    mode = stat.S_IMODE(folder.stat().st_mode)
+    folder.chmod(0o555)
+    try:
+        yield
+    finally:
+        folder.chmod(mode)
+
+
 class Refused(InstallerTest):
     def test_while_the_host_runs(self):
         self.make_host()
@@ -224,8 +301,7 @@ class Refused(InstallerTest):
         self.assertEqual(self.setup(), 0)
         before = self.new_files()
         with self.desktop.running(self.desktop.path(rf"{HOST}\Support Files\Contents\Windows\Illustrator.exe")):
-            self.uninstall()
-            self.assertEqual(self.new_files(), before)
+            self.assert_uninstaller_refused(before, "is running")
         self.assert_installed(rf"{HOST}\{OWN_FOLDER}")
 
     def test_not_while_a_host_of_another_version_runs(self):
@@ -243,32 +319,20 @@ class Refused(InstallerTest):
         with self.desktop.running(viewer, rf"{HOST}\{OWN_FOLDER}\{PLUGIN}"):
             self.assert_refused(self.setup(), IN_USE, before, "is in use")
             self.assert_refused(self.setup(rf"/D={HOST}\Plug-ins\Elsewhere"), IN_USE, before, "is in use")
-            self.uninstall()
-            self.assertEqual(self.new_files(), before)
+            self.assert_uninstaller_refused(before, "is in use")
         self.assert_installed(rf"{HOST}\{OWN_FOLDER}", version=OLDER)
-
-    @contextlib.contextmanager
-    def locked(self, folder: str):
-        """Against writing."""
-        path = self.desktop.path(folder)
-        mode = stat.S_IMODE(path.stat().st_mode)
-        path.chmod(0o555)
-        try:
-            yield
-        finally:
-            path.chmod(mode)
 
     def test_folder_of_the_host_that_is_not_writable(self):
         self.make_host()
         before = self.new_files()
-        with self.locked(rf"{HOST}\Plug-ins"):
+        with locked(self.desktop.path(rf"{HOST}\Plug-ins")):
             self.assert_refused(self.setup(), NOT_WRITABLE, before, "cannot be written")
         self.assert_not_installed()
 
     def test_folder_of_the_uninstaller_that_is_not_writable(self):
         self.make_host()
         before = self.new_files()
-        with self.locked(r"C:\Program Files"):
+        with locked(self.desktop.path(r"C:\Program Files")):
             self.assert_refused(self.setup(), NOT_WRITABLE, before, "cannot be written")
         self.assert_not_installed()
 
@@ -277,12 +341,39 @@ class Refused(InstallerTest):
         self.assertEqual(self.setup(version=OLDER), 0)
         before = self.new_files()
         for folder in (PROGRAM_FOLDER, rf"{HOST}\{OWN_FOLDER}"):
-            with self.subTest(folder), self.locked(folder):
+            with self.subTest(folder), locked(self.desktop.path(folder)):
                 self.assert_refused(self.setup(), NOT_WRITABLE, before, "cannot be written")
         self.assert_installed(rf"{HOST}\{OWN_FOLDER}", version=OLDER)
 
 
 class Uninstalling(InstallerTest):
+    def test_of_another_folder_leaves_what_is_there_for_all(self):
+        self.make_host()
+        self.assertEqual(self.setup(), 0)
+        another = r"C:\users\another\Quorvel Type Agent"
+        self.desktop.path(another).mkdir(parents=True)
+        shutil.copy(self.desktop.path(rf"{PROGRAM_FOLDER}\uninstall.exe"), self.desktop.path(another))
+        before = self.new_files()
+        self.assert_refused(self.uninstaller(another), NOT_INSTALLED, before, f"Nothing is installed in {another}")
+        self.assert_installed(rf"{HOST}\{OWN_FOLDER}")
+
+    def test_what_cannot_be_removed_is_told(self):
+        self.make_host()
+        self.assertEqual(self.setup(), 0)
+        before = self.new_files()
+        with locked(self.desktop.path(rf"{HOST}\{OWN_FOLDER}")):
+            self.assert_refused(self.uninstaller(), NOT_WRITABLE, before, "cannot be removed")
+        self.assert_installed(rf"{HOST}\{OWN_FOLDER}")
+
+    def test_that_does_not_know_where_the_plug_in_is_removes_nothing(self):
+        self.make_host()
+        self.assertEqual(self.setup(), 0)
+        self.desktop.delete_keys(rf"HKLM\{ENTRY}")
+        # What an empty name of a folder would lead to.
+        self.desktop.path(rf"C:\{PLUGIN}").write_bytes(b"mine")
+        before = self.new_files()
+        self.assert_refused(self.uninstaller(), NOT_INSTALLED, before, "does not tell where the plug-in is")
+
     def test_what_the_user_put_there_stays(self):
         self.make_host()
         self.desktop.path(r"C:\Own plug-ins").mkdir()
@@ -328,9 +419,7 @@ class Uninstalling(InstallerTest):
         self.make_host()
         self.assertEqual(self.setup(), 0)
         before = self.new_files()
-        self.uninstall(without_rights=True)
-        self.assertIn("administrator", self.log(""))
-        self.assertEqual(self.new_files(), before)
+        self.assert_uninstaller_refused(before, "administrator", without_rights=True)
         self.assert_installed(rf"{HOST}\{OWN_FOLDER}")
 
 

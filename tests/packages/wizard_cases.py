@@ -6,7 +6,8 @@ import subprocess
 import time
 
 from installer_desktop import LOADER, on_drive_z
-from installer_fixture import HOST, KEY_OF_HOST, OTHER_HOST, OWN_FOLDER, PROGRAM_FOLDER, InstallerTest
+from installer_fixture import (HOST, HOST_PROGRAM, IN_USE, KEY_OF_HOST, OTHER_HOST, OWN_FOLDER, PROGRAM_FOLDER,
+                               SECOND_RUN, InstallerTest)
 
 PATIENCE_SECONDS = 60
 # Where a line of a list is clicked, from its left end.
@@ -106,6 +107,35 @@ class Wizard(InstallerTest):
         window.press("Uninstall")
         window.press("Close")
         window.wait_for("the end", lambda: self.new_files() == before)
+        self.assert_not_installed()
+
+    def test_who_cancels_while_the_host_runs_is_told_once(self):
+        self.make_host()
+        before = self.new_files()
+        with self.desktop.running(self.desktop.path(rf"{HOST}\{HOST_PROGRAM}")):
+            window = Window(self, "Quorvel Type Agent Setup", [self.setups[self.version], "/AllUsers"])
+            window.press("Install")
+            window.wait_for_text("is running. Quit it, then try again.")
+            window.press("Cancel")
+            self.assertEqual(window.code(), IN_USE)
+        self.assert_refused(IN_USE, IN_USE, before, "It was not quit")
+
+    def test_a_second_run_is_refused_while_one_goes_on(self):
+        self.make_host()
+        self.assertEqual(self.setup(), 0)
+        before = self.new_files()
+        window = Window(self, "Quorvel Type Agent Setup", [self.setups[self.version]])
+        window.control("Button", "Next >")
+        log = self.log("")
+        self.assertEqual(self.setup(), SECOND_RUN)
+        self.assertEqual(self.uninstaller(), SECOND_RUN)
+        # The log is the first one's.
+        self.assertEqual(self.log(""), log)
+        window.press("Cancel")
+        window.press("Yes")
+        self.assertNotEqual(window.code(), 0)
+        self.assertEqual(self.new_files(), before)
+        self.assertEqual(self.setup("/Uninstall"), 0)
         self.assert_not_installed()
 
     def test_rights_are_asked_for_once(self):
