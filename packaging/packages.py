@@ -20,6 +20,7 @@ import tempfile
 from collections.abc import Callable
 
 import archive
+import notices
 import setup_program
 
 ROOT = pathlib.Path(__file__).parents[1]
@@ -58,9 +59,14 @@ class Packer:
     def licence() -> archive.Member:
         return archive.Member("LICENSE.txt", archive.text_for_windows((ROOT / "LICENSE").read_text(encoding="utf-8")))
 
+    @staticmethod
+    def notices(packages: list[str]) -> archive.Member:
+        return archive.Member("THIRD-PARTY.txt", archive.text_for_windows(notices.text(packages)))
+
     def plugin(self, output: pathlib.Path) -> None:
         members = [archive.Member(f"{FOLDER}/{PLUGIN}", self.files[PLUGIN].read_bytes())]
-        archive.write_zip(output, [*members, self.readme("plugin.txt"), self.licence()])
+        texts = [self.readme("plugin.txt"), self.licence(), self.notices(notices.IN_PLUGIN)]
+        archive.write_zip(output, [*members, *texts])
 
     def symbols(self, output: pathlib.Path) -> None:
         names = [f"{plugin}.debug" for plugin in (PLUGIN, DIAGNOSTIC_PLUGIN)]
@@ -69,13 +75,15 @@ class Packer:
 
     def diagnostic(self, output: pathlib.Path) -> None:
         members = [archive.Member(name, self.files[file].read_bytes()) for name, file in DIAGNOSTIC.items()]
-        archive.write_zip(output, [*members, self.readme("diagnostic.txt"), self.licence()])
+        texts = [self.readme("diagnostic.txt"), self.licence(), self.notices(notices.IN_DIAGNOSTIC)]
+        archive.write_zip(output, [*members, *texts])
 
     def kit(self, output: pathlib.Path) -> None:
         kit = self.work / "kit"
         run(self.cmake, "--install", self.build, "--component", "kit", "--prefix", kit)
         shutil.copy(self.files[PLUGIN], kit / "bin")
-        archive.write_zip(output, [*archive.members_of_folder(kit), self.readme("kit.txt"), self.licence()])
+        texts = [self.readme("kit.txt"), self.licence(), self.notices(notices.IN_KIT)]
+        archive.write_zip(output, [*archive.members_of_folder(kit), *texts])
 
     def setup(self, output: pathlib.Path) -> None:
         # makensis works in the folder of its script, and the names of keys may begin in this one.

@@ -18,6 +18,10 @@ PACK = ROOT / "packaging" / "packages.py"
 CHECK_VERSION = ROOT / "scripts" / "check-version"
 PLUGIN, DIAGNOSTIC = "QuorvelTypeAgentAI20.aip", "QuorvelTypeAgentAI20-diagnostic.aip"
 SUPPORT_BUNDLE = "QuorvelSupportBundle.exe"
+TERMS = ("LICENSE.txt", "THIRD-PARTY.txt")
+# Of each package, a word from the terms of what only it holds beside the plug-in.
+OF_OTHERS = {"QuorvelTypeAgentAI20-{}.zip": "Nemanja Trifunovic",
+             "QuorvelTypeAgentAI20-diagnostic-{}.zip": "Mark Adler", "QuorvelTypeAgentKit-{}.zip": "Niels Lohmann"}
 
 
 class Packages(unittest.TestCase):
@@ -93,7 +97,7 @@ class Packages(unittest.TestCase):
 
     def test_plugin_is_a_folder_for_the_host(self):
         members = self.archive("QuorvelTypeAgentAI20-{}.zip")
-        self.assertEqual(set(members), {"README.txt", "LICENSE.txt", f"Quorvel Type Agent/{PLUGIN}"})
+        self.assertEqual(set(members), {"README.txt", *TERMS, f"Quorvel Type Agent/{PLUGIN}"})
         self.assertEqual(members[f"Quorvel Type Agent/{PLUGIN}"], self.shipped(PLUGIN))
 
     def test_texts_are_those_of_this_version_and_of_windows(self):
@@ -103,6 +107,12 @@ class Packages(unittest.TestCase):
                 self.assertIn(self.options.version, text.splitlines()[0], name)
                 self.assertEqual(re.findall(r"(?<!\r)\n|@", text), [], name)
 
+    def test_terms_of_others_are_told(self):
+        for name, holder in OF_OTHERS.items():
+            text = self.archive(name)["THIRD-PARTY.txt"].decode("utf-8")
+            for words in ("GCC RUNTIME LIBRARY EXCEPTION", "mingw-w64", holder):
+                self.assertIn(words.lower(), text.lower(), name)
+
     def test_symbols_are_a_package_of_their_own(self):
         members = self.archive("QuorvelTypeAgentAI20-{}-symbols.zip")
         self.assertEqual(set(members), {"README.txt", f"{PLUGIN}.debug", f"{DIAGNOSTIC}.debug"})
@@ -110,7 +120,7 @@ class Packages(unittest.TestCase):
 
     def test_diagnostic_plugin_is_another_package(self):
         members = self.archive("QuorvelTypeAgentAI20-diagnostic-{}.zip")
-        self.assertEqual(set(members), {"README.txt", "LICENSE.txt", f"Quorvel Type Agent/{DIAGNOSTIC}", SUPPORT_BUNDLE})
+        self.assertEqual(set(members), {"README.txt", *TERMS, f"Quorvel Type Agent/{DIAGNOSTIC}", SUPPORT_BUNDLE})
         self.assertEqual(members[f"Quorvel Type Agent/{DIAGNOSTIC}"], self.shipped(DIAGNOSTIC))
         self.assertEqual(members[SUPPORT_BUNDLE], (self.options.build_folder / "bin" / SUPPORT_BUNDLE).read_bytes())
 
