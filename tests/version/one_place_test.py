@@ -12,7 +12,7 @@ import tempfile
 
 OTHER = "61.7.3"
 # The resources that tell a version, at least.
-EXPECTED = {"plugin.rc", "diagnostic_plugin.rc", "simhost.rc", "lumet.rc"}
+EXPECTED = {"plugin.rc", "diagnostic_plugin.rc", "simhost.rc", "lumet.rc", "support_bundle.rc"}
 
 
 def spellings(version: str) -> list[str]:
@@ -22,7 +22,7 @@ def spellings(version: str) -> list[str]:
 
 def copy_of_tree(source: pathlib.Path, target: pathlib.Path, version: str) -> None:
     names = ("CMakeLists.txt", "CMakePresets.json", "cmake", "src", "devkit", "bench", "tests", "scripts", "docs", "packaging",
-             "fuzz", "README.md")
+             "fuzz", "support_bundle", "README.md")
     target.mkdir()
     for name in names:
         if (source / name).is_dir():

@@ -46,9 +46,9 @@ VISUAL_CPP_DEFINITIONS = {"_CRT_SECURE_NO_WARNINGS": "warns about the functions 
 VISUAL_CPP_INCLUDES = {"<zlib>": "where zlib was unpacked"}
 GNU_INCLUDES = {"tests/support/gtest_custom": "the test framework's threads, which this compiler's library lacks"}
 
-# An option of the other compiler.
+# An option of the other compiler; a path has a second slash.
 GNU_OPTION = re.compile(r"-(W(?!X$)|f(?!p:)|O\d|g|m|std=|static|shared|s$|x$|pipe|include$)")
-VISUAL_CPP_OPTION = re.compile(r"/(?!(usr|tmp|build|work|home|root|opt|var)/)[A-Za-z]|-std:|-M[TD]d?$")
+VISUAL_CPP_OPTION = re.compile(r"/[A-Za-z][^/]*$|-std:|-M[TD]d?$")
 # What has to be there, for whom.
 OPTIONS_OF_THE_PLUGIN = {"/utf-8", "/EHsc", "/permissive-", "/GS", "/guard:cf", "/W4", "-std:c++20"}
 LINKING_OF_THE_PLUGIN = {"/DYNAMICBASE", "/HIGHENTROPYVA", "/NXCOMPAT", "/GUARD:CF", "/CETCOMPAT", "/BASE:0x180000000"}
