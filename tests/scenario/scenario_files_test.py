@@ -26,10 +26,12 @@ FAULTS = ROOT / "tests" / "scenario" / "faults"
 # What a plug-in does wrong only when a call fails.
 SWEEP_FAULTS = ROOT / "tests" / "sweep" / "faulty.json"
 FAULTY_PLUGINS = ROOT / "devkit" / "faulty_plugins"
-# Not for scenarios: the shipped plug-in is what they play to, and the diagnostic one is tested by itself.
+# Not for scenarios: the shipped plug-in is what they play to; the diagnostic one and what collects its logs are tested by
+# themselves.
 NOT_FOR_SCENARIOS = {
     "QuorvelTypeAgentAI20.aip",
     "QuorvelTypeAgentAI20-diagnostic.aip",
+    "QuorvelSupportBundle.exe",
     "simhost.exe",
     # Version resources that the unit tests read.
     "PluginCoreOfLongPrivateBuild.dll",

@@ -28,13 +28,14 @@ class StackReader {
     CallStack ReadFrom(HANDLE thread) const;
     // Suspends the thread meanwhile, and a few times more when its whole stack cannot be read.
     CallStack ReadRunning(HANDLE thread) const;
+    // Whether it has been read to the place where threads begin.
+    bool IsWhole(const CallStack& stack) const;
 
     // Frame by frame, with names where somebody may ask for them.
     std::vector<Frame> Describe(const CallStack& stack) const;
 
   private:
     bool IsOfInterest(const CallStack& stack, std::size_t i) const;
-    bool IsWhole(const CallStack& stack) const;
     bool FindFirstKnownFrame(CONTEXT& context, CallStack& stack) const;
 
     HANDLE mProcess;

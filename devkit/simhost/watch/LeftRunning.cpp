@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "simhost/watch/Culprit.h"
 
@@ -19,6 +20,27 @@ bool IsGuest(std::uint64_t address, const Modules& modules, const std::filesyste
     return module != nullptr && !module->isSystem && module->path.filename() != program.filename();
 }
 
+// The function that the thread was created for; 0 when Windows does not tell. The documented call for a thread of
+// another process is this one alone.
+std::uint64_t StartAddressOf(HANDLE thread) {
+    using QueryInformationThread = LONG(WINAPI*)(HANDLE, int, void*, ULONG, ULONG*);
+    constexpr int kWin32StartAddress = 9;
+    const auto query = reinterpret_cast<QueryInformationThread>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQueryInformationThread")));
+    void* address = nullptr;
+    if (query == nullptr || query(thread, kWin32StartAddress, &address, sizeof address, nullptr) != 0) {
+        return 0;
+    }
+    return reinterpret_cast<std::uintptr_t>(address);
+}
+
+// For a thread that has not got to its function yet, or whose stack cannot be read; one that has come back from it is
+// ending.
+CallStack WithStart(CallStack stack, HANDLE thread) {
+    stack.push_back(StartAddressOf(thread));
+    return stack;
+}
+
 }  // namespace
 
 std::vector<Violation> ThreadsLeft(const std::map<DWORD, HANDLE>& threads, DWORD ending, const StackReader& stacks,
@@ -26,9 +48,18 @@ std::vector<Violation> ThreadsLeft(const std::map<DWORD, HANDLE>& threads, DWORD
     // Threads that wait at the same place are told together: names take their time.
     std::map<CallStack, int> left;
     for (const auto& [id, thread] : threads) {
-        const CallStack stack = id == ending ? CallStack{} : stacks.ReadRunning(thread);
-        if (std::any_of(stack.begin(), stack.end(),
-                        [&](std::uint64_t address) { return IsGuest(address, modules, program); })) {
+        if (id == ending) {
+            continue;
+        }
+        const auto hasGuest = [&](const CallStack& stack) {
+            return std::any_of(stack.begin(), stack.end(),
+                               [&](std::uint64_t address) { return IsGuest(address, modules, program); });
+        };
+        CallStack stack = stacks.ReadRunning(thread);
+        if (!stacks.IsWhole(stack) && !hasGuest(stack)) {
+            stack = WithStart(std::move(stack), thread);
+        }
+        if (hasGuest(stack)) {
             ++left[stack];
         }
     }
