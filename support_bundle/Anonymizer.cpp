@@ -3,11 +3,9 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <array>
+#include <cstdint>
 #include <optional>
 #include <utility>
-
-#include "support/TextConversion.h"
 
 namespace {
 
@@ -118,6 +116,16 @@ std::size_t SeparatorsAt(std::wstring_view text, std::size_t place) {
     }
 }
 
+// An escape, or the unit itself.
+Meant MeantAt(std::wstring_view text, std::size_t place) {
+    for (const std::optional<Meant>& escape : {JsonEscapeAt(text, place), UrlEscapeAt(text, place)}) {
+        if (escape) {
+            return *escape;
+        }
+    }
+    return {UnitAt(text, place), 1};
+}
+
 // The size of what stands there for the unit, which is a capital; 0 when something else does.
 std::size_t UnitSizeAt(std::wstring_view text, std::size_t place, wchar_t expected) {
     if (IsSeparator(expected)) {
@@ -178,10 +186,56 @@ bool MayBeCut(std::wstring_view text, std::size_t place) {
            text.substr(place).starts_with(L"...");
 }
 
+// "C:" may not be the end of a longer word: "ABC:\Users".
+bool PathMayBeginAt(std::wstring_view text, std::size_t place) {
+    return place == 0 || !IsLetterOrDigit(text[place - 1]) || IsBehindEscape(text, place);
+}
+
+// No name of an account or of its folder holds one of these.
+bool EndsName(wchar_t unit) {
+    return unit < L' ' || std::wstring_view(L"\"*+,:;<=>?[]|").find(unit) != std::wstring_view::npos;
+}
+
+// A name of a folder that stands in a text. Blanks, points and apostrophes may belong to it: where it ends is certain
+// only before a separator.
+struct FolderName {
+    std::wstring meant;  // in capitals
+    std::size_t size = 0;
+    bool isWhole = false;
+};
+
+FolderName FolderNameAt(std::wstring_view text, std::size_t place) {
+    FolderName name;
+    for (std::size_t end = place; end < text.size();) {
+        if (SeparatorsAt(text, end) > 0) {
+            name.isWhole = true;
+            break;
+        }
+        const Meant meant = MeantAt(text, end);
+        const bool isQuotation = meant.unit == L'\'' && !IsLetterOrDigit(UnitAt(text, end + meant.size));
+        if (EndsName(meant.unit) || isQuotation || text.substr(end).starts_with(L"...")) {
+            break;
+        }
+        name.meant += Capital(meant.unit);
+        end += meant.size;
+        name.size = end - place;
+    }
+    return name;
+}
+
+// Folders beside the profiles that belong to nobody.
+bool BelongsToNobody(const FolderName& name) {
+    constexpr std::wstring_view kShared[] = {L"PUBLIC", L"DEFAULT", L"DEFAULT USER", L"ALL USERS"};
+    return std::ranges::any_of(kShared, [&](std::wstring_view each) {
+        return name.meant == each || (!name.isWhole && name.meant.starts_with(each) && name.meant[each.size()] == L' ');
+    });
+}
+
 }  // namespace
 
 Anonymizer::Anonymizer(Identity identity) : mIdentity(std::move(identity)), mMayBegin(kUnits, false) {
-    for (std::vector<std::wstring>* const patterns : {&mIdentity.profileFolders, &mIdentity.names}) {
+    for (std::vector<std::wstring>* const patterns :
+         {&mIdentity.profileFolders, &mIdentity.allProfiles, &mIdentity.names}) {
         for (std::wstring& pattern : *patterns) {
             pattern = Capitals(std::move(pattern));
         }
@@ -191,13 +245,13 @@ Anonymizer::Anonymizer(Identity identity) : mIdentity(std::move(identity)), mMay
             return pattern.starts_with(capital);
         };
         mMayBegin[unit] = unit == L'\\' || unit == L'%' || std::ranges::any_of(mIdentity.profileFolders, begins) ||
+                          std::ranges::any_of(mIdentity.allProfiles, begins) ||
                           std::ranges::any_of(mIdentity.names, begins);
     }
 }
 
 std::size_t Anonymizer::ProfileAt(std::wstring_view text, std::size_t place) const {
-    // "C:" may not be the end of a longer word: "ABC:\Users".
-    if (place > 0 && IsLetterOrDigit(text[place - 1]) && !IsBehindEscape(text, place)) {
+    if (!PathMayBeginAt(text, place)) {
         return 0;
     }
     for (const std::wstring& folder : mIdentity.profileFolders) {
@@ -211,6 +265,25 @@ std::size_t Anonymizer::ProfileAt(std::wstring_view text, std::size_t place) con
         }
     }
     return 0;
+}
+
+Anonymizer::OtherProfile Anonymizer::OtherProfileAt(std::wstring_view text, std::size_t place) const {
+    if (!PathMayBeginAt(text, place)) {
+        return {};
+    }
+    for (const std::wstring& folder : mIdentity.allProfiles) {
+        const Match match = MatchAt(text, place, folder);
+        const std::size_t separators = SeparatorsAt(text, place + match.size);
+        if (match.units != folder.size() || separators == 0) {
+            continue;
+        }
+        const std::size_t before = match.size + separators;
+        const FolderName name = FolderNameAt(text, place + before);
+        if (name.size > 0 && !BelongsToNobody(name)) {
+            return {before, name.size};
+        }
+    }
+    return {};
 }
 
 std::size_t Anonymizer::NameAt(std::wstring_view text, std::size_t place) const {
@@ -237,6 +310,12 @@ std::wstring Anonymizer::Replaced(std::wstring_view text, std::wstring_view prof
             if (const std::size_t size = ProfileAt(text, place); size > 0) {
                 result += profile;
                 place += size;
+                continue;
+            }
+            if (const OtherProfile other = OtherProfileAt(text, place); other.nameSize > 0) {
+                result += text.substr(place, other.before);
+                result += name;
+                place += other.before + other.nameSize;
                 continue;
             }
             if (const std::size_t size = NameAt(text, place); size > 0) {

@@ -5,24 +5,36 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <iterator>
+#include <optional>
 #include <system_error>
+#include <utility>
 
+#include "diagnostic/LogFolder.h"
 #include "Files.h"
 #include "FileVersion.h"
+#include "Installations.h"
+#include "plugincore/LaunchInfoLine.h"
 #include "RunningPrograms.h"
+#include "support/RunningWindows.h"
+#include "support/TextConversion.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const wchar_t* kLogFolder = L"Quorvel\\TypeAgent\\Logs";
 constexpr const wchar_t* kLaunchInfoFolder = L"Quorvel";
 constexpr const wchar_t* kLaunchInfoFile = L"com.quorvel.Lumet-LaunchInfo.conf";
-constexpr std::wstring_view kLaunchInfoKey = L"lumet.path=";
+constexpr std::string_view kLaunchInfoKey = "lumet.path";
 constexpr const wchar_t* kPluginCoreFile = L"PluginCoreX64.dll";
 constexpr const wchar_t* kPluginCoreSubfolder = L"Plug-ins";
 constexpr const wchar_t* kWordFile = L"DialogSuppression.tmp";
 constexpr std::wstring_view kPluginCoreInLog = L"PluginCore: ";
+// Of the installer: where it puts its uninstaller, the log of what it has installed, and in the temporary folder that
+// of a run that was refused.
+constexpr const wchar_t* kInstallFolder = L"Quorvel Type Agent";
+constexpr const wchar_t* kInstallLog = L"install.log";
+constexpr const wchar_t* kRefusedInstallLog = L"QuorvelTypeAgentAI20-setup.log";
 
 // Text that grows by lines, as Windows ends them.
 class Page {
@@ -43,16 +55,12 @@ std::wstring Hexadecimal(std::uint64_t number) {
 std::wstring VersionAndPath(const fs::path& file) { return FileVersion(file) + L"  " + file.wstring(); }
 
 std::wstring WindowsVersion() {
-    using GetVersion = LONG(WINAPI*)(OSVERSIONINFOW*);
-    const auto getVersion = reinterpret_cast<GetVersion>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlGetVersion")));
-    OSVERSIONINFOW version{};
-    version.dwOSVersionInfoSize = sizeof version;
-    if (getVersion == nullptr || getVersion(&version) != 0) {
+    const std::optional<OSVERSIONINFOW> version = RunningWindows();
+    if (!version) {
         return L"unknown";
     }
-    return std::to_wstring(version.dwMajorVersion) + L'.' + std::to_wstring(version.dwMinorVersion) + L'.' +
-           std::to_wstring(version.dwBuildNumber);
+    return std::to_wstring(version->dwMajorVersion) + L'.' + std::to_wstring(version->dwMinorVersion) + L'.' +
+           std::to_wstring(version->dwBuildNumber);
 }
 
 std::wstring ModulesPage(const RunningProgram& program) {
@@ -81,6 +89,7 @@ class Collector {
         AddLogs();
         AddLaunchInfo();
         AddWordFiles();
+        AddInstallLogs();
         AddAbout(now);
     }
 
@@ -128,6 +137,14 @@ class Collector {
         }
     }
 
+    void AddInstallLogs() {
+        for (const fs::path& file : mSources.installLogs) {
+            if (Exists(file)) {
+                Add("install/", file);
+            }
+        }
+    }
+
     void AddAbout(const SYSTEMTIME& now) {
         Page page;
         wchar_t date[64];
@@ -139,16 +156,20 @@ class Collector {
         page.Line(L"Windows:  " + WindowsVersion());
         page.Line();
         page.Line(
-            L"In all texts and file names the profile's folder stands as %USERPROFILE%, the user's name as <user>.");
+            L"In all texts and file names the profile's folder stands as %USERPROFILE%, the user's name and the "
+            L"folders of "
+            L"other users as <user>.");
         page.Line();
         AddRunningPrograms(page);
+        page.Line();
+        AddInstallations(page);
         page.Line();
         page.Line(L"Files (from)");
         for (const std::wstring& each : mAdded) {
             page.Line(L"  " + each);
         }
         if (mAdded.empty()) {
-            page.Line(L"  none: no log, no launch-info file and no word file was found");
+            page.Line(L"  none: no log, no launch-info file, no word file and no log of the installer was found");
         }
         if (!mUnreadable.empty()) {
             page.Line();
@@ -175,6 +196,17 @@ class Collector {
         if (mPrograms.empty()) {
             page.Line(
                 L"  none: neither the host nor the core application runs. The heads of the logs tell the versions.");
+        }
+    }
+
+    static void AddInstallations(Page& page) {
+        page.Line(L"Installed by setup (version, folder of the plug-in)");
+        const std::vector<Installation> installations = FindInstallations();
+        for (const Installation& each : installations) {
+            page.Line(L"  " + each.scope + L": " + each.version + L"  " + each.pluginFolder);
+        }
+        if (installations.empty()) {
+            page.Line(L"  nothing");
         }
     }
 
@@ -221,12 +253,11 @@ class Collector {
     }
 
     void FindCoreApplicationIn(std::wstring_view launchInfo) {
-        const std::size_t place = launchInfo.find(kLaunchInfoKey);
-        if (place == std::wstring_view::npos) {
+        const std::optional<std::string> value = FirstLaunchInfoValue(Utf8FromWindowsText(launchInfo), kLaunchInfoKey);
+        if (!value) {
             return;
         }
-        const std::size_t begin = place + kLaunchInfoKey.size();
-        const fs::path program = launchInfo.substr(begin, launchInfo.find_first_of(L"\r\n", begin) - begin);
+        const fs::path program = Utf16FromUtf8(*value);
         mPluginCoreFolders.push_back(program.parent_path());
         mPluginCoreFolders.push_back(program.parent_path() / kPluginCoreSubfolder);
     }
@@ -239,7 +270,7 @@ class Collector {
     std::vector<std::wstring> mUnreadable;
 };
 
-void AppendShellFolder(const KNOWNFOLDERID& identifier, const wchar_t* below, std::vector<fs::path>& out) {
+void AppendShellFolder(const KNOWNFOLDERID& identifier, const fs::path& below, std::vector<fs::path>& out) {
     wchar_t* path = nullptr;
     if (SUCCEEDED(SHGetKnownFolderPath(identifier, 0, nullptr, &path))) {
         out.push_back(fs::path(path) / below);
@@ -247,18 +278,50 @@ void AppendShellFolder(const KNOWNFOLDERID& identifier, const wchar_t* below, st
     CoTaskMemFree(path);
 }
 
+// Where the plug-in writes: it asks the variable, which a host may have been started with.
+void AppendVariableFolder(const wchar_t* variable, const fs::path& below, std::vector<fs::path>& out) {
+    wchar_t value[1024];
+    const DWORD size = GetEnvironmentVariableW(variable, value, static_cast<DWORD>(std::size(value)));
+    if (size > 0 && size < std::size(value)) {
+        out.push_back(fs::path(value) / below);
+    }
+}
+
+bool IsSamePath(const fs::path& one, const fs::path& other) { return _wcsicmp(one.c_str(), other.c_str()) == 0; }
+
+void KeepOnce(std::vector<fs::path>& paths) {
+    std::vector<fs::path> kept;
+    for (fs::path& each : paths) {
+        each = each.lexically_normal();
+        if (std::ranges::none_of(kept, [&](const fs::path& other) { return IsSamePath(each, other); })) {
+            kept.push_back(each);
+        }
+    }
+    paths = std::move(kept);
+}
+
 }  // namespace
 
 Sources UsualSources() {
     Sources sources;
-    AppendShellFolder(FOLDERID_LocalAppData, kLogFolder, sources.logFolders);
+    fs::path logFolder;
+    for (const wchar_t* const each : kLogFolders) {
+        logFolder /= each;
+    }
+    AppendShellFolder(FOLDERID_LocalAppData, logFolder, sources.logFolders);
+    AppendVariableFolder(L"LOCALAPPDATA", logFolder, sources.logFolders);
     AppendShellFolder(FOLDERID_LocalAppData, kLaunchInfoFolder, sources.launchInfoFolders);
     AppendShellFolder(FOLDERID_ProgramData, kLaunchInfoFolder, sources.launchInfoFolders);
+    const fs::path installLog = fs::path(kInstallFolder) / kInstallLog;
+    AppendShellFolder(FOLDERID_ProgramFiles, installLog, sources.installLogs);
+    AppendShellFolder(FOLDERID_LocalAppData, L"Programs" / installLog, sources.installLogs);
     std::error_code error;
     // Where the plug-in writes when there is no such folder.
     if (const fs::path temporary = fs::temp_directory_path(error); !error) {
-        sources.logFolders.push_back(temporary / kLogFolder);
+        sources.logFolders.push_back(temporary / logFolder);
+        sources.installLogs.push_back(temporary / kRefusedInstallLog);
     }
+    KeepOnce(sources.logFolders);
     return sources;
 }
 

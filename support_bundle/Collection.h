@@ -12,12 +12,13 @@
 struct Sources {
     std::vector<std::filesystem::path> logFolders;
     std::vector<std::filesystem::path> launchInfoFolders;  // that may hold a launch-info file
+    std::vector<std::filesystem::path> installLogs;        // files of the installer
     std::vector<DWORD> processes;                          // besides those that are found
 };
 
-// Where the plug-in and the core application leave their files.
+// Where the plug-in, the core application and the installer leave their files.
 Sources UsualSources();
 
-// Adds everything that is there: about.txt, the logs, the launch-info files, the word files of the dialogs, and the
-// modules of each running program.
+// Adds everything that is there: about.txt, the logs, the launch-info files, the word files of the dialogs, the
+// installer's logs, and the modules of each running program.
 void Collect(const Sources& sources, const SYSTEMTIME& now, Bundle& bundle);

@@ -4,7 +4,10 @@
 // After windows.h, which it needs.
 #include <winver.h>
 
+#include <array>
 #include <vector>
+
+#include "support/FourPartVersion.h"
 
 std::wstring FileVersion(const std::filesystem::path& file) {
     constexpr const wchar_t* kNone = L"without a version";
@@ -17,8 +20,7 @@ std::wstring FileVersion(const std::filesystem::path& file) {
         VerQueryValueW(block.data(), L"\\", &value, &size) == FALSE || size < sizeof(VS_FIXEDFILEINFO)) {
         return kNone;
     }
-    const auto* const version = static_cast<const VS_FIXEDFILEINFO*>(value);
-    const auto number = [](WORD part) { return std::to_wstring(part); };
-    return number(HIWORD(version->dwFileVersionMS)) + L'.' + number(LOWORD(version->dwFileVersionMS)) + L'.' +
-           number(HIWORD(version->dwFileVersionLS)) + L'.' + number(LOWORD(version->dwFileVersionLS));
+    const std::array<unsigned, 4> parts = PartsOfVersion(*static_cast<const VS_FIXEDFILEINFO*>(value));
+    return std::to_wstring(parts[0]) + L'.' + std::to_wstring(parts[1]) + L'.' + std::to_wstring(parts[2]) + L'.' +
+           std::to_wstring(parts[3]);
 }

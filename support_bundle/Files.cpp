@@ -107,6 +107,14 @@ std::wstring DecodedText(std::string_view bytes) {
     if (bytes.starts_with(kUtf8Mark)) {
         bytes.remove_prefix(kUtf8Mark.size());
     }
-    std::wstring text = Widened(CP_UTF8, MB_ERR_INVALID_CHARS, bytes);
-    return text.empty() ? Widened(CP_ACP, 0, bytes) : text;
+    // A log may hold a path in the ANSI code page, among lines in UTF-8 whose names must be found.
+    std::wstring text;
+    while (!bytes.empty()) {
+        const std::size_t feed = bytes.find('\n');
+        const std::string_view line = bytes.substr(0, feed == std::string_view::npos ? feed : feed + 1);
+        const std::wstring utf8 = Widened(CP_UTF8, MB_ERR_INVALID_CHARS, line);
+        text += utf8.empty() ? Widened(CP_ACP, 0, line) : utf8;
+        bytes.remove_prefix(line.size());
+    }
+    return text;
 }

@@ -12,5 +12,5 @@ std::optional<std::string> ReadFileOrNothing(const std::filesystem::path& path);
 // Throws std::runtime_error, in UTF-8. A file that is there is replaced at once, when all is written.
 void WriteFileWhole(const std::filesystem::path& path, std::string_view bytes);
 
-// The text of a file: UTF-16 or UTF-8 with a mark, else UTF-8, else the ANSI code page.
+// The text of a file: UTF-16 or UTF-8 with a mark, else UTF-8; each line that is none is in the ANSI code page.
 std::wstring DecodedText(std::string_view bytes);

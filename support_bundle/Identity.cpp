@@ -7,8 +7,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cwchar>
-#include <cwctype>
+#include <iterator>
+#include <utility>
 
 namespace {
 
@@ -18,10 +18,10 @@ std::wstring EnvironmentVariable(const wchar_t* name) {
     return value;
 }
 
-std::wstring ProfileFolder() {
+std::wstring KnownFolder(const KNOWNFOLDERID& identifier) {
     wchar_t* path = nullptr;
     std::wstring folder;
-    if (SUCCEEDED(SHGetKnownFolderPath(FOLDERID_Profile, 0, nullptr, &path))) {
+    if (SUCCEEDED(SHGetKnownFolderPath(identifier, 0, nullptr, &path))) {
         folder = path;
     }
     CoTaskMemFree(path);
@@ -39,6 +39,13 @@ std::wstring ShortForm(const std::wstring& path) {
     std::wstring form(GetShortPathNameW(path.c_str(), nullptr, 0), L'\0');
     form.resize(GetShortPathNameW(path.c_str(), form.data(), static_cast<DWORD>(form.size())));
     return form.empty() ? path : form;
+}
+
+void AddBothForms(const std::wstring& folder, std::vector<std::wstring>& out) {
+    if (!folder.empty()) {
+        out.push_back(folder);
+        out.push_back(ShortForm(folder));
+    }
 }
 
 std::wstring WithoutSeparatorAtEnd(std::wstring path) {
@@ -79,12 +86,9 @@ void LongestFirstAndOnce(std::vector<std::wstring>& texts) {
 
 Identity CurrentIdentity() {
     Identity identity;
-    for (const std::wstring& folder : {ProfileFolder(), EnvironmentVariable(L"USERPROFILE")}) {
-        if (!folder.empty()) {
-            identity.profileFolders.push_back(folder);
-            identity.profileFolders.push_back(ShortForm(folder));
-        }
-    }
+    AddBothForms(KnownFolder(FOLDERID_Profile), identity.profileFolders);
+    AddBothForms(EnvironmentVariable(L"USERPROFILE"), identity.profileFolders);
+    AddBothForms(KnownFolder(FOLDERID_UserProfiles), identity.allProfiles);
     identity.names = {AccountName(), EnvironmentVariable(L"USERNAME")};
     return Completed(std::move(identity));
 }
@@ -94,12 +98,16 @@ Identity Completed(Identity identity) {
         folder = WithoutSeparatorAtEnd(std::move(folder));
         identity.names.push_back(LastComponent(folder));
     }
+    for (std::wstring& folder : identity.allProfiles) {
+        folder = WithoutSeparatorAtEnd(std::move(folder));
+    }
     std::vector<std::wstring> shortForms;
     for (const std::wstring& name : identity.names) {
         AddShortForms(name, shortForms);
     }
     identity.names.insert(identity.names.end(), shortForms.begin(), shortForms.end());
     LongestFirstAndOnce(identity.profileFolders);
+    LongestFirstAndOnce(identity.allProfiles);
     LongestFirstAndOnce(identity.names);
     return identity;
 }

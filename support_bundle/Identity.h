@@ -1,4 +1,4 @@
-// Who uses the computer, by all names that a path may hold.
+// Who uses the computer, by all names that a path may hold, and where the folders of all users are.
 #pragma once
 
 #include <string>
@@ -6,6 +6,7 @@
 
 struct Identity {
     std::vector<std::wstring> profileFolders;  // absolute, without a separator at the end; also in the short form
+    std::vector<std::wstring> allProfiles;     // the folders that the profiles of all users lie in; in the same way
     std::vector<std::wstring> names;           // of the account, and of the profile's folder
 };
 

@@ -6,12 +6,14 @@
 #include <shellapi.h>
 #include <shlobj.h>
 
+#include <algorithm>
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Bundle.h"
@@ -26,6 +28,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const wchar_t* kTitle = L"Quorvel Type Agent";
+constexpr const char* kQuiet = "--quiet";
 // Exit codes besides 0.
 constexpr int kNotWritten = 1;
 constexpr int kWrongArguments = 2;
@@ -47,6 +50,11 @@ std::vector<std::string> ArgumentsBackwards() {
     }
     LocalFree(arguments);
     return backwards;
+}
+
+// Of mistakes CLI11 tells before it has come to the flags.
+bool IsQuiet(const std::vector<std::string>& arguments) {
+    return std::find(arguments.begin(), arguments.end(), kQuiet) != arguments.end();
 }
 
 // Who has started it by double click has no console.
@@ -101,23 +109,25 @@ void WriteBundle(const Options& options) {
     WriteFileWhole(file, archive.Finish());
     Tell(options,
          L"The support bundle is ready:\n" + file.wstring() +
-             L"\n\nYour name is not in it. Please send it to whoever asked you for it.",
+             L"\n\nYour user name, and the names of other users' folders, have been taken out of it. Please send it to "
+             L"whoever asked you for it.",
          false);
 }
 
 int Run(Options& options) {
-    CLI::App app(
-        "Puts logs, versions and the modules of the running host into one zip archive, without the user's name",
-        "QuorvelSupportBundle");
+    CLI::App app("Puts logs, versions and the modules of the running host into one zip archive, without names of users",
+                 "QuorvelSupportBundle");
     // A path may begin with a slash.
     app.allow_windows_style_options(false);
     app.add_option("OUTPUT", options.output, "A folder, or a file ending in .zip; the desktop when not given");
-    app.add_flag("--quiet", options.isQuiet, "No message box");
+    app.add_flag(kQuiet, options.isQuiet, "No message box");
     app.add_option("--logs", options.logFolders, "A folder with logs, instead of the usual ones; may be given again");
     app.add_option("--process", options.processes,
                    "Number of a process whose modules are wanted too; may be given again");
+    std::vector<std::string> arguments = ArgumentsBackwards();
+    options.isQuiet = IsQuiet(arguments);
     try {
-        app.parse(ArgumentsBackwards());
+        app.parse(std::move(arguments));
     } catch (const CLI::CallForHelp&) {
         Tell(options, Utf16FromUtf8(app.help()), false);
         return 0;

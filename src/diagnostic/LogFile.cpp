@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <cwchar>
 
+#include "diagnostic/LogFolder.h"
+
 namespace {
 
 constexpr wchar_t kNameBegin[] = L"QuorvelTypeAgentAI20-";
 constexpr wchar_t kNameEnd[] = L".log";
-constexpr const wchar_t* kFolders[] = {L"\\Quorvel", L"\\TypeAgent", L"\\Logs"};
 
 // Appends while there is room for the text and its zero; nothing of it otherwise.
 bool AppendTo(std::span<wchar_t> path, std::size_t& length, std::wstring_view text) {
@@ -85,8 +86,8 @@ std::size_t MakeLogFolder(std::span<wchar_t> path) noexcept {
     while (length > 0 && (path[length - 1] == L'\\' || path[length - 1] == L'/')) {
         path[--length] = L'\0';
     }
-    for (const wchar_t* const folder : kFolders) {
-        if (!AppendTo(path, length, folder) || !MakeFolder(path.data())) {
+    for (const wchar_t* const folder : kLogFolders) {
+        if (!AppendTo(path, length, L"\\") || !AppendTo(path, length, folder) || !MakeFolder(path.data())) {
             return 0;
         }
     }

@@ -9,7 +9,7 @@
 namespace {
 
 Anonymizer Of(const std::wstring& folder, const std::wstring& account) {
-    return Anonymizer(Completed({.profileFolders = {folder}, .names = {account}}));
+    return Anonymizer(Completed({.profileFolders = {folder}, .allProfiles = {L"C:\\Users"}, .names = {account}}));
 }
 
 class AnonymizerTest : public testing::Test {
@@ -81,24 +81,49 @@ TEST_F(AnonymizerTest, NameThatBeginsWithAnEscapeIsFound) {
 TEST_F(AnonymizerTest, LineThatIsCutWithinTheNameTellsNothingOfIt) {
     EXPECT_EQ(Without(L"-> X(\"C:\\Users\\J\u00F6r...\" (300 bytes)"), "-> X(\"%USERPROFILE%...\" (300 bytes)");
     EXPECT_EQ(Without(L"returning 'C:\\\\Users\\\\J'"), "returning '%USERPROFILE%'");
-    EXPECT_EQ(Without(L"C:\\Users\\J\u00F6\\a"), "C:\\Users\\J\xC3\xB6\\a");
+    EXPECT_EQ(Without(L"D:\\Users\\J\u00F6\\a"), "D:\\Users\\J\xC3\xB6\\a");
     EXPECT_EQ(Without(L"C:\\Users\\"), "C:\\Users\\");
     EXPECT_EQ(Without(L"C:\\Users"), "C:\\Users");
 }
 
-TEST_F(AnonymizerTest, FoldersOfOthersStay) {
-    EXPECT_EQ(Without(L"C:\\Users\\Public\\a C:\\Users\\Joe\\a"), "C:\\Users\\Public\\a C:\\Users\\Joe\\a");
+TEST_F(AnonymizerTest, FoldersOfOtherUsersLoseTheName) {
+    EXPECT_EQ(Without(L"C:\\Users\\Joe\\a c:/users/Anna Lena O'Neil/b"), "C:\\Users\\<user>\\a c:/users/<user>/b");
+    EXPECT_EQ(Without(L"C:\\Users\\ANNALE~1\\a C:\\Users\\Joe.DOMAIN\\a"), "C:\\Users\\<user>\\a C:\\Users\\<user>\\a");
+    EXPECT_EQ(Without(L"\"C:\\\\Users\\\\Z\\u00f6e\\\\a\""), "\"C:\\\\Users\\\\<user>\\\\a\"");
+    EXPECT_EQ(Without(L"\"C:\\/Users\\/Joe\\/a\""), "\"C:\\/Users\\/<user>\\/a\"");
+    EXPECT_EQ(Without(L"file:///C:/Users/Anna%20Z%C3%B6e/a"), "file:///C:/Users/<user>/a");
+    EXPECT_EQ(Without(L"x=C%3A%5CUsers%5CJoe%5Ca"), "x=C%3A%5CUsers%5C<user>%5Ca");
+}
+
+TEST_F(AnonymizerTest, WhereTheNameOfAnotherEndsMayBeOpen) {
+    EXPECT_EQ(Without(L"'C:\\Users\\Joe', \"C:\\Users\\Joe Doe\" C:\\Users\\Joe\r\nnext"),
+              "'C:\\Users\\<user>', \"C:\\Users\\<user>\" C:\\Users\\<user>\r\nnext");
+    EXPECT_EQ(Without(L"-> X(\"C:\\Users\\Joe D...\" (300 bytes)"), "-> X(\"C:\\Users\\<user>...\" (300 bytes)");
+    // What follows might be a part of the name.
+    EXPECT_EQ(Without(L"C:\\Users\\Anna Lena and more\r\n"), "C:\\Users\\<user>\r\n");
+}
+
+TEST_F(AnonymizerTest, FoldersOfNobodyAndOtherFoldersStay) {
+    for (const std::wstring text :
+         {L"C:\\Users\\Public\\a", L"c:/users/all users/a", L"C:\\Users\\Default\\a", L"C:\\Users\\Default User\\a",
+          L"C:\\Users\\Public", L"C:\\Users\\Public and more", L"C:\\UsersOf\\Joe\\a", L"C:\\Users.old\\Joe",
+          L"D:\\Joe\\a", L"ABC:\\Users\\Joe\\a"}) {
+        EXPECT_EQ(anonymizer.WithoutNames(text), text);
+    }
+    EXPECT_EQ(Without(L"C:\\Users\\Publican\\a C:\\Users\\Public Joe\\a"), "C:\\Users\\<user>\\a C:\\Users\\<user>\\a");
 }
 
 TEST_F(AnonymizerTest, FolderThatOnlyBeginsLikeTheProfileLosesTheName) {
-    EXPECT_EQ(Without(L"C:\\Users\\J\u00F6rg Gro\u00DFe.DOMAIN\\a"), "C:\\Users\\<user>.DOMAIN\\a");
-    EXPECT_EQ(Without(L"C:\\Users\\J\u00F6rg Gro\u00DFe-old\\a"), "C:\\Users\\<user>-old\\a");
+    EXPECT_EQ(Without(L"C:\\Users\\J\u00F6rg Gro\u00DFe.DOMAIN\\a"), "C:\\Users\\<user>\\a");
+    EXPECT_EQ(Without(L"C:\\Users\\J\u00F6rg Gro\u00DFe-old\\a"), "C:\\Users\\<user>\\a");
 }
 
 TEST_F(AnonymizerTest, ShortFormsAreReplaced) {
     EXPECT_EQ(Without(L"C:\\Users\\J\u00D6RGGR~1\\AppData"), "C:\\Users\\<user>\\AppData");
-    const Anonymizer of = Anonymizer(Completed(
-        {.profileFolders = {L"C:\\Users\\Johannes Meier", L"C:\\Users\\JOHANN~2"}, .names = {L"Johannes Meier"}}));
+    const Anonymizer of =
+        Anonymizer(Completed({.profileFolders = {L"C:\\Users\\Johannes Meier", L"C:\\Users\\JOHANN~2"},
+                              .allProfiles = {},
+                              .names = {L"Johannes Meier"}}));
     EXPECT_EQ(of.WithoutNames(L"c:\\users\\johann~2\\Temp C:\\Users\\JOHANN~1\\Temp"),
               L"%USERPROFILE%\\Temp C:\\Users\\<user>\\Temp");
 }
@@ -138,8 +163,10 @@ TEST_F(AnonymizerTest, OddTextsStay) {
 }
 
 TEST(Identity, IsCompletedByWhatFollows) {
-    const Identity identity = Completed(
-        {.profileFolders = {L"C:\\Users\\Anna Lena\\", L"C:\\Users\\Anna Lena", L""}, .names = {L"anna", L""}});
+    const Identity identity = Completed({.profileFolders = {L"C:\\Users\\Anna Lena\\", L"C:\\Users\\Anna Lena", L""},
+                                         .allProfiles = {L"C:\\Users\\", L"C:\\Users"},
+                                         .names = {L"anna", L""}});
+    EXPECT_EQ(identity.allProfiles, std::vector<std::wstring>{L"C:\\Users"});
     EXPECT_EQ(identity.profileFolders, std::vector<std::wstring>{L"C:\\Users\\Anna Lena"});
     EXPECT_EQ(identity.names.front(), L"Anna Lena");
     EXPECT_EQ(identity.names.back(), L"anna");
@@ -157,6 +184,9 @@ TEST(Identity, OfTheProgramHoldsTheAccountAndTheProfile) {
     ASSERT_NE(GetEnvironmentVariableW(L"USERPROFILE", folder, MAX_PATH), 0u);
     EXPECT_NE(std::find(identity.profileFolders.begin(), identity.profileFolders.end(), folder),
               identity.profileFolders.end());
+    // Of one user as of all of them.
+    ASSERT_FALSE(identity.allProfiles.empty());
+    EXPECT_EQ(_wcsnicmp(folder, identity.allProfiles[0].c_str(), identity.allProfiles[0].size()), 0);
 }
 
 }  // namespace

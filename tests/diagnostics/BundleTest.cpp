@@ -8,7 +8,7 @@
 namespace {
 
 TEST(Bundle, NoTextAndNoNameHoldsTheUser) {
-    Bundle bundle(Completed({.profileFolders = {L"C:\\Users\\Anna"}, .names = {}}));
+    Bundle bundle(Completed({.profileFolders = {L"C:\\Users\\Anna"}, .allProfiles = {}, .names = {}}));
     bundle.Add("logs/", L"of anna.log", L"C:\\Users\\ANNA\\a");
     EXPECT_EQ(bundle.Files(), (std::map<std::string, std::string>{{"logs/of user.log", "%USERPROFILE%\\a"}}));
 }
@@ -20,7 +20,7 @@ TEST(Bundle, FilesOfOneNameAreBothKept) {
     bundle.Add("", L"about.txt", L"last");
     EXPECT_EQ(bundle.Files(),
               (std::map<std::string, std::string>{
-                  {"about.txt", "last"}, {"launch-info/a.conf", "local"}, {"launch-info/a.conf-2", "common"}}));
+                  {"about.txt", "last"}, {"launch-info/a.conf", "local"}, {"launch-info/a-2.conf", "common"}}));
 }
 
 }  // namespace

@@ -62,4 +62,10 @@ TEST(Files, TextsAreDecoded) {
     EXPECT_GE(DecodedText("J\xF6rg").size(), 3u);
 }
 
+TEST(Files, LineThatIsNoUtf8LeavesTheOthersAlone) {
+    const std::wstring text = DecodedText("J\xC3\xB6rg 1\r\nJ\xF6rg\r\n\nJ\xC3\xB6rg 2");
+    EXPECT_TRUE(text.starts_with(L"J\u00F6rg 1\r\nJ")) << text.size();
+    EXPECT_TRUE(text.ends_with(L"rg\r\n\nJ\u00F6rg 2")) << text.size();
+}
+
 }  // namespace

@@ -23,6 +23,8 @@ SCENARIO = ROOT / "devkit" / "scenarios" / "saved.json"
 LAUNCH_INFO = "com.quorvel.Lumet-LaunchInfo.conf"
 DATED_NAME = re.compile(r"Quorvel-Support-\d{8}-\d{6}\.zip")
 TITLE = "Quorvel Type Agent"
+SYSTEM = wine_session.drive() / "windows" / "system32"
+UNINSTALL_KEY = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\QuorvelTypeAgentAI20"
 # The account that Wine makes of the variable USER.
 ACCOUNT = "Jörg Größe"
 
@@ -64,6 +66,12 @@ class SupportBundle(unittest.TestCase):
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_bytes(content)
         self.addCleanup(path.unlink)
+
+    def registry(self, *arguments: str) -> None:
+        """In the view of 64-bit programs."""
+        run = subprocess.run([*self.built.run_command, str(SYSTEM / "reg.exe"), *arguments, "/reg:64"],
+                             capture_output=True, check=False, cwd=ROOT)
+        self.assertEqual(run.returncode, 0, run.stdout + run.stderr)
 
     def play(self) -> None:
         run = self.built.run("simhost.exe", "play", SCENARIO, "--quiet", "--plugin", self.built.diagnostic_plugin)
@@ -117,10 +125,51 @@ class SupportBundle(unittest.TestCase):
         self.write(lumet / "Plug-ins" / "DialogSuppression.tmp", b"")
         files = self.files()
         self.assertIn("owner=%USERPROFILE%\r\n", files[f"launch-info/{LAUNCH_INFO}"])
-        self.assertEqual(files[f"launch-info/{LAUNCH_INFO}-2"], "lumet.path=C:/nowhere/Lumet.exe\n")
+        self.assertEqual(files["launch-info/com.quorvel.Lumet-LaunchInfo-2.conf"], "lumet.path=C:/nowhere/Lumet.exe\n")
         self.assertEqual(files["word-files/DialogSuppression.tmp"], "Schrift\nfür <user>")
-        self.assertEqual(files["word-files/DialogSuppression.tmp-2"], "")
+        self.assertEqual(files["word-files/DialogSuppression-2.tmp"], "")
         self.check_names(files, self.user)
+
+    def test_launch_info_is_read_as_the_plugin_reads_it(self):
+        lumet = self.folder / "Lumet"
+        self.write(diagnostic_files.local_app_data() / "Quorvel" / LAUNCH_INFO,
+                   f"no value\nour lumet.path is={diagnostic_files.windows_path(lumet)}\\Lumet.exe\r\n".encode())
+        self.write(lumet / "DialogSuppression.tmp", b"word")
+        self.assertEqual(self.files()["word-files/DialogSuppression.tmp"], "word")
+
+    def test_logs_are_found_where_the_variable_says(self):
+        logs = self.folder / "Local" / "Quorvel" / "TypeAgent" / "Logs"
+        self.write(logs / "a.log", b"there")
+        # Not given to the program from here: Wine sets the variable itself.
+        target = self.folder / "bundle.zip"
+        script = self.folder / "start.cmd"
+        script.write_text(f"set LOCALAPPDATA={diagnostic_files.windows_path(self.folder)}\\Local\r\n"
+                          f'"Z:{self.built.folder.resolve() / PROGRAM}" --quiet '
+                          f"{diagnostic_files.windows_path(target)}\r\n".replace("/", "\\"), encoding="utf-8")
+        subprocess.run([*self.built.run_command, str(SYSTEM / "cmd.exe"), "/c", diagnostic_files.windows_path(script)],
+                       capture_output=True, check=False, cwd=ROOT)
+        with zipfile.ZipFile(target) as archive:
+            self.assertEqual(archive.read("logs/a.log"), b"there")
+
+    def test_installer_is_told_of(self):
+        text = f"Folder: C:\\users\\{self.user}\\x\r\n"
+        local = diagnostic_files.local_app_data()
+        program_files = wine_session.drive() / "Program Files"
+        for path in (program_files / "Quorvel Type Agent" / "install.log",
+                     local / "Programs" / "Quorvel Type Agent" / "install.log",
+                     diagnostic_files.profile() / "Temp" / "QuorvelTypeAgentAI20-setup.log"):
+            self.write(path, b"\xff\xfe" + text.encode("utf-16-le"))
+        for root, version in (("HKLM", "1.2.3"), ("HKCU", "1.2.4")):
+            key = f"{root}\\{UNINSTALL_KEY}"
+            for name, value in (("DisplayVersion", version), ("PluginFolder", f"C:\\users\\{self.user}\\Plug-ins")):
+                self.registry("add", key, "/v", name, "/d", value, "/f")
+            self.addCleanup(self.registry, "delete", key, "/f")
+        files = self.files()
+        self.assertEqual({name: content for name, content in files.items() if name.startswith("install/")}, {
+            f"install/{name}": "Folder: %USERPROFILE%\\x\r\n"
+            for name in ("install.log", "install-2.log", "QuorvelTypeAgentAI20-setup.log")})
+        self.assertIn("\r\n  for all users: 1.2.3  %USERPROFILE%\\Plug-ins\r\n"
+                      "  for this user: 1.2.4  %USERPROFILE%\\Plug-ins\r\n", files["about.txt"])
 
     def test_word_file_is_found_by_the_log(self):
         library = self.folder / "Core"
@@ -135,12 +184,12 @@ class SupportBundle(unittest.TestCase):
         logs = self.folder / f"of {ACCOUNT}"
         forms = [f"C:\\Users\\{ACCOUNT}\\a", f"c:/users/{ACCOUNT.upper().replace('SS', 'ß')}/a",
                  f"D:\\\\Work\\\\{ACCOUNT}\\\\a", "D:\\\\Work\\\\J\\u00f6rg Gr\\u00f6\\u00dfe\\\\a",
-                 "file:///D:/J%C3%B6rg%20Gr%C3%B6%C3%9Fe/a"]
+                 "file:///D:/J%C3%B6rg%20Gr%C3%B6%C3%9Fe/a", "C:\\users\\Somebody Else\\a", "C:\\users\\Public\\a"]
         self.write(logs / f"{ACCOUNT}.log", "\r\n".join(forms).encode())
         files = self.files("--logs", diagnostic_files.windows_path(logs), USER=ACCOUNT)
         self.assertEqual(files["logs/user.log"].split("\r\n"), [
             "C:\\Users\\<user>\\a", "c:/users/<user>/a", "D:\\\\Work\\\\<user>\\\\a", "D:\\\\Work\\\\<user>\\\\a",
-            "file:///D:/<user>/a"])
+            "file:///D:/<user>/a", "C:\\users\\<user>\\a", "C:\\users\\Public\\a"])
         self.check_names(files, "Jörg", "Größe", self.user)
         self.assertIn("of <user>\\<user>.log", files["about.txt"])
 
@@ -164,7 +213,8 @@ class SupportBundle(unittest.TestCase):
         files = self.files("--logs", "C:\\no such folder")
         self.assertEqual(list(files), ["about.txt"])
         self.assertIn("none: neither the host nor the core application runs", files["about.txt"])
-        self.assertIn("none: no log, no launch-info file and no word file was found", files["about.txt"])
+        self.assertIn("Installed by setup (version, folder of the plug-in)\r\n  nothing\r\n", files["about.txt"])
+        self.assertIn("none: no log, no launch-info file, no word file and no log of the installer was found", files["about.txt"])
 
     def test_process_that_is_named_is_told_too(self):
         # Wine's own are always there; their numbers are multiples of 4.
@@ -175,6 +225,9 @@ class SupportBundle(unittest.TestCase):
     def test_exit_codes_and_errors(self):
         run = self.bundle("--nonsense", code=2)
         self.assertIn("--nonsense", run.stderr.decode("utf-8"))
+        # Told before the flags are looked at; a box would stay until somebody closes it.
+        run = self.bundle("--logs", code=2)
+        self.assertIn("--logs", run.stderr.decode("utf-8"))
         run = self.bundle("C:\\no such folder\\b.zip", code=1)
         self.assertIn("b.zip: ", run.stderr.decode("utf-8"))
         self.assertIn("usage", self.bundle("--help").stdout.decode("utf-8").lower())
