@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "diagnostic/LineText.h"
+#include "support/NtFunction.h"
 
 namespace {
 
@@ -25,15 +26,32 @@ class KeptLastError {
     DWORD mError = GetLastError();
 };
 
+bool DoesProcessEnd() noexcept {
+    const auto doesEnd = NtFunction<BOOLEAN(NTAPI*)()>("RtlDllShutdownInProgress");
+    return doesEnd != nullptr && doesEnd() != FALSE;
+}
+
+// When the process ends, Windows has ended all other threads, whatever they were doing: a lock that one of them has
+// held is never free again, and nobody is left to lock out.
 class Locked {
   public:
-    explicit Locked(SRWLOCK& lock) : mLock(lock) { AcquireSRWLockExclusive(&lock); }
+    explicit Locked(SRWLOCK& lock) : mLock(lock), mIsLocked(TryAcquireSRWLockExclusive(&lock) != 0) {
+        if (!mIsLocked && !DoesProcessEnd()) {
+            AcquireSRWLockExclusive(&lock);
+            mIsLocked = true;
+        }
+    }
     Locked(const Locked&) = delete;
     Locked& operator=(const Locked&) = delete;
-    ~Locked() { ReleaseSRWLockExclusive(&mLock); }
+    ~Locked() {
+        if (mIsLocked) {
+            ReleaseSRWLockExclusive(&mLock);
+        }
+    }
 
   private:
     SRWLOCK& mLock;
+    bool mIsLocked;
 };
 
 bool IsAboutCall(std::string_view text) { return text.starts_with("-> ") || text.starts_with("<- "); }
@@ -78,7 +96,8 @@ void DiagnosticLog::Line(std::int32_t level, const char* text, LinePlace place) 
     } else {
         line.AppendFormat("[thread %lu] ", thread);
     }
-    line.Append(said);
+    // A line feed within it would begin a line that nobody has logged.
+    line.AppendOnOneLine(said);
     line.Append(kLineEnd);
     Write(line.Text());
     TellDebugger(line.Text());
@@ -93,24 +112,26 @@ std::size_t DiagnosticLog::LevelOf(std::int32_t level, std::string_view text, Li
 
 void DiagnosticLog::End(bool processEnds) noexcept {
     const KeptLastError kept;
-    // When the process ends, Windows has ended all other threads, whatever they were doing.
-    const bool isLocked = TryAcquireSRWLockExclusive(&mLock) != 0;
-    if (mHasBegun) {
-        FinishRepetitions();
-        TextWriter line(mLine);
-        AppendTime(line, LocalMoment::Now().time);
-        line.Append(processEnds ? " ==== the run ends: the host's process ends ====\r\n"
-                                : " ==== the run ends: the plug-in is unloaded ====\r\n");
-        Write(line.Text());
-        TellDebugger(line.Text());
-        if (!processEnds) {
-            mFile.Close();
-            mHasBegun = false;
-        }
+    const Locked locked(mLock);
+    if (!mHasBegun) {
+        return;
     }
-    if (isLocked) {
-        ReleaseSRWLockExclusive(&mLock);
+    FinishRepetitions();
+    TextWriter line(mLine);
+    AppendTime(line, LocalMoment::Now().time);
+    line.Append(processEnds ? " ==== the run ends: the host's process ends ====\r\n"
+                            : " ==== the run ends: the plug-in is unloaded ====\r\n");
+    Write(line.Text());
+    TellDebugger(line.Text());
+    if (!processEnds) {
+        mFile.Close();
+        mHasBegun = false;
     }
+}
+
+void DiagnosticLog::RememberPluginCore(std::string_view text) noexcept {
+    const Locked locked(mLock);
+    TextWriter(mPluginCore).Append(text);
 }
 
 bool DiagnosticLog::BeginRepetition(std::string_view call) noexcept {
@@ -126,34 +147,39 @@ bool DiagnosticLog::BeginRepetition(std::string_view call) noexcept {
         mFirstRepetition = now;
         WriteDateIfNew(now);
     }
-    TextWriter(mRepetitionLine).Append(call);
-    WriteRepetitions("now in ");
+    WriteRepetitions("now in ", call);
     return true;
 }
 
-bool DiagnosticLog::EndRepetition(std::string_view call, std::string_view answer) noexcept {
+RepetitionEnd DiagnosticLog::EndRepetition(std::string_view call, std::string_view answer) noexcept {
     const KeptLastError kept;
     const Locked locked(mLock);
-    if (!mIsCounting) {
-        // Something was logged while it was under way: its end is worth a line too.
-        return false;
+    if (!IsCounted(call)) {
+        return RepetitionEnd::kBehindOthers;
     }
     if (!mRepeated.WasAnswered(call, answer)) {
-        WriteRepetitions("then one with another answer: ");
-        return false;
+        WriteRepetitions("then one with another answer: ", call);
+        return RepetitionEnd::kOtherwise;
     }
     ++mRepetitions;
-    WriteRepetitions("the last one ");
-    return true;
+    WriteRepetitions("the last one ", call);
+    return RepetitionEnd::kAsBefore;
 }
 
-void DiagnosticLog::BreakRepetition() noexcept {
+RepetitionEnd DiagnosticLog::BreakRepetition(std::string_view call) noexcept {
     const KeptLastError kept;
     const Locked locked(mLock);
-    if (mIsCounting) {
-        WriteRepetitions("then one that ended otherwise: ");
+    const bool isCounted = IsCounted(call);
+    if (isCounted) {
+        WriteRepetitions("then one that ended otherwise: ", call);
     }
     mRepeated.Forget();
+    return isCounted ? RepetitionEnd::kOtherwise : RepetitionEnd::kBehindOthers;
+}
+
+// Not when something was logged while it was under way.
+bool DiagnosticLog::IsCounted(std::string_view call) const noexcept {
+    return mIsCounting && mRepeated.IsRepetition(call);
 }
 
 void DiagnosticLog::RememberCall(std::string_view call, std::string_view answer) noexcept {
@@ -162,9 +188,8 @@ void DiagnosticLog::RememberCall(std::string_view call, std::string_view answer)
 }
 
 // "17:50:03.123 ... 341 calls as before since 17:49:02.001; now in IdleEvent()"
-void DiagnosticLog::WriteRepetitions(std::string_view state) {
+void DiagnosticLog::WriteRepetitions(std::string_view state, std::string_view call) {
     constexpr std::string_view kArrow = "-> ";
-    std::string_view call(mRepetitionLine);
     if (call.starts_with(kArrow)) {
         call.remove_prefix(kArrow.size());
     }
@@ -174,7 +199,7 @@ void DiagnosticLog::WriteRepetitions(std::string_view state) {
     AppendTime(line, mFirstRepetition);
     line.Append("; ");
     line.Append(state);
-    line.Append(call);
+    line.Append(AsUtf8(call, mWide, mUtf8));
     line.Append(kLineEnd);
     mFile.AppendOrReplace(line.Text());
 }
@@ -209,7 +234,7 @@ void DiagnosticLog::BeginRunIfNone() {
 void DiagnosticLog::WriteHeader(const LocalMoment& now) {
     char memory[kLogBufferSize];
     TextWriter header(memory);
-    AppendRunHeader(header, now, mFile.Part());
+    AppendRunHeader(header, now, mFile.Part(), mPluginCore);
     mFile.Append(header.Text());
     TellDebugger(header.Text());
 }

@@ -17,6 +17,13 @@
 #include "diagnostic/RunHeader.h"
 #include "support/Log.h"
 
+// How a call ended that looked like a repetition.
+enum class RepetitionEnd {
+    kAsBefore,      // it is counted
+    kOtherwise,     // the last line tells so
+    kBehindOthers,  // something was logged while it was under way: its beginning is told above
+};
+
 class DiagnosticLog {
   public:
     // A line of the plug-in, with its level as LogSink.h tells it.
@@ -24,16 +31,18 @@ class DiagnosticLog {
     // The run ends: the module is unloaded, or the whole process ends. Further lines are still written in the second
     // case, and begin a new run in the first.
     void End(bool processEnds) noexcept;
+    // The version and path of the PluginCore, for the heads of later parts: the first part is the first one to be
+    // deleted.
+    void RememberPluginCore(std::string_view text) noexcept;
 
     // Calls of the PluginCore, by the line before the call and by its answer. A repetition is not logged in full: a
     // line at the end of the log, written over each time, counts such calls and names the one that is under way.
     //
     // False when it is none.
     bool BeginRepetition(std::string_view call) noexcept;
-    // False when it was answered otherwise than before, so that it has to be logged in full after all.
-    bool EndRepetition(std::string_view call, std::string_view answer) noexcept;
+    RepetitionEnd EndRepetition(std::string_view call, std::string_view answer) noexcept;
     // It has not ended as before.
-    void BreakRepetition() noexcept;
+    RepetitionEnd BreakRepetition(std::string_view call) noexcept;
     // For calls that were logged in full.
     void RememberCall(std::string_view call, std::string_view answer) noexcept;
 
@@ -42,13 +51,14 @@ class DiagnosticLog {
     void WriteHeader(const LocalMoment& now);
     void WriteDateIfNew(const SYSTEMTIME& now);
     void Write(std::string_view line);
-    void WriteRepetitions(std::string_view state);
+    bool IsCounted(std::string_view call) const noexcept;
+    void WriteRepetitions(std::string_view state, std::string_view call);
     void FinishRepetitions();
     std::size_t LevelOf(std::int32_t level, std::string_view text, LinePlace place);
     void TellDebugger(std::string_view line);
 
-    // A text that is not UTF-8 grows by this factor at most when it becomes it.
-    static constexpr std::size_t kGrowth = 3;
+    // A text that is not UTF-8 grows to three times its size at most when it becomes it, a control character to four.
+    static constexpr std::size_t kGrowth = 4;
     static constexpr std::size_t kBeforeText = 256;  // time, indentation, thread
     static constexpr std::size_t kLineSize = kLogBufferSize * kGrowth + kBeforeText;
 
@@ -63,7 +73,7 @@ class DiagnosticLog {
     bool mIsCounting = false;
     unsigned mRepetitions = 0;
     SYSTEMTIME mFirstRepetition{};
-    char mRepetitionLine[512] = {};
+    char mPluginCore[2048] = {};
     // Where lines are put together.
     char mLine[kLineSize] = {};
     char mUtf8[kLineSize] = {};

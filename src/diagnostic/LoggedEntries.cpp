@@ -55,10 +55,23 @@ constexpr const char* kNames[] = {
 #undef QUORVEL_NAME_ENTRY
 };
 
-void LogEnd(const char* name, const Stopwatch& watch, const char* end) {
+// `state` stands behind the name.
+void LogEnd(std::int32_t level, const char* name, const char* state, const Stopwatch& watch, const char* end) {
     const std::uint64_t microseconds = watch.Microseconds();
-    LogMessage(kLogExit, "<- %s took %u.%03u ms, %s", name, static_cast<unsigned>(microseconds / 1000),
+    LogMessage(level, "<- %s%s took %u.%03u ms, %s", name, state, static_cast<unsigned>(microseconds / 1000),
                static_cast<unsigned>(microseconds % 1000), end);
+}
+
+// Of a call that was taken for a repetition, so that it has no line of its own yet.
+void LogEndOfRepetition(RepetitionEnd kind, const TextWriter& call, const char* name, const Stopwatch& watch,
+                        const char* end) {
+    if (kind == RepetitionEnd::kBehindOthers) {
+        // Its line before the call would stand below what happened within the call.
+        LogEnd(kLogNote, name, " (begun above)", watch, end);
+        return;
+    }
+    LogMessage(kLogEntry, "%s", call.Terminated());
+    LogEnd(kLogExit, name, "", watch, end);
 }
 
 template <Entry kEntry, class Signature>
@@ -108,24 +121,28 @@ class LoggedEntry<kEntry, std::int32_t(Arguments...)> {
         TextWriter answer(memory);
         answer.Append("answered ");
         AppendAnswer(answer, result, arguments...);
+        constexpr const char* kName = kNames[static_cast<std::size_t>(kEntry)];
         if (isRepetition) {
-            if (watch.Microseconds() >= kSlowMicroseconds) {
-                TheDiagnosticLog().BreakRepetition();
-            } else if (TheDiagnosticLog().EndRepetition(call.Text(), answer.Text())) {
+            const RepetitionEnd kind = watch.Microseconds() >= kSlowMicroseconds
+                                           ? TheDiagnosticLog().BreakRepetition(call.Text())
+                                           : TheDiagnosticLog().EndRepetition(call.Text(), answer.Text());
+            if (kind == RepetitionEnd::kAsBefore) {
                 return;
             }
-            LogMessage(kLogEntry, "%s", call.Terminated());
+            LogEndOfRepetition(kind, call, kName, watch, answer.Terminated());
+        } else {
+            LogEnd(kLogExit, kName, "", watch, answer.Terminated());
         }
-        LogEnd(kNames[static_cast<std::size_t>(kEntry)], watch, answer.Terminated());
         TheDiagnosticLog().RememberCall(call.Text(), answer.Text());
     }
 
     static void LogThrown(const Stopwatch& watch, bool isRepetition, const TextWriter& call, const char* end) {
+        constexpr const char* kName = kNames[static_cast<std::size_t>(kEntry)];
         if (isRepetition) {
-            TheDiagnosticLog().BreakRepetition();
-            LogMessage(kLogEntry, "%s", call.Terminated());
+            LogEndOfRepetition(TheDiagnosticLog().BreakRepetition(call.Text()), call, kName, watch, end);
+        } else {
+            LogEnd(kLogExit, kName, "", watch, end);
         }
-        LogEnd(kNames[static_cast<std::size_t>(kEntry)], watch, end);
     }
 
     // What the library gave; as long as the binding.
@@ -142,9 +159,9 @@ void LogLibraryOnce(HMODULE library) {
     sLibrary = library;
     char memory[kCallTextSize];
     TextWriter text(memory);
-    text.Append("PluginCore: ");
     AppendModule(text, library);
-    LogMessage(kLogNote, "%s", text.Terminated());
+    LogMessage(kLogNote, "PluginCore: %s", text.Terminated());
+    TheDiagnosticLog().RememberPluginCore(text.Text());
 }
 
 struct Replacement {

@@ -3,7 +3,10 @@
 #include <winver.h>
 
 #include <array>
-#include <cstring>
+#include <optional>
+
+#include "support/FourPartVersion.h"
+#include "support/RunningWindows.h"
 
 namespace {
 
@@ -35,23 +38,15 @@ const VS_FIXEDFILEINFO* FixedVersionOf(HMODULE module) {
 }
 
 void AppendWindowsVersion(TextWriter& out) {
-    // The documented functions tell each program the version that it says it knows.
-    using GetVersion = LONG(WINAPI*)(OSVERSIONINFOW*);
-    const HMODULE ntdll = GetModuleHandleW(L"ntdll.dll");
-    const auto getVersion =
-        ntdll == nullptr
-            ? nullptr
-            : reinterpret_cast<GetVersion>(reinterpret_cast<void*>(GetProcAddress(ntdll, "RtlGetVersion")));
-    OSVERSIONINFOW version{};
-    version.dwOSVersionInfoSize = sizeof version;
-    if (getVersion == nullptr || getVersion(&version) != 0) {
+    const std::optional<OSVERSIONINFOW> version = RunningWindows();
+    if (!version) {
         out.Append("unknown");
         return;
     }
-    out.AppendFormat("%lu.%lu.%lu", version.dwMajorVersion, version.dwMinorVersion, version.dwBuildNumber);
-    if (version.szCSDVersion[0] != L'\0') {
+    out.AppendFormat("%lu.%lu.%lu", version->dwMajorVersion, version->dwMinorVersion, version->dwBuildNumber);
+    if (version->szCSDVersion[0] != L'\0') {
         out.Append(" ");
-        out.Append(std::wstring_view(version.szCSDVersion));
+        out.Append(std::wstring_view(version->szCSDVersion));
     }
 }
 
@@ -73,7 +68,7 @@ LocalMoment LocalMoment::Now() noexcept {
     const auto difference = static_cast<std::int64_t>(UnitsOf(local) - UnitsOf(utc));
     // The broken-down time has lost what is less than a millisecond.
     const auto half = static_cast<std::int64_t>(kUnitsPerMinute / 2);
-    moment.minutesBeforeUtc =
+    moment.minutesAheadOfUtc =
         static_cast<int>((difference + (difference < 0 ? -half : half)) / static_cast<std::int64_t>(kUnitsPerMinute));
     return moment;
 }
@@ -87,17 +82,15 @@ void AppendMoment(TextWriter& out, const LocalMoment& moment) noexcept {
     out.AppendFormat("%04u-%02u-%02u ", static_cast<unsigned>(moment.time.wYear),
                      static_cast<unsigned>(moment.time.wMonth), static_cast<unsigned>(moment.time.wDay));
     AppendTime(out, moment.time);
-    const bool isWest = moment.minutesBeforeUtc < 0;
-    const int minutes = isWest ? -moment.minutesBeforeUtc : moment.minutesBeforeUtc;
+    const bool isWest = moment.minutesAheadOfUtc < 0;
+    const int minutes = isWest ? -moment.minutesAheadOfUtc : moment.minutesAheadOfUtc;
     out.AppendFormat(" %c%02d:%02d", isWest ? '-' : '+', minutes / 60, minutes % 60);
 }
 
 void AppendModule(TextWriter& out, HMODULE module) noexcept {
     if (const VS_FIXEDFILEINFO* const version = FixedVersionOf(module)) {
-        out.AppendFormat("%u.%u.%u.%u", static_cast<unsigned>(HIWORD(version->dwFileVersionMS)),
-                         static_cast<unsigned>(LOWORD(version->dwFileVersionMS)),
-                         static_cast<unsigned>(HIWORD(version->dwFileVersionLS)),
-                         static_cast<unsigned>(LOWORD(version->dwFileVersionLS)));
+        const std::array<unsigned, 4> parts = PartsOfVersion(*version);
+        out.AppendFormat("%u.%u.%u.%u", parts[0], parts[1], parts[2], parts[3]);
     } else {
         out.Append("without a version");
     }
@@ -117,7 +110,7 @@ HMODULE ModuleAt(const void* address) noexcept {
     return GetModuleHandleExW(kFlags, static_cast<LPCWSTR>(address), &module) != 0 ? module : nullptr;
 }
 
-void AppendRunHeader(TextWriter& out, const LocalMoment& moment, int part) noexcept {
+void AppendRunHeader(TextWriter& out, const LocalMoment& moment, int part, std::string_view pluginCore) noexcept {
     out.Append("==== Quorvel Type Agent, diagnostic log");
     if (part > 1) {
         out.AppendFormat(", part %d of the run", part);
@@ -130,5 +123,11 @@ void AppendRunHeader(TextWriter& out, const LocalMoment& moment, int part) noexc
     AppendModule(out, GetModuleHandleW(nullptr));
     out.Append("\r\nWindows:  ");
     AppendWindowsVersion(out);
-    out.AppendFormat("\r\nProcess:  %lu\r\n\r\n", GetCurrentProcessId());
+    out.AppendFormat("\r\nProcess:  %lu\r\n", GetCurrentProcessId());
+    if (part > 1 && !pluginCore.empty()) {
+        out.Append("PluginCore: ");
+        out.Append(pluginCore);
+        out.Append("\r\n");
+    }
+    out.Append("\r\n");
 }

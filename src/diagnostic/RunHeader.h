@@ -1,18 +1,19 @@
-// What stands at the head of a log, and the lines that say when a run begins and ends. What is told about files comes
-// from memory: no file is opened, because the first line comes while the plug-in itself is being loaded.
+// What stands at the head of a log, and the parts of it that other lines need too. What is told about files comes from
+// memory: no file is opened, because the first line comes while the plug-in itself is being loaded.
 // Thread: any.
 #pragma once
 
 #include <windows.h>
 
 #include <cstdint>
+#include <string_view>
 
 #include "diagnostic/TextWriter.h"
 
 // A moment, as the clock on the wall shows it.
 struct LocalMoment {
     SYSTEMTIME time;
-    int minutesBeforeUtc;  // 60 in Berlin in winter
+    int minutesAheadOfUtc;  // 60 in Berlin in winter
 
     static LocalMoment Now() noexcept;
 };
@@ -23,8 +24,8 @@ void AppendTime(TextWriter& out, const SYSTEMTIME& time) noexcept;
 void AppendMoment(TextWriter& out, const LocalMoment& moment) noexcept;
 
 // Some lines: when, and the versions and paths of the plug-in, the host and Windows. `part` is 1 for the first file of
-// the run.
-void AppendRunHeader(TextWriter& out, const LocalMoment& moment, int part) noexcept;
+// the run; `pluginCore`, its version and path, stands in later ones.
+void AppendRunHeader(TextWriter& out, const LocalMoment& moment, int part, std::string_view pluginCore) noexcept;
 
 // "1.2.3.4  C:\path": the version of the module's file in four numbers, or "without a version", and its path.
 void AppendModule(TextWriter& out, HMODULE module) noexcept;

@@ -33,9 +33,10 @@ class TextWriter {
     // cut.
     void AppendQuoted(const char* text, std::size_t size) noexcept;
 
-  private:
+    // Control characters are escaped: "\n" for a line feed, "<07>" for a bell.
     void AppendOnOneLine(std::string_view text) noexcept;
 
+  private:
     std::span<char> mMemory;
     std::size_t mLength = 0;
 };

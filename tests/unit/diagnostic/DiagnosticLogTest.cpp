@@ -36,7 +36,7 @@ class DiagnosticLogTest : public testing::Test {
             log.Line(-1, "<- IdleEvent took 0.1 ms, answered 0", {5000, 0});
             log.RememberCall("-> IdleEvent()", "answered 0");
         } else {
-            EXPECT_TRUE(log.EndRepetition("-> IdleEvent()", "answered 0"));
+            EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 0"), RepetitionEnd::kAsBefore);
         }
     }
 
@@ -66,6 +66,12 @@ TEST_F(DiagnosticLogTest, EndWithoutALineWritesNothing) {
     EXPECT_TRUE(folder.Files().empty());
 }
 
+BOOLEAN NTAPI Yes() { return TRUE; }
+FARPROC WINAPI FindEndOfProcess(HMODULE, LPCSTR name) {
+    EXPECT_STREQ(name, "RtlDllShutdownInProgress");
+    return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(Yes));
+}
+
 TEST_F(DiagnosticLogTest, EndOfTheProcessDoesNotWaitForAThreadThatIsGone) {
     Note("a note");
     // Ended by Windows while it logs: here, within the call that reads the time.
@@ -92,10 +98,14 @@ TEST_F(DiagnosticLogTest, EndOfTheProcessDoesNotWaitForAThreadThatIsGone) {
     WaitForSingleObject(thread, INFINITE);
     CloseHandle(thread);
     CloseHandle(sStopped);
-    log.End(true);
-    EXPECT_EQ(folder.Lines(), "T a note\r\nT ==== the run ends: the host's process ends ====\r\n");
+    {
+        const ImportPatch patch("GetProcAddress", AsReplacement(FindEndOfProcess));
+        Note("DllMain");
+        log.End(true);
+        EXPECT_EQ(folder.Lines(), "T a note\r\nT DllMain\r\nT ==== the run ends: the host's process ends ====\r\n");
+        log.End(false);
+    }
     // The lock stays with the thread that is gone.
-    log.End(false);
     new (&log) DiagnosticLog();
 }
 
@@ -138,6 +148,16 @@ TEST_F(DiagnosticLogTest, LineThatEndsInALineFeedHasOnlyOneEnd) {
     Note("with an end\n");
     Note("100 %s");
     EXPECT_EQ(folder.Lines(), "T with an end\r\nT 100 %s\r\n");
+}
+
+TEST_F(DiagnosticLogTest, LineFeedWithinALineBeginsNoOtherLine) {
+    Note("one\r\n12:00:00.000 ==== the run ends\ttwo\n");
+    EXPECT_EQ(folder.Lines(), "T one\\r\\nT ==== the run ends\\ttwo\r\n");
+}
+
+TEST_F(DiagnosticLogTest, LongestLineOfControlCharactersStaysWhole) {
+    Note(std::string(8190, '\a') + "x");
+    EXPECT_TRUE(folder.Lines().ends_with("<07>x\r\n"));
 }
 
 TEST_F(DiagnosticLogTest, DebuggerIsToldTheSame) {
@@ -191,6 +211,7 @@ TEST_F(DiagnosticLogTest, ThreadThatMessagesComeOnIsTheOneThatIsIndented) {
 }
 
 TEST_F(DiagnosticLogTest, PartsBeginWithTheHeaderAndNoLineIsTorn) {
+    log.RememberPluginCore("4.3.2.1  C:\\core.dll");
     const std::string line(8000, 'x');
     constexpr int kLines = 600;  // more than 4 MiB
     for (int i = 0; i < kLines; ++i) {
@@ -205,6 +226,9 @@ TEST_F(DiagnosticLogTest, PartsBeginWithTheHeaderAndNoLineIsTorn) {
     EXPECT_GT(first.size() + 8100, 4u * 1024 * 1024);
     EXPECT_TRUE(first.ends_with("x\r\n"));
     EXPECT_TRUE(second.starts_with("==== Quorvel Type Agent, diagnostic log, part 2 of the run ====\r\n"));
+    EXPECT_NE(second.substr(0, second.find("\r\n\r\n") + 2).find("\r\nPluginCore: 4.3.2.1  C:\\core.dll\r\n"),
+              std::string::npos);
+    EXPECT_EQ(first.find("PluginCore"), std::string::npos);
     const auto count = [&](const std::string& text) {
         std::size_t found = 0;
         for (std::size_t at = text.find(line); at != std::string::npos; at = text.find(line, at + line.size())) {
@@ -272,7 +296,7 @@ TEST_F(DiagnosticLogTest, LineOfThePluginEndsTheCountAndTheNextTickIsInFull) {
 TEST_F(DiagnosticLogTest, AnotherAnswerIsLoggedInFull) {
     Tick();
     EXPECT_TRUE(log.BeginRepetition("-> IdleEvent()"));
-    EXPECT_FALSE(log.EndRepetition("-> IdleEvent()", "answered 1"));
+    EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 1"), RepetitionEnd::kOtherwise);
     log.Line(1, "-> IdleEvent()", {5000, 1});
     EXPECT_TRUE(
         folder.Lines().ends_with("T ... 0 calls as before since T; then one with another answer: IdleEvent()\r\n"
@@ -283,18 +307,50 @@ TEST_F(DiagnosticLogTest, AnotherAnswerIsLoggedInFull) {
 TEST_F(DiagnosticLogTest, CallThatEndsOtherwiseIsToldAndForgotten) {
     Tick();
     EXPECT_TRUE(log.BeginRepetition("-> IdleEvent()"));
-    log.BreakRepetition();
+    EXPECT_EQ(log.BreakRepetition("-> IdleEvent()"), RepetitionEnd::kOtherwise);
     EXPECT_TRUE(
         folder.Lines().ends_with("T ... 0 calls as before since T; then one that ended otherwise: IdleEvent()\r\n"));
     EXPECT_FALSE(log.BeginRepetition("-> IdleEvent()"));
 }
 
-TEST_F(DiagnosticLogTest, RepeatedCallThatLogsSomethingEndsInFull) {
+TEST_F(DiagnosticLogTest, RepeatedCallThatLogsSomethingEndsBehindIt) {
     Tick();
     EXPECT_TRUE(log.BeginRepetition("-> IdleEvent()"));
     Note("from within");
-    EXPECT_FALSE(log.EndRepetition("-> IdleEvent()", "answered 0"));
-    EXPECT_TRUE(folder.Lines().ends_with("; now in IdleEvent()\r\nT from within\r\n")) << folder.Lines();
+    EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 0"), RepetitionEnd::kBehindOthers);
+    EXPECT_EQ(log.BreakRepetition("-> IdleEvent()"), RepetitionEnd::kBehindOthers);
+    // Nor is it counted with what comes after that line.
+    log.RememberCall("-> Other()", "answered 0");
+    EXPECT_TRUE(log.BeginRepetition("-> Other()"));
+    EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 0"), RepetitionEnd::kBehindOthers);
+    EXPECT_TRUE(
+        folder.Lines().ends_with("; now in IdleEvent()\r\nT from within\r\n"
+                                 "T ... 0 calls as before since T; now in Other()\r\n"))
+        << folder.Lines();
+    log.BreakRepetition("-> Other()");
+}
+
+TEST_F(DiagnosticLogTest, RepeatedCallWithinAnotherLeavesTheNameOfTheOuterOne) {
+    Tick();
+    log.RememberCall("-> Inner()", "answered 0");
+    EXPECT_TRUE(log.BeginRepetition("-> IdleEvent()"));
+    EXPECT_TRUE(log.BeginRepetition("-> Inner()"));
+    EXPECT_EQ(log.EndRepetition("-> Inner()", "answered 0"), RepetitionEnd::kAsBefore);
+    EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 0"), RepetitionEnd::kAsBefore);
+    EXPECT_TRUE(folder.Lines().ends_with("\r\nT ... 2 calls as before since T; the last one IdleEvent()\r\n"))
+        << folder.Lines();
+}
+
+TEST_F(DiagnosticLogTest, RepeatedCallInTheAnsiCodePageIsWrittenAsUtf8) {
+    Note("a note");
+    const std::string call = "-> Ask(\"J\xF6rg\")";
+    log.RememberCall(call, "answered 0");
+    EXPECT_TRUE(log.BeginRepetition(call));
+    const std::string lines = folder.Lines();
+    EXPECT_EQ(lines.find('\xF6'), std::string::npos) << lines;
+    EXPECT_NE(lines.find("; now in Ask(\"J"), std::string::npos) << lines;
+    EXPECT_TRUE(lines.ends_with("rg\")\r\n")) << lines;
+    log.BreakRepetition(call);
 }
 
 TEST_F(DiagnosticLogTest, DebuggerIsToldOfRepeatedCallsOnceTheyEnd) {

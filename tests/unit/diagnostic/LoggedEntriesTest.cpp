@@ -44,6 +44,10 @@ std::int32_t ThrowForeign() {
     return 0;
 }
 std::int32_t ThrowOwn() { throw std::runtime_error("own"); }
+std::int32_t LogFromWithin() {
+    TheDiagnosticLog().Line(0, "from within", {1, 0});
+    return 0;
+}
 std::int32_t CountCalls(std::uint8_t process) { return process + 41; }
 
 // The recorded lines with their levels, without durations and without the line about the library.
@@ -191,6 +195,17 @@ TEST_F(LoggedEntriesTest, RepeatedCallThatThrowsIsLoggedInFull) {
     EXPECT_THROW(entry(), ForeignException);
     EXPECT_EQ(Lines().size(), 4u);
     EXPECT_EQ(Lines().back(), "-1 <- IdleEvent took D ms, threw an exception of Visual C++ (0xE06D7363)");
+}
+
+TEST_F(LoggedEntriesTest, RepeatedCallThatLogsSomethingEndsBehindItWithoutASecondBeginning) {
+    TheDiagnosticLog().Line(0, "a note", {1, 0});
+    auto entry = Bound<decltype(IdleEvent)>("IdleEvent", Idle);
+    entry();
+    entry = Bound<decltype(IdleEvent)>("IdleEvent", LogFromWithin);
+    entry();
+    EXPECT_EQ(Lines(), (std::vector<std::string>{"1 -> IdleEvent()", "-1 <- IdleEvent took D ms, answered 0",
+                                                 "0 <- IdleEvent (begun above) took D ms, answered 0"}));
+    EXPECT_EQ(folder.Lines(), "T a note\r\nT ... 0 calls as before since T; now in IdleEvent()\r\nT from within\r\n");
 }
 
 TEST(LoggedEntries, LibraryIsToldOnceWithItsVersionAndPath) {

@@ -58,17 +58,17 @@ TEST(RunHeader, MomentIsWrittenWithItsOffsetFromUtc) {
 TEST(RunHeader, OffsetIsTheDifferenceOfLocalTimeAndUtc) {
     {
         const ImportPatch patch("SystemTimeToTzSpecificLocalTime", AsReplacement(AheadOfUtc));
-        EXPECT_EQ(LocalMoment::Now().minutesBeforeUtc, 330);
+        EXPECT_EQ(LocalMoment::Now().minutesAheadOfUtc, 330);
     }
     {
         const ImportPatch patch("SystemTimeToTzSpecificLocalTime", AsReplacement(BehindUtc));
-        EXPECT_EQ(LocalMoment::Now().minutesBeforeUtc, -210);
+        EXPECT_EQ(LocalMoment::Now().minutesAheadOfUtc, -210);
     }
     const ImportPatch patch("SystemTimeToTzSpecificLocalTime", AsReplacement(NoLocalTime));
     const LocalMoment utc = LocalMoment::Now();
     SYSTEMTIME now;
     GetSystemTime(&now);
-    EXPECT_EQ(utc.minutesBeforeUtc, 0);
+    EXPECT_EQ(utc.minutesAheadOfUtc, 0);
     EXPECT_EQ(utc.time.wYear, now.wYear);
 }
 
@@ -99,7 +99,9 @@ TEST(RunHeader, ModuleAtAnAddressIsFoundAndNotHeld) {
 
 TEST(RunHeader, TellsDateVersionsSystemAndProcess) {
     const SYSTEMTIME time{2026, 11, 0, 22, 17, 50, 3, 123};
-    const std::string first = Written([&](TextWriter& out) { AppendRunHeader(out, {time, 60}, 1); });
+    const std::string first = Written([&](TextWriter& out) {
+        AppendRunHeader(out, {time, 60}, 1, "4.3.2.1  C:\\core.dll");
+    });
     const std::regex windows(R"(\r\nWindows:  10\.0\.\d+( [^\r]*)?\r\n)");
     EXPECT_TRUE(std::regex_search(first, windows)) << first;
     EXPECT_EQ(std::regex_replace(first, windows, "\r\nWindows:  W\r\n"),
@@ -114,8 +116,13 @@ TEST(RunHeader, TellsDateVersionsSystemAndProcess) {
                   "Windows:  W\r\n"
                   "Process:  " +
                   std::to_string(GetCurrentProcessId()) + "\r\n\r\n");
-    const std::string third = Written([&](TextWriter& out) { AppendRunHeader(out, {time, 60}, 3); });
+    const std::string third = Written([&](TextWriter& out) {
+        AppendRunHeader(out, {time, 60}, 3, "4.3.2.1  C:\\core.dll");
+    });
     EXPECT_TRUE(third.starts_with("==== Quorvel Type Agent, diagnostic log, part 3 of the run ====\r\n")) << third;
+    EXPECT_TRUE(third.ends_with("\r\nPluginCore: 4.3.2.1  C:\\core.dll\r\n\r\n")) << third;
+    const std::string unknown = Written([&](TextWriter& out) { AppendRunHeader(out, {time, 60}, 3, ""); });
+    EXPECT_EQ(unknown.find("PluginCore"), std::string::npos) << unknown;
 }
 
 }  // namespace
