@@ -10,6 +10,7 @@ namespace {
 constexpr std::size_t kColumnsPerLevel = 2;
 constexpr std::size_t kMostColumns = 200;
 constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::string_view kNowIn = "now in ";
 
 // Lives as long as the module; has no destructor, because the end of the process leaves it alone.
 DiagnosticLog sDiagnosticLog;
@@ -117,8 +118,10 @@ void DiagnosticLog::End(bool processEnds) noexcept {
         return;
     }
     FinishRepetitions();
+    const SYSTEMTIME now = LocalMoment::Now().time;
+    WriteDateIfNew(now);
     TextWriter line(mLine);
-    AppendTime(line, LocalMoment::Now().time);
+    AppendTime(line, now);
     line.Append(processEnds ? " ==== the run ends: the host's process ends ====\r\n"
                             : " ==== the run ends: the plug-in is unloaded ====\r\n");
     Write(line.Text());
@@ -140,18 +143,26 @@ bool DiagnosticLog::BeginRepetition(std::string_view call) noexcept {
     if (!mRepeated.IsRepetition(call)) {
         return false;
     }
-    const SYSTEMTIME now = LocalMoment::Now().time;
-    if (!mIsCounting) {
-        mIsCounting = true;
-        mRepetitions = 0;
-        mFirstRepetition = now;
-        WriteDateIfNew(now);
-    }
-    WriteRepetitions("now in ", call);
+    BeginCountOfDay();
+    WriteRepetitions(kNowIn, call);
     return true;
 }
 
-RepetitionEnd DiagnosticLog::EndRepetition(std::string_view call, std::string_view answer) noexcept {
+// A count does not go on past midnight: its line has a time and no date.
+void DiagnosticLog::BeginCountOfDay() {
+    const SYSTEMTIME now = LocalMoment::Now().time;
+    if (mIsCounting && IsSameDay(mDay, now)) {
+        return;
+    }
+    FinishRepetitions();
+    mIsCounting = true;
+    mRepetitions = 0;
+    mFirstRepetition = now;
+    WriteDateIfNew(now);
+}
+
+RepetitionEnd DiagnosticLog::EndRepetition(std::string_view call, std::string_view answer,
+                                           std::string_view outer) noexcept {
     const KeptLastError kept;
     const Locked locked(mLock);
     if (!IsCounted(call)) {
@@ -161,8 +172,13 @@ RepetitionEnd DiagnosticLog::EndRepetition(std::string_view call, std::string_vi
         WriteRepetitions("then one with another answer: ", call);
         return RepetitionEnd::kOtherwise;
     }
+    BeginCountOfDay();
     ++mRepetitions;
-    WriteRepetitions("the last one ", call);
+    if (outer.empty()) {
+        WriteRepetitions("the last one ", call);
+    } else {
+        WriteRepetitions(kNowIn, outer);
+    }
     return RepetitionEnd::kAsBefore;
 }
 

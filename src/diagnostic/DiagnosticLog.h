@@ -40,7 +40,8 @@ class DiagnosticLog {
     //
     // False when it is none.
     bool BeginRepetition(std::string_view call) noexcept;
-    RepetitionEnd EndRepetition(std::string_view call, std::string_view answer) noexcept;
+    // `outer` is the call that it was made within, which is under way again; empty when there is none.
+    RepetitionEnd EndRepetition(std::string_view call, std::string_view answer, std::string_view outer) noexcept;
     // It has not ended as before.
     RepetitionEnd BreakRepetition(std::string_view call) noexcept;
     // For calls that were logged in full.
@@ -52,6 +53,7 @@ class DiagnosticLog {
     void WriteDateIfNew(const SYSTEMTIME& now);
     void Write(std::string_view line);
     bool IsCounted(std::string_view call) const noexcept;
+    void BeginCountOfDay();
     void WriteRepetitions(std::string_view state, std::string_view call);
     void FinishRepetitions();
     std::size_t LevelOf(std::int32_t level, std::string_view text, LinePlace place);

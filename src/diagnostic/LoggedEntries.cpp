@@ -4,6 +4,8 @@
 
 #include <cstdint>
 #include <cstring>
+#include <string_view>
+#include <utility>
 
 #include "diagnostic/CallText.h"
 #include "diagnostic/DiagnosticLog.h"
@@ -43,6 +45,25 @@ class Stopwatch {
     std::int64_t mBegin = Ticks();
 };
 
+// A call that is under way. The PluginCore may let the host in again, and so be called while it is called.
+// Thread: main, as all calls.
+class OpenCall {
+  public:
+    explicit OpenCall(std::string_view text) : mText(text), mOuter(std::exchange(sInnermost, this)) {}
+    OpenCall(const OpenCall&) = delete;
+    OpenCall& operator=(const OpenCall&) = delete;
+    ~OpenCall() { sInnermost = mOuter; }
+
+    // The line before the call that this one was made within; empty when there is none.
+    std::string_view Outer() const { return mOuter == nullptr ? std::string_view() : mOuter->mText; }
+
+  private:
+    std::string_view mText;
+    const OpenCall* mOuter;
+
+    static inline const OpenCall* sInnermost = nullptr;
+};
+
 enum class Entry {
 #define QUORVEL_NUMBER_ENTRY(name) k##name,
     PLUGINCORE_ENTRIES(QUORVEL_NUMBER_ENTRY)
@@ -56,22 +77,21 @@ constexpr const char* kNames[] = {
 };
 
 // `state` stands behind the name.
-void LogEnd(std::int32_t level, const char* name, const char* state, const Stopwatch& watch, const char* end) {
-    const std::uint64_t microseconds = watch.Microseconds();
+void LogEnd(std::int32_t level, const char* name, const char* state, std::uint64_t microseconds, const char* end) {
     LogMessage(level, "<- %s%s took %u.%03u ms, %s", name, state, static_cast<unsigned>(microseconds / 1000),
                static_cast<unsigned>(microseconds % 1000), end);
 }
 
 // Of a call that was taken for a repetition, so that it has no line of its own yet.
-void LogEndOfRepetition(RepetitionEnd kind, const TextWriter& call, const char* name, const Stopwatch& watch,
+void LogEndOfRepetition(RepetitionEnd kind, const TextWriter& call, const char* name, std::uint64_t microseconds,
                         const char* end) {
     if (kind == RepetitionEnd::kBehindOthers) {
         // Its line before the call would stand below what happened within the call.
-        LogEnd(kLogNote, name, " (begun above)", watch, end);
+        LogEnd(kLogNote, name, " (begun above)", microseconds, end);
         return;
     }
     LogMessage(kLogEntry, "%s", call.Terminated());
-    LogEnd(kLogExit, name, "", watch, end);
+    LogEnd(kLogExit, name, "", microseconds, end);
 }
 
 template <Entry kEntry, class Signature>
@@ -100,48 +120,49 @@ class LoggedEntry<kEntry, std::int32_t(Arguments...)> {
         if (!isRepetition) {
             LogMessage(kLogEntry, "%s", call.Terminated());
         }
+        const OpenCall open(call.Text());
         const Stopwatch watch;
         std::int32_t result = 0;
         try {
             result = CallForeignCode([&] { return sFunction(arguments...); });
         } catch (const ForeignException&) {
-            LogThrown(watch, isRepetition, call, kByVisualCpp);
+            LogThrown(watch.Microseconds(), isRepetition, call, kByVisualCpp);
             throw;
         } catch (...) {
-            LogThrown(watch, isRepetition, call, kByOwnCompiler);
+            LogThrown(watch.Microseconds(), isRepetition, call, kByOwnCompiler);
             throw;
         }
-        LogAnswer(watch, isRepetition, call, result, arguments...);
+        LogAnswer(watch.Microseconds(), isRepetition, call, open.Outer(), result, arguments...);
         return result;
     }
 
-    static void LogAnswer(const Stopwatch& watch, bool isRepetition, const TextWriter& call, std::int32_t result,
-                          Arguments... arguments) {
+    static void LogAnswer(std::uint64_t microseconds, bool isRepetition, const TextWriter& call, std::string_view outer,
+                          std::int32_t result, Arguments... arguments) {
         char memory[kCallTextSize];
         TextWriter answer(memory);
         answer.Append("answered ");
         AppendAnswer(answer, result, arguments...);
         constexpr const char* kName = kNames[static_cast<std::size_t>(kEntry)];
         if (isRepetition) {
-            const RepetitionEnd kind = watch.Microseconds() >= kSlowMicroseconds
+            const RepetitionEnd kind = microseconds >= kSlowMicroseconds
                                            ? TheDiagnosticLog().BreakRepetition(call.Text())
-                                           : TheDiagnosticLog().EndRepetition(call.Text(), answer.Text());
+                                           : TheDiagnosticLog().EndRepetition(call.Text(), answer.Text(), outer);
             if (kind == RepetitionEnd::kAsBefore) {
                 return;
             }
-            LogEndOfRepetition(kind, call, kName, watch, answer.Terminated());
+            LogEndOfRepetition(kind, call, kName, microseconds, answer.Terminated());
         } else {
-            LogEnd(kLogExit, kName, "", watch, answer.Terminated());
+            LogEnd(kLogExit, kName, "", microseconds, answer.Terminated());
         }
         TheDiagnosticLog().RememberCall(call.Text(), answer.Text());
     }
 
-    static void LogThrown(const Stopwatch& watch, bool isRepetition, const TextWriter& call, const char* end) {
+    static void LogThrown(std::uint64_t microseconds, bool isRepetition, const TextWriter& call, const char* end) {
         constexpr const char* kName = kNames[static_cast<std::size_t>(kEntry)];
         if (isRepetition) {
-            LogEndOfRepetition(TheDiagnosticLog().BreakRepetition(call.Text()), call, kName, watch, end);
+            LogEndOfRepetition(TheDiagnosticLog().BreakRepetition(call.Text()), call, kName, microseconds, end);
         } else {
-            LogEnd(kLogExit, kName, "", watch, end);
+            LogEnd(kLogExit, kName, "", microseconds, end);
         }
     }
 

@@ -36,7 +36,7 @@ class DiagnosticLogTest : public testing::Test {
             log.Line(-1, "<- IdleEvent took 0.1 ms, answered 0", {5000, 0});
             log.RememberCall("-> IdleEvent()", "answered 0");
         } else {
-            EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 0"), RepetitionEnd::kAsBefore);
+            EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 0", {}), RepetitionEnd::kAsBefore);
         }
     }
 
@@ -255,6 +255,36 @@ TEST_F(DiagnosticLogTest, NewDayIsToldOnce) {
     EXPECT_EQ(folder.Lines(), "T old\r\n---- 2027-01-01 ----\r\nT new\r\nT still\r\n");
 }
 
+TEST_F(DiagnosticLogTest, NewDayIsToldBeforeTheEndOfTheRun) {
+    const ImportPatch patch("SystemTimeToTzSpecificLocalTime", AsReplacement(FakeLocalTime));
+    sFakeTime = {2026, 12, 4, 31, 23, 59, 59, 999};
+    Note("old");
+    sFakeTime = {2027, 1, 5, 1, 0, 0, 0, 0};
+    log.End(true);
+    EXPECT_EQ(folder.Lines(), "T old\r\n---- 2027-01-01 ----\r\nT ==== the run ends: the host's process ends ====\r\n");
+}
+
+TEST_F(DiagnosticLogTest, NewDayBeginsACountOfItsOwn) {
+    const ImportPatch patch("SystemTimeToTzSpecificLocalTime", AsReplacement(FakeLocalTime));
+    sFakeTime = {2026, 12, 4, 31, 23, 59, 59, 999};
+    for (int i = 0; i < 3; ++i) {
+        Tick();
+    }
+    sFakeTime = {2027, 1, 5, 1, 0, 0, 0, 0};
+    Tick();
+    EXPECT_TRUE(log.BeginRepetition("-> IdleEvent()"));
+    // A call that lasts past midnight counts where it ends.
+    sFakeTime = {2027, 1, 6, 2, 0, 0, 0, 0};
+    EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 0", {}), RepetitionEnd::kAsBefore);
+    EXPECT_TRUE(
+        folder.Lines().ends_with("T ... 2 calls as before since T; the last one IdleEvent()\r\n"
+                                 "---- 2027-01-01 ----\r\n"
+                                 "T ... 1 call as before since T; now in IdleEvent()\r\n"
+                                 "---- 2027-01-02 ----\r\n"
+                                 "T ... 1 call as before since T; the last one IdleEvent()\r\n"))
+        << folder.Lines();
+}
+
 // --- calls that come again and again ------------------------------------------------------------------------------
 
 TEST_F(DiagnosticLogTest, RepeatedCallsAreCountedInOneLine) {
@@ -274,7 +304,7 @@ TEST_F(DiagnosticLogTest, RepeatedCallThatHangsIsTheLastLine) {
     EXPECT_TRUE(log.BeginRepetition("-> IdleEvent()"));
     EXPECT_TRUE(folder.Lines().ends_with("\r\nT ... 3 calls as before since T; now in IdleEvent()\r\n"))
         << folder.Lines();
-    log.EndRepetition("-> IdleEvent()", "answered 0");
+    log.EndRepetition("-> IdleEvent()", "answered 0", {});
 }
 
 TEST_F(DiagnosticLogTest, LineOfThePluginEndsTheCountAndTheNextTickIsInFull) {
@@ -296,7 +326,7 @@ TEST_F(DiagnosticLogTest, LineOfThePluginEndsTheCountAndTheNextTickIsInFull) {
 TEST_F(DiagnosticLogTest, AnotherAnswerIsLoggedInFull) {
     Tick();
     EXPECT_TRUE(log.BeginRepetition("-> IdleEvent()"));
-    EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 1"), RepetitionEnd::kOtherwise);
+    EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 1", {}), RepetitionEnd::kOtherwise);
     log.Line(1, "-> IdleEvent()", {5000, 1});
     EXPECT_TRUE(
         folder.Lines().ends_with("T ... 0 calls as before since T; then one with another answer: IdleEvent()\r\n"
@@ -317,12 +347,12 @@ TEST_F(DiagnosticLogTest, RepeatedCallThatLogsSomethingEndsBehindIt) {
     Tick();
     EXPECT_TRUE(log.BeginRepetition("-> IdleEvent()"));
     Note("from within");
-    EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 0"), RepetitionEnd::kBehindOthers);
+    EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 0", {}), RepetitionEnd::kBehindOthers);
     EXPECT_EQ(log.BreakRepetition("-> IdleEvent()"), RepetitionEnd::kBehindOthers);
     // Nor is it counted with what comes after that line.
     log.RememberCall("-> Other()", "answered 0");
     EXPECT_TRUE(log.BeginRepetition("-> Other()"));
-    EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 0"), RepetitionEnd::kBehindOthers);
+    EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 0", {}), RepetitionEnd::kBehindOthers);
     EXPECT_TRUE(
         folder.Lines().ends_with("; now in IdleEvent()\r\nT from within\r\n"
                                  "T ... 0 calls as before since T; now in Other()\r\n"))
@@ -330,13 +360,15 @@ TEST_F(DiagnosticLogTest, RepeatedCallThatLogsSomethingEndsBehindIt) {
     log.BreakRepetition("-> Other()");
 }
 
-TEST_F(DiagnosticLogTest, RepeatedCallWithinAnotherLeavesTheNameOfTheOuterOne) {
+TEST_F(DiagnosticLogTest, RepeatedCallWithinAnotherNamesTheOuterOneAgainOnceItHasEnded) {
     Tick();
     log.RememberCall("-> Inner()", "answered 0");
     EXPECT_TRUE(log.BeginRepetition("-> IdleEvent()"));
     EXPECT_TRUE(log.BeginRepetition("-> Inner()"));
-    EXPECT_EQ(log.EndRepetition("-> Inner()", "answered 0"), RepetitionEnd::kAsBefore);
-    EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 0"), RepetitionEnd::kAsBefore);
+    EXPECT_EQ(log.EndRepetition("-> Inner()", "answered 0", "-> IdleEvent()"), RepetitionEnd::kAsBefore);
+    EXPECT_TRUE(folder.Lines().ends_with("\r\nT ... 1 call as before since T; now in IdleEvent()\r\n"))
+        << folder.Lines();
+    EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 0", {}), RepetitionEnd::kAsBefore);
     EXPECT_TRUE(folder.Lines().ends_with("\r\nT ... 2 calls as before since T; the last one IdleEvent()\r\n"))
         << folder.Lines();
 }

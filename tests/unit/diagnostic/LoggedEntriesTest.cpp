@@ -7,6 +7,7 @@
 
 #include "diagnostic/DiagnosticLog.h"
 #include "doubles/common/ForeignException.h"
+#include "doubles/common/ImportPatch.h"
 #include "LogFolderGuard.h"
 #include "plugincore/EntryInterposition.h"
 #include "plugincore/EntryPoint.h"
@@ -46,6 +47,15 @@ std::int32_t ThrowForeign() {
 std::int32_t ThrowOwn() { throw std::runtime_error("own"); }
 std::int32_t LogFromWithin() {
     TheDiagnosticLog().Line(0, "from within", {1, 0});
+    return 0;
+}
+// A PluginCore that lets the host in, which makes a tick; and what the file holds thereafter.
+std::int32_t (*sTick)() = nullptr;
+const LogFolderGuard* sFolder = nullptr;
+std::string sLinesAfterTick;
+std::int32_t TickWithin(std::uint8_t /*process*/) {
+    sTick();
+    sLinesAfterTick = sFolder->Lines();
     return 0;
 }
 std::int32_t CountCalls(std::uint8_t process) { return process + 41; }
@@ -187,6 +197,30 @@ TEST_F(LoggedEntriesTest, RepeatedCallThatIsSlowIsLoggedInFull) {
                                                  "1 -> IdleEvent()", "-1 <- IdleEvent took D ms, answered 0"}));
 }
 
+std::int64_t sClock = 0;
+BOOL WINAPI FakeClock(LARGE_INTEGER* ticks) {
+    ticks->QuadPart = sClock;
+    return TRUE;
+}
+BOOL WINAPI WriteForLong(HANDLE /*file*/, const void* /*bytes*/, DWORD size, DWORD* written, OVERLAPPED* /*unused*/) {
+    sClock += 1'000'000'000;
+    *written = size;
+    return TRUE;
+}
+
+TEST_F(LoggedEntriesTest, DurationIsThatOfTheCallWithoutTheLogs) {
+    TheDiagnosticLog().Line(0, "a note", {1, 0});
+    const auto entry = Bound<decltype(IdleEvent)>("IdleEvent", Changing);
+    const ImportPatch clock("QueryPerformanceCounter", AsReplacement(FakeClock));
+    const ImportPatch disk("WriteFile", AsReplacement(WriteForLong));
+    for (const std::int32_t answer : {0, 5}) {
+        sChanging = answer;
+        entry();
+    }
+    EXPECT_GT(sClock, 0);
+    EXPECT_EQ(RecordedTexts().back(), "<- IdleEvent took 0.000 ms, answered 5");
+}
+
 TEST_F(LoggedEntriesTest, RepeatedCallThatThrowsIsLoggedInFull) {
     TheDiagnosticLog().Line(0, "a note", {1, 0});
     auto entry = Bound<decltype(IdleEvent)>("IdleEvent", Idle);
@@ -206,6 +240,22 @@ TEST_F(LoggedEntriesTest, RepeatedCallThatLogsSomethingEndsBehindItWithoutASecon
     EXPECT_EQ(Lines(), (std::vector<std::string>{"1 -> IdleEvent()", "-1 <- IdleEvent took D ms, answered 0",
                                                  "0 <- IdleEvent (begun above) took D ms, answered 0"}));
     EXPECT_EQ(folder.Lines(), "T a note\r\nT ... 0 calls as before since T; now in IdleEvent()\r\nT from within\r\n");
+}
+
+TEST_F(LoggedEntriesTest, CallIsNamedAgainOnceARepeatedOneWithinItHasEnded) {
+    TheDiagnosticLog().Line(0, "a note", {1, 0});
+    static const auto sIdle = Bound<decltype(IdleEvent)>("IdleEvent", Idle);
+    sTick = [] { return sIdle(); };
+    sFolder = &folder;
+    const auto process = Bound<decltype(ProcessPanelMessages)>("ProcessPanelMessages", TickWithin);
+    sIdle();
+    for (int i = 1; i <= 2; ++i) {
+        process(1);
+        EXPECT_TRUE(sLinesAfterTick.ends_with(" as before since T; now in ProcessPanelMessages(1)\r\n"))
+            << i << ": " << sLinesAfterTick;
+    }
+    sIdle();
+    EXPECT_TRUE(folder.Lines().ends_with("; the last one IdleEvent()\r\n")) << folder.Lines();
 }
 
 TEST(LoggedEntries, LibraryIsToldOnceWithItsVersionAndPath) {
