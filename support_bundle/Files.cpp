@@ -7,17 +7,10 @@
 #include <iterator>
 #include <stdexcept>
 
+#include "support/KernelHandle.h"
 #include "support/TextConversion.h"
-#include "support/UniqueHandle.h"
 
 namespace {
-
-struct FileTraits {
-    using Handle = HANDLE;
-    static Handle None() noexcept { return INVALID_HANDLE_VALUE; }
-    static void Close(Handle handle) noexcept { CloseHandle(handle); }
-};
-using FileHandle = UniqueHandle<FileTraits>;
 
 std::wstring MessageOf(DWORD error) {
     wchar_t text[512];

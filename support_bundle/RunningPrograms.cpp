@@ -6,7 +6,7 @@
 #include <cwchar>
 #include <utility>
 
-#include "support/UniqueHandle.h"
+#include "support/KernelHandle.h"
 
 namespace {
 
@@ -15,32 +15,25 @@ constexpr const wchar_t* kCoreApplication = L"Lumet.exe";
 constexpr std::wstring_view kPluginBegin = L"QuorvelTypeAgentAI";
 constexpr std::wstring_view kPluginEnd = L".aip";
 
-struct SnapshotTraits {
-    using Handle = HANDLE;
-    static Handle None() noexcept { return INVALID_HANDLE_VALUE; }
-    static void Close(Handle handle) noexcept { CloseHandle(handle); }
-};
-using Snapshot = UniqueHandle<SnapshotTraits>;
-
 bool IsSameName(const wchar_t* one, const wchar_t* other) { return _wcsicmp(one, other) == 0; }
 
 // Windows refuses while the process is loading libraries: it is asked again for a moment.
-Snapshot ModuleSnapshot(DWORD process) {
+FileHandle ModuleSnapshot(DWORD process) {
     constexpr int kTries = 20;
     constexpr DWORD kPauseInMilliseconds = 20;
     for (int i = 0; i < kTries; ++i) {
-        Snapshot snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPMODULE | TH32CS_SNAPMODULE32, process));
+        FileHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPMODULE | TH32CS_SNAPMODULE32, process));
         if (snapshot || GetLastError() != ERROR_BAD_LENGTH) {
             return snapshot;
         }
         Sleep(kPauseInMilliseconds);
     }
-    return Snapshot();
+    return FileHandle();
 }
 
 std::vector<LoadedModule> ModulesOf(DWORD process) {
     std::vector<LoadedModule> modules;
-    const Snapshot snapshot = ModuleSnapshot(process);
+    const FileHandle snapshot = ModuleSnapshot(process);
     MODULEENTRY32W each{};
     each.dwSize = sizeof each;
     for (BOOL found = snapshot ? Module32FirstW(snapshot.Get(), &each) : FALSE; found != FALSE;
@@ -59,7 +52,7 @@ bool IsWanted(const RunningProgram& program, const std::vector<DWORD>& further) 
 
 std::vector<RunningProgram> FindRunningPrograms(const std::vector<DWORD>& further) {
     std::vector<RunningProgram> programs;
-    const Snapshot snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    const FileHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
     PROCESSENTRY32W each{};
     each.dwSize = sizeof each;
     for (BOOL found = snapshot ? Process32FirstW(snapshot.Get(), &each) : FALSE; found != FALSE;

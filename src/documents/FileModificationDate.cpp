@@ -9,18 +9,11 @@
 #include <new>
 #include <optional>
 
+#include "support/KernelHandle.h"
 #include "support/Log.h"
-#include "support/UniqueHandle.h"
 #include "support/WindowsTime.h"
 
 namespace {
-
-struct FileTraits {
-    using Handle = HANDLE;
-    static Handle None() noexcept { return INVALID_HANDLE_VALUE; }
-    static void Close(Handle handle) noexcept { CloseHandle(handle); }
-};
-using FileHandle = UniqueHandle<FileTraits>;
 
 // A wide copy of a narrow path, with room for four units a byte.
 class WidePath {

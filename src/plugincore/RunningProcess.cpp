@@ -9,9 +9,9 @@
 #include <optional>
 #include <set>
 
+#include "support/KernelHandle.h"
 #include "support/Log.h"
 #include "support/ResultCodes.h"
-#include "support/UniqueHandle.h"
 
 namespace {
 
@@ -19,18 +19,6 @@ constexpr std::size_t kMaxProcesses = 1024;
 constexpr DWORD kPathSize = MAX_PATH + 1;
 // A path that fills the whole size comes without a terminator, for which one more character is kept.
 using PathBuffer = std::array<char, kPathSize + 1>;
-
-struct ProcessTraits {
-    using Handle = HANDLE;
-    static Handle None() noexcept { return nullptr; }
-    static void Close(Handle handle) noexcept { CloseHandle(handle); }
-};
-using ProcessHandle = UniqueHandle<ProcessTraits>;
-
-struct SnapshotTraits : ProcessTraits {
-    static HANDLE None() noexcept { return INVALID_HANDLE_VALUE; }
-};
-using SnapshotHandle = UniqueHandle<SnapshotTraits>;
 
 // The name of an executable, with and without its suffix.
 class ExecutableName {
@@ -60,7 +48,7 @@ std::optional<std::set<DWORD>> ListProcesses() {
 // Takes those off the list that Windows knows by another name: to open a process and to read its memory costs far more
 // than one call that tells the names of all. Processes that it does not tell stay on the list.
 void DropOthers(const ExecutableName& name, std::set<DWORD>& processes) {
-    const SnapshotHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    const FileHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
     PROCESSENTRY32 process{};
     process.dwSize = sizeof(process);
     for (BOOL isThere = snapshot ? Process32First(snapshot.Get(), &process) : FALSE; isThere != FALSE;
@@ -105,7 +93,7 @@ std::int32_t SearchProcesses(const std::string& name, std::string& outDirectory)
     const ExecutableName executable(name);
     DropOthers(executable, *processes);
     for (const DWORD identifier : *processes) {
-        ProcessHandle process(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, identifier));
+        KernelHandle process(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, identifier));
         if (!process) {
             continue;
         }

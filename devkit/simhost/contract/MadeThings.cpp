@@ -10,7 +10,7 @@
 #include "doubles/common/Text.h"
 #include "doubles/common/Thread.h"
 #include "simhost/contract/CodeAddress.h"
-#include "support/UniqueHandle.h"
+#include "support/KernelHandle.h"
 
 namespace simhost::contract {
 
@@ -18,17 +18,9 @@ namespace {
 
 constexpr ULONGLONG kMomentMilliseconds = 500;
 
-struct WaitableTraits {
-    using Handle = HANDLE;
-    static HANDLE None() { return nullptr; }
-    static void Close(HANDLE handle) { CloseHandle(handle); }
-};
-
-using Waitable = UniqueHandle<WaitableTraits>;
-
 struct HookThread {
     DWORD id = 0;  // 0 for none
-    std::shared_ptr<Waitable> handle;
+    std::shared_ptr<KernelHandle> handle;
 };
 
 // Windows takes a hook away when one of its threads ends. Each costs neither handle nor block of memory: what a library
@@ -47,7 +39,7 @@ struct MadeWindow {
 // A thread or a process.
 struct Runner {
     ClauseId clause;
-    Waitable handle;          // of our own, which the library cannot close
+    KernelHandle handle;      // of our own, which the library cannot close
     const void* start;        // of a thread; named only when it is left: that takes its time
     std::string commandLine;  // of a process
 };
@@ -65,7 +57,7 @@ Made& TheMade() {
     return *sMade;
 }
 
-bool HasEnded(const Waitable& handle, DWORD milliseconds) {
+bool HasEnded(const KernelHandle& handle, DWORD milliseconds) {
     return WaitForSingleObject(handle.Get(), milliseconds) == WAIT_OBJECT_0;
 }
 
@@ -84,7 +76,7 @@ HookThread ThreadOfHook(DWORD id, const std::vector<MadeHook>& hooks) {
         }
     }
     const HANDLE handle = id == 0 ? nullptr : OpenThread(SYNCHRONIZE, FALSE, id);
-    return handle == nullptr ? HookThread{} : HookThread{id, std::make_shared<Waitable>(handle)};
+    return handle == nullptr ? HookThread{} : HookThread{id, std::make_shared<KernelHandle>(handle)};
 }
 
 std::string Describe(const MadeHook& hook) {
@@ -105,7 +97,7 @@ void Add(ClauseId clause, HANDLE theirs, const void* start, const std::string& c
     if (DuplicateHandle(GetCurrentProcess(), theirs, GetCurrentProcess(), &ours, SYNCHRONIZE, FALSE, 0) == 0) {
         return;
     }
-    Runner runner{clause, Waitable(ours), start, commandLine};
+    Runner runner{clause, KernelHandle(ours), start, commandLine};
     Made& made = TheMade();
     const std::lock_guard lock(made.mutex);
     ForgetEnded(made.runners);
