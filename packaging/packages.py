@@ -57,7 +57,7 @@ class Packer:
 
     @staticmethod
     def licence() -> archive.Member:
-        return archive.Member("LICENSE.txt", archive.text_for_windows((ROOT / "LICENSE").read_text(encoding="utf-8")))
+        return archive.Member("LICENSE.txt", archive.licence())
 
     @staticmethod
     def notices(packages: list[str]) -> archive.Member:

@@ -63,10 +63,8 @@ SectionEnd
 ; Raises the error flag when it gets stuck.
 Function PutAllRight
   ${PutRight} "$PluginFolder\${PLUGIN_FILE}"
-  ${ReturnOnErrors}
   ${PutRight} "$ProgramFolder\uninstall.exe"
-  ${ReturnOnErrors}
-  ${PutRight} "$ProgramFolder\README.txt"
+  ${EachText} PutRight
 FunctionEnd
 
 ; Raises the error flag when it gets stuck. The plug-in takes its name last: with that, all is done.
@@ -76,13 +74,12 @@ Function Install
   ${MakeFolder} "$ProgramFolder"
   ${ReturnOnErrors}
   File "/oname=$PluginFolder\${PLUGIN_FILE}.new" "${PLUGIN}"
-  File "/oname=$ProgramFolder\README.txt.new" "${README}"
+  Call WriteTexts
   WriteUninstaller "$ProgramFolder\uninstall.exe.new"
   ${ReturnOnErrors}
-  ${TakeName} "$ProgramFolder\README.txt"
-  ${ReturnOnErrors}
+  StrCpy $AreAllWritten 1
+  ${EachText} TakeName
   ${TakeName} "$ProgramFolder\uninstall.exe"
-  ${ReturnOnErrors}
   Call WriteAppsEntry
   ${ReturnOnErrors}
   ${TakeName} "$PluginFolder\${PLUGIN_FILE}"
@@ -91,10 +88,8 @@ FunctionEnd
 Function PutAllBack
   ${PutBack} "$PluginFolder\${PLUGIN_FILE}"
   ${PutBack} "$ProgramFolder\uninstall.exe"
-  ${PutBack} "$ProgramFolder\README.txt"
+  ${EachText} PutBack
   ${If} $PreviousVersion == ""
-    Delete "$ProgramFolder\uninstall.exe"
-    Delete "$ProgramFolder\README.txt"
     Call RemoveEmptyFolders
     DeleteRegKey SHCTX "${APPS_ENTRY}"
   ${Else}
@@ -108,7 +103,7 @@ FunctionEnd
 Function TidyUp
   ${DeleteLeftovers} "$PluginFolder\${PLUGIN_FILE}"
   ${DeleteLeftovers} "$ProgramFolder\uninstall.exe"
-  ${DeleteLeftovers} "$ProgramFolder\README.txt"
+  ${EachText} DeleteLeftovers
   ${If} $PreviousFolder != ""
   ${AndIf} $PreviousFolder != $PluginFolder
     ${Log} "Removing it from $PreviousFolder"
