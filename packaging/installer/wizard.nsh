@@ -1,5 +1,7 @@
 ; What a person sees. A silent run passes all of it over.
 !define MUI_ABORTWARNING
+!define MUI_CUSTOMFUNCTION_ABORT DiscardLog
+!define MUI_CUSTOMFUNCTION_UNABORT un.DiscardLog
 
 Var ScopeForAll
 Var HostList
