@@ -27,7 +27,9 @@ class Built:
         self.run("simhost.exe", "--help")
 
     def command(self, program: str, *arguments) -> list[str]:
-        return [*self.run_command, str(self.folder / program), *map(str, arguments)]
+        # A box that nobody closes: exit code 124, and not the end of all tests.
+        return [*self.run_command, "--time-limit", str(PATIENCE_SECONDS), str(self.folder / program),
+                *map(str, arguments)]
 
     def run(self, program: str, *arguments, **environment) -> subprocess.CompletedProcess:
         return subprocess.run(self.command(program, *arguments), capture_output=True, check=False, cwd=ROOT,

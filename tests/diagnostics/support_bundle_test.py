@@ -133,7 +133,7 @@ class SupportBundle(unittest.TestCase):
     def test_launch_info_is_read_as_the_plugin_reads_it(self):
         lumet = self.folder / "Lumet"
         self.write(diagnostic_files.local_app_data() / "Quorvel" / LAUNCH_INFO,
-                   f"no value\nour lumet.path is={diagnostic_files.windows_path(lumet)}\\Lumet.exe\r\n".encode())
+                   f"lumet.path without a value\nour lumet.path is={diagnostic_files.windows_path(lumet)}\\Lumet.exe\r\n".encode())
         self.write(lumet / "DialogSuppression.tmp", b"word")
         self.assertEqual(self.files()["word-files/DialogSuppression.tmp"], "word")
 
