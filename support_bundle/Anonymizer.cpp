@@ -188,8 +188,7 @@ bool IsCutAt(std::wstring_view text, std::size_t place) { return text.substr(pla
 // Whether a line may have been cut there: it ends, or the quotation does.
 bool MayBeCut(std::wstring_view text, std::size_t place) {
     const wchar_t unit = UnitAt(text, place);
-    return unit == L'\0' || unit == L'\r' || unit == L'\n' || unit == L'\'' || unit == L'"' ||
-           IsCutAt(text, place);
+    return unit == L'\0' || unit == L'\r' || unit == L'\n' || unit == L'\'' || unit == L'"' || IsCutAt(text, place);
 }
 
 // The place behind the digits that stand there, `most` of them.

@@ -97,8 +97,8 @@ TEST_F(AnonymizerTest, NameThatIsCutOutsideOfTheProfileIsFoundToo) {
 }
 
 TEST_F(AnonymizerTest, NameThatIsCutWithinAnEscapeIsFoundToo) {
-    for (const std::wstring cut : {L"\\", L"\\u", L"\\u00", L"\\u00f", L"\\\\u00f", L"%", L"%C", L"%C3", L"%C3%",
-                                   L"%C3%B"}) {
+    for (const std::wstring cut :
+         {L"\\", L"\\u", L"\\u00", L"\\u00f", L"\\\\u00f", L"%", L"%C", L"%C3", L"%C3%", L"%C3%B"}) {
         EXPECT_EQ(anonymizer.WithoutNames(L"\"D:\\J\u00F6rg Gro" + cut + L"...\""), L"\"D:\\<user>...\"")
             << Utf8FromWindowsText(cut);
     }
