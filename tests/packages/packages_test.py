@@ -116,7 +116,8 @@ class Packages(unittest.TestCase):
     def test_symbols_are_a_package_of_their_own(self):
         members = self.archive("QuorvelTypeAgentAI20-{}-symbols.zip")
         self.assertEqual(set(members), {"README.txt", f"{PLUGIN}.debug", f"{DIAGNOSTIC}.debug"})
-        self.assertEqual(members[f"{PLUGIN}.debug"], self.shipped(f"{PLUGIN}.debug"))
+        for name in (f"{PLUGIN}.debug", f"{DIAGNOSTIC}.debug"):
+            self.assertEqual(members[name], self.shipped(name), name)
 
     def test_diagnostic_plugin_is_another_package(self):
         members = self.archive("QuorvelTypeAgentAI20-diagnostic-{}.zip")
