@@ -15,6 +15,7 @@ from installer_fixture import (APPS, COMMAND_LINE, ELEVATION_NEEDED, ENTRY, HOST
                                NEWER_INSTALLED, NO_HOST, NOT_INSTALLED, NOT_WRITABLE, OLDER, OTHER_HOST, OWN_FOLDER,
                                PLUGIN, PROGRAM_FOLDER, ROOT, SEVERAL_HOSTS, InstallerTest, main, setup_program)
 from wizard_cases import Wizard  # noqa: F401 -- its cases run with these
+from path_cases import FolderOfAPerson, Spellings  # noqa: F401 -- its cases run with these
 
 ENVIRONMENT = r"HKCU\Environment"
 USER_SHELL_FOLDERS = r"HKCU\Software\Microsoft\Windows\CurrentVersion\Explorer\User Shell Folders"
