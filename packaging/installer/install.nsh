@@ -29,6 +29,7 @@ Function UseScope
   Call RefuseDowngrade
   Call FindHosts
   Call ProposePluginFolder
+  ${FullPath} $PluginFolder
 FunctionEnd
 
 Section
@@ -106,12 +107,31 @@ Function TidyUp
   ${EachText} DeleteLeftovers
   ${If} $PreviousFolder != ""
   ${AndIf} $PreviousFolder != $PluginFolder
-    ${Log} "Removing it from $PreviousFolder"
-    ${DeleteLeftovers} "$PreviousFolder\${PLUGIN_FILE}"
-    Delete "$PreviousFolder\${PLUGIN_FILE}"
-    ${If} ${FileExists} "$PreviousFolder\${PLUGIN_FILE}"
-      ${Log} "$PreviousFolder\${PLUGIN_FILE} cannot be removed."
-    ${EndIf}
-    Call RemoveEmptyFolders
+    Call LeavePreviousFolder
   ${EndIf}
+FunctionEnd
+
+; A folder may have two paths that nobody can tell from two folders, as when a share of this computer is one of them. So
+; the file is taken away first, to see whether the new one is still there.
+Function LeavePreviousFolder
+  StrCpy $0 "$PreviousFolder\${PLUGIN_FILE}"
+  ${DeleteLeftovers} "$0"
+  Rename "$0" "$0.old"
+  ${IfNot} ${FileExists} "$PluginFolder\${PLUGIN_FILE}"
+    Rename "$0.old" "$0"
+    ${Log} "$PluginFolder is $PreviousFolder, where it was before."
+    StrCpy $PluginFolder $PreviousFolder
+    ${FullPath} $PluginFolder
+    WriteRegStr SHCTX "${APPS_ENTRY}" "PluginFolder" "$PluginFolder"
+    Return
+  ${EndIf}
+  ${Log} "Removing it from $PreviousFolder"
+  Delete "$0.old"
+  ${If} ${FileExists} "$0.old"
+    Rename "$0.old" "$0"
+  ${EndIf}
+  ${If} ${FileExists} "$0"
+    ${Log} "$0 cannot be removed."
+  ${EndIf}
+  Call RemoveEmptyFolders
 FunctionEnd

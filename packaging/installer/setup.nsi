@@ -65,6 +65,7 @@ Var PluginFolder   ; of the plug-in, which lies elsewhere
 !include temporary_copy.nsh
 !include exit_codes.nsh
 !include second_run.nsh
+!include paths.nsh
 !include registry.nsh
 !include folders.nsh
 !include in_use.nsh

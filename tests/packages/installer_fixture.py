@@ -147,6 +147,12 @@ class InstallerTest(unittest.TestCase):
     def assert_not_installed(self):
         self.assertEqual((self.entry("HKLM"), self.entry("HKCU")), ({}, {}))
 
+    def assert_plays(self, plugin_folder: str):
+        """What is installed there."""
+        played = self.play(self.desktop.path(rf"{plugin_folder}\{PLUGIN}"))
+        self.assertIn(b"Passed: ", played.stdout)
+        self.assertEqual(played.returncode, 0)
+
     def assert_installed(self, plugin_folder: str, root: str = "HKLM", program_folder: str = PROGRAM_FOLDER,
                          version: str = ""):
         """All of it, and nothing half-done beside it."""

@@ -15,6 +15,7 @@ from installer_fixture import (APPS, COMMAND_LINE, ELEVATION_NEEDED, ENTRY, HOST
                                NEWER_INSTALLED, NO_HOST, NOT_INSTALLED, NOT_WRITABLE, OLDER, OTHER_HOST, OWN_FOLDER,
                                PLUGIN, PROGRAM_FOLDER, ROOT, SEVERAL_HOSTS, TERMS, InstallerTest, main, setup_program)
 from wizard_cases import Wizard  # noqa: F401 -- its cases run with these
+from path_cases import FolderOfAPerson, Spellings  # noqa: F401 -- its cases run with these
 
 ENVIRONMENT = r"HKCU\Environment"
 USER_SHELL_FOLDERS = r"HKCU\Software\Microsoft\Windows\CurrentVersion\Explorer\User Shell Folders"
@@ -31,9 +32,7 @@ class Fresh(InstallerTest):
         self.assertEqual((entry["NoModify"], entry["NoRepair"]), ("00000001", "00000001"))
         self.assertIn("Quorvel Type Agent", entry["DisplayName"])
         self.assertGreater(int(entry["EstimatedSize"], 16), 200)
-        played = self.play(self.desktop.path(rf"{HOST}\{OWN_FOLDER}\{PLUGIN}"))
-        self.assertIn(b"Passed: ", played.stdout)
-        self.assertEqual(played.returncode, 0)
+        self.assert_plays(rf"{HOST}\{OWN_FOLDER}")
         self.uninstall()
         self.assertEqual({file for file in self.desktop.files() if "/simhost" not in file}, files)
         self.assertEqual(self.desktop.registry(), registry)
@@ -53,8 +52,7 @@ class Fresh(InstallerTest):
         self.assert_installed(rf"{program_folder}\Plug-ins", "HKCU", program_folder)
         self.assertIn("Additional Plug-ins Folder", self.log(program_folder))
         self.assertEqual(self.entry("HKLM"), {})
-        played = self.play(self.desktop.path(rf"{program_folder}\Plug-ins\{PLUGIN}"))
-        self.assertIn(b"Passed: ", played.stdout)
+        self.assert_plays(rf"{program_folder}\Plug-ins")
         self.uninstall("HKCU")
         self.assert_not_installed()
         # The profile was not made by the installer alone: Windows makes it as soon as it is asked for.
@@ -155,6 +153,7 @@ class OverAnother(InstallerTest):
         self.assert_installed(rf"{HOST}\{OWN_FOLDER}")
         self.assertIn(f"Installed already: version {OLDER}", self.log())
         self.assertIn(f"Version {OLDER} is installed", self.log())
+        self.assert_plays(rf"{HOST}\{OWN_FOLDER}")
         self.desktop.path(rf"{HOST}\{OWN_FOLDER}\{PLUGIN}").write_bytes(b"damaged")
         self.desktop.path(rf"{PROGRAM_FOLDER}\uninstall.exe").unlink()
         self.assertEqual(self.setup(), 0)
@@ -207,8 +206,6 @@ class OverAnother(InstallerTest):
         self.uninstall()
         self.assertTrue(by_hand.exists())
         self.assertNotEqual(self.entry("HKCU"), {})
-
-
         # The copy for all is below the host's folder and in the registry. It is told once.
         self.assertEqual(self.setup("/AllUsers"), 0)
         self.assertEqual(self.setup("/CurrentUser"), 0)
