@@ -14,8 +14,8 @@ from installer_desktop import on_drive_z
 from installer_fixture import (APPS, COMMAND_LINE, ELEVATION_NEEDED, ENTRY, HOST, IN_USE, KEY_OF_HOST, NEWER,
                                NEWER_INSTALLED, NO_HOST, NOT_INSTALLED, NOT_WRITABLE, OLDER, OTHER_HOST, OWN_FOLDER,
                                PLUGIN, PROGRAM_FOLDER, ROOT, SEVERAL_HOSTS, TERMS, InstallerTest, main, setup_program)
-from wizard_cases import Wizard  # noqa: F401 -- its cases run with these
 from path_cases import FolderOfAPerson, Spellings  # noqa: F401 -- its cases run with these
+from wizard_cases import Wizard  # noqa: F401 -- its cases run with these
 
 ENVIRONMENT = r"HKCU\Environment"
 USER_SHELL_FOLDERS = r"HKCU\Software\Microsoft\Windows\CurrentVersion\Explorer\User Shell Folders"
