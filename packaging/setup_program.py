@@ -19,7 +19,7 @@ def texts(version: str) -> dict[str, bytes]:
     return {
         "README.txt": archive.readme("installed.txt", version),
         "LICENSE.txt": archive.licence(),
-        "THIRD-PARTY.txt": archive.text_for_windows(notices.text(notices.IN_PLUGIN)),
+        "THIRD-PARTY.txt": archive.text_for_windows(notices.text(notices.IN_INSTALLED)),
     }
 
 
