@@ -9,6 +9,7 @@ EPOCH = 315532800
 TIME = (1980, 1, 1, 0, 0, 0)
 COMPRESSION_LEVEL = 9
 TEMPLATES = pathlib.Path(__file__).parent / "readme"
+LICENCE = pathlib.Path(__file__).parents[1] / "LICENSE"
 
 
 @dataclasses.dataclass(frozen=True)
@@ -24,6 +25,10 @@ def text_for_windows(text: str) -> bytes:
 def readme(template: str, version: str) -> bytes:
     text = (TEMPLATES / template).read_text(encoding="utf-8").replace("@VERSION@", version)
     return text_for_windows(text)
+
+
+def licence() -> bytes:
+    return text_for_windows(LICENCE.read_text(encoding="utf-8"))
 
 
 def members_of_folder(folder: pathlib.Path) -> list[Member]:

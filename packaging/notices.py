@@ -7,6 +7,8 @@ FOLDER = pathlib.Path("/usr/share/doc")
 # In every Windows program that the compiler makes: its libraries, and those of MinGW-w64.
 COMPILER = ["gcc-mingw-w64-base", "mingw-w64-x86-64-dev"]
 IN_PLUGIN = [*COMPILER, "libutfcpp-dev"]
+# The uninstaller is a program of NSIS.
+IN_INSTALLED = [*IN_PLUGIN, "nsis-common"]
 # The support bundle's program packs, and reads its command line.
 IN_DIAGNOSTIC = [*IN_PLUGIN, "libcli11-dev", "libz-mingw-w64-dev"]
 IN_KIT = [*IN_PLUGIN, "libcli11-dev", "nlohmann-json3-dev"]

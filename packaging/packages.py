@@ -2,7 +2,7 @@
 """Makes all packages from a folder in which everything has been built. scripts/package builds, then calls this.
 
 usage: packages.py --build-folder FOLDER --output FOLDER [--only NAME] [--sign ARGUMENT...]
-  --only    only the packages whose names hold that text
+  --only    only the packages whose names hold that text; the others that are in the output folder stay
   --sign    what follows goes to scripts/sign, for the plug-ins and programs that go into packages
 """
 
@@ -57,7 +57,7 @@ class Packer:
 
     @staticmethod
     def licence() -> archive.Member:
-        return archive.Member("LICENSE.txt", archive.text_for_windows((ROOT / "LICENSE").read_text(encoding="utf-8")))
+        return archive.Member("LICENSE.txt", archive.licence())
 
     @staticmethod
     def notices(packages: list[str]) -> archive.Member:
@@ -110,18 +110,28 @@ def packages_of(packer: Packer) -> dict[str, Callable[[pathlib.Path], None]]:
     }
 
 
-def put_in_place(made: pathlib.Path, output: pathlib.Path, names: list[str], version: str) -> None:
-    """Nothing of an earlier run stays beside the new packages. Whatever else is in the folder is not ours to delete."""
+def in_any_version(folder: pathlib.Path, names: list[str], version: str) -> list[pathlib.Path]:
+    """The packages in a folder that have these names, but for the version."""
+    patterns = [re.escape(name).replace(re.escape(version), r"\d+\.\d+\.\d+") for name in names]
+    ours = re.compile("|".join(patterns))
+    return sorted(file for file in folder.iterdir() if ours.fullmatch(file.name) and file.is_file())
+
+
+def put_in_place(made: pathlib.Path, output: pathlib.Path, version: str) -> None:
+    """Each in the place of those of its kind. Whatever else is in the folder is not ours to delete."""
     output.mkdir(parents=True, exist_ok=True)
-    of_any_version = [re.escape(name).replace(re.escape(version), r"\d+\.\d+\.\d+") for name in names]
-    ours = re.compile("|".join([*of_any_version, CHECKSUMS]))
-    for old in output.iterdir():
-        if ours.fullmatch(old.name) and old.is_file():
-            old.unlink()
+    for old in in_any_version(output, [new.name for new in made.iterdir()], version):
+        old.unlink()
     for new in made.iterdir():
         if (output / new.name).exists():
             sys.exit(f"package: {output / new.name} is in the way. Remove it, or name another folder with --output.")
         shutil.copyfile(new, output / new.name)
+
+
+def write_sums(packages: list[pathlib.Path], sums: pathlib.Path) -> None:
+    """As sha256sum --check reads them."""
+    lines = [f"{hashlib.sha256(package.read_bytes()).hexdigest()}  {package.name}\n" for package in packages]
+    sums.write_text("".join(lines), encoding="utf-8")
 
 
 def main() -> int:
@@ -137,14 +147,14 @@ def main() -> int:
         packer = Packer(options.build_folder.resolve(), pathlib.Path(work), options.sign or [])
         made = pathlib.Path(work) / "packages"
         made.mkdir()
-        sums = []
-        for name, make in packages_of(packer).items():
-            if options.only in name:
-                make(made / name)
-                sums.append(f"{hashlib.sha256((made / name).read_bytes()).hexdigest()}  {name}\n")
-        # As sha256sum --check reads them.
-        (made / CHECKSUMS).write_text("".join(sums), encoding="utf-8")
-        put_in_place(made, options.output, list(packages_of(packer)), packer.version)
+        packages = packages_of(packer)
+        chosen = [name for name in packages if options.only in name]
+        if not chosen:
+            parser.error(f"--only: no name holds '{options.only}'. There are {', '.join(packages)}.")
+        for name in chosen:
+            packages[name](made / name)
+        put_in_place(made, options.output, packer.version)
+        write_sums(in_any_version(options.output, list(packages), packer.version), options.output / CHECKSUMS)
     return 0
 
 

@@ -8,9 +8,19 @@ import sys
 import tempfile
 
 import archive
+import notices
 
 SCRIPT = pathlib.Path(__file__).parent / "installer" / "setup.nsi"
 UNINSTALLER_SIZE = 150_000
+
+
+def texts(version: str) -> dict[str, bytes]:
+    """What is laid beside the uninstaller, by its name there."""
+    return {
+        "README.txt": archive.readme("installed.txt", version),
+        "LICENSE.txt": archive.licence(),
+        "THIRD-PARTY.txt": archive.text_for_windows(notices.text(notices.IN_INSTALLED)),
+    }
 
 
 def make(output: pathlib.Path, version: str, plugin: pathlib.Path, sign: str = "") -> None:
@@ -18,10 +28,12 @@ def make(output: pathlib.Path, version: str, plugin: pathlib.Path, sign: str = "
     if not shutil.which("makensis"):
         sys.exit("package: makensis is missing. Run: scripts/setup")
     with tempfile.TemporaryDirectory() as folder:
-        readme = pathlib.Path(folder) / "README.txt"
-        readme.write_bytes(archive.readme("installed.txt", version))
-        defines = {"VERSION": version, "PLUGIN": plugin.resolve(), "README": readme, "OUTPUT": output.resolve(),
-                   "SIZE_IN_KB": (plugin.stat().st_size + UNINSTALLER_SIZE) // 1024}
+        size = plugin.stat().st_size + UNINSTALLER_SIZE
+        for name, content in texts(version).items():
+            (pathlib.Path(folder) / name).write_bytes(content)
+            size += len(content)
+        defines = {"VERSION": version, "PLUGIN": plugin.resolve(), "TEXTS": folder, "OUTPUT": output.resolve(),
+                   "SIZE_IN_KB": size // 1024}
         if sign:
             defines["SIGN"] = sign
         # -WX: a warning is an error.

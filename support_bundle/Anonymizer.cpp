@@ -10,6 +10,10 @@
 namespace {
 
 constexpr std::size_t kUnits = 0x10000;
+// What the log puts where it has cut a text.
+constexpr std::wstring_view kCutMark = L"...";
+// Of a name that is cut, so many units at least are looked for: a family name may have two of them.
+constexpr std::size_t kFewestOfCutName = 2;
 
 // As file names are compared: unit by unit.
 wchar_t Capital(wchar_t unit) {
@@ -179,11 +183,62 @@ bool NameGoesOn(std::wstring_view text, std::size_t place) {
            (unit == L'.' && IsLetterOrDigit(UnitAt(text, place + 1)));
 }
 
+bool IsCutAt(std::wstring_view text, std::size_t place) { return text.substr(place).starts_with(kCutMark); }
+
 // Whether a line may have been cut there: it ends, or the quotation does.
 bool MayBeCut(std::wstring_view text, std::size_t place) {
     const wchar_t unit = UnitAt(text, place);
-    return unit == L'\0' || unit == L'\r' || unit == L'\n' || unit == L'\'' || unit == L'"' ||
-           text.substr(place).starts_with(L"...");
+    return unit == L'\0' || unit == L'\r' || unit == L'\n' || unit == L'\'' || unit == L'"' || IsCutAt(text, place);
+}
+
+// The place behind the digits that stand there, `most` of them.
+std::size_t BehindHexDigits(std::wstring_view text, std::size_t place, std::size_t most) {
+    std::size_t end = place;
+    while (end < place + most && HexNumber(text, end, 1)) {
+        ++end;
+    }
+    return end;
+}
+
+// The size of an escape that the log has cut: "\u00...", "%C3..."; 0 when there is none.
+std::size_t CutEscapeAt(std::wstring_view text, std::size_t place) {
+    if (JsonEscapeAt(text, place) || UrlEscapeAt(text, place)) {
+        return 0;
+    }
+    std::size_t end = place;
+    while (UnitAt(text, end) == L'%') {
+        end = BehindHexDigits(text, end + 1, 2);
+    }
+    if (end == place) {
+        while (UnitAt(text, end) == L'\\') {
+            ++end;
+        }
+        if (end > place && UnitAt(text, end) == L'u') {
+            end = BehindHexDigits(text, end + 1, 3);
+        }
+    }
+    return IsCutAt(text, end) ? end - place : 0;
+}
+
+// Whether a name of a folder or a file begins there.
+bool IsBehindSeparator(std::wstring_view text, std::size_t place) {
+    if (place > 0 && IsSeparator(text[place - 1])) {
+        return true;
+    }
+    // Of an escape: "%5C", "\u005c".
+    const std::optional<unsigned> number = place >= 2 ? HexNumber(text, place - 2, 2) : std::nullopt;
+    return number && IsSeparator(static_cast<wchar_t>(*number)) && IsBehindEscape(text, place) &&
+           (text[place - 3] == L'%' || text.substr(place - 4, 2) == L"00");
+}
+
+// The size of what stands there of a name that the log has cut; 0 when it has not, or when too little is left of it.
+std::size_t CutNameSize(std::wstring_view text, std::size_t place, Match match) {
+    if (match.units < kFewestOfCutName || !IsBehindSeparator(text, place)) {
+        return 0;
+    }
+    const std::size_t end = place + match.size;
+    const std::size_t escape = CutEscapeAt(text, end);
+    return escape > 0 || IsCutAt(text, end) ? match.size + escape : 0;
 }
 
 // "C:" may not be the end of a longer word: "ABC:\Users".
@@ -213,7 +268,7 @@ FolderName FolderNameAt(std::wstring_view text, std::size_t place) {
         }
         const Meant meant = MeantAt(text, end);
         const bool isQuotation = meant.unit == L'\'' && !IsLetterOrDigit(UnitAt(text, end + meant.size));
-        if (EndsName(meant.unit) || isQuotation || text.substr(end).starts_with(L"...")) {
+        if (EndsName(meant.unit) || isQuotation || IsCutAt(text, end)) {
             break;
         }
         name.meant += Capital(meant.unit);
@@ -290,6 +345,9 @@ std::size_t Anonymizer::NameAt(std::wstring_view text, std::size_t place) const 
     for (const std::wstring& name : mIdentity.names) {
         const Match match = MatchAt(text, place, name);
         if (match.units != name.size()) {
+            if (const std::size_t size = CutNameSize(text, place, match); size > 0) {
+                return size;
+            }
             continue;
         }
         // A name without letters would be found in every number.

@@ -4,7 +4,8 @@
 // twice) or for a URL ("C:/Users/J%C3%B6rg").
 //
 // A name counts where no letter stands before or behind it, so that the name "Anna" leaves "Joanna" alone. Behind the
-// folder of all profiles the beginning of the name is enough: a line of a log may have been cut there.
+// folder of all profiles the beginning of the name is enough, since a line of a log may have been cut there; behind
+// another separator two letters of it, when the log's mark of a cut follows: "D:\Home\Joha...".
 #pragma once
 
 #include <string>

@@ -1,8 +1,5 @@
 #include "Collection.h"
 
-// After windows.h, which it needs.
-#include <shlobj.h>
-
 #include <algorithm>
 #include <cwchar>
 #include <iterator>
@@ -11,9 +8,11 @@
 #include <utility>
 
 #include "diagnostic/LogFolder.h"
+#include "EnvironmentVariable.h"
 #include "Files.h"
 #include "FileVersion.h"
 #include "Installations.h"
+#include "KnownFolder.h"
 #include "plugincore/LaunchInfoLine.h"
 #include "RunningPrograms.h"
 #include "support/RunningWindows.h"
@@ -78,6 +77,25 @@ std::wstring ModulesPage(const RunningProgram& program) {
     return page.Text();
 }
 
+bool IsSamePath(const fs::path& one, const fs::path& other) {
+    return CompareStringOrdinal(one.c_str(), -1, other.c_str(), -1, TRUE) == CSTR_EQUAL;
+}
+
+void KeepOnce(std::vector<fs::path>& paths) {
+    std::vector<fs::path> kept;
+    for (fs::path& each : paths) {
+        each = each.lexically_normal().make_preferred();
+        // "C:\Core\." has become "C:\Core\".
+        if (!each.has_filename() && each.has_relative_path()) {
+            each = each.parent_path();
+        }
+        if (std::ranges::none_of(kept, [&](const fs::path& other) { return IsSamePath(each, other); })) {
+            kept.push_back(each);
+        }
+    }
+    paths = std::move(kept);
+}
+
 // Files that are added, and what may be said about them.
 class Collector {
   public:
@@ -100,6 +118,9 @@ class Collector {
             mBundle.Add("modules/", program.name + L"-" + number + L".txt", ModulesPage(program));
             if (const LoadedModule* const pluginCore = FindModule(program, kPluginCoreFile)) {
                 mPluginCoreFolders.push_back(pluginCore->path.parent_path());
+            }
+            if (IsCoreApplication(program) && !program.modules.empty()) {
+                AddFoldersOfCoreApplication(program.modules.front().path);
             }
         }
     }
@@ -127,9 +148,7 @@ class Collector {
     }
 
     void AddWordFiles() {
-        std::ranges::sort(mPluginCoreFolders);
-        mPluginCoreFolders.erase(std::unique(mPluginCoreFolders.begin(), mPluginCoreFolders.end()),
-                                 mPluginCoreFolders.end());
+        KeepOnce(mPluginCoreFolders);
         for (const fs::path& folder : mPluginCoreFolders) {
             if (Exists(folder / kWordFile)) {
                 Add("word-files/", folder / kWordFile);
@@ -157,8 +176,7 @@ class Collector {
         page.Line();
         page.Line(
             L"In all texts and file names the profile's folder stands as %USERPROFILE%, the user's name and the "
-            L"folders of "
-            L"other users as <user>.");
+            L"folders of other users as <user>.");
         page.Line();
         AddRunningPrograms(page);
         page.Line();
@@ -216,13 +234,20 @@ class Collector {
     }
 
     // Sorted; none when there is no such folder.
-    static std::vector<fs::path> FilesOf(const fs::path& folder) {
+    std::vector<fs::path> FilesOf(const fs::path& folder) {
         std::vector<fs::path> files;
+        if (folder.native().size() >= MAX_PATH) {
+            mUnreadable.push_back(folder.wstring() + L" (the path is too long to look there)");
+            return files;
+        }
         std::error_code error;
         for (fs::directory_iterator each(folder, error), end; !error && each != end; each.increment(error)) {
             if (_wcsicmp(each->path().extension().c_str(), L".log") == 0 && Exists(each->path())) {
                 files.push_back(each->path());
             }
+        }
+        if (error && error != std::errc::no_such_file_or_directory) {
+            mUnreadable.push_back(folder.wstring());
         }
         std::ranges::sort(files);
         return files;
@@ -257,7 +282,11 @@ class Collector {
         if (!value) {
             return;
         }
-        const fs::path program = Utf16FromUtf8(*value);
+        AddFoldersOfCoreApplication(Utf16FromUtf8(*value));
+    }
+
+    // Where the plug-in looks for the PluginCore.
+    void AddFoldersOfCoreApplication(const fs::path& program) {
         mPluginCoreFolders.push_back(program.parent_path());
         mPluginCoreFolders.push_back(program.parent_path() / kPluginCoreSubfolder);
     }
@@ -270,34 +299,10 @@ class Collector {
     std::vector<std::wstring> mUnreadable;
 };
 
-void AppendShellFolder(const KNOWNFOLDERID& identifier, const fs::path& below, std::vector<fs::path>& out) {
-    wchar_t* path = nullptr;
-    if (SUCCEEDED(SHGetKnownFolderPath(identifier, 0, nullptr, &path))) {
-        out.push_back(fs::path(path) / below);
+void AppendBelow(const fs::path& folder, const fs::path& below, std::vector<fs::path>& out) {
+    if (!folder.empty()) {
+        out.push_back(folder / below);
     }
-    CoTaskMemFree(path);
-}
-
-// Where the plug-in writes: it asks the variable, which a host may have been started with.
-void AppendVariableFolder(const wchar_t* variable, const fs::path& below, std::vector<fs::path>& out) {
-    wchar_t value[1024];
-    const DWORD size = GetEnvironmentVariableW(variable, value, static_cast<DWORD>(std::size(value)));
-    if (size > 0 && size < std::size(value)) {
-        out.push_back(fs::path(value) / below);
-    }
-}
-
-bool IsSamePath(const fs::path& one, const fs::path& other) { return _wcsicmp(one.c_str(), other.c_str()) == 0; }
-
-void KeepOnce(std::vector<fs::path>& paths) {
-    std::vector<fs::path> kept;
-    for (fs::path& each : paths) {
-        each = each.lexically_normal();
-        if (std::ranges::none_of(kept, [&](const fs::path& other) { return IsSamePath(each, other); })) {
-            kept.push_back(each);
-        }
-    }
-    paths = std::move(kept);
 }
 
 }  // namespace
@@ -308,13 +313,14 @@ Sources UsualSources() {
     for (const wchar_t* const each : kLogFolders) {
         logFolder /= each;
     }
-    AppendShellFolder(FOLDERID_LocalAppData, logFolder, sources.logFolders);
-    AppendVariableFolder(L"LOCALAPPDATA", logFolder, sources.logFolders);
-    AppendShellFolder(FOLDERID_LocalAppData, kLaunchInfoFolder, sources.launchInfoFolders);
-    AppendShellFolder(FOLDERID_ProgramData, kLaunchInfoFolder, sources.launchInfoFolders);
+    AppendBelow(KnownFolder(FOLDERID_LocalAppData), logFolder, sources.logFolders);
+    // Where the plug-in writes: a host may have been started with another value of it.
+    AppendBelow(EnvironmentVariable(L"LOCALAPPDATA"), logFolder, sources.logFolders);
+    AppendBelow(KnownFolder(FOLDERID_LocalAppData), kLaunchInfoFolder, sources.launchInfoFolders);
+    AppendBelow(KnownFolder(FOLDERID_ProgramData), kLaunchInfoFolder, sources.launchInfoFolders);
     const fs::path installLog = fs::path(kInstallFolder) / kInstallLog;
-    AppendShellFolder(FOLDERID_ProgramFiles, installLog, sources.installLogs);
-    AppendShellFolder(FOLDERID_LocalAppData, L"Programs" / installLog, sources.installLogs);
+    AppendBelow(KnownFolder(FOLDERID_ProgramFiles), installLog, sources.installLogs);
+    AppendBelow(KnownFolder(FOLDERID_LocalAppData), L"Programs" / installLog, sources.installLogs);
     std::error_code error;
     // Where the plug-in writes when there is no such folder.
     if (const fs::path temporary = fs::temp_directory_path(error); !error) {

@@ -1,32 +1,18 @@
 #include "Identity.h"
 
 #include <windows.h>
-// After windows.h, which they need.
+// After windows.h, which it needs.
 #include <lmcons.h>
-#include <shlobj.h>
 
 #include <algorithm>
 #include <array>
 #include <iterator>
 #include <utility>
 
+#include "EnvironmentVariable.h"
+#include "KnownFolder.h"
+
 namespace {
-
-std::wstring EnvironmentVariable(const wchar_t* name) {
-    std::wstring value(GetEnvironmentVariableW(name, nullptr, 0), L'\0');
-    value.resize(GetEnvironmentVariableW(name, value.data(), static_cast<DWORD>(value.size())));
-    return value;
-}
-
-std::wstring KnownFolder(const KNOWNFOLDERID& identifier) {
-    wchar_t* path = nullptr;
-    std::wstring folder;
-    if (SUCCEEDED(SHGetKnownFolderPath(identifier, 0, nullptr, &path))) {
-        folder = path;
-    }
-    CoTaskMemFree(path);
-    return folder;
-}
 
 std::wstring AccountName() {
     std::array<wchar_t, UNLEN + 1> name{};

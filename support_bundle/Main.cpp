@@ -4,7 +4,6 @@
 #include <fcntl.h>
 #include <io.h>
 #include <shellapi.h>
-#include <shlobj.h>
 
 #include <algorithm>
 #include <CLI/CLI.hpp>
@@ -20,6 +19,7 @@
 #include "Collection.h"
 #include "Files.h"
 #include "Identity.h"
+#include "KnownFolder.h"
 #include "support/TextConversion.h"
 #include "ZipArchive.h"
 
@@ -57,7 +57,7 @@ bool IsQuiet(const std::vector<std::string>& arguments) {
     return std::find(arguments.begin(), arguments.end(), kQuiet) != arguments.end();
 }
 
-// Who has started it by double click has no console.
+// Someone who started it by double click has no console.
 void Tell(const Options& options, const std::wstring& text, bool isError) {
     std::fprintf(isError ? stderr : stdout, "%s\n", Utf8FromWindowsText(text).c_str());
     if (!options.isQuiet) {
@@ -66,11 +66,8 @@ void Tell(const Options& options, const std::wstring& text, bool isError) {
 }
 
 fs::path DesktopFolder() {
-    wchar_t* path = nullptr;
-    const HRESULT result = SHGetKnownFolderPath(FOLDERID_Desktop, KF_FLAG_CREATE, nullptr, &path);
-    fs::path folder = SUCCEEDED(result) ? fs::path(path) : fs::path();
-    CoTaskMemFree(path);
-    if (FAILED(result)) {
+    fs::path folder = KnownFolder(FOLDERID_Desktop, KF_FLAG_CREATE);
+    if (folder.empty()) {
         throw std::runtime_error("there is no desktop folder; name a folder or a file on the command line");
     }
     return folder;
@@ -121,9 +118,12 @@ int Run(Options& options) {
     app.allow_windows_style_options(false);
     app.add_option("OUTPUT", options.output, "A folder, or a file ending in .zip; the desktop when not given");
     app.add_flag(kQuiet, options.isQuiet, "No message box");
-    app.add_option("--logs", options.logFolders, "A folder with logs, instead of the usual ones; may be given again");
+    // One value each: what follows is OUTPUT.
+    app.add_option("--logs", options.logFolders, "A folder with logs, instead of the usual ones; may be given again")
+        ->allow_extra_args(false);
     app.add_option("--process", options.processes,
-                   "Number of a process whose modules are wanted too; may be given again");
+                   "Number of a process whose modules are wanted too; may be given again")
+        ->allow_extra_args(false);
     std::vector<std::string> arguments = ArgumentsBackwards();
     options.isQuiet = IsQuiet(arguments);
     try {

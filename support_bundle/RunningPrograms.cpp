@@ -44,8 +44,8 @@ std::vector<LoadedModule> ModulesOf(DWORD process) {
 }
 
 bool IsWanted(const RunningProgram& program, const std::vector<DWORD>& further) {
-    return IsSameName(program.name.c_str(), kHost) || IsSameName(program.name.c_str(), kCoreApplication) ||
-           FindPlugin(program) != nullptr || std::ranges::find(further, program.process) != further.end();
+    return IsSameName(program.name.c_str(), kHost) || IsCoreApplication(program) || FindPlugin(program) != nullptr ||
+           std::ranges::find(further, program.process) != further.end();
 }
 
 }  // namespace
@@ -76,6 +76,8 @@ const LoadedModule* FindModule(const RunningProgram& program, const std::wstring
     });
     return found == program.modules.end() ? nullptr : &*found;
 }
+
+bool IsCoreApplication(const RunningProgram& program) { return IsSameName(program.name.c_str(), kCoreApplication); }
 
 const LoadedModule* FindPlugin(const RunningProgram& program) {
     const auto found = std::ranges::find_if(program.modules, [](const LoadedModule& each) {

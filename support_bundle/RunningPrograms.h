@@ -27,5 +27,7 @@ std::vector<RunningProgram> FindRunningPrograms(const std::vector<DWORD>& furthe
 
 // The first module of that name, whatever the case; null when there is none.
 const LoadedModule* FindModule(const RunningProgram& program, const std::wstring& name);
+// Whether it is the core application, beside which the plug-in looks for the PluginCore.
+bool IsCoreApplication(const RunningProgram& program);
 // The plug-in, shipped or diagnostic.
 const LoadedModule* FindPlugin(const RunningProgram& program);

@@ -43,10 +43,10 @@ Function CheckFolderOnCommandLine
   ClearErrors
   ${GetOptions} "$0" "/D=" $1
   ${IfNot} ${Errors}
-    StrCpy $1 $INSTDIR 1 1
-    StrCpy $2 $INSTDIR 2
-    ${If} $1 != ":"
-    ${AndIf} $2 != "\\"
+    Push $INSTDIR
+    Call IsWholePath
+    Pop $1
+    ${If} $1 = 0
       ${Refuse} ${EXIT_COMMAND_LINE} "/D= takes a whole path, such as C:\Plug-ins."
     ${EndIf}
   ${EndIf}

@@ -90,6 +90,7 @@ Function ConsiderFolder
   ${EndIf}
   StrCpy $1 $0 1 1
   ${If} $1 == ":"
+    ${FullPath} $0
     Call HostOfPlace
     ${If} $0 != ""
       Call AddHost
@@ -102,10 +103,6 @@ FunctionEnd
 
 ; $0: such a place -> the folder of the host, or empty
 Function HostOfPlace
-  StrCpy $1 $0 "" -1
-  ${If} $1 == "\"
-    StrCpy $0 $0 -1
-  ${EndIf}
   ${GetFileName} "$0" $1
   ${If} $1 == "${HOST_PROGRAM}"
     ${GetParent} "$0" $0

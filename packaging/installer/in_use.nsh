@@ -6,7 +6,6 @@ Var RunningHost  ; the program, or empty
 ; PROCESSENTRY32W of 64-bit Windows. Its third number is the identifier; behind 32 more bytes comes the program's name.
 !define PROCESS_ENTRY_SIZE 568
 !define PROCESS_QUERY_LIMITED_INFORMATION 0x1000
-!define INVALID_HANDLE -1
 
 ; Looks for a host of the version that the plug-in is for. Another version does not load the file, and need not be quit.
 ; A process of another user, which nobody without administrator's rights may look at, is passed over: if it has the file
@@ -84,7 +83,6 @@ ${InBoth} MajorVersionOf
 ${InBoth} FindRunningHost
 
 !define GENERIC_WRITE 0x40000000
-!define OPEN_EXISTING 3
 !define ERROR_SHARING_VIOLATION 32
 
 ; Stack: file -> 1 when a program has it open or, as a library, loaded; else 0

@@ -29,6 +29,7 @@ Function UseScope
   Call RefuseDowngrade
   Call FindHosts
   Call ProposePluginFolder
+  ${FullPath} $PluginFolder
 FunctionEnd
 
 Section
@@ -63,10 +64,8 @@ SectionEnd
 ; Raises the error flag when it gets stuck.
 Function PutAllRight
   ${PutRight} "$PluginFolder\${PLUGIN_FILE}"
-  ${ReturnOnErrors}
   ${PutRight} "$ProgramFolder\uninstall.exe"
-  ${ReturnOnErrors}
-  ${PutRight} "$ProgramFolder\README.txt"
+  ${EachText} PutRight
 FunctionEnd
 
 ; Raises the error flag when it gets stuck. The plug-in takes its name last: with that, all is done.
@@ -76,13 +75,12 @@ Function Install
   ${MakeFolder} "$ProgramFolder"
   ${ReturnOnErrors}
   File "/oname=$PluginFolder\${PLUGIN_FILE}.new" "${PLUGIN}"
-  File "/oname=$ProgramFolder\README.txt.new" "${README}"
+  Call WriteTexts
   WriteUninstaller "$ProgramFolder\uninstall.exe.new"
   ${ReturnOnErrors}
-  ${TakeName} "$ProgramFolder\README.txt"
-  ${ReturnOnErrors}
+  StrCpy $AreAllWritten 1
+  ${EachText} TakeName
   ${TakeName} "$ProgramFolder\uninstall.exe"
-  ${ReturnOnErrors}
   Call WriteAppsEntry
   ${ReturnOnErrors}
   ${TakeName} "$PluginFolder\${PLUGIN_FILE}"
@@ -91,10 +89,8 @@ FunctionEnd
 Function PutAllBack
   ${PutBack} "$PluginFolder\${PLUGIN_FILE}"
   ${PutBack} "$ProgramFolder\uninstall.exe"
-  ${PutBack} "$ProgramFolder\README.txt"
+  ${EachText} PutBack
   ${If} $PreviousVersion == ""
-    Delete "$ProgramFolder\uninstall.exe"
-    Delete "$ProgramFolder\README.txt"
     Call RemoveEmptyFolders
     DeleteRegKey SHCTX "${APPS_ENTRY}"
   ${Else}
@@ -108,15 +104,34 @@ FunctionEnd
 Function TidyUp
   ${DeleteLeftovers} "$PluginFolder\${PLUGIN_FILE}"
   ${DeleteLeftovers} "$ProgramFolder\uninstall.exe"
-  ${DeleteLeftovers} "$ProgramFolder\README.txt"
+  ${EachText} DeleteLeftovers
   ${If} $PreviousFolder != ""
   ${AndIf} $PreviousFolder != $PluginFolder
-    ${Log} "Removing it from $PreviousFolder"
-    ${DeleteLeftovers} "$PreviousFolder\${PLUGIN_FILE}"
-    Delete "$PreviousFolder\${PLUGIN_FILE}"
-    ${If} ${FileExists} "$PreviousFolder\${PLUGIN_FILE}"
-      ${Log} "$PreviousFolder\${PLUGIN_FILE} cannot be removed."
-    ${EndIf}
-    Call RemoveEmptyFolders
+    Call LeavePreviousFolder
   ${EndIf}
+FunctionEnd
+
+; A folder may have two paths that nobody can tell from two folders, as when a share of this computer is one of them. So
+; the file is taken away first, to see whether the new one is still there.
+Function LeavePreviousFolder
+  StrCpy $0 "$PreviousFolder\${PLUGIN_FILE}"
+  ${DeleteLeftovers} "$0"
+  Rename "$0" "$0.old"
+  ${IfNot} ${FileExists} "$PluginFolder\${PLUGIN_FILE}"
+    Rename "$0.old" "$0"
+    ${Log} "$PluginFolder is $PreviousFolder, where it was before."
+    StrCpy $PluginFolder $PreviousFolder
+    ${FullPath} $PluginFolder
+    WriteRegStr SHCTX "${APPS_ENTRY}" "PluginFolder" "$PluginFolder"
+    Return
+  ${EndIf}
+  ${Log} "Removing it from $PreviousFolder"
+  Delete "$0.old"
+  ${If} ${FileExists} "$0.old"
+    Rename "$0.old" "$0"
+  ${EndIf}
+  ${If} ${FileExists} "$0"
+    ${Log} "$0 cannot be removed."
+  ${EndIf}
+  Call RemoveEmptyFolders
 FunctionEnd

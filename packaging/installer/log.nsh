@@ -36,6 +36,12 @@ ${InBoth} WriteLog
 !macroend
 !define BeginLog "!insertmacro BeginLog"
 
+; Of a run that a person has cancelled, before it did anything: nothing is left.
+!macro DiscardLog
+  Delete "${TEMPORARY_LOG}"
+!macroend
+${InBoth} DiscardLog
+
 ; Appends the log of this run to the one of the installation, which then holds them all.
 Function KeepLog
   FileOpen $0 "$LogFile" r

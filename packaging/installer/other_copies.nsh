@@ -57,6 +57,10 @@ FunctionEnd
 Function NoteOtherCopy
   Exch $2
   Push $3
+  ${GetFileName} "$2" $3
+  ${GetParent} "$2" $2
+  ${FullPath} $2
+  StrCpy $2 "$2\$3"
   ${If} ${FileExists} "$2"
   ${AndIf} $2 != "$PluginFolder\${PLUGIN_FILE}"
     ClearErrors

@@ -9,6 +9,7 @@ Var PreviousFolder
 Function ReadPreviousInstallation
   ReadRegStr $PreviousVersion SHCTX "${APPS_ENTRY}" "DisplayVersion"
   ReadRegStr $PreviousFolder SHCTX "${APPS_ENTRY}" "PluginFolder"
+  ${FullPath} $PreviousFolder
   ClearErrors
 FunctionEnd
 

@@ -4,10 +4,13 @@
 ; A run that was killed leaves them behind. They are put right before anything is written: else they would be in the way
 ; of every later run, and be taken for what that run has replaced.
 
-; ${PutRight} FILE: what an earlier run has left. Raises the error flag when it cannot.
+Var AreAllWritten  ; 1 as soon as each file is there as FILE.new: one that is there no more has taken its name
+
+; ${PutRight} FILE: what an earlier run has left. When it cannot, it ends the function with the error flag raised.
 !macro PutRight FILE
   Push "${FILE}"
   Call PutRight
+  ${ReturnOnErrors}
 !macroend
 !define PutRight "!insertmacro PutRight"
 
@@ -28,10 +31,11 @@ Function PutRight
   Pop $0
 FunctionEnd
 
-; ${TakeName} FILE: raises the error flag when it cannot; then all is as it was.
+; ${TakeName} FILE: when it cannot, all is as it was, and it ends the function with the error flag raised.
 !macro TakeName FILE
   Push "${FILE}"
   Call TakeName
+  ${ReturnOnErrors}
 !macroend
 !define TakeName "!insertmacro TakeName"
 
@@ -55,8 +59,12 @@ Function GiveName
 FunctionEnd
 
 ; ${PutBack} FILE: as it was before, whether it has taken its name by now or not. A FILE.old is of this run, because
-; there was none at its beginning.
+; there was none at its beginning; one that has taken its name without it had none before.
 !macro PutBack FILE
+  ${If} $AreAllWritten = 1
+  ${AndIfNot} ${FileExists} "${FILE}.new"
+    Delete "${FILE}"
+  ${EndIf}
   Delete "${FILE}.new"
   ${If} ${FileExists} "${FILE}.old"
     Delete "${FILE}"
@@ -71,3 +79,10 @@ FunctionEnd
   Delete "${FILE}.new"
 !macroend
 !define DeleteLeftovers "!insertmacro DeleteLeftovers"
+
+; ${DeleteWithLeftovers} FILE
+!macro DeleteWithLeftovers FILE
+  Delete "${FILE}"
+  ${DeleteLeftovers} "${FILE}"
+!macroend
+!define DeleteWithLeftovers "!insertmacro DeleteWithLeftovers"

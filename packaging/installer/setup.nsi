@@ -1,7 +1,7 @@
 ; The installer of the plug-in. packaging/setup_program.py calls makensis and defines:
 ;   VERSION     the version number, three parts
 ;   PLUGIN      the plug-in's file as it is shipped
-;   README      a text file that is laid beside the uninstaller
+;   TEXTS       the folder of the texts that are laid beside the uninstaller: texts.nsh names them
 ;   OUTPUT      the program to be written
 ;   SIZE_IN_KB  of what is installed, for the list of installed apps
 ;   SIGN        optional: a command that signs the file whose name follows, for the uninstaller inside
@@ -56,7 +56,7 @@ VIAddVersionKey /LANG=1033 "LegalCopyright" "Copyright the ${PRODUCT} authors"
 
 ; What nearly every file speaks of; the others declare what is theirs.
 Var Scope          ; "all" or "user"
-Var ProgramFolder  ; of the uninstaller, the log and the text
+Var ProgramFolder  ; of the uninstaller, the log and the texts
 Var PluginFolder   ; of the plug-in, which lies elsewhere
 
 ; From the bottom upwards: each may use what stands above it.
@@ -65,6 +65,7 @@ Var PluginFolder   ; of the plug-in, which lies elsewhere
 !include temporary_copy.nsh
 !include exit_codes.nsh
 !include second_run.nsh
+!include paths.nsh
 !include registry.nsh
 !include folders.nsh
 !include in_use.nsh
@@ -74,6 +75,7 @@ Var PluginFolder   ; of the plug-in, which lies elsewhere
 !include target.nsh
 !include other_copies.nsh
 !include replace.nsh
+!include texts.nsh
 !include wizard.nsh
 !include run_uninstaller.nsh
 !include install.nsh

@@ -28,3 +28,7 @@
   ${EndIf}
 !macroend
 !define ReturnOnErrors "!insertmacro ReturnOnErrors"
+
+; Of Windows.
+!define INVALID_HANDLE -1
+!define OPEN_EXISTING 3

@@ -40,10 +40,8 @@ Section Uninstall
     ${Refuse} ${EXIT_NOT_WRITABLE} "$PluginFolder\${PLUGIN_FILE} cannot be removed."
   ${EndIf}
   ${DeleteLeftovers} "$PluginFolder\${PLUGIN_FILE}"
-  ${DeleteLeftovers} "$ProgramFolder\uninstall.exe"
-  ${DeleteLeftovers} "$ProgramFolder\README.txt"
-  Delete "$ProgramFolder\uninstall.exe"
-  Delete "$ProgramFolder\README.txt"
+  ${DeleteWithLeftovers} "$ProgramFolder\uninstall.exe"
+  ${EachText} DeleteWithLeftovers
   Delete "$ProgramFolder\${LOG_NAME}"
   Call un.RemoveEmptyFolders
   DeleteRegKey SHCTX "${APPS_ENTRY}"

@@ -1,5 +1,7 @@
 ; What a person sees. A silent run passes all of it over.
 !define MUI_ABORTWARNING
+!define MUI_CUSTOMFUNCTION_ABORT DiscardLog
+!define MUI_CUSTOMFUNCTION_UNABORT un.DiscardLog
 
 Var ScopeForAll
 Var HostList
@@ -108,6 +110,14 @@ Function LeaveHostsPage
     MessageBox MB_OK|MB_ICONEXCLAMATION "Choose a copy of ${HOST}, or a folder."
     Abort
   ${EndIf}
+  Push $PluginFolder
+  Call IsWholePath
+  Pop $0
+  ${If} $0 = 0
+    MessageBox MB_OK|MB_ICONEXCLAMATION "The folder must be a whole path, such as C:\Plug-ins."
+    Abort
+  ${EndIf}
+  ${FullPath} $PluginFolder
 FunctionEnd
 
 Function SetFinishText

@@ -124,7 +124,7 @@ class CheckTree(unittest.TestCase):
             ("int a = ({ int b = 1; b; });", "a block in place of a value"),
             ("int a = f(({ g(); 1; }));", "a block in place of a value"),
         ):
-            for folder in ("src/json", "devkit/simhost", "bench/json"):
+            for folder in ("src/json", "devkit/simhost", "bench/json", "tests/unit/json", "fuzz/targets"):
                 with self.subTest(code=code, folder=folder):
                     self.write(f"{folder}/Thing.h", f"// First\n\n{code}\n")
                     findings = self.findings()

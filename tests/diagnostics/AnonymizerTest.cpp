@@ -86,6 +86,31 @@ TEST_F(AnonymizerTest, LineThatIsCutWithinTheNameTellsNothingOfIt) {
     EXPECT_EQ(Without(L"C:\\Users"), "C:\\Users");
 }
 
+TEST_F(AnonymizerTest, NameThatIsCutOutsideOfTheProfileIsFoundToo) {
+    EXPECT_EQ(Without(L"-> X(\"\\\\server\\home\\J\u00F6rg Gr...\" (300 bytes)"),
+              "-> X(\"\\\\server\\home\\<user>...\" (300 bytes)");
+    EXPECT_EQ(Without(L"\"D:/jg...\" \"D:\\J\u00D6RG...\" \"D:\\jgro...\""),
+              "\"D:/<user>...\" \"D:\\<user>...\" \"D:\\<user>...\"");
+    EXPECT_EQ(Without(L"\"\\\\\\\\server\\\\home\\\\J\\u00f6rg Gr...\""), "\"\\\\\\\\server\\\\home\\\\<user>...\"");
+    EXPECT_EQ(Without(L"\"home%5CJ%C3%B6rg%20Gr...\" \"home\\u005cjgro...\""),
+              "\"home%5C<user>...\" \"home\\u005c<user>...\"");
+}
+
+TEST_F(AnonymizerTest, NameThatIsCutWithinAnEscapeIsFoundToo) {
+    for (const std::wstring cut :
+         {L"\\", L"\\u", L"\\u00", L"\\u00f", L"\\\\u00f", L"%", L"%C", L"%C3", L"%C3%", L"%C3%B"}) {
+        EXPECT_EQ(anonymizer.WithoutNames(L"\"D:\\J\u00F6rg Gro" + cut + L"...\""), L"\"D:\\<user>...\"")
+            << Utf8FromWindowsText(cut);
+    }
+}
+
+TEST_F(AnonymizerTest, WhatOnlyBeginsLikeTheNameStays) {
+    for (const std::wstring text : {L"D:\\jg", L"\"D:\\jg\"", L"D:\\jgr\\a...", L"\"D:\\j...\"", L"\"D:\\J...\"",
+                                    L"\"a jgro...\"", L"\"D:\\a-jgro...\"", L"\"D:\\jgx...\"", L"\"D:\\jg%41...\""}) {
+        EXPECT_EQ(anonymizer.WithoutNames(text), text);
+    }
+}
+
 TEST_F(AnonymizerTest, FoldersOfOtherUsersLoseTheName) {
     EXPECT_EQ(Without(L"C:\\Users\\Joe\\a c:/users/Anna Lena O'Neil/b"), "C:\\Users\\<user>\\a c:/users/<user>/b");
     EXPECT_EQ(Without(L"C:\\Users\\ANNALE~1\\a C:\\Users\\Joe.DOMAIN\\a"), "C:\\Users\\<user>\\a C:\\Users\\<user>\\a");

@@ -26,14 +26,17 @@ class Built:
         # The first program on a desktop makes its prefix, in which the user's folders are.
         self.run("simhost.exe", "--help")
 
-    def command(self, program: str, *arguments) -> list[str]:
-        return [*self.run_command, str(self.folder / program), *map(str, arguments)]
+    def command(self, program: str | pathlib.Path, *arguments) -> list[str]:
+        """The program of that name in the folder, or the one at an absolute path."""
+        # A box that nobody closes: exit code 124, and not the end of all tests.
+        return [*self.run_command, "--time-limit", str(PATIENCE_SECONDS), str(self.folder / program),
+                *map(str, arguments)]
 
     def run(self, program: str, *arguments, **environment) -> subprocess.CompletedProcess:
         return subprocess.run(self.command(program, *arguments), capture_output=True, check=False, cwd=ROOT,
                               env={**os.environ, **environment})
 
-    def start(self, program: str, *arguments) -> subprocess.Popen:
+    def start(self, program: str | pathlib.Path, *arguments) -> subprocess.Popen:
         return subprocess.Popen(self.command(program, *arguments), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
                                 cwd=ROOT)
 

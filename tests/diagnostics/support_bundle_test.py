@@ -7,6 +7,7 @@ The folder of the built files and the command that runs a Windows program follow
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -48,11 +49,27 @@ class SupportBundle(unittest.TestCase):
     def files(self, *arguments, **environment) -> dict[str, str]:
         """What is in a bundle, by name."""
         target = self.folder / "bundle.zip"
-        self.bundle(diagnostic_files.windows_path(target), *arguments, **environment)
-        with zipfile.ZipFile(target) as archive:
+        # Last, where a switch that takes more than its value would swallow it.
+        self.bundle(*arguments, diagnostic_files.windows_path(target), **environment)
+        return self.content(target)
+
+    def content(self, archive: pathlib.Path) -> dict[str, str]:
+        with zipfile.ZipFile(archive) as archive:
             self.assertIsNone(archive.testzip())
             self.assertEqual(archive.namelist(), sorted(archive.namelist()))
             return {name: archive.read(name).decode("utf-8") for name in archive.namelist()}
+
+    def files_with_local_app_data(self, folder: str) -> dict[str, str]:
+        """Of a program that was started with this value of the variable."""
+        # Not given to the program from here: Wine sets the variable itself.
+        target = self.folder / "bundle.zip"
+        script = self.folder / "start.cmd"
+        script.write_text(f"set LOCALAPPDATA={folder}\r\n"
+                          f'"Z:{self.built.folder.resolve() / PROGRAM}" --quiet '
+                          f"{diagnostic_files.windows_path(target)}\r\n".replace("/", "\\"), encoding="utf-8")
+        subprocess.run([*self.built.run_command, str(SYSTEM / "cmd.exe"), "/c", diagnostic_files.windows_path(script)],
+                       capture_output=True, check=False, cwd=ROOT)
+        return self.content(target)
 
     def check_names(self, files: dict[str, str], *names: str) -> None:
         """None of them is in any text or name of a file."""
@@ -133,23 +150,15 @@ class SupportBundle(unittest.TestCase):
     def test_launch_info_is_read_as_the_plugin_reads_it(self):
         lumet = self.folder / "Lumet"
         self.write(diagnostic_files.local_app_data() / "Quorvel" / LAUNCH_INFO,
-                   f"no value\nour lumet.path is={diagnostic_files.windows_path(lumet)}\\Lumet.exe\r\n".encode())
+                   f"lumet.path without a value\nour lumet.path is={diagnostic_files.windows_path(lumet)}\\Lumet.exe\r\n".encode())
         self.write(lumet / "DialogSuppression.tmp", b"word")
         self.assertEqual(self.files()["word-files/DialogSuppression.tmp"], "word")
 
     def test_logs_are_found_where_the_variable_says(self):
         logs = self.folder / "Local" / "Quorvel" / "TypeAgent" / "Logs"
         self.write(logs / "a.log", b"there")
-        # Not given to the program from here: Wine sets the variable itself.
-        target = self.folder / "bundle.zip"
-        script = self.folder / "start.cmd"
-        script.write_text(f"set LOCALAPPDATA={diagnostic_files.windows_path(self.folder)}\\Local\r\n"
-                          f'"Z:{self.built.folder.resolve() / PROGRAM}" --quiet '
-                          f"{diagnostic_files.windows_path(target)}\r\n".replace("/", "\\"), encoding="utf-8")
-        subprocess.run([*self.built.run_command, str(SYSTEM / "cmd.exe"), "/c", diagnostic_files.windows_path(script)],
-                       capture_output=True, check=False, cwd=ROOT)
-        with zipfile.ZipFile(target) as archive:
-            self.assertEqual(archive.read("logs/a.log"), b"there")
+        files = self.files_with_local_app_data(f"{diagnostic_files.windows_path(self.folder)}\\Local")
+        self.assertEqual(files["logs/a.log"], "there")
 
     def test_installer_is_told_of(self):
         text = f"Folder: C:\\users\\{self.user}\\x\r\n"
@@ -179,6 +188,41 @@ class SupportBundle(unittest.TestCase):
                    .encode())
         files = self.files("--logs", diagnostic_files.windows_path(logs))
         self.assertEqual(files["word-files/DialogSuppression.tmp"], "word")
+
+    def test_word_file_is_taken_once_however_its_folder_is_written(self):
+        library = self.folder / "Core"
+        self.write(library / "DialogSuppression.tmp", b"word")
+        path = f"{diagnostic_files.windows_path(library)}\\PluginCoreX64.dll"
+        logs = self.folder / "logs"
+        for number, each in enumerate((path, path.upper(), path.replace("\\", "/"), path.replace("Core\\", "Core\\.\\"))):
+            self.write(logs / f"{number}.log", f"12:00:00.000 PluginCore: 1.2.3.4  {each}\r\n".encode())
+        files = self.files("--logs", diagnostic_files.windows_path(logs))
+        self.assertEqual([name for name in files if name.startswith("word-files/")], ["word-files/DialogSuppression.tmp"])
+
+    def test_word_file_is_found_by_a_core_application_that_runs_without_the_library(self):
+        lumet = self.folder / "Lumet"
+        self.write(lumet / "DialogSuppression.tmp", b"beside")
+        self.write(lumet / "Plug-ins" / "DialogSuppression.tmp", b"below")
+        shutil.copy(self.built.folder / "Lumet.exe", lumet)
+        core = self.built.start(lumet / "Lumet.exe")
+        self.addCleanup(core.wait)
+        # The whole desktop is this test's.
+        self.addCleanup(subprocess.run, [*self.built.run_command, str(SYSTEM / "taskkill.exe"), "/f", "/im", "Lumet.exe"],
+                        capture_output=True, check=True, cwd=ROOT)
+        files = diagnostic_files.wait_for("the core application", lambda: next(
+            (each for each in [self.files()] if any(name.startswith("modules/Lumet.exe-") for name in each)), None))
+        self.assertIn("    PluginCore:  not loaded\r\n", files["about.txt"])
+        self.assertEqual([text for name, text in files.items() if name.startswith("word-files/")], ["below", "beside"])
+
+    def test_folders_of_logs_that_cannot_be_looked_into_are_told(self):
+        file = self.folder / "file"
+        self.write(file, b"")
+        self.assertIn(f"\r\nCould not be read\r\n  {diagnostic_files.windows_path(file)}\r\n",
+                      self.files("--logs", diagnostic_files.windows_path(file))["about.txt"])
+        long = "C:" + "\\long" * 300
+        files = self.files_with_local_app_data(long)
+        self.assertIn(f"\r\nCould not be read\r\n  {long}\\Quorvel\\TypeAgent\\Logs (the path is too long to look there)\r\n",
+                      files["about.txt"])
 
     def test_account_with_letters_beyond_ascii(self):
         logs = self.folder / f"of {ACCOUNT}"
@@ -218,9 +262,22 @@ class SupportBundle(unittest.TestCase):
 
     def test_process_that_is_named_is_told_too(self):
         # Wine's own are always there; their numbers are multiples of 4.
-        files = self.files("--process", *range(4, 4000, 4))
+        files = self.files(*(each for number in range(4, 4000, 4) for each in ("--process", number)))
         services = next(text for name, text in files.items() if name.startswith("modules/services.exe-"))
         self.assertRegex(services, r"(?i)\\ntdll\.dll\r\n")
+
+    def test_each_switch_takes_one_value(self):
+        # In brackets, as a list would be written.
+        logs = [self.folder / name for name in ("[first]", "second")]
+        for number, folder in enumerate(logs):
+            self.write(folder / f"{number}.log", b"")
+        files = self.files(*(each for folder in logs for each in ("--logs", diagnostic_files.windows_path(folder))))
+        self.assertEqual([name for name in files if name.startswith("logs/")], ["logs/0.log", "logs/1.log"])
+        target = self.folder / "after a number.zip"
+        self.bundle("--process", 4, diagnostic_files.windows_path(target))
+        self.assertTrue(target.exists())
+        run = self.bundle("--logs", "C:\\a", "C:\\b.zip", "C:\\c.zip", code=2)
+        self.assertIn("C:\\c.zip", run.stderr.decode("utf-8"))
 
     def test_exit_codes_and_errors(self):
         run = self.bundle("--nonsense", code=2)

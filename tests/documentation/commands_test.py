@@ -2,9 +2,9 @@
 """Every command in a ```sh block of the documentation works as it stands, in the order of the page.
 
 Each line is run by bash in the project's folder; one that stands on several pages is run once. A comment at its end may
-say how it ends, "# exit code 1", or what is printed on the way, "# shows: these words". A window is closed as soon as it is on the screen. What is not run is named here with the
-reason. Commands stand in no other kind of block, and what is named in a line of text must be there: the script, the
-command of simhost.
+say how it ends, "# exit code 1", or what is printed on the way, "# shows: these words". A window is closed as soon as it
+is on the screen. What is not run is named here with the reason. Commands stand in no other kind of block, and what is
+named in a line of text must be there: the script, the command of simhost.
 
 usage: commands_test.py [--fresh-clone] [PAGE...]     all pages of the project when none is named
   --fresh-clone   in a new clone of the repository, where nothing is built: takes minutes, and is no part of the tests

@@ -11,7 +11,7 @@ PAGE = (ROOT / "docs" / "troubleshooting.md").read_text(encoding="utf-8")
 SOURCES = "\n".join(path.read_text(encoding="utf-8") for path in sorted((ROOT / "src").rglob("*.cpp")))
 LITERAL = r'"(?:\\.|[^"\\])*"'
 # What a conversion of a format becomes in a line.
-CONVERSIONS = {"%s": ".*", "%d": r"-?\d+", "%08x": "[0-9a-f]{8}", "%.*s": ".*"}
+CONVERSIONS = {"%s": ".*", "%d": r"-?\d+", "%u": r"\d+", "%03u": r"\d{3}", "%08x": "[0-9a-f]{8}", "%.*s": ".*"}
 
 
 def text_of(literals: str) -> str:
@@ -35,7 +35,7 @@ def formats() -> list[str]:
 
 
 def pattern_of(text: str) -> re.Pattern:
-    parts = re.split(r"(%(?:\.\*)?(?:08)?[sdx])", text)
+    parts = re.split(r"(%(?:\.\*)?(?:0\d)?[sdux])", text)
     return re.compile("".join(CONVERSIONS.get(part, re.escape(part)) for part in parts))
 
 

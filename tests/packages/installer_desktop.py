@@ -14,6 +14,8 @@ TIME_LIMIT_SECONDS = 60
 # As root, Linux lets everything be written. Without these rights, a folder that is not writable is one.
 WITHOUT_OVERRIDE = ["setpriv", "--bounding-set", "-dac_override,-dac_read_search"] if os.geteuid() == 0 else []
 REGISTRY_HEADER = "Windows Registry Editor Version 5.00\n\n"
+# The windows of the command processor, and what Wine makes with the first window of all.
+OF_WINDOWS = (r"[HKEY_CURRENT_USER\Console", r"[HKEY_CURRENT_USER\Software\Wine\Temporary System Parameters")
 JOIN = """
 source "$1/scripts/lib/wine-environment"
 # A prefix in which nothing was ever installed: without this file it is made anew.
@@ -107,6 +109,11 @@ class Desktop:
         file.unlink(missing_ok=True)
         self.run("reg", "export", key, on_drive_z(file), "/y")
         return file.read_text(encoding="utf-16").replace("\r\n", "\n") if file.exists() else ""
+
+    def registry(self) -> set[str]:
+        """Keys with their values, without those that any window leaves behind."""
+        keys = "".join(self.exported(root) for root in (r"HKLM\Software", "HKCU")).split("\n\n")
+        return {key for key in keys if not key.startswith(OF_WINDOWS)}
 
     def import_text(self, exported: str) -> None:
         file = self.folder / "imported.reg"

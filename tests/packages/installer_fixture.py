@@ -2,17 +2,20 @@
 
 import argparse
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
 import tempfile
 import unittest
+import zipfile
 
 from installer_desktop import Desktop, on_drive_z
 
 ROOT = pathlib.Path(__file__).parents[2]
 sys.path.insert(0, str(ROOT / "packaging"))
 
+import archive  # noqa: E402
 import setup_program  # noqa: E402
 
 OLDER, NEWER = "0.9.0", "99.0.0"
@@ -23,10 +26,12 @@ HOST = r"C:\Program Files\Adobe\Adobe Illustrator CC 2015.3"
 OTHER_HOST = r"C:\Zeichnen & Sätze\Illustrator 二十"
 HOST_PROGRAM = r"Support Files\Contents\Windows\Illustrator.exe"
 KEY_OF_HOST = r"HKLM\Software\Adobe\Adobe Illustrator\20.0"
+TERMS = ("LICENSE.txt", "THIRD-PARTY.txt")
 OWN_FOLDER = r"Plug-ins\Quorvel Type Agent"
 PROGRAM_FOLDER = r"C:\Program Files\Quorvel Type Agent"
 (ELEVATION_NEEDED, NO_HOST, SEVERAL_HOSTS, IN_USE, NEWER_INSTALLED, NOT_WRITABLE, COMMAND_LINE, SECOND_RUN,
  NOT_INSTALLED) = range(3, 12)
+CANCELLED = 1
 
 
 class InstallerTest(unittest.TestCase):
@@ -36,6 +41,7 @@ class InstallerTest(unittest.TestCase):
     desktop: Desktop
     setups: dict[str, pathlib.Path]
     plugins: dict[str, bytes]
+    terms: dict[str, bytes]
 
     @classmethod
     def make_setups(cls, folder: pathlib.Path):
@@ -48,6 +54,15 @@ class InstallerTest(unittest.TestCase):
             plugin.write_bytes(content)
             setup_program.make(setup, version, plugin)
             cls.setups[version] = setup
+
+    @classmethod
+    def read_terms(cls, folder: pathlib.Path):
+        """As who takes the zip gets them."""
+        name = f"QuorvelTypeAgentAI20-{cls.options.version}.zip"
+        subprocess.run([sys.executable, ROOT / "packaging" / "packages.py", "--build-folder", cls.options.build_folder,
+                        "--output", folder, "--only", name], check=True)
+        with zipfile.ZipFile(folder / name) as package:
+            cls.terms = {text: package.read(text) for text in TERMS}
 
     def setUp(self):
         self.version = self.options.version
@@ -97,6 +112,11 @@ class InstallerTest(unittest.TestCase):
         self.assertEqual(len(files), 1, "there is not one log")
         return files[0].read_text(encoding="utf-16")
 
+    def profile(self) -> str:
+        """The folder of the user."""
+        [folder] = [each for each in self.desktop.path(r"C:\users").iterdir() if each.name != "Public"]
+        return rf"C:\users\{folder.name}"
+
     def play(self, plugin: pathlib.Path) -> subprocess.CompletedProcess:
         """A story, with the simulated host, to a plug-in."""
         story = ROOT / "devkit" / "scenarios" / "saved.json"
@@ -128,6 +148,12 @@ class InstallerTest(unittest.TestCase):
     def assert_not_installed(self):
         self.assertEqual((self.entry("HKLM"), self.entry("HKCU")), ({}, {}))
 
+    def assert_plays(self, plugin_folder: str):
+        """What is installed there."""
+        played = self.play(self.desktop.path(rf"{plugin_folder}\{PLUGIN}"))
+        self.assertIn(b"Passed: ", played.stdout)
+        self.assertEqual(played.returncode, 0)
+
     def assert_installed(self, plugin_folder: str, root: str = "HKLM", program_folder: str = PROGRAM_FOLDER,
                          version: str = ""):
         """All of it, and nothing half-done beside it."""
@@ -139,19 +165,30 @@ class InstallerTest(unittest.TestCase):
         folder = self.desktop.path(plugin_folder)
         self.assertEqual((folder / PLUGIN).read_bytes(), self.plugins[version])
         self.assertEqual([file.name for file in folder.glob("*.aip*")], [PLUGIN])
-        self.assertEqual({file.name for file in self.desktop.path(program_folder).iterdir() if file.is_file()},
-                         {"README.txt", "install.log", "uninstall.exe"})
+        files = {file.name: file for file in self.desktop.path(program_folder).iterdir() if file.is_file()}
+        texts = {"README.txt": archive.readme("installed.txt", version), **self.terms}
+        self.assertEqual(set(files), {"install.log", "uninstall.exe", *texts})
+        for name, text in texts.items():
+            self.assertEqual(without_uninstaller(files[name].read_bytes()), text, name)
+        self.assertIn(b"NSIS Contributors", files["THIRD-PARTY.txt"].read_bytes())
         self.assertIn(f"Version {version} is installed", self.log(program_folder))
+
+
+def without_uninstaller(terms: bytes) -> bytes:
+    """The terms of others' code without those of the uninstaller's, which the zip does not have."""
+    listed = terms.replace(b"  nsis-common\r\n", b"", 1)
+    return re.sub(rb"\r\n={80}\r\nnsis-common\r\n={80}\r\n.*?(?=\r\n={80}\r\n|\Z)", b"", listed, count=1, flags=re.DOTALL)
 
 
 def main() -> None:
     parser = argparse.ArgumentParser()
-    for name in ("plugin", "simhost", "start-program", "read-window", "hosts", "screenshots"):
+    for name in ("build-folder", "plugin", "simhost", "start-program", "read-window", "hosts", "screenshots"):
         parser.add_argument(f"--{name}", type=pathlib.Path, required=True)
     parser.add_argument("--version", required=True)
     InstallerTest.options, rest = parser.parse_known_args()
     with tempfile.TemporaryDirectory() as folder:
         InstallerTest.make_setups(pathlib.Path(folder))
+        InstallerTest.read_terms(pathlib.Path(folder) / "packages")
         InstallerTest.desktop = Desktop(InstallerTest.options.start_program)
         try:
             passed = unittest.main(module="__main__", argv=[sys.argv[0], *rest], exit=False).result.wasSuccessful()

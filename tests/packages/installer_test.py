@@ -13,7 +13,8 @@ from certificates import make_certificate
 from installer_desktop import on_drive_z
 from installer_fixture import (APPS, COMMAND_LINE, ELEVATION_NEEDED, ENTRY, HOST, IN_USE, KEY_OF_HOST, NEWER,
                                NEWER_INSTALLED, NO_HOST, NOT_INSTALLED, NOT_WRITABLE, OLDER, OTHER_HOST, OWN_FOLDER,
-                               PLUGIN, PROGRAM_FOLDER, ROOT, SEVERAL_HOSTS, InstallerTest, main, setup_program)
+                               PLUGIN, PROGRAM_FOLDER, ROOT, SEVERAL_HOSTS, TERMS, InstallerTest, main, setup_program)
+from path_cases import FolderOfAPerson, Spellings  # noqa: F401 -- its cases run with these
 from wizard_cases import Wizard  # noqa: F401 -- its cases run with these
 
 ENVIRONMENT = r"HKCU\Environment"
@@ -23,7 +24,7 @@ USER_SHELL_FOLDERS = r"HKCU\Software\Microsoft\Windows\CurrentVersion\Explorer\U
 class Fresh(InstallerTest):
     def test_for_all_users_installs_what_the_host_loads_and_goes_without_a_trace(self):
         self.make_host()
-        files, registry = self.desktop.files(), self.registry()
+        files, registry = self.desktop.files(), self.desktop.registry()
         self.assertEqual(self.setup(), 0)
         self.assert_installed(rf"{HOST}\{OWN_FOLDER}")
         entry = self.entry()
@@ -31,17 +32,10 @@ class Fresh(InstallerTest):
         self.assertEqual((entry["NoModify"], entry["NoRepair"]), ("00000001", "00000001"))
         self.assertIn("Quorvel Type Agent", entry["DisplayName"])
         self.assertGreater(int(entry["EstimatedSize"], 16), 200)
-        played = self.play(self.desktop.path(rf"{HOST}\{OWN_FOLDER}\{PLUGIN}"))
-        self.assertIn(b"Passed: ", played.stdout)
-        self.assertEqual(played.returncode, 0)
+        self.assert_plays(rf"{HOST}\{OWN_FOLDER}")
         self.uninstall()
         self.assertEqual({file for file in self.desktop.files() if "/simhost" not in file}, files)
-        self.assertEqual(self.registry(), registry)
-
-    def registry(self) -> set[str]:
-        """Keys with their values, without those where Windows remembers the windows of the command processor."""
-        keys = "".join(self.desktop.exported(root) for root in (r"HKLM\Software", "HKCU")).split("\n\n")
-        return {key for key in keys if not key.startswith(r"[HKEY_CURRENT_USER\Console")}
+        self.assertEqual(self.desktop.registry(), registry)
 
     def test_for_one_user_needs_no_rights_and_no_host(self):
         # Wine takes the name of the user from Linux. The folders that Windows names after it are elsewhere here.
@@ -58,8 +52,7 @@ class Fresh(InstallerTest):
         self.assert_installed(rf"{program_folder}\Plug-ins", "HKCU", program_folder)
         self.assertIn("Additional Plug-ins Folder", self.log(program_folder))
         self.assertEqual(self.entry("HKLM"), {})
-        played = self.play(self.desktop.path(rf"{program_folder}\Plug-ins\{PLUGIN}"))
-        self.assertIn(b"Passed: ", played.stdout)
+        self.assert_plays(rf"{program_folder}\Plug-ins")
         self.uninstall("HKCU")
         self.assert_not_installed()
         # The profile was not made by the installer alone: Windows makes it as soon as it is asked for.
@@ -160,6 +153,7 @@ class OverAnother(InstallerTest):
         self.assert_installed(rf"{HOST}\{OWN_FOLDER}")
         self.assertIn(f"Installed already: version {OLDER}", self.log())
         self.assertIn(f"Version {OLDER} is installed", self.log())
+        self.assert_plays(rf"{HOST}\{OWN_FOLDER}")
         self.desktop.path(rf"{HOST}\{OWN_FOLDER}\{PLUGIN}").write_bytes(b"damaged")
         self.desktop.path(rf"{PROGRAM_FOLDER}\uninstall.exe").unlink()
         self.assertEqual(self.setup(), 0)
@@ -212,8 +206,6 @@ class OverAnother(InstallerTest):
         self.uninstall()
         self.assertTrue(by_hand.exists())
         self.assertNotEqual(self.entry("HKCU"), {})
-
-
         # The copy for all is below the host's folder and in the registry. It is told once.
         self.assertEqual(self.setup("/AllUsers"), 0)
         self.assertEqual(self.setup("/CurrentUser"), 0)
@@ -243,7 +235,7 @@ class AfterAKilledRun(InstallerTest):
         self.plugin = self.desktop.path(rf"{HOST}\{OWN_FOLDER}\{PLUGIN}")
 
     def leave(self, *endings: str):
-        others = [self.desktop.path(PROGRAM_FOLDER) / name for name in ("uninstall.exe", "README.txt")]
+        others = [self.desktop.path(PROGRAM_FOLDER) / name for name in ("uninstall.exe", "README.txt", *TERMS)]
         for file in (self.plugin, *others):
             for ending in endings:
                 file.with_name(file.name + ending).write_bytes(b"stale")
@@ -344,6 +336,25 @@ class Refused(InstallerTest):
             with self.subTest(folder), locked(self.desktop.path(folder)):
                 self.assert_refused(self.setup(), NOT_WRITABLE, before, "cannot be written")
         self.assert_installed(rf"{HOST}\{OWN_FOLDER}", version=OLDER)
+
+    def test_upgrade_that_gets_stuck_half_way_puts_all_back(self):
+        self.make_host()
+        self.assertEqual(self.setup(version=OLDER), 0)
+        # As of a version that had none.
+        self.desktop.path(rf"{PROGRAM_FOLDER}\LICENSE.txt").unlink()
+        viewer = self.desktop.path(r"C:\Viewer.exe")
+        shutil.copy(self.options.hosts / "20" / "Illustrator.exe", viewer)
+        before = {file: file.read_bytes() for file in self.ours()}
+        files = self.new_files()
+        # By then, the texts have their names.
+        with self.desktop.running(viewer, "--open", rf"{PROGRAM_FOLDER}\uninstall.exe"):
+            self.assert_refused(self.setup(), NOT_WRITABLE, files, "cannot be written")
+        self.assertEqual({file: file.read_bytes() for file in self.ours()}, before)
+        self.assertEqual(self.entry()["DisplayVersion"], OLDER)
+
+    def ours(self) -> list[pathlib.Path]:
+        folders = (PROGRAM_FOLDER, rf"{HOST}\{OWN_FOLDER}")
+        return [file for folder in folders for file in self.desktop.path(folder).iterdir()]
 
 
 class Uninstalling(InstallerTest):

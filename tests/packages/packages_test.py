@@ -33,6 +33,9 @@ class Packages(unittest.TestCase):
         temporary = tempfile.TemporaryDirectory()
         cls.addClassCleanup(temporary.cleanup)
         cls.folders = [pathlib.Path(temporary.name) / name for name in ("first", "a second one, elsewhere")]
+        cls.folders[1].mkdir()
+        for kind in ("AI20-0.9.0.zip", "AI20-diagnostic-0.9.0.zip", "Kit-0.9.0.zip"):
+            (cls.folders[1] / f"QuorvelTypeAgent{kind}").write_bytes(b"before")
         for folder in cls.folders:
             subprocess.run([sys.executable, PACK, "--build-folder", cls.options.build_folder, "--output", folder],
                            check=True)
@@ -66,17 +69,37 @@ class Packages(unittest.TestCase):
                 sums = {hashlib.sha256((folder / name).read_bytes()).hexdigest() for folder in self.folders}
                 self.assertEqual(len(sums), 1)
 
-    def test_deletes_packages_of_earlier_versions_and_nothing_else(self):
+    def test_a_package_replaces_those_of_its_kind_and_nothing_else(self):
+        version = self.options.version
         with tempfile.TemporaryDirectory() as name:
             folder = pathlib.Path(name)
             (folder / "QuorvelTypeAgentKit-sources").mkdir()
-            stay = [PLUGIN, "QuorvelTypeAgentAI20.zip", "QuorvelTypeAgentAI20-1.0.0.zip.sig"]
-            for file in (*stay, "QuorvelTypeAgentAI20-0.9.0.zip", "QuorvelTypeAgentKit-0.9.0.zip"):
+            packages = ["QuorvelTypeAgentAI20-0.9.0.zip", f"QuorvelTypeAgentKit-{version}.zip"]
+            others = [PLUGIN, "QuorvelTypeAgentAI20.zip", "QuorvelTypeAgentAI20-1.0.0-symbols.zip.sig"]
+            for file in (*packages, *others, "QuorvelTypeAgentAI20-0.9.0-symbols.zip",
+                         f"QuorvelTypeAgentAI20-{version}-symbols.zip", "SHA256SUMS"):
                 (folder / file).write_bytes(b"before")
             self.pack(folder)
+            packages.append(f"QuorvelTypeAgentAI20-{version}-symbols.zip")
             self.assertEqual({file.name for file in folder.iterdir()},
-                             {*stay, "QuorvelTypeAgentKit-sources", "SHA256SUMS",
-                              f"QuorvelTypeAgentAI20-{self.options.version}-symbols.zip"})
+                             {*packages, *others, "QuorvelTypeAgentKit-sources", "SHA256SUMS"})
+            self.assertEqual({file for file in folder.iterdir() if file.is_file() and file.read_bytes() == b"before"},
+                             {folder / file for file in (*packages[:-1], *others)})
+            # Of all packages that are there now.
+            done = subprocess.run(["sha256sum", "--check", "SHA256SUMS"], cwd=folder, capture_output=True, check=True,
+                                  encoding="utf-8")
+            self.assertEqual(sorted(done.stdout.splitlines()), sorted(f"{package}: OK" for package in packages))
+
+    def test_all_packages_replace_those_of_an_earlier_version(self):
+        self.assertEqual({file.name for file in self.folders[1].iterdir()}, self.names)
+
+    def test_a_name_that_no_package_has_is_refused(self):
+        with tempfile.TemporaryDirectory() as name:
+            done = subprocess.run([sys.executable, PACK, "--build-folder", self.options.build_folder, "--output", name,
+                                   "--only", "symbol.zip"], capture_output=True, check=False, encoding="utf-8")
+            self.assertEqual(done.returncode, 2)
+            self.assertIn("no name holds 'symbol.zip'", done.stderr)
+            self.assertEqual(list(pathlib.Path(name).iterdir()), [])
 
     def test_what_cannot_be_packed_costs_no_package(self):
         with tempfile.TemporaryDirectory() as name:
@@ -116,7 +139,8 @@ class Packages(unittest.TestCase):
     def test_symbols_are_a_package_of_their_own(self):
         members = self.archive("QuorvelTypeAgentAI20-{}-symbols.zip")
         self.assertEqual(set(members), {"README.txt", f"{PLUGIN}.debug", f"{DIAGNOSTIC}.debug"})
-        self.assertEqual(members[f"{PLUGIN}.debug"], self.shipped(f"{PLUGIN}.debug"))
+        for name in (f"{PLUGIN}.debug", f"{DIAGNOSTIC}.debug"):
+            self.assertEqual(members[name], self.shipped(name), name)
 
     def test_diagnostic_plugin_is_another_package(self):
         members = self.archive("QuorvelTypeAgentAI20-diagnostic-{}.zip")

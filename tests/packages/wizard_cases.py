@@ -6,8 +6,8 @@ import subprocess
 import time
 
 from installer_desktop import LOADER, on_drive_z
-from installer_fixture import (HOST, HOST_PROGRAM, IN_USE, KEY_OF_HOST, OTHER_HOST, OWN_FOLDER, PROGRAM_FOLDER,
-                               SECOND_RUN, InstallerTest)
+from installer_fixture import (APPS, CANCELLED, HOST, HOST_PROGRAM, IN_USE, KEY_OF_HOST, OTHER_HOST, OWN_FOLDER,
+                               PROGRAM_FOLDER, SECOND_RUN, InstallerTest)
 
 PATIENCE_SECONDS = 60
 # Where a line of a list is clicked, from its left end.
@@ -109,6 +109,51 @@ class Wizard(InstallerTest):
         window.wait_for("the end", lambda: self.new_files() == before)
         self.assert_not_installed()
 
+    def test_a_person_chooses_to_have_it_alone(self):
+        """Though there is a host, and the rights are there to install for all."""
+        self.make_host()
+        # Windows has that key from the beginning.
+        self.set_values(rf"HKCU\{APPS}", {})
+        files, registry = self.desktop.files(), self.desktop.registry()
+        window = Window(self, "Quorvel Type Agent Setup", [self.setups[self.version]])
+        window.press("Only me (a preference of the host has to be set afterwards)")
+        window.press("Next >")
+        window.control("Button", "Finish")
+        program_folder = rf"{self.profile()}\AppData\Local\Programs\Quorvel Type Agent"
+        window.wait_for_text(rf"{program_folder}\Plug-ins")
+        window.wait_for_text("Additional Plug-ins Folder")
+        window.press("Finish")
+        self.assertEqual(window.code(), 0)
+        self.assert_installed(rf"{program_folder}\Plug-ins", "HKCU", program_folder)
+        self.assertEqual(self.entry("HKLM"), {})
+        self.assertFalse(self.desktop.path(PROGRAM_FOLDER).exists())
+        self.assertFalse(self.desktop.path(rf"{HOST}\{OWN_FOLDER}").exists())
+        self.uninstall("HKCU")
+        self.assertEqual(self.desktop.files(), files)
+        self.assertEqual(self.desktop.registry(), registry)
+
+    def test_who_cancels_before_installing_leaves_nothing(self):
+        self.make_host()
+        files, registry = self.desktop.files(), self.desktop.registry()
+        for page, last_button in (("first", "Next >"), ("last", "Install")):
+            with self.subTest(page):
+                window = Window(self, "Quorvel Type Agent Setup", [self.setups[self.version]])
+                if page == "last":
+                    window.press("Next >")
+                    window.control("Button", "Install")
+                    window.click_line(HOST)
+                    window.control("Edit", rf"{HOST}\{OWN_FOLDER}")
+                window.control("Button", last_button)
+                window.press("Cancel")
+                # Asked whether that was meant, a person may still go on.
+                window.press("No")
+                window.control("Button", last_button)
+                window.press("Cancel")
+                window.press("Yes")
+                self.assertEqual(window.code(), CANCELLED)
+                self.assertEqual(self.desktop.files(), files)
+                self.assertEqual(self.desktop.registry(), registry)
+
     def test_who_cancels_while_the_host_runs_is_told_once(self):
         self.make_host()
         before = self.new_files()
@@ -133,7 +178,7 @@ class Wizard(InstallerTest):
         self.assertEqual(self.log(""), log)
         window.press("Cancel")
         window.press("Yes")
-        self.assertNotEqual(window.code(), 0)
+        self.assertEqual(window.code(), CANCELLED)
         self.assertEqual(self.new_files(), before)
         self.assertEqual(self.setup("/Uninstall"), 0)
         self.assert_not_installed()

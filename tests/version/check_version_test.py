@@ -95,7 +95,7 @@ class CheckVersion(unittest.TestCase):
         self.assert_finds("found 2")
 
     def test_number_told_a_second_time(self):
-        for name in ("src/a.cpp", "support_bundle/a.cpp", "bench/a.cpp", "scripts/a", "packaging/a.nsi",
+        for name in ("src/a.cpp", "support_bundle/a.cpp", "bench/a.cpp", "fuzz/a.cpp", "scripts/a", "packaging/a.nsi",
                      "cmake/a.cmake", ".ci/run"):
             with self.subTest(name):
                 path = self.write(name, f"Here\nis {self.version}.\n")

@@ -13,32 +13,33 @@ void EndDiagnosticLog(bool processEnds) noexcept;
 
 namespace {
 
-#ifdef __GNUC__
-#define QUORVEL_OWN_FRAME __attribute__((noinline, noclone))
-#else
-#define QUORVEL_OWN_FRAME __declspec(noinline)
-#endif
-
 // As LogMessage does: a frame of its own between the operation and the sink.
-QUORVEL_OWN_FRAME void Log(std::int32_t level, const char* text) {
+void LogFromOwnFrame(std::int32_t level, const char* text) {
     volatile char buffer[512] = {};
     buffer[0] = text[0];
     WriteDiagnosticLogLine(level, text);
     buffer[1] = buffer[0];
 }
 
-QUORVEL_OWN_FRAME void Throwing() {
+// No compiler puts what is called through a volatile pointer into its caller: each has a frame of its own.
+using LogFunction = void (*)(std::int32_t level, const char* text);
+using Operation = void (*)();
+const volatile LogFunction Log = &LogFromOwnFrame;
+
+void ThrowingOperation() {
     Log(1, "Entering Throwing");
     throw std::runtime_error("");
 }
+const volatile Operation Throwing = &ThrowingOperation;
 
-QUORVEL_OWN_FRAME void Middle() {
+void MiddleOperation() {
     Log(1, "Entering Middle");
     Throwing();
     Log(-1, "Exiting Middle");
 }
+const volatile Operation Middle = &MiddleOperation;
 
-QUORVEL_OWN_FRAME void Catching() {
+void CatchingOperation() {
     Log(1, "Entering Catching");
     try {
         Middle();
@@ -47,8 +48,9 @@ QUORVEL_OWN_FRAME void Catching() {
     }
     Log(-1, "Exiting Catching");
 }
+const volatile Operation Catching = &CatchingOperation;
 
-QUORVEL_OWN_FRAME void CatchingInSilence() {
+void CatchingInSilenceOperation() {
     Log(1, "Entering CatchingInSilence");
     for (int i = 0; i < 3; ++i) {
         try {
@@ -58,6 +60,7 @@ QUORVEL_OWN_FRAME void CatchingInSilence() {
     }
     Log(-1, "Exiting CatchingInSilence");
 }
+const volatile Operation CatchingInSilence = &CatchingInSilenceOperation;
 
 class DiagnosticLogSinkTest : public testing::Test {
   protected:

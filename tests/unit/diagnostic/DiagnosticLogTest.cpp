@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <filesystem>
+#include <iterator>
 #include <regex>
 #include <string>
 #include <vector>
@@ -66,46 +68,115 @@ TEST_F(DiagnosticLogTest, EndWithoutALineWritesNothing) {
     EXPECT_TRUE(folder.Files().empty());
 }
 
+// Within its line, it has stopped in the call that asks for the local time.
+class StoppedThread {
+  public:
+    StoppedThread() {
+        sHasStopped = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+        sMayGoOn = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+        const ImportPatch patch("SystemTimeToTzSpecificLocalTime", AsReplacement(Stop));
+        mThread = CreateThread(nullptr, 0, Log, nullptr, 0, nullptr);
+        WaitForSingleObject(sHasStopped, INFINITE);
+    }
+    StoppedThread(const StoppedThread&) = delete;
+    StoppedThread& operator=(const StoppedThread&) = delete;
+    ~StoppedThread() {
+        SetEvent(sMayGoOn);
+        WaitForSingleObject(mThread, INFINITE);
+        for (const HANDLE each : {mThread, sHasStopped, sMayGoOn}) {
+            CloseHandle(each);
+        }
+    }
+
+    // As Windows does when the process ends.
+    void Terminate() {
+        TerminateThread(mThread, 0);
+        WaitForSingleObject(mThread, INFINITE);
+    }
+
+  private:
+    static BOOL WINAPI Stop(const TIME_ZONE_INFORMATION*, const SYSTEMTIME*, SYSTEMTIME* local) {
+        SetEvent(sHasStopped);
+        WaitForSingleObject(sMayGoOn, INFINITE);
+        GetLocalTime(local);
+        return TRUE;
+    }
+    static DWORD WINAPI Log(void*) {
+        TheDiagnosticLog().Line(0, "of the stopped thread", {1, 0});
+        return 0;
+    }
+
+    static inline HANDLE sHasStopped = nullptr;
+    static inline HANDLE sMayGoOn = nullptr;
+    HANDLE mThread;
+};
+
+TEST_F(DiagnosticLogTest, EveryFunctionWaitsUntilTheLineOfAnotherThreadIsWritten) {
+    using Function = void (*)(DiagnosticLog&);
+    constexpr Function kFunctions[] = {
+        [](DiagnosticLog& target) {
+            target.Line(0, "late", {1, 0});
+        },
+        [](DiagnosticLog& target) { target.RememberPluginCore("4.3.2.1  C:\\core.dll"); },
+        [](DiagnosticLog& target) { target.BeginRepetition("-> IdleEvent()"); },
+        [](DiagnosticLog& target) { target.EndRepetition("-> IdleEvent()", "answered 0", {}); },
+        [](DiagnosticLog& target) { target.BreakRepetition("-> IdleEvent()"); },
+        [](DiagnosticLog& target) { target.RememberCall("-> IdleEvent()", "answered 0"); },
+        [](DiagnosticLog& target) { target.End(false); },
+    };
+    constexpr DWORD kLongEnoughInMilliseconds = 100;
+    struct Caller {
+        static DWORD WINAPI Call(void* function) {
+            (*static_cast<const Function*>(function))(TheDiagnosticLog());
+            return 0;
+        }
+    };
+    for (std::size_t i = 0; i < std::size(kFunctions); ++i) {
+        Function function = kFunctions[i];
+        Note("a note");
+        HANDLE caller = nullptr;
+        {
+            const StoppedThread other;
+            caller = CreateThread(nullptr, 0, Caller::Call, &function, 0, nullptr);
+            EXPECT_EQ(WaitForSingleObject(caller, kLongEnoughInMilliseconds), DWORD{WAIT_TIMEOUT}) << "function " << i;
+        }
+        WaitForSingleObject(caller, INFINITE);
+        CloseHandle(caller);
+    }
+}
+
 BOOLEAN NTAPI Yes() { return TRUE; }
 FARPROC WINAPI FindEndOfProcess(HMODULE, LPCSTR name) {
     EXPECT_STREQ(name, "RtlDllShutdownInProgress");
     return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(Yes));
 }
 
+int sReleases = 0;
+decltype(&ReleaseSRWLockExclusive) sRelease = nullptr;
+// Of other threads as well: the watchdog's own locks must work.
+void WINAPI CountRelease(SRWLOCK* lock) {
+    ++sReleases;
+    sRelease(lock);
+}
+
 TEST_F(DiagnosticLogTest, EndOfTheProcessDoesNotWaitForAThreadThatIsGone) {
     Note("a note");
-    // Ended by Windows while it logs: here, within the call that reads the time.
-    static HANDLE sStopped = nullptr;
-    sStopped = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    struct Stop {
-        static BOOL WINAPI Forever(const TIME_ZONE_INFORMATION*, const SYSTEMTIME*, SYSTEMTIME*) {
-            SetEvent(sStopped);
-            Sleep(INFINITE);
-            return FALSE;
-        }
-        static DWORD WINAPI LogFromThread(void*) {
-            TheDiagnosticLog().Line(0, "never written", {1, 0});
-            return 0;
-        }
-    };
-    HANDLE thread = nullptr;
-    {
-        const ImportPatch patch("SystemTimeToTzSpecificLocalTime", AsReplacement(Stop::Forever));
-        thread = CreateThread(nullptr, 0, Stop::LogFromThread, nullptr, 0, nullptr);
-        WaitForSingleObject(sStopped, INFINITE);
-    }
-    TerminateThread(thread, 0);
-    WaitForSingleObject(thread, INFINITE);
-    CloseHandle(thread);
-    CloseHandle(sStopped);
+    StoppedThread().Terminate();
     {
         const ImportPatch patch("GetProcAddress", AsReplacement(FindEndOfProcess));
-        Note("DllMain");
-        log.End(true);
+        {
+            sReleases = 0;
+            sRelease = reinterpret_cast<decltype(sRelease)>(
+                ImportedFunction(GetModuleHandleW(nullptr), "ReleaseSRWLockExclusive"));
+            const ImportPatch release("ReleaseSRWLockExclusive", AsReplacement(CountRelease));
+            Note("DllMain");
+            log.End(true);
+        }
         EXPECT_EQ(folder.Lines(), "T a note\r\nT DllMain\r\nT ==== the run ends: the host's process ends ====\r\n");
         log.End(false);
     }
     // The lock stays with the thread that is gone.
+    EXPECT_EQ(sReleases, 0);
     new (&log) DiagnosticLog();
 }
 

@@ -35,14 +35,12 @@ TEST(DllMainTest, ProcessDetachIsLoggedAndSucceeds) {
                                     "lpReserved 0x00000010) returning TRUE"}}));
 }
 
-TEST(DllMainTest, LogEndsWithTheModuleOrTheProcess) {
+TEST(DllMainTest, LogEndsWithTheProcess) {
     DllMain(kModule, DLL_PROCESS_ATTACH, kReserved);
     DllMain(kModule, DLL_THREAD_DETACH, nullptr);
     EXPECT_EQ(EndOfRecordedLog(), RecordedEnd::kNone);
     DllMain(kModule, DLL_PROCESS_DETACH, kReserved);
     EXPECT_EQ(EndOfRecordedLog(), RecordedEnd::kProcessEnds);
-    DllMain(kModule, DLL_PROCESS_DETACH, nullptr);
-    EXPECT_EQ(EndOfRecordedLog(), RecordedEnd::kModuleIsUnloaded);
 }
 
 TEST(DllMainTest, ThreadsComeAndGoWithoutALine) {
@@ -82,14 +80,15 @@ TEST(DllMainTest, EndOfTheProcessTouchesNothing) {
     EXPECT_EQ(MenuItemID(nullptr), kLongPath);
 }
 
-// Alone in its suite: the C++ runtime does without its reserve for exceptions afterwards.
-TEST(DllMainUnloadTest, ObjectsOfTheModuleAndTheRuntimesReserveForExceptionsAreFreed) {
+// The only unloading of this program: the C++ runtime does without its reserve for exceptions afterwards.
+TEST(DllMainUnloadTest, ObjectsOfTheModuleAndTheRuntimesReserveForExceptionsAreFreedAndTheLogEnds) {
     const std::ptrdiff_t before = LiveAllocations();
     LoadFakePluginCore();
     FillObjects();
     ASSERT_GT(LiveAllocations(), before);
     EXPECT_EQ(DllMain(kModule, DLL_PROCESS_DETACH, nullptr), TRUE);
     EXPECT_EQ(LiveAllocations(), before - 1);
+    EXPECT_EQ(EndOfRecordedLog(), RecordedEnd::kModuleIsUnloaded);
 }
 
 }  // namespace

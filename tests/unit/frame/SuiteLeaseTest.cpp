@@ -108,7 +108,9 @@ struct Sender {
 
 enum Action { kStartupUsable, kStartupRefused, kAbout, kOther, kTellsShutdown, kShutdown, kUnload, kActionCount };
 
-// By the first message, so that no single case takes long.
+constexpr int kPairs = kActionCount * kActionCount;
+
+// By the first two messages, so that no single case takes long, on a busy machine either.
 class EveryOrderTest : public FrameTest, public testing::WithParamInterface<int> {
   protected:
     EveryOrderTest() { LoadFakePluginCore(); }
@@ -167,17 +169,21 @@ class EveryOrderTest : public FrameTest, public testing::WithParamInterface<int>
 };
 
 TEST_P(EveryOrderTest, OfUpToSixMessagesLeavesNothingBehind) {
+    const auto first = static_cast<std::uint64_t>(GetParam());
+    if (first < kActionCount) {
+        Play(first, 1);
+    }
     std::uint64_t orders = 1;
-    for (std::size_t length = 1; length <= 6; ++length) {
+    for (std::size_t length = 2; length <= 6; ++length) {
         for (std::uint64_t number = 0; number < orders && !HasFailure(); ++number) {
-            Play(static_cast<std::uint64_t>(GetParam()) + number * kActionCount, length);
+            Play(first + number * kPairs, length);
         }
         orders *= kActionCount;
     }
-    EXPECT_EQ(orders, 117649u);
+    EXPECT_EQ(orders, 16807u);
 }
 
-INSTANTIATE_TEST_SUITE_P(FirstMessages, EveryOrderTest, testing::Range(0, static_cast<int>(kActionCount)));
+INSTANTIATE_TEST_SUITE_P(FirstMessages, EveryOrderTest, testing::Range(0, kPairs));
 
 // --- the about box --------------------------------------------------------------------------------------------------
 

@@ -1,0 +1,6 @@
+#pragma once
+
+#include <string>
+
+// Of any length; empty when there is none.
+std::wstring EnvironmentVariable(const wchar_t* name);
