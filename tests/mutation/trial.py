@@ -78,8 +78,9 @@ class Trial:
         command = [str(self.build.root / "scripts" / "run-in-wine"), "--expect-passed", "--time-limit", str(SECONDS),
                    str(executable), f"--gtest_filter=-{LEFT_OUT}"]
         environment = os.environ | {"CTEST_RESOURCE_GROUP_0_DESKTOPS": f"id:{desktop},slots:1"}
-        ended = subprocess.run(command, env=environment, capture_output=True, encoding="utf-8", errors="replace",
-                               check=False)
+        # In its own folder: a mutant may write files to wherever it is.
+        ended = subprocess.run(command, cwd=self.folder, env=environment, capture_output=True, encoding="utf-8",
+                               errors="replace", check=False)
         return Ended(ended.returncode, ended.stdout, ended.stderr)
 
     def play_in(self, program: str, desktop: int) -> Fate:

@@ -75,7 +75,8 @@ def sweep_rows(figures: dict) -> list[Row]:
 
 
 def played_again(figures: dict) -> tuple[str, str]:
-    cases = len(set(figures["not_replayable_in_one_instance"]))
+    # "<case>: <why>", once for each process that has tried it; why may name the process.
+    cases = len({case.split(": ")[0] for case in figures["not_replayable_in_one_instance"]})
     return (f"after {number(figures['played_again'])} faults; {none_or(cases, 'cases not playable twice')}",
             "findings count with those of the fault")
 

@@ -50,7 +50,7 @@ class SweepTest(unittest.TestCase):
 
     def test_playing_again_is_told_once_it_was_measured(self):
         self.assertEqual(rows.sweep_rows(self.figures)[-2].tried, "")
-        again = {"played_again": 17, "not_replayable_in_one_instance": ["a.json", "a.json"]}
+        again = {"played_again": 17, "not_replayable_in_one_instance": ["a.json: no a-208", "a.json: no a-212"]}
         self.assertEqual(rows.sweep_rows(self.figures | again)[-2].tried, "after 17 faults; 1 cases not playable twice")
 
 

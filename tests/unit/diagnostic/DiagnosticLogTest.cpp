@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <filesystem>
 #include <iterator>
@@ -198,6 +199,14 @@ TEST_F(DiagnosticLogTest, LinesAreIndentedByTwoColumnsAndRepairThemselves) {
               "T outside\r\n");
 }
 
+TEST_F(DiagnosticLogTest, NoteThatBeginsWithTheNameOfAnOperationDoesNotEndIt) {
+    Enter("Outer", 4000);
+    log.Line(0, "Outer tells of itself", {3900, 0});
+    log.Line(0, "and more", {3900, 0});
+    Exit("Outer", 4000);
+    EXPECT_EQ(folder.Lines(), "T Entering Outer\r\nT   Outer tells of itself\r\nT   and more\r\nT Exiting Outer\r\n");
+}
+
 TEST_F(DiagnosticLogTest, DeepNestingIndentsBy200ColumnsAtMostAndLongLinesStayWhole) {
     for (std::uintptr_t i = 0; i < 150; ++i) {
         Enter("Deep" + std::to_string(i), 9000 - i);
@@ -354,6 +363,7 @@ TEST_F(DiagnosticLogTest, NewDayBeginsACountOfItsOwn) {
                                  "---- 2027-01-02 ----\r\n"
                                  "T ... 1 call as before since T; the last one IdleEvent()\r\n"))
         << folder.Lines();
+    EXPECT_EQ(std::count(sDebuggerLines.begin(), sDebuggerLines.end(), L"... 2 calls as before\r\n"), 1);
 }
 
 // --- calls that come again and again ------------------------------------------------------------------------------

@@ -22,6 +22,19 @@ BOOL WINAPI DiskIsFull(HANDLE, LPCVOID, DWORD, DWORD* written, OVERLAPPED*) {
     return FALSE;
 }
 
+int sSearchesClosed = 0;
+BOOL WINAPI CountClosedSearch(HANDLE) {
+    ++sSearchesClosed;
+    return TRUE;
+}
+DWORD WINAPI NoVariable(LPCWSTR, LPWSTR, DWORD) { return 0; }
+DWORD WINAPI NoTemporaryFolder(DWORD, LPWSTR) { return 0; }
+int sFoldersMade = 0;
+BOOL WINAPI CountMadeFolder(LPCWSTR, SECURITY_ATTRIBUTES*) {
+    ++sFoldersMade;
+    return TRUE;
+}
+
 class LogFileTest : public testing::Test {
   protected:
     ~LogFileTest() override { file.Close(); }
@@ -76,6 +89,15 @@ TEST_F(LogFileTest, RunThatBeginsAgainInTheSameSecondIsAppended) {
     Open();
     file.Append("two\r\n");
     EXPECT_EQ(Content(), "one\r\ntwo\r\n");
+}
+
+TEST_F(LogFileTest, WhatRunsBeforeHaveWrittenCountsForTheLimit) {
+    Open();
+    file.Append("12345678");
+    file.Close();
+    Open({.partSize = 10, .keptFiles = 10});
+    EXPECT_TRUE(file.HasRoomFor(2));
+    EXPECT_FALSE(file.HasRoomFor(3));
 }
 
 TEST_F(LogFileTest, IsFullAtItsLimitAndGoesOnInAnotherPart) {
@@ -146,6 +168,24 @@ TEST_F(LogFileTest, FileOfARunningHostIsNotDeleted) {
     EXPECT_EQ(Content(), "mine\r\ngoes on\r\n");
 }
 
+TEST_F(LogFileTest, FilesThatAreYoungerThanOneThatCannotBeDeletedAreDeletedAllTheSame) {
+    MakeOld("QuorvelTypeAgentAI20-20260102-030405-77.log", 5);
+    Open();
+    MakeOld("QuorvelTypeAgentAI20-old.log", 1);
+    LogFile other;
+    other.Open(folder.Path().wstring(), kBegin, 78, {.partSize = 10, .keptFiles = 1});
+    EXPECT_EQ(Names(), (std::vector<std::string>{"QuorvelTypeAgentAI20-20260102-030405-77.log",
+                                                 "QuorvelTypeAgentAI20-20260102-030405-78.log"}));
+    other.Close();
+}
+
+TEST_F(LogFileTest, SearchForOldFilesIsClosed) {
+    const ImportPatch patch("FindClose", AsReplacement(CountClosedSearch));
+    sSearchesClosed = 0;
+    Open();
+    EXPECT_EQ(sSearchesClosed, 1);
+}
+
 TEST_F(LogFileTest, WithoutAFolderNothingHappens) {
     file.Open(L"", kBegin, 77);
     file.Append("line");
@@ -201,6 +241,25 @@ TEST(MakeLogFolder, IsNothingWhereNoFolderCanBeMade) {
     EXPECT_EQ(MakeLogFolder(path), 0u);
     wchar_t small[20];
     EXPECT_EQ(MakeLogFolder(small), 0u);
+}
+
+TEST(MakeLogFolder, IsNothingWhereItsPathDoesNotFit) {
+    const LogFolderGuard guard;
+    const std::size_t needed = guard.Logs().wstring().size() + 1;
+    std::vector<wchar_t> path(needed);
+    EXPECT_EQ(MakeLogFolder(path), needed - 1);
+    path.pop_back();
+    EXPECT_EQ(MakeLogFolder(path), 0u);
+}
+
+TEST(MakeLogFolder, IsNothingWhereWindowsNamesNoFolder) {
+    const ImportPatch variable("GetEnvironmentVariableW", AsReplacement(NoVariable));
+    const ImportPatch temporary("GetTempPathW", AsReplacement(NoTemporaryFolder));
+    const ImportPatch make("CreateDirectoryW", AsReplacement(CountMadeFolder));
+    sFoldersMade = 0;
+    wchar_t path[1024] = {};
+    EXPECT_EQ(MakeLogFolder(path), 0u);
+    EXPECT_EQ(sFoldersMade, 0);
 }
 
 }  // namespace

@@ -265,6 +265,14 @@ TEST_F(FontUsageScanTest, FontWithoutANameIsLoggedAndAFailure) {
                                                "ERROR:  GetTextRunFaceStyle() returned 4321"}));
 }
 
+TEST_F(FontUsageScanTest, FontWithoutANameDoesNotBearTheNameOfTheRunBefore) {
+    EXPECT_EQ(Add(Run("Helvetica")), 0);
+    host.calls.Fail("GetUniqueCharFeatures", 4321);
+    ClearRecordedLog();
+    EXPECT_EQ(Add(Run("Optima")), kFailed);
+    EXPECT_EQ(RecordedTexts().front(), "GetTextRunFaceStyle(..., '') returning 4321");
+}
+
 TEST_F(FontUsageScanTest, NameOfARunIsAskedForWith256Bytes) {
     std::string name;
     ATE::ITextRange run = Run("Helvetica");
