@@ -33,9 +33,7 @@ void Write(const std::string& path, const nlohmann::json& record) {
     }
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int Measure(int argc, char** argv) {
     CLI::App app{"Measures what the plug-in's work costs, beside others. Usual way in: scripts/bench."};
     bool quick = false;
     std::string part;
@@ -44,11 +42,17 @@ int main(int argc, char** argv) {
     app.add_option("--only", part, "only the comparisons whose names hold this text");
     app.add_option("--json", path, "where to write what was measured")->required();
     CLI11_PARSE(app, argc, argv);
+    Write(path, bench::Measure(Chosen(part), quick ? bench::kQuick : bench::kThorough));
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
     try {
-        Write(path, bench::Measure(Chosen(part), quick ? bench::kQuick : bench::kThorough));
+        return Measure(argc, argv);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;
     }
-    return 0;
 }

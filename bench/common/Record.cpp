@@ -1,6 +1,7 @@
 #include "common/Record.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <iterator>
 #include <nlohmann/json.hpp>
@@ -13,7 +14,7 @@ namespace {
 
 // `part` of the values lie below it.
 double Quantile(std::vector<double> values, double part) {
-    const auto rank = static_cast<std::ptrdiff_t>(part * static_cast<double>(values.size() - 1) + 0.5);
+    const auto rank = std::llround(part * static_cast<double>(values.size() - 1));
     std::ranges::nth_element(values, values.begin() + rank);
     return values[static_cast<std::size_t>(rank)];
 }

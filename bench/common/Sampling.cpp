@@ -10,20 +10,26 @@ namespace bench {
 
 namespace {
 
-double Nanoseconds() {
-    LARGE_INTEGER ticks;
+// From one step of the clock to the next.
+double StepNanoseconds() {
     LARGE_INTEGER ticksPerSecond;
-    QueryPerformanceCounter(&ticks);
     QueryPerformanceFrequency(&ticksPerSecond);
-    return static_cast<double>(ticks.QuadPart) * 1e9 / static_cast<double>(ticksPerSecond.QuadPart);
+    return 1e9 / static_cast<double>(ticksPerSecond.QuadPart);
 }
 
+double Nanoseconds() {
+    LARGE_INTEGER ticks;
+    QueryPerformanceCounter(&ticks);
+    return static_cast<double>(ticks.QuadPart) * StepNanoseconds();
+}
+
+// A step of the clock at least: of two works that take no time, the ratio is a number too.
 double TimeOf(const Work& work, std::size_t repetitions) {
     const double began = Nanoseconds();
     for (std::size_t i = 0; i < repetitions; ++i) {
         work();
     }
-    return Nanoseconds() - began;
+    return std::max(Nanoseconds() - began, StepNanoseconds());
 }
 
 // So many that a sample takes as long as it shall. Warms the caches and the heap on the way.

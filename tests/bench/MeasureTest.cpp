@@ -42,6 +42,13 @@ TEST(SamplingTest, NoRoundBeginsAfterTheLimitButThree) {
     EXPECT_EQ(3U, SampleInTurns(works, Effort{0, 1000, 0})[0].size());
 }
 
+TEST(SamplingTest, WorkThatTakesNoTimeTakesAStepOfTheClock) {
+    const bench::Work works[] = {[] {}};
+    for (const double nanoseconds : SampleInTurns(works, Effort{0, 1000, 1e9})[0]) {
+        ASSERT_LT(0, nanoseconds);
+    }
+}
+
 TEST(RecordTest, HoldsRatiosToTheBaseAndTheBlocksThatOneTimeTakes) {
     bench::Run run;
     run.Compare("two blocks", "none",
