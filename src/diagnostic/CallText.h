@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 #include <type_traits>
 
 #include "diagnostic/TextWriter.h"
@@ -28,15 +29,22 @@ void AppendArgument(TextWriter& out, const void* address) noexcept;
 // Also in hexadecimal when it is one of the codes that are written so.
 void AppendResult(TextWriter& out, std::int32_t result) noexcept;
 
+constexpr std::string_view kCallArrow = "-> ";
+
 // "-> GetMenus(...)"
 template <class... Arguments>
 void AppendCall(TextWriter& out, const char* name, Arguments... arguments) noexcept {
-    out.Append("-> ");
+    out.Append(kCallArrow);
     out.Append(name);
     out.Append("(");
     [[maybe_unused]] const char* before = "";
     ((out.Append(before), AppendArgument(out, arguments), before = ", "), ...);
     out.Append(")");
+}
+
+// "GetMenus(...)" of that line.
+constexpr std::string_view WithoutArrow(std::string_view line) {
+    return line.starts_with(kCallArrow) ? line.substr(kCallArrow.size()) : line;
 }
 
 // Whether an entry may write there.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "diagnostic/CallText.h"
 #include "diagnostic/LineText.h"
 #include "support/NtFunction.h"
 
@@ -205,17 +206,13 @@ void DiagnosticLog::RememberCall(std::string_view call, std::string_view answer)
 
 // "17:50:03.123 ... 341 calls as before since 17:49:02.001; now in IdleEvent()"
 void DiagnosticLog::WriteRepetitions(std::string_view state, std::string_view call) {
-    constexpr std::string_view kArrow = "-> ";
-    if (call.starts_with(kArrow)) {
-        call.remove_prefix(kArrow.size());
-    }
     TextWriter line(mLine);
     AppendTime(line, LocalMoment::Now().time);
     line.AppendFormat(" ... %u call%s as before since ", mRepetitions, mRepetitions == 1 ? "" : "s");
     AppendTime(line, mFirstRepetition);
     line.Append("; ");
     line.Append(state);
-    line.Append(AsUtf8(call, mWide, mUtf8));
+    line.Append(AsUtf8(WithoutArrow(call), mWide, mUtf8));
     line.Append(kLineEnd);
     mFile.AppendOrReplace(line.Text());
 }

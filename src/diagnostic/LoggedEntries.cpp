@@ -49,16 +49,17 @@ class Stopwatch {
 // Thread: main, as all calls.
 class OpenCall {
   public:
-    explicit OpenCall(std::string_view text) : mText(text), mOuter(std::exchange(sInnermost, this)) {}
+    // `line` is the line before the call.
+    explicit OpenCall(std::string_view line) : mLine(line), mOuter(std::exchange(sInnermost, this)) {}
     OpenCall(const OpenCall&) = delete;
     OpenCall& operator=(const OpenCall&) = delete;
     ~OpenCall() { sInnermost = mOuter; }
 
     // The line before the call that this one was made within; empty when there is none.
-    std::string_view Outer() const { return mOuter == nullptr ? std::string_view() : mOuter->mText; }
+    std::string_view Outer() const { return mOuter == nullptr ? std::string_view() : mOuter->mLine; }
 
   private:
-    std::string_view mText;
+    std::string_view mLine;
     const OpenCall* mOuter;
 
     static inline const OpenCall* sInnermost = nullptr;
@@ -76,22 +77,35 @@ constexpr const char* kNames[] = {
 #undef QUORVEL_NAME_ENTRY
 };
 
-// `state` stands behind the name.
-void LogEnd(std::int32_t level, const char* name, const char* state, std::uint64_t microseconds, const char* end) {
-    LogMessage(level, "<- %s%s took %u.%03u ms, %s", name, state, static_cast<unsigned>(microseconds / 1000),
-               static_cast<unsigned>(microseconds % 1000), end);
+// How a call has ended.
+struct CallEnd {
+    const char* name;
+    std::uint64_t microseconds;
+    const char* how;  // its answer, or what it threw
+};
+
+// `state` stands behind the name, `rest` at the end of the line.
+void LogEnd(std::int32_t level, const CallEnd& end, const char* state = "", const char* rest = "") {
+    LogMessage(level, "<- %s%s took %u.%03u ms, %s%s", end.name, state, static_cast<unsigned>(end.microseconds / 1000),
+               static_cast<unsigned>(end.microseconds % 1000), end.how, rest);
 }
 
-// Of a call that was taken for a repetition, so that it has no line of its own yet.
-void LogEndOfRepetition(RepetitionEnd kind, const TextWriter& call, const char* name, std::uint64_t microseconds,
-                        const char* end) {
+// Of a call that was taken for a repetition, so that it has no line of its own yet. `outer` is the call that is under
+// way again: the line that counts has named this one in its place.
+void LogEndOfRepetition(RepetitionEnd kind, const TextWriter& call, const CallEnd& end, std::string_view outer) {
+    char memory[kCallTextSize];
+    TextWriter rest(memory);
+    if (!outer.empty()) {
+        rest.Append("; now in ");
+        rest.Append(WithoutArrow(outer));
+    }
     if (kind == RepetitionEnd::kBehindOthers) {
         // Its line before the call would stand below what happened within the call.
-        LogEnd(kLogNote, name, " (begun above)", microseconds, end);
+        LogEnd(kLogNote, end, " (begun above)", rest.Terminated());
         return;
     }
     LogMessage(kLogEntry, "%s", call.Terminated());
-    LogEnd(kLogExit, name, "", microseconds, end);
+    LogEnd(kLogExit, end, "", rest.Terminated());
 }
 
 template <Entry kEntry, class Signature>
@@ -108,11 +122,11 @@ class LoggedEntry<kEntry, std::int32_t(Arguments...)> {
 
   private:
     using Function = std::int32_t (*)(Arguments...);
+    static constexpr const char* kName = kNames[static_cast<std::size_t>(kEntry)];
 
     // Its entry line is logged from here and not from a function of its own: what the PluginCore calls back logs from
     // further down the stack, and is seen to be within the call.
     static std::int32_t Call(Arguments... arguments) {
-        constexpr const char* kName = kNames[static_cast<std::size_t>(kEntry)];
         char callMemory[kCallTextSize];
         TextWriter call(callMemory);
         AppendCall(call, kName, arguments...);
@@ -126,10 +140,10 @@ class LoggedEntry<kEntry, std::int32_t(Arguments...)> {
         try {
             result = CallForeignCode([&] { return sFunction(arguments...); });
         } catch (const ForeignException&) {
-            LogThrown(watch.Microseconds(), isRepetition, call, kByVisualCpp);
+            LogThrown(watch.Microseconds(), isRepetition, call, open.Outer(), kByVisualCpp);
             throw;
         } catch (...) {
-            LogThrown(watch.Microseconds(), isRepetition, call, kByOwnCompiler);
+            LogThrown(watch.Microseconds(), isRepetition, call, open.Outer(), kByOwnCompiler);
             throw;
         }
         LogAnswer(watch.Microseconds(), isRepetition, call, open.Outer(), result, arguments...);
@@ -142,7 +156,7 @@ class LoggedEntry<kEntry, std::int32_t(Arguments...)> {
         TextWriter answer(memory);
         answer.Append("answered ");
         AppendAnswer(answer, result, arguments...);
-        constexpr const char* kName = kNames[static_cast<std::size_t>(kEntry)];
+        const CallEnd end = {kName, microseconds, answer.Terminated()};
         if (isRepetition) {
             const RepetitionEnd kind = microseconds >= kSlowMicroseconds
                                            ? TheDiagnosticLog().BreakRepetition(call.Text())
@@ -150,19 +164,20 @@ class LoggedEntry<kEntry, std::int32_t(Arguments...)> {
             if (kind == RepetitionEnd::kAsBefore) {
                 return;
             }
-            LogEndOfRepetition(kind, call, kName, microseconds, answer.Terminated());
+            LogEndOfRepetition(kind, call, end, outer);
         } else {
-            LogEnd(kLogExit, kName, "", microseconds, answer.Terminated());
+            LogEnd(kLogExit, end);
         }
         TheDiagnosticLog().RememberCall(call.Text(), answer.Text());
     }
 
-    static void LogThrown(std::uint64_t microseconds, bool isRepetition, const TextWriter& call, const char* end) {
-        constexpr const char* kName = kNames[static_cast<std::size_t>(kEntry)];
+    static void LogThrown(std::uint64_t microseconds, bool isRepetition, const TextWriter& call, std::string_view outer,
+                          const char* thrown) {
+        const CallEnd end = {kName, microseconds, thrown};
         if (isRepetition) {
-            LogEndOfRepetition(TheDiagnosticLog().BreakRepetition(call.Text()), call, kName, microseconds, end);
+            LogEndOfRepetition(TheDiagnosticLog().BreakRepetition(call.Text()), call, end, outer);
         } else {
-            LogEnd(kLogExit, kName, "", microseconds, end);
+            LogEnd(kLogExit, end);
         }
     }
 

@@ -258,6 +258,50 @@ TEST_F(LoggedEntriesTest, CallIsNamedAgainOnceARepeatedOneWithinItHasEnded) {
     EXPECT_TRUE(folder.Lines().ends_with("; the last one IdleEvent()\r\n")) << folder.Lines();
 }
 
+class CallWithinARepeatedOneTest : public LoggedEntriesTest {
+  protected:
+    CallWithinARepeatedOneTest() {
+        TheDiagnosticLog().Line(0, "a note", {1, 0});
+        sIdle = Bound<decltype(IdleEvent)>("IdleEvent", Idle);
+        sTick = [] { return sIdle(); };
+        sFolder = &folder;
+        outer = Bound<decltype(ProcessPanelMessages)>("ProcessPanelMessages", TickWithin);
+        outer(1);
+        ClearRecordedLog();
+    }
+
+    static inline EntryPoint<decltype(IdleEvent)> sIdle;
+    EntryPoint<decltype(ProcessPanelMessages)> outer;
+};
+
+// Its "then one ..." takes the place of the line that has named the outer call.
+TEST_F(CallWithinARepeatedOneTest, WithAnotherAnswerNamesTheOuterOneAgain) {
+    sChanging = 5;
+    sIdle = Bound<decltype(IdleEvent)>("IdleEvent", Changing);
+    outer(1);
+    EXPECT_EQ(Lines(),
+              (std::vector<std::string>{"1 -> IdleEvent()",
+                                        "-1 <- IdleEvent took D ms, answered 5; now in ProcessPanelMessages(1)"}));
+}
+
+TEST_F(CallWithinARepeatedOneTest, ThatThrowsNamesTheOuterOneAgain) {
+    sIdle = Bound<decltype(IdleEvent)>("IdleEvent", ThrowForeign);
+    sTick = [] {
+        EXPECT_THROW(sIdle(), ForeignException);
+        return 0;
+    };
+    outer(1);
+    EXPECT_EQ(Lines().at(1),
+              "-1 <- IdleEvent took D ms, threw an exception of Visual C++ (0xE06D7363); now in "
+              "ProcessPanelMessages(1)");
+}
+
+TEST_F(CallWithinARepeatedOneTest, ThatLogsSomethingNamesTheOuterOneAgain) {
+    sIdle = Bound<decltype(IdleEvent)>("IdleEvent", LogFromWithin);
+    outer(1);
+    EXPECT_EQ(Lines().at(0), "0 <- IdleEvent (begun above) took D ms, answered 0; now in ProcessPanelMessages(1)");
+}
+
 TEST(LoggedEntries, LibraryIsToldOnceWithItsVersionAndPath) {
     const LogFolderGuard folder;
     InterposeLoggedEntry(nullptr, "IdleEvent", nullptr);
