@@ -10,6 +10,7 @@ from collections.abc import Callable
 
 import rows
 from stories import PLUGINCORE_STORIES
+from tree import DIAGNOSTIC
 
 SCENARIO_FAULTS = "tests/scenario/faults"
 PLUGINCORE_TESTS = {"frame_tests": "*PluginCoreTest.*:*MissingEntryTest.*:WorkingDayTest.Reply*"}
@@ -39,6 +40,8 @@ class Measure:
     runs: tuple[Run, ...]
     digest: Callable[[list], dict]  # of what the runs have written
     rows: Callable[[dict], list[rows.Row]]
+    # The folders of src/ on which the figures do not depend.
+    without: tuple[str, ...] = ()
 
 
 def of_unit_tests(tests: dict[str, str]) -> tuple[Run, ...]:
@@ -50,18 +53,21 @@ def play(*stories: str) -> Run:
     return Run(("scripts/simhost", "play", *stories, "--quiet", "--record"))
 
 
+# Of the shipped plug-in, and of unit tests that know no other.
+SHIPPED = (DIAGNOSTIC,)
+
 MEASURES = [
-    Measure("faults", (Run(("scripts/fault-sweep", "--json")),), rows.sweep_digest, rows.sweep_rows),
+    Measure("faults", (Run(("scripts/fault-sweep", "--json")),), rows.sweep_digest, rows.sweep_rows, SHIPPED),
     Measure("plugincore-faults",
             (play(*PLUGINCORE_STORIES), play(f"{SCENARIO_FAULTS}/crash-plugincore.json"), *of_unit_tests(PLUGINCORE_TESTS)),
-            rows.plugincore_digest, rows.plugincore_rows),
-    Measure("boundaries", of_unit_tests(BOUNDARY_TESTS), rows.count_of_unit_tests, rows.boundary_rows),
+            rows.plugincore_digest, rows.plugincore_rows, SHIPPED),
+    Measure("boundaries", of_unit_tests(BOUNDARY_TESTS), rows.count_of_unit_tests, rows.boundary_rows, SHIPPED),
     Measure("random-messages", (Run(("scripts/random-messages", "--seeds", "20", "--json")),), rows.random_digest,
-            rows.random_rows),
-    Measure("fuzzing", (Run(("scripts/fuzz", "--seconds", "600", "--json")),), rows.only, rows.fuzzing_rows),
-    Measure("growth", (Run(("--json",), "Growth"),), rows.only, rows.growth_rows),
+            rows.random_rows, SHIPPED),
+    Measure("fuzzing", (Run(("scripts/fuzz", "--seconds", "600", "--json")),), rows.only, rows.fuzzing_rows, SHIPPED),
+    Measure("growth", (Run(("--json",), "Growth"),), rows.only, rows.growth_rows, SHIPPED),
     Measure("manners", (play("devkit/scenarios"), play(f"{SCENARIO_FAULTS}/host-state.json")), rows.manners_digest,
-            rows.manners_rows),
+            rows.manners_rows, SHIPPED),
     Measure("coverage", (Run(("scripts/coverage", "--json")),), rows.only, rows.coverage_rows),
     Measure("mutation", (Run(("scripts/mutation", "--json")),), rows.only, rows.mutation_rows),
     Measure("binary", (Run(("--json",), "PluginFile"), Run(("--json",), "ReproducibleBuild"),

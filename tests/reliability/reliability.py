@@ -6,7 +6,6 @@ measured anew.
 """
 
 import argparse
-import dataclasses
 import json
 import os
 import pathlib
@@ -47,30 +46,34 @@ def run_one(run: measures.Run, built: pathlib.Path, written: pathlib.Path):
     return json.loads((ROOT / written).read_text(encoding="utf-8"))
 
 
-def measure_anew(measure: measures.Measure, built: pathlib.Path, state: tree.State):
+def measure_anew(measure: measures.Measure, built: pathlib.Path, commit: str):
     # Below the tree and named from there: programs for Windows write into it as well.
     with tempfile.TemporaryDirectory(dir=built) as name:
         folder = pathlib.Path(name).relative_to(ROOT)
         results = [run_one(run, built, folder / f"{number}.json") for number, run in enumerate(measure.runs)]
     # Hours may have passed, and some scripts build.
-    tree.refuse_changes(ROOT, state.commit)
+    tree.refuse_changes(ROOT, commit)
     FIGURES.mkdir(exist_ok=True)
-    record = dataclasses.asdict(state) | {"figures": measure.digest(results)}
+    source = tree.source_of(ROOT, *measure.without)
+    record = {"source": source, "commit": commit, "figures": measure.digest(results)}
     measures.figures_file(FIGURES, measure).write_text(json.dumps(record, indent=2) + "\n", encoding="utf-8")
 
 
-def stale(figures: dict[str, dict], source: str) -> list[str]:
-    """The measures that were not taken of this state of src/, each with the one that it was taken of."""
-    taken = {measure.name: figures.get(measure.name, {}).get("source") for measure in measures.MEASURES}
-    return [f"{name}: {f'measured with src/ {of}' if of else 'not measured yet'}"
-            for name, of in taken.items() if of != source]
+def stale(figures: dict[str, dict]) -> list[str]:
+    """The measures that were not taken of what src/ is now, each with what it was taken of."""
+    found = []
+    for measure in measures.MEASURES:
+        taken = figures.get(measure.name, {}).get("source")
+        now = tree.source_of(ROOT, *measure.without)
+        if taken != now:
+            found.append(f"{measure.name}: {f'measured with src/ {taken}, now {now}' if taken else 'not measured yet'}")
+    return found
 
 
 def tell_stale() -> int:
-    source = tree.source_of(ROOT)
-    found = stale(page.all_figures(FIGURES), source)
+    found = stale(page.all_figures(FIGURES))
     if found:
-        print("\n".join([f"src/ is {source} now", *found]))
+        print("\n".join(found))
     return 1 if found else 0
 
 
@@ -93,10 +96,10 @@ def main() -> int:
         chosen = [] if options.page else [measure for measure in measures.MEASURES
                                           if not options.measures or measure.name in options.measures]
         # Of what was built, once for all.
-        state = tree.state_of(ROOT) if chosen else None
+        commit = tree.commit_of(ROOT) if chosen else ""
         for measure in chosen:
             print(f"reliability: {measure.name}", file=sys.stderr)
-            measure_anew(measure, options.built, state)
+            measure_anew(measure, options.built, commit)
         PAGE.write_text(page.written_into(PAGE.read_text(encoding="utf-8"), page.all_figures(FIGURES)), encoding="utf-8")
     except (RuntimeError, ValueError, OSError) as error:
         print(f"reliability: {error}", file=sys.stderr)

@@ -104,15 +104,21 @@ class SurvivorsTest(unittest.TestCase):
 
 class StaleTest(unittest.TestCase):
     def test_what_was_measured_before_and_what_never_was_is_listed(self):
-        figures = {measure.name: {"source": "now"} for measure in measures.MEASURES}
-        self.assertEqual(reliability.stale(figures, "now"), [])
-        figures["growth"]["source"] = "before"
-        del figures["binary"]
-        self.assertEqual(reliability.stale(figures, "now"),
-                         ["growth: measured with src/ before", "binary: not measured yet"])
+        with mock.patch.object(tree, "source_of", lambda _root, *without: " without ".join(["all", *without])):
+            figures = {measure.name: {"source": tree.source_of(ROOT, *measure.without)} for measure in measures.MEASURES}
+            self.assertEqual(reliability.stale(figures), [])
+            figures["growth"]["source"] = "before"
+            figures["coverage"]["source"] = "before"
+            del figures["binary"]
+            self.assertEqual(reliability.stale(figures), [
+                "growth: measured with src/ before, now all without src/diagnostic",
+                "coverage: measured with src/ before, now all", "binary: not measured yet"])
+
+    def test_the_folder_that_is_left_out_is_there(self):
+        self.assertTrue((ROOT / tree.DIAGNOSTIC).is_dir())
 
     def test_the_exit_code_tells(self):
-        for found, code in (([], 0), (["growth: measured with src/ before"], 1)):
+        for found, code in (([], 0), (["binary: not measured yet"], 1)):
             with mock.patch("sys.argv", ["reliability", "--built", ".", "--stale"]), mock.patch("builtins.print"), \
                     mock.patch.object(reliability, "stale", return_value=found):
                 self.assertEqual(reliability.main(), code)
@@ -121,24 +127,25 @@ class StaleTest(unittest.TestCase):
 class MeasuringTest(unittest.TestCase):
     """Of a measure whose command writes what it is given."""
 
-    def measure(self, refuse_changes=lambda _root, _commit: None, state=tree.State("of src", "of all")):
+    def measure(self, refuse_changes=lambda _root, _commit: None):
         (ROOT / "build").mkdir(exist_ok=True)
         with tempfile.TemporaryDirectory(dir=ROOT / "build") as name:
             folder = pathlib.Path(name)
             command = (sys.executable, "-c", "import sys; open(sys.argv[2], 'w').write(sys.argv[1])", '{"tests": 3}')
-            one = measures.Measure("one", (measures.Run(command),), lambda written: written[0], lambda figures: [])
+            one = measures.Measure("one", (measures.Run(command),), lambda written: written[0], lambda figures: [],
+                                   ("src/a",))
             with mock.patch.object(measures, "MEASURES", [one]), mock.patch.object(reliability, "FIGURES", folder / "f"), \
                     mock.patch.object(reliability, "PAGE", folder / "page.md"), mock.patch("builtins.print"), \
                     mock.patch.object(tree, "refuse_changes", refuse_changes), \
                     mock.patch("sys.argv", ["reliability", "--built", name]), \
-                    mock.patch.object(tree, "source_of", return_value=state.source), \
-                    mock.patch.object(tree, "git", return_value=state.commit):
+                    mock.patch.object(tree, "source_of", lambda _root, *without: f"of src without {without}"), \
+                    mock.patch.object(tree, "git", return_value="of all"):
                 reliability.PAGE.write_text("".join(page.begin_of(part) + page.END for part in page.PARTS), encoding="utf-8")
                 code = reliability.main()
                 return code, page.all_figures(reliability.FIGURES)
 
     def test_figures_are_kept_with_what_was_measured(self):
-        self.assertEqual(self.measure(), (0, {"one": {"source": "of src", "commit": "of all", "figures": {"tests": 3}}}))
+        self.assertEqual(self.measure(), (0, {"one": {"source": "of src without ('src/a',)", "commit": "of all", "figures": {"tests": 3}}}))
 
     def test_what_is_not_committed_is_not_measured(self):
         def refuse(_root, _commit):

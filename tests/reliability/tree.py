@@ -1,18 +1,14 @@
 """The state of the tree that is measured, named as git does. What is not committed has no name."""
 
-import dataclasses
+import hashlib
 import pathlib
 import subprocess
 
 # On which no figure depends: the pages, and the figures.
 NOT_MEASURED = ["*.md", "tests/reliability/figures"]
 MOST_NAMED = 5
-
-
-@dataclasses.dataclass(frozen=True)
-class State:
-    source: str  # of src/, the same as long as nothing in it changes
-    commit: str  # of the whole tree: of what measures as well
+# What only the diagnostic plug-in holds: no figure of the shipped one depends on it.
+DIAGNOSTIC = "src/diagnostic"
 
 
 def git(root: pathlib.Path, *arguments: str) -> str:
@@ -22,8 +18,11 @@ def git(root: pathlib.Path, *arguments: str) -> str:
     return ended.stdout.strip()
 
 
-def source_of(root: pathlib.Path) -> str:
-    return git(root, "rev-parse", "--short=10", "HEAD:src")
+def source_of(root: pathlib.Path, *without: str) -> str:
+    """Names src/ without these of its folders: the same as long as nothing else in it changes."""
+    entries = git(root, "ls-tree", "HEAD", "src/").splitlines()
+    counted = [entry for entry in entries if entry.partition("\t")[2] not in without]
+    return hashlib.sha256("\n".join(counted).encode()).hexdigest()[:10]
 
 
 def refuse_changes(root: pathlib.Path, commit: str):
@@ -37,7 +36,8 @@ def refuse_changes(root: pathlib.Path, commit: str):
                            "away")
 
 
-def state_of(root: pathlib.Path) -> State:
+def commit_of(root: pathlib.Path) -> str:
+    """Names the whole tree: what measures as well. Throws RuntimeError as refuse_changes() does."""
     commit = git(root, "rev-parse", "--short=10", "HEAD")
     refuse_changes(root, commit)
-    return State(source_of(root), commit)
+    return commit

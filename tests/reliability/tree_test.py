@@ -7,7 +7,7 @@ import unittest
 
 import tree
 
-FILES = ["src/A.cpp", "devkit/A.cpp", "tests/a_test.py", "tests/reliability/figures/a.json", "scripts/a", "fuzz/A.cpp",
+FILES = ["src/A.cpp", "src/diagnostic/A.cpp", "devkit/A.cpp", "tests/a_test.py", "tests/reliability/figures/a.json", "scripts/a", "fuzz/A.cpp",
          "cmake/A.cmake", "docs/reliability.md"]
 MEASURED = [file for file in FILES if not file.startswith(("docs/", "tests/reliability/figures/"))]
 
@@ -38,47 +38,59 @@ class TreeTest(unittest.TestCase):
             with self.subTest(file):
                 self.write(file, "changed")
                 with self.assertRaisesRegex(RuntimeError, f"^{file}: not as in commit"):
-                    tree.state_of(self.root)
+                    tree.commit_of(self.root)
                 self.git("add", file)  # nor is that enough
                 with self.assertRaisesRegex(RuntimeError, f"^{file}: not as in commit"):
-                    tree.state_of(self.root)
+                    tree.commit_of(self.root)
                 self.commit()
-                tree.state_of(self.root)
+                tree.commit_of(self.root)
 
     def test_a_file_that_is_new_is_refused_and_an_ignored_one_is_not(self):
         self.write("devkit/New.cpp", "new")
         with self.assertRaisesRegex(RuntimeError, "^devkit/New.cpp: "):
-            tree.state_of(self.root)
+            tree.commit_of(self.root)
         self.write(".gitignore", "New.cpp")
         self.commit()
-        tree.state_of(self.root)
+        tree.commit_of(self.root)
 
     def test_figures_and_pages_may_change(self):
-        before = tree.state_of(self.root)
+        before = tree.commit_of(self.root)
         self.write("tests/reliability/figures/a.json", "changed")
         self.write("tests/reliability/figures/new.json", "new")
         self.write("docs/reliability.md", "changed")
-        self.assertEqual(tree.state_of(self.root), before)
+        self.assertEqual(tree.commit_of(self.root), before)
         self.commit()
-        tree.refuse_changes(self.root, before.commit)
+        tree.refuse_changes(self.root, before)
 
     def test_what_was_committed_since_is_a_change(self):
-        before = tree.state_of(self.root)
+        before = tree.commit_of(self.root)
         self.write("tests/a_test.py", "changed")
         self.commit()
-        with self.assertRaisesRegex(RuntimeError, f"^tests/a_test.py: not as in commit {before.commit}"):
-            tree.refuse_changes(self.root, before.commit)
+        with self.assertRaisesRegex(RuntimeError, f"^tests/a_test.py: not as in commit {before}"):
+            tree.refuse_changes(self.root, before)
 
     def test_the_source_is_named_by_itself(self):
-        before = tree.state_of(self.root)
+        before, commit = tree.source_of(self.root), tree.commit_of(self.root)
         self.write("tests/a_test.py", "changed")
         self.commit()
-        after = tree.state_of(self.root)
-        self.assertEqual(after.source, before.source)
-        self.assertNotEqual(after.commit, before.commit)
+        self.assertEqual(tree.source_of(self.root), before)
+        self.assertNotEqual(tree.commit_of(self.root), commit)
         self.write("src/A.cpp", "changed")
         self.commit()
-        self.assertNotEqual(tree.source_of(self.root), before.source)
+        self.assertNotEqual(tree.source_of(self.root), before)
+
+    def test_a_folder_that_is_left_out_changes_no_name(self):
+        def names():
+            return tree.source_of(self.root), tree.source_of(self.root, tree.DIAGNOSTIC)
+        before = names()
+        self.write("src/diagnostic/A.cpp", "changed")
+        self.commit()
+        changed = names()
+        self.assertNotEqual(changed[0], before[0])
+        self.assertEqual(changed[1], before[1])
+        self.write("src/A.cpp", "changed")
+        self.commit()
+        self.assertNotEqual(names()[1], before[1])
 
     def test_what_git_says_is_told(self):
         with self.assertRaisesRegex(RuntimeError, "git diff ended with"):
