@@ -165,6 +165,14 @@ TEST(JsonParserTest, AnObjectInsideAnObjectDoesNotDisturbTheOuterKey) {
     EXPECT_EQ(Rewritten(L"{\"z\":{\"a\":1,\"b\":{\"c\":2}},\"y\":3}"), L"{\"y\":3,\"z\":{\"a\":1,\"b\":{\"c\":2}}}");
 }
 
+TEST(JsonParserTest, ElementsAndTheOutermostValueHaveNoKey) {
+    const auto object = Parsed(LR"({"a":[1,{"b":2},3]})");
+    EXPECT_EQ(object->Key(), L"");
+    for (const JsonValue* element : ChildrenOf(MemberOf(*object, L"a"))) {
+        EXPECT_EQ(element->Key(), L"");
+    }
+}
+
 TEST(JsonParserTest, OfEqualKeysTheLastOneWins) {
     EXPECT_EQ(Rewritten(L"{\"a\":1,\"b\":2,\"a\":[3]}"), L"{\"a\":[3],\"b\":2}");
     EXPECT_EQ(Rewritten(LR"({"a":1,"\u0061":2})"), L"{\"a\":2}");
