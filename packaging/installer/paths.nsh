@@ -7,14 +7,14 @@
 
 ; ${FullPath} VARIABLE: that one spelling of the folder in it, without "\" at the end. Of a folder that does not exist
 ; yet, it is the one of the part that does, with the rest behind it.
-!macro FullPath VARIABLE
+!macro FullPathOf VARIABLE
   Push ${VARIABLE}
-  Call FullPath
+  ${CallShared} FullPath
   Pop ${VARIABLE}
 !macroend
-!define FullPath "!insertmacro FullPath"
+!define FullPath "!insertmacro FullPathOf"
 
-Function FullPath
+!macro FullPath
   Exch $0
   Push $1
   Push $2
@@ -31,23 +31,24 @@ Function FullPath
       StrCpy $0 $1
     ${EndIf}
     Push $0
-    Call WithoutBackslash
+    ${CallShared} WithoutBackslash
     Pop $0
-    Call SpellExistingPart
+    ${CallShared} SpellExistingPart
   ${EndIf}
   Pop $3
   Pop $2
   Pop $1
   Exch $0
-FunctionEnd
+!macroend
+${InBoth} FullPath
 
 ; $0: a folder -> with its innermost part that exists as Windows spells it
-Function SpellExistingPart
+!macro SpellExistingPart
   StrCpy $1 $0
   StrCpy $2 ""
   ${DoWhile} $1 != ""
     Push $1
-    Call SpelledByWindows
+    ${CallShared} SpelledByWindows
     Pop $3
     ${If} $3 != ""
       StrCpy $0 "$3$2"
@@ -57,10 +58,11 @@ Function SpellExistingPart
     StrCpy $2 "\$3$2"
     ${GetParent} "$1" $1
   ${Loop}
-FunctionEnd
+!macroend
+${InBoth} SpellExistingPart
 
 ; Stack: a folder -> as Windows spells it, or empty when it cannot be opened
-Function SpelledByWindows
+!macro SpelledByWindows
   Exch $0
   Push $1
   Push $2
@@ -76,18 +78,19 @@ Function SpelledByWindows
     ${OrIf} $1 >= ${NSIS_MAX_STRLEN}
       StrCpy $0 ""
     ${EndIf}
-    Call WithoutMark
+    ${CallShared} WithoutMark
     Push $0
-    Call WithoutBackslash
+    ${CallShared} WithoutBackslash
     Pop $0
   ${EndIf}
   Pop $2
   Pop $1
   Exch $0
-FunctionEnd
+!macroend
+${InBoth} SpelledByWindows
 
 ; $0: a path as Windows names it by a handle, \\?\C:\... or \\?\UNC\server\... -> as people write it
-Function WithoutMark
+!macro WithoutMark
   StrCpy $1 $0 8
   ${If} $1 == "\\?\UNC\"
     StrCpy $0 $0 "" 8
@@ -95,10 +98,11 @@ Function WithoutMark
   ${ElseIf} $0 != ""
     StrCpy $0 $0 "" 4
   ${EndIf}
-FunctionEnd
+!macroend
+${InBoth} WithoutMark
 
 ; Stack: a path -> without "\" at its end
-Function WithoutBackslash
+!macro WithoutBackslash
   Exch $0
   Push $1
   StrCpy $1 $0 "" -1
@@ -107,7 +111,8 @@ Function WithoutBackslash
   ${EndIf}
   Pop $1
   Exch $0
-FunctionEnd
+!macroend
+${InBoth} WithoutBackslash
 
 ; Stack: a path -> 1 when it is a whole one, C:\... or \\server\share\..., of more than a drive or a share; else 0
 Function IsWholePath

@@ -20,6 +20,7 @@ ${InBoth} ReadRights
     SetShellVarContext current
     StrCpy $ProgramFolder "$LOCALAPPDATA\Programs\${PRODUCT}"
   ${EndIf}
+  ${FullPath} $ProgramFolder
 !macroend
 ${InBoth} ApplyScope
 

@@ -10,6 +10,7 @@ Function un.onInit
   ${IfNot} ${Errors}
     StrCpy $WasElevated 1
   ${EndIf}
+  ${FullPath} $INSTDIR
   ; Each scope has its own folder for the uninstaller.
   StrCpy $Scope "user"
   Call un.ApplyScope

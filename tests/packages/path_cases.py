@@ -1,7 +1,8 @@
 """Folders that are spelled in an unusual way, on the command line, in the registry and by a person."""
 
 from installer_desktop import on_drive_z
-from installer_fixture import (COMMAND_LINE, ENTRY, HOST, KEY_OF_HOST, OLDER, OWN_FOLDER, PLUGIN, InstallerTest)
+from installer_fixture import (COMMAND_LINE, ENTRY, HOST, KEY_OF_HOST, OLDER, OWN_FOLDER, PLUGIN, PROGRAM_FOLDER,
+                               InstallerTest)
 from wizard_cases import Window
 
 FOLDER = rf"{HOST}\{OWN_FOLDER}"
@@ -43,6 +44,15 @@ class Spellings(PathTest):
                 self.assertEqual(self.desktop.exported(rf"HKLM\{ENTRY}"), registry)
         self.assertNotIn("Warning", self.log())
         self.assertNotIn("Removing", self.log())
+
+    def test_the_uninstaller_in_another_spelling_is_the_one_that_was_installed(self):
+        self.make_host()
+        for spelled in (self.short, lambda folder: rf"{folder}\.\..\Quorvel Type Agent", str.upper):
+            self.assertEqual(self.setup(), 0)
+            folder = spelled(PROGRAM_FOLDER)
+            with self.subTest(folder):
+                self.assertEqual(self.uninstaller(folder), 0)
+                self.assert_not_installed()
 
     def test_a_folder_that_is_not_there_yet_is_known_by_its_whole_name(self):
         self.make_host()
