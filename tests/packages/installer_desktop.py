@@ -78,15 +78,24 @@ class Desktop:
     @contextlib.contextmanager
     def running(self, program: pathlib.Path, *arguments: str):
         """While the program runs, which says "ready"."""
-        process = subprocess.Popen([LOADER, str(program), *arguments], env=self.environment, stdin=subprocess.DEVNULL,
-                                   stdout=subprocess.PIPE)
+        process, said = self.begin(program, *arguments)
+        if not said:
+            # Once in some thousand starts Wine gives up before the program begins, without a word.
+            process.communicate()
+            process, said = self.begin(program, *arguments)
         try:
-            if process.stdout.readline().strip() != b"ready":
-                raise AssertionError(f"{program} does not begin")
+            if said != b"ready":
+                raise AssertionError(f"{program} does not begin: {said!r}")
             yield
         finally:
             process.kill()
             process.communicate()
+
+    def begin(self, program: pathlib.Path, *arguments: str) -> tuple[subprocess.Popen, bytes]:
+        """With the first line that it says."""
+        process = subprocess.Popen([LOADER, str(program), *arguments], env=self.environment, stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.PIPE)
+        return process, process.stdout.readline().strip()
 
     def set_values(self, key: str, values: dict[str, str]) -> None:
         """Texts; that of the name "" is the key's own."""
