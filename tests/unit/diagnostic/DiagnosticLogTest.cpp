@@ -63,6 +63,13 @@ TEST_F(DiagnosticLogTest, EndOfTheProcessIsToldAndLateLinesAreStillWritten) {
     EXPECT_EQ(folder.Lines(), "T a note\r\nT ==== the run ends: the host's process ends ====\r\nT late\r\n");
 }
 
+TEST_F(DiagnosticLogTest, NewRunTellsInFullWhatTheOneBeforeHasTold) {
+    Tick();
+    log.End(false);
+    log.Line(1, "-> Other()", {1, 0});
+    EXPECT_FALSE(log.BeginRepetition("-> IdleEvent()"));
+}
+
 TEST_F(DiagnosticLogTest, EndWithoutALineWritesNothing) {
     log.End(false);
     log.End(true);
