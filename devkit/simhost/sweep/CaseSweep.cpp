@@ -267,14 +267,7 @@ void CaseSweep::GoOnAfter(const Part& part, const Told& told, const HostEnd& end
     const Json& last = mFaults.at(told.begun - 1);
     if (!told.isEnded) {
         if (!part.isRepeated) {
-            FaultCounts& counts = mTotals.Of(FaultOf(last));
-            ++counts.played;
-            ++counts.lost;
-            seen = seen.empty() ? std::vector<std::string>{"the process ended"} : seen;
-            Find(last, told.isPlayedAgain
-                           ? std::vector<std::string>{"in the next run of the same instance, without a fault: " +
-                                                      Joined(seen)}
-                           : seen);
+            FindLost(last, told.isPlayedAgain, seen.empty() ? std::vector<std::string>{"the process ended"} : seen);
         }
     } else if (told.complaints.empty() && seen.empty()) {
         // An exception has left the plug-in: told already.
@@ -292,6 +285,14 @@ void CaseSweep::GoOnAfter(const Part& part, const Told& told, const HostEnd& end
     if (told.begun - 1 > told.replayed) {
         mParts.push_front({told.replayed, told.begun - 1, part.replayEvery, true});
     }
+}
+
+void CaseSweep::FindLost(const Json& fault, bool isPlayedAgain, const std::vector<std::string>& seen) {
+    FaultCounts& counts = mTotals.Of(FaultOf(fault));
+    ++counts.played;
+    ++counts.lost;
+    const std::string again = "in the next run of the same instance, without a fault: ";
+    Find(fault, isPlayedAgain ? std::vector{again + Joined(seen)} : seen);
 }
 
 void CaseSweep::Find(const Json& fault, const std::vector<std::string>& texts,

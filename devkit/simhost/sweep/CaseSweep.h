@@ -53,6 +53,8 @@ class CaseSweep {
     void CountPlan(const nlohmann::ordered_json& counted);
     void Count(const nlohmann::ordered_json& end, bool isRepeated);
     void GoOnAfter(const Part& part, const Told& told, const HostEnd& end);
+    // The fault within which the process was lost, or the run without faults behind it.
+    void FindLost(const nlohmann::ordered_json& fault, bool isPlayedAgain, const std::vector<std::string>& seen);
     void Find(const nlohmann::ordered_json& fault, const std::vector<std::string>& texts,
               const std::vector<std::string>& details = {});
     std::vector<std::wstring> ArgumentsFor(const Part& part) const;
