@@ -29,7 +29,7 @@ void AppendArgument(TextWriter& out, const void* address) noexcept;
 // Also in hexadecimal when it is one of the codes that are written so.
 void AppendResult(TextWriter& out, std::int32_t result) noexcept;
 
-constexpr std::string_view kCallArrow = "-> ";
+inline constexpr std::string_view kCallArrow = "-> ";
 
 // "-> GetMenus(...)"
 template <class... Arguments>

@@ -56,7 +56,7 @@ class Locked {
     bool mIsLocked;
 };
 
-bool IsAboutCall(std::string_view text) { return text.starts_with("-> ") || text.starts_with("<- "); }
+bool IsAboutCall(std::string_view text) { return text.starts_with(kCallArrow) || text.starts_with("<- "); }
 
 std::string_view WithoutLineEnd(std::string_view text) {
     while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) {
@@ -129,6 +129,7 @@ void DiagnosticLog::End(bool processEnds) noexcept {
     TellDebugger(line.Text());
     if (!processEnds) {
         mFile.Close();
+        mRepeated.Forget();
         mHasBegun = false;
     }
 }
@@ -138,65 +139,67 @@ void DiagnosticLog::RememberPluginCore(std::string_view text) noexcept {
     TextWriter(mPluginCore).Append(text);
 }
 
-bool DiagnosticLog::BeginRepetition(std::string_view call) noexcept {
+Repetition DiagnosticLog::BeginRepetition(std::string_view call) noexcept {
     const KeptLastError kept;
     const Locked locked(mLock);
     if (!mRepeated.IsRepetition(call)) {
-        return false;
+        return {};
     }
-    BeginCountOfDay();
+    BeginCountIfNone();
     WriteRepetitions(kNowIn, call);
-    return true;
+    return {call, mCount};
 }
 
 // A count does not go on past midnight: its line has a time and no date.
-void DiagnosticLog::BeginCountOfDay() {
+bool DiagnosticLog::IsCounting(const SYSTEMTIME& now) const noexcept { return mIsCounting && IsSameDay(mDay, now); }
+
+void DiagnosticLog::BeginCountIfNone() {
     const SYSTEMTIME now = LocalMoment::Now().time;
-    if (mIsCounting && IsSameDay(mDay, now)) {
+    if (IsCounting(now)) {
         return;
     }
     FinishRepetitions();
     mIsCounting = true;
+    ++mCount;
     mRepetitions = 0;
     mFirstRepetition = now;
     WriteDateIfNew(now);
 }
 
-RepetitionEnd DiagnosticLog::EndRepetition(std::string_view call, std::string_view answer,
+// Else a line that is written over no more has named the call as the one that is under way, and lacks its end.
+bool DiagnosticLog::HasBegunInCount(const Repetition& repetition) const noexcept {
+    return IsCounting(LocalMoment::Now().time) && repetition.count == mCount;
+}
+
+RepetitionEnd DiagnosticLog::EndRepetition(const Repetition& repetition, std::string_view answer,
                                            std::string_view outer) noexcept {
     const KeptLastError kept;
     const Locked locked(mLock);
-    if (!IsCounted(call)) {
+    if (!HasBegunInCount(repetition)) {
         return RepetitionEnd::kBehindOthers;
     }
-    if (!mRepeated.WasAnswered(call, answer)) {
-        WriteRepetitions("then one with another answer: ", call);
+    if (!mRepeated.WasAnswered(repetition.call, answer)) {
+        WriteRepetitions("then one with another answer: ", repetition.call);
         return RepetitionEnd::kOtherwise;
     }
-    BeginCountOfDay();
     ++mRepetitions;
     if (outer.empty()) {
-        WriteRepetitions("the last one ", call);
+        WriteRepetitions("the last one ", repetition.call);
     } else {
         WriteRepetitions(kNowIn, outer);
     }
     return RepetitionEnd::kAsBefore;
 }
 
-RepetitionEnd DiagnosticLog::BreakRepetition(std::string_view call) noexcept {
+RepetitionEnd DiagnosticLog::BreakRepetition(const Repetition& repetition) noexcept {
     const KeptLastError kept;
     const Locked locked(mLock);
-    const bool isCounted = IsCounted(call);
-    if (isCounted) {
-        WriteRepetitions("then one that ended otherwise: ", call);
+    const bool isInCount = HasBegunInCount(repetition);
+    if (isInCount) {
+        WriteRepetitions("then one that ended otherwise: ", repetition.call);
     }
     mRepeated.Forget();
-    return isCounted ? RepetitionEnd::kOtherwise : RepetitionEnd::kBehindOthers;
-}
-
-// Not when something was logged while it was under way.
-bool DiagnosticLog::IsCounted(std::string_view call) const noexcept {
-    return mIsCounting && mRepeated.IsRepetition(call);
+    return isInCount ? RepetitionEnd::kOtherwise : RepetitionEnd::kBehindOthers;
 }
 
 void DiagnosticLog::RememberCall(std::string_view call, std::string_view answer) noexcept {
@@ -235,8 +238,6 @@ void DiagnosticLog::BeginRunIfNone() {
     mHasBegun = true;
     mThread = GetCurrentThreadId();
     mNesting = LogNesting();
-    mRepeated.Forget();
-    mIsCounting = false;
     const LocalMoment now = LocalMoment::Now();
     mDay = now.time;
     const std::size_t length = MakeLogFolder(mWide);

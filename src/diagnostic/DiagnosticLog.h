@@ -21,7 +21,15 @@
 enum class RepetitionEnd {
     kAsBefore,      // it is counted
     kOtherwise,     // the last line tells so
-    kBehindOthers,  // something was logged while it was under way: its beginning is told above
+    kBehindOthers,  // its count has ended while it was under way: its beginning is told above
+};
+
+// A call that looks like an earlier one, or not: then it is false.
+struct Repetition {
+    std::string_view call;
+    unsigned count = 0;  // the number of the count that it has begun in
+
+    explicit operator bool() const noexcept { return count != 0; }
 };
 
 class DiagnosticLog {
@@ -38,12 +46,12 @@ class DiagnosticLog {
     // Calls of the PluginCore, by the line before the call and by its answer. A repetition is not logged in full: a
     // line at the end of the log, written over each time, counts such calls and names the one that is under way.
     //
-    // False when it is none.
-    bool BeginRepetition(std::string_view call) noexcept;
+    // `call` has to outlive the answer.
+    Repetition BeginRepetition(std::string_view call) noexcept;
     // `outer` is the call that it was made within, which is under way again; empty when there is none.
-    RepetitionEnd EndRepetition(std::string_view call, std::string_view answer, std::string_view outer) noexcept;
+    RepetitionEnd EndRepetition(const Repetition& repetition, std::string_view answer, std::string_view outer) noexcept;
     // It has not ended as before.
-    RepetitionEnd BreakRepetition(std::string_view call) noexcept;
+    RepetitionEnd BreakRepetition(const Repetition& repetition) noexcept;
     // For calls that were logged in full.
     void RememberCall(std::string_view call, std::string_view answer) noexcept;
 
@@ -52,8 +60,9 @@ class DiagnosticLog {
     void WriteHeader(const LocalMoment& now);
     void WriteDateIfNew(const SYSTEMTIME& now);
     void Write(std::string_view line);
-    bool IsCounted(std::string_view call) const noexcept;
-    void BeginCountOfDay();
+    bool IsCounting(const SYSTEMTIME& now) const noexcept;
+    bool HasBegunInCount(const Repetition& repetition) const noexcept;
+    void BeginCountIfNone();
     void WriteRepetitions(std::string_view state, std::string_view call);
     void FinishRepetitions();
     std::size_t LevelOf(std::int32_t level, std::string_view text, LinePlace place);
@@ -73,6 +82,7 @@ class DiagnosticLog {
     SYSTEMTIME mDay{};  // of the last line
     // Of the calls that are only counted.
     bool mIsCounting = false;
+    unsigned mCount = 0;  // its number, or that of the last one
     unsigned mRepetitions = 0;
     SYSTEMTIME mFirstRepetition{};
     char mPluginCore[2048] = {};

@@ -130,8 +130,8 @@ class LoggedEntry<kEntry, std::int32_t(Arguments...)> {
         char callMemory[kCallTextSize];
         TextWriter call(callMemory);
         AppendCall(call, kName, arguments...);
-        const bool isRepetition = TheDiagnosticLog().BeginRepetition(call.Text());
-        if (!isRepetition) {
+        const Repetition repetition = TheDiagnosticLog().BeginRepetition(call.Text());
+        if (!repetition) {
             LogMessage(kLogEntry, "%s", call.Terminated());
         }
         const OpenCall open(call.Text());
@@ -140,27 +140,27 @@ class LoggedEntry<kEntry, std::int32_t(Arguments...)> {
         try {
             result = CallForeignCode([&] { return sFunction(arguments...); });
         } catch (const ForeignException&) {
-            LogThrown(watch.Microseconds(), isRepetition, call, open.Outer(), kByVisualCpp);
+            LogThrown(watch.Microseconds(), repetition, call, open.Outer(), kByVisualCpp);
             throw;
         } catch (...) {
-            LogThrown(watch.Microseconds(), isRepetition, call, open.Outer(), kByOwnCompiler);
+            LogThrown(watch.Microseconds(), repetition, call, open.Outer(), kByOwnCompiler);
             throw;
         }
-        LogAnswer(watch.Microseconds(), isRepetition, call, open.Outer(), result, arguments...);
+        LogAnswer(watch.Microseconds(), repetition, call, open.Outer(), result, arguments...);
         return result;
     }
 
-    static void LogAnswer(std::uint64_t microseconds, bool isRepetition, const TextWriter& call, std::string_view outer,
-                          std::int32_t result, Arguments... arguments) {
+    static void LogAnswer(std::uint64_t microseconds, const Repetition& repetition, const TextWriter& call,
+                          std::string_view outer, std::int32_t result, Arguments... arguments) {
         char memory[kCallTextSize];
         TextWriter answer(memory);
         answer.Append("answered ");
         AppendAnswer(answer, result, arguments...);
         const CallEnd end = {kName, microseconds, answer.Terminated()};
-        if (isRepetition) {
+        if (repetition) {
             const RepetitionEnd kind = microseconds >= kSlowMicroseconds
-                                           ? TheDiagnosticLog().BreakRepetition(call.Text())
-                                           : TheDiagnosticLog().EndRepetition(call.Text(), answer.Text(), outer);
+                                           ? TheDiagnosticLog().BreakRepetition(repetition)
+                                           : TheDiagnosticLog().EndRepetition(repetition, answer.Text(), outer);
             if (kind == RepetitionEnd::kAsBefore) {
                 return;
             }
@@ -171,11 +171,11 @@ class LoggedEntry<kEntry, std::int32_t(Arguments...)> {
         TheDiagnosticLog().RememberCall(call.Text(), answer.Text());
     }
 
-    static void LogThrown(std::uint64_t microseconds, bool isRepetition, const TextWriter& call, std::string_view outer,
-                          const char* thrown) {
+    static void LogThrown(std::uint64_t microseconds, const Repetition& repetition, const TextWriter& call,
+                          std::string_view outer, const char* thrown) {
         const CallEnd end = {kName, microseconds, thrown};
-        if (isRepetition) {
-            LogEndOfRepetition(TheDiagnosticLog().BreakRepetition(call.Text()), call, end, outer);
+        if (repetition) {
+            LogEndOfRepetition(TheDiagnosticLog().BreakRepetition(repetition), call, end, outer);
         } else {
             LogEnd(kLogExit, end);
         }

@@ -34,12 +34,13 @@ class DiagnosticLogTest : public testing::Test {
     }
     // A tick of the host, answered as ever.
     void Tick() {
-        if (!log.BeginRepetition("-> IdleEvent()")) {
+        const Repetition repetition = log.BeginRepetition("-> IdleEvent()");
+        if (!repetition) {
             log.Line(1, "-> IdleEvent()", {5000, 1});
             log.Line(-1, "<- IdleEvent took 0.1 ms, answered 0", {5000, 0});
             log.RememberCall("-> IdleEvent()", "answered 0");
         } else {
-            EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 0", {}), RepetitionEnd::kAsBefore);
+            EXPECT_EQ(log.EndRepetition(repetition, "answered 0", {}), RepetitionEnd::kAsBefore);
         }
     }
 
@@ -66,7 +67,6 @@ TEST_F(DiagnosticLogTest, EndOfTheProcessIsToldAndLateLinesAreStillWritten) {
 TEST_F(DiagnosticLogTest, NewRunTellsInFullWhatTheOneBeforeHasTold) {
     Tick();
     log.End(false);
-    log.Line(1, "-> Other()", {1, 0});
     EXPECT_FALSE(log.BeginRepetition("-> IdleEvent()"));
 }
 
@@ -127,8 +127,12 @@ TEST_F(DiagnosticLogTest, EveryFunctionWaitsUntilTheLineOfAnotherThreadIsWritten
         },
         [](DiagnosticLog& target) { target.RememberPluginCore("4.3.2.1  C:\\core.dll"); },
         [](DiagnosticLog& target) { target.BeginRepetition("-> IdleEvent()"); },
-        [](DiagnosticLog& target) { target.EndRepetition("-> IdleEvent()", "answered 0", {}); },
-        [](DiagnosticLog& target) { target.BreakRepetition("-> IdleEvent()"); },
+        [](DiagnosticLog& target) {
+            target.EndRepetition({"-> IdleEvent()", 1}, "answered 0", {});
+        },
+        [](DiagnosticLog& target) {
+            target.BreakRepetition({"-> IdleEvent()", 1});
+        },
         [](DiagnosticLog& target) { target.RememberCall("-> IdleEvent()", "answered 0"); },
         [](DiagnosticLog& target) { target.End(false); },
     };
@@ -359,16 +363,18 @@ TEST_F(DiagnosticLogTest, NewDayBeginsACountOfItsOwn) {
     }
     sFakeTime = {2027, 1, 5, 1, 0, 0, 0, 0};
     Tick();
-    EXPECT_TRUE(log.BeginRepetition("-> IdleEvent()"));
-    // A call that lasts past midnight counts where it ends.
+    // Nor is a call counted that lasts past midnight: the line of the day before says that it is under way.
+    const Repetition late = log.BeginRepetition("-> IdleEvent()");
     sFakeTime = {2027, 1, 6, 2, 0, 0, 0, 0};
-    EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 0", {}), RepetitionEnd::kAsBefore);
+    EXPECT_EQ(log.EndRepetition(late, "answered 0", {}), RepetitionEnd::kBehindOthers);
+    EXPECT_EQ(log.BreakRepetition(late), RepetitionEnd::kBehindOthers);
+    Note("<- IdleEvent (begun above) took 0.1 ms, answered 0");
     EXPECT_TRUE(
         folder.Lines().ends_with("T ... 2 calls as before since T; the last one IdleEvent()\r\n"
                                  "---- 2027-01-01 ----\r\n"
                                  "T ... 1 call as before since T; now in IdleEvent()\r\n"
                                  "---- 2027-01-02 ----\r\n"
-                                 "T ... 1 call as before since T; the last one IdleEvent()\r\n"))
+                                 "T <- IdleEvent (begun above) took 0.1 ms, answered 0\r\n"))
         << folder.Lines();
     EXPECT_EQ(std::count(sDebuggerLines.begin(), sDebuggerLines.end(), L"... 2 calls as before\r\n"), 1);
 }
@@ -389,10 +395,11 @@ TEST_F(DiagnosticLogTest, RepeatedCallThatHangsIsTheLastLine) {
     for (int i = 0; i < 4; ++i) {
         Tick();
     }
-    EXPECT_TRUE(log.BeginRepetition("-> IdleEvent()"));
+    const Repetition idle = log.BeginRepetition("-> IdleEvent()");
+    EXPECT_TRUE(idle);
     EXPECT_TRUE(folder.Lines().ends_with("\r\nT ... 3 calls as before since T; now in IdleEvent()\r\n"))
         << folder.Lines();
-    log.EndRepetition("-> IdleEvent()", "answered 0", {});
+    log.EndRepetition(idle, "answered 0", {});
 }
 
 TEST_F(DiagnosticLogTest, LineOfThePluginEndsTheCountAndTheNextTickIsInFull) {
@@ -413,8 +420,8 @@ TEST_F(DiagnosticLogTest, LineOfThePluginEndsTheCountAndTheNextTickIsInFull) {
 
 TEST_F(DiagnosticLogTest, AnotherAnswerIsLoggedInFull) {
     Tick();
-    EXPECT_TRUE(log.BeginRepetition("-> IdleEvent()"));
-    EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 1", {}), RepetitionEnd::kOtherwise);
+    const Repetition idle = log.BeginRepetition("-> IdleEvent()");
+    EXPECT_EQ(log.EndRepetition(idle, "answered 1", {}), RepetitionEnd::kOtherwise);
     log.Line(1, "-> IdleEvent()", {5000, 1});
     EXPECT_TRUE(
         folder.Lines().ends_with("T ... 0 calls as before since T; then one with another answer: IdleEvent()\r\n"
@@ -424,8 +431,7 @@ TEST_F(DiagnosticLogTest, AnotherAnswerIsLoggedInFull) {
 
 TEST_F(DiagnosticLogTest, CallThatEndsOtherwiseIsToldAndForgotten) {
     Tick();
-    EXPECT_TRUE(log.BeginRepetition("-> IdleEvent()"));
-    EXPECT_EQ(log.BreakRepetition("-> IdleEvent()"), RepetitionEnd::kOtherwise);
+    EXPECT_EQ(log.BreakRepetition(log.BeginRepetition("-> IdleEvent()")), RepetitionEnd::kOtherwise);
     EXPECT_TRUE(
         folder.Lines().ends_with("T ... 0 calls as before since T; then one that ended otherwise: IdleEvent()\r\n"));
     EXPECT_FALSE(log.BeginRepetition("-> IdleEvent()"));
@@ -433,44 +439,60 @@ TEST_F(DiagnosticLogTest, CallThatEndsOtherwiseIsToldAndForgotten) {
 
 TEST_F(DiagnosticLogTest, RepeatedCallThatLogsSomethingEndsBehindIt) {
     Tick();
-    EXPECT_TRUE(log.BeginRepetition("-> IdleEvent()"));
+    const Repetition idle = log.BeginRepetition("-> IdleEvent()");
     Note("from within");
-    EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 0", {}), RepetitionEnd::kBehindOthers);
-    EXPECT_EQ(log.BreakRepetition("-> IdleEvent()"), RepetitionEnd::kBehindOthers);
+    EXPECT_EQ(log.EndRepetition(idle, "answered 0", {}), RepetitionEnd::kBehindOthers);
+    EXPECT_EQ(log.BreakRepetition(idle), RepetitionEnd::kBehindOthers);
     // Nor is it counted with what comes after that line.
     log.RememberCall("-> Other()", "answered 0");
-    EXPECT_TRUE(log.BeginRepetition("-> Other()"));
-    EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 0", {}), RepetitionEnd::kBehindOthers);
+    const Repetition other = log.BeginRepetition("-> Other()");
+    EXPECT_EQ(log.EndRepetition(idle, "answered 0", {}), RepetitionEnd::kBehindOthers);
     EXPECT_TRUE(
         folder.Lines().ends_with("; now in IdleEvent()\r\nT from within\r\n"
                                  "T ... 0 calls as before since T; now in Other()\r\n"))
         << folder.Lines();
-    log.BreakRepetition("-> Other()");
+    log.BreakRepetition(other);
 }
 
 TEST_F(DiagnosticLogTest, RepeatedCallWithinAnotherNamesTheOuterOneAgainOnceItHasEnded) {
     Tick();
     log.RememberCall("-> Inner()", "answered 0");
-    EXPECT_TRUE(log.BeginRepetition("-> IdleEvent()"));
-    EXPECT_TRUE(log.BeginRepetition("-> Inner()"));
-    EXPECT_EQ(log.EndRepetition("-> Inner()", "answered 0", "-> IdleEvent()"), RepetitionEnd::kAsBefore);
+    const Repetition idle = log.BeginRepetition("-> IdleEvent()");
+    const Repetition inner = log.BeginRepetition("-> Inner()");
+    EXPECT_EQ(log.EndRepetition(inner, "answered 0", "-> IdleEvent()"), RepetitionEnd::kAsBefore);
     EXPECT_TRUE(folder.Lines().ends_with("\r\nT ... 1 call as before since T; now in IdleEvent()\r\n"))
         << folder.Lines();
-    EXPECT_EQ(log.EndRepetition("-> IdleEvent()", "answered 0", {}), RepetitionEnd::kAsBefore);
+    EXPECT_EQ(log.EndRepetition(idle, "answered 0", {}), RepetitionEnd::kAsBefore);
     EXPECT_TRUE(folder.Lines().ends_with("\r\nT ... 2 calls as before since T; the last one IdleEvent()\r\n"))
         << folder.Lines();
+}
+
+// Else its name above would lack an end for good, and a later hang would be blamed on it.
+TEST_F(DiagnosticLogTest, RepeatedCallWithinWhichAnotherCountHasBegunEndsBehindIt) {
+    Tick();
+    log.RememberCall("-> Outer()", "answered 0");
+    const Repetition outer = log.BeginRepetition("-> Outer()");
+    const Repetition idle = log.BeginRepetition("-> IdleEvent()");
+    EXPECT_EQ(log.EndRepetition(idle, "answered 5", "-> Outer()"), RepetitionEnd::kOtherwise);
+    log.Line(1, "-> IdleEvent()", {5000, 1});
+    log.Line(-1, "<- IdleEvent took 0.1 ms, answered 5; now in Outer()", {5000, 0});
+    log.RememberCall("-> IdleEvent()", "answered 5");
+    const Repetition next = log.BeginRepetition("-> IdleEvent()");
+    EXPECT_EQ(log.EndRepetition(next, "answered 5", "-> Outer()"), RepetitionEnd::kAsBefore);
+    EXPECT_EQ(log.EndRepetition(outer, "answered 0", {}), RepetitionEnd::kBehindOthers);
+    EXPECT_EQ(log.BreakRepetition(outer), RepetitionEnd::kBehindOthers);
 }
 
 TEST_F(DiagnosticLogTest, RepeatedCallInTheAnsiCodePageIsWrittenAsUtf8) {
     Note("a note");
     const std::string call = "-> Ask(\"J\xF6rg\")";
     log.RememberCall(call, "answered 0");
-    EXPECT_TRUE(log.BeginRepetition(call));
+    const Repetition repetition = log.BeginRepetition(call);
     const std::string lines = folder.Lines();
     EXPECT_EQ(lines.find('\xF6'), std::string::npos) << lines;
     EXPECT_NE(lines.find("; now in Ask(\"J"), std::string::npos) << lines;
     EXPECT_TRUE(lines.ends_with("rg\")\r\n")) << lines;
-    log.BreakRepetition(call);
+    log.BreakRepetition(repetition);
 }
 
 TEST_F(DiagnosticLogTest, DebuggerIsToldOfRepeatedCallsOnceTheyEnd) {
