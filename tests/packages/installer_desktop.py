@@ -6,7 +6,9 @@ import pathlib
 import re
 import shutil
 import subprocess
+import sys
 import tempfile
+import time
 
 ROOT = pathlib.Path(__file__).parents[2]
 LOADER = "/usr/lib/wine/wine64" if pathlib.Path("/usr/lib/wine/wine64").exists() else "wine"
@@ -78,10 +80,13 @@ class Desktop:
     @contextlib.contextmanager
     def running(self, program: pathlib.Path, *arguments: str):
         """While the program runs, which says "ready"."""
+        began = time.monotonic()
         process, said = self.begin(program, *arguments)
-        if not said:
-            # Once in some thousand starts Wine gives up before the program begins, without a word.
+        if not said and time.monotonic() - began <= 1:
+            # Once in some thousand starts Wine gives up before the program begins: at once, and without a word.
+            process.kill()
             process.communicate()
+            print(f"{program}: Wine did not start it (code {process.returncode}); once more", file=sys.stderr)
             process, said = self.begin(program, *arguments)
         try:
             if said != b"ready":

@@ -29,6 +29,10 @@ class Spellings(PathTest):
         self.assertLessEqual(max(map(len, short.split("\\"))), 12)
         return short
 
+    def link_to(self, folder: str) -> str:
+        self.link(r"C:\Link", folder)
+        return r"C:\Link"
+
     def test_an_upgrade_of_a_folder_in_another_spelling_is_one_in_place(self):
         self.make_host()
         self.assertEqual(self.setup(version=OLDER), 0)
@@ -47,12 +51,13 @@ class Spellings(PathTest):
 
     def test_the_uninstaller_in_another_spelling_is_the_one_that_was_installed(self):
         self.make_host()
-        for spelled in (self.short, lambda folder: rf"{folder}\.\..\Quorvel Type Agent", str.upper):
+        for spelled in (self.short, lambda folder: rf"{folder}\.\..\Quorvel Type Agent", self.link_to):
             self.assertEqual(self.setup(), 0)
             folder = spelled(PROGRAM_FOLDER)
             with self.subTest(folder):
                 self.assertEqual(self.uninstaller(folder), 0)
                 self.assert_not_installed()
+                self.assertFalse(self.desktop.path(FOLDER).exists())
 
     def test_a_folder_that_is_not_there_yet_is_known_by_its_whole_name(self):
         self.make_host()
