@@ -54,7 +54,7 @@ def measure_anew(measure: measures.Measure, built: pathlib.Path, commit: str):
     # Hours may have passed, and some scripts build.
     tree.refuse_changes(ROOT, commit)
     FIGURES.mkdir(exist_ok=True)
-    source = tree.source_of(ROOT, *measure.without)
+    source = tree.source_of(ROOT, commit, *measure.without)
     record = {"source": source, "commit": commit, "figures": measure.digest(results)}
     measures.figures_file(FIGURES, measure).write_text(json.dumps(record, indent=2) + "\n", encoding="utf-8")
 
@@ -64,7 +64,7 @@ def stale(figures: dict[str, dict]) -> list[str]:
     found = []
     for measure in measures.MEASURES:
         taken = figures.get(measure.name, {}).get("source")
-        now = tree.source_of(ROOT, *measure.without)
+        now = tree.source_of(ROOT, "HEAD", *measure.without)
         if taken != now:
             found.append(f"{measure.name}: {f'measured with src/ {taken}, now {now}' if taken else 'not measured yet'}")
     return found
@@ -84,7 +84,8 @@ def main() -> int:
     instead = parser.add_mutually_exclusive_group()
     instead.add_argument("--page", action="store_true", help="measure nothing, write the page from the figures that there are")
     instead.add_argument("--stale", action="store_true",
-                         help="measure nothing, list the measures whose src/ is not that of HEAD; exit code 1 if any")
+                         help="measure nothing, list the measures that depend on what has changed in src/ since; exit code 1 if "
+                              "any")
     parser.add_argument("--built", type=pathlib.Path, required=True, help=argparse.SUPPRESS)
     options = parser.parse_args()
     unknown = [name for name in options.measures if name not in names]

@@ -104,15 +104,15 @@ class SurvivorsTest(unittest.TestCase):
 
 class StaleTest(unittest.TestCase):
     def test_what_was_measured_before_and_what_never_was_is_listed(self):
-        with mock.patch.object(tree, "source_of", lambda _root, *without: " without ".join(["all", *without])):
-            figures = {measure.name: {"source": tree.source_of(ROOT, *measure.without)} for measure in measures.MEASURES}
+        with mock.patch.object(tree, "source_of", lambda _root, commit, *without: " without ".join([commit, *without])):
+            figures = {measure.name: {"source": tree.source_of(ROOT, "HEAD", *measure.without)} for measure in measures.MEASURES}
             self.assertEqual(reliability.stale(figures), [])
             figures["growth"]["source"] = "before"
             figures["coverage"]["source"] = "before"
             del figures["binary"]
             self.assertEqual(reliability.stale(figures), [
-                "growth: measured with src/ before, now all without src/diagnostic",
-                "coverage: measured with src/ before, now all", "binary: not measured yet"])
+                "growth: measured with src/ before, now HEAD without src/diagnostic",
+                "coverage: measured with src/ before, now HEAD", "binary: not measured yet"])
 
     def test_the_folder_that_is_left_out_is_there(self):
         self.assertTrue((ROOT / tree.DIAGNOSTIC).is_dir())
@@ -138,14 +138,15 @@ class MeasuringTest(unittest.TestCase):
                     mock.patch.object(reliability, "PAGE", folder / "page.md"), mock.patch("builtins.print"), \
                     mock.patch.object(tree, "refuse_changes", refuse_changes), \
                     mock.patch("sys.argv", ["reliability", "--built", name]), \
-                    mock.patch.object(tree, "source_of", lambda _root, *without: f"of src without {without}"), \
+                    mock.patch.object(tree, "source_of", lambda _root, commit, *without: f"{commit} without {without}"), \
                     mock.patch.object(tree, "git", return_value="of all"):
                 reliability.PAGE.write_text("".join(page.begin_of(part) + page.END for part in page.PARTS), encoding="utf-8")
                 code = reliability.main()
                 return code, page.all_figures(reliability.FIGURES)
 
     def test_figures_are_kept_with_what_was_measured(self):
-        self.assertEqual(self.measure(), (0, {"one": {"source": "of src without ('src/a',)", "commit": "of all", "figures": {"tests": 3}}}))
+        self.assertEqual(self.measure(), (0, {
+            "one": {"source": "of all without ('src/a',)", "commit": "of all", "figures": {"tests": 3}}}))
 
     def test_what_is_not_committed_is_not_measured(self):
         def refuse(_root, _commit):

@@ -1,4 +1,4 @@
-"""The state of the tree that is measured, named as git does. What is not committed has no name."""
+"""The state of the tree that is measured, by names that only what is committed has."""
 
 import hashlib
 import pathlib
@@ -7,7 +7,7 @@ import subprocess
 # On which no figure depends: the pages, and the figures.
 NOT_MEASURED = ["*.md", "tests/reliability/figures"]
 MOST_NAMED = 5
-# What only the diagnostic plug-in holds: no figure of the shipped one depends on it.
+# What only the diagnostic plug-in holds.
 DIAGNOSTIC = "src/diagnostic"
 
 
@@ -18,9 +18,9 @@ def git(root: pathlib.Path, *arguments: str) -> str:
     return ended.stdout.strip()
 
 
-def source_of(root: pathlib.Path, *without: str) -> str:
-    """Names src/ without these of its folders: the same as long as nothing else in it changes."""
-    entries = git(root, "ls-tree", "HEAD", "src/").splitlines()
+def source_of(root: pathlib.Path, commit: str, *without: str) -> str:
+    """A checksum of src/ without these of its folders: the same as long as nothing else in it changes."""
+    entries = git(root, "ls-tree", commit, "src/").splitlines()
     counted = [entry for entry in entries if entry.partition("\t")[2] not in without]
     return hashlib.sha256("\n".join(counted).encode()).hexdigest()[:10]
 
@@ -37,7 +37,7 @@ def refuse_changes(root: pathlib.Path, commit: str):
 
 
 def commit_of(root: pathlib.Path) -> str:
-    """Names the whole tree: what measures as well. Throws RuntimeError as refuse_changes() does."""
+    """Of the whole tree: of what measures as well. Throws RuntimeError as refuse_changes() does."""
     commit = git(root, "rev-parse", "--short=10", "HEAD")
     refuse_changes(root, commit)
     return commit

@@ -7,8 +7,8 @@ import unittest
 
 import tree
 
-FILES = ["src/A.cpp", "src/diagnostic/A.cpp", "devkit/A.cpp", "tests/a_test.py", "tests/reliability/figures/a.json", "scripts/a", "fuzz/A.cpp",
-         "cmake/A.cmake", "docs/reliability.md"]
+FILES = ["src/A.cpp", "src/diagnostic/A.cpp", "devkit/A.cpp", "tests/a_test.py", "tests/reliability/figures/a.json",
+         "scripts/a", "fuzz/A.cpp", "cmake/A.cmake", "docs/reliability.md"]
 MEASURED = [file for file in FILES if not file.startswith(("docs/", "tests/reliability/figures/"))]
 
 
@@ -70,18 +70,19 @@ class TreeTest(unittest.TestCase):
             tree.refuse_changes(self.root, before)
 
     def test_the_source_is_named_by_itself(self):
-        before, commit = tree.source_of(self.root), tree.commit_of(self.root)
+        before, commit = tree.source_of(self.root, "HEAD"), tree.commit_of(self.root)
         self.write("tests/a_test.py", "changed")
         self.commit()
-        self.assertEqual(tree.source_of(self.root), before)
+        self.assertEqual(tree.source_of(self.root, "HEAD"), before)
         self.assertNotEqual(tree.commit_of(self.root), commit)
         self.write("src/A.cpp", "changed")
         self.commit()
-        self.assertNotEqual(tree.source_of(self.root), before)
+        self.assertNotEqual(tree.source_of(self.root, "HEAD"), before)
+        self.assertEqual(tree.source_of(self.root, commit), before)
 
     def test_a_folder_that_is_left_out_changes_no_name(self):
         def names():
-            return tree.source_of(self.root), tree.source_of(self.root, tree.DIAGNOSTIC)
+            return tree.source_of(self.root, "HEAD"), tree.source_of(self.root, "HEAD", tree.DIAGNOSTIC)
         before = names()
         self.write("src/diagnostic/A.cpp", "changed")
         self.commit()
