@@ -270,7 +270,11 @@ def processes_of(scenario: str) -> dict[int, str]:
 
 def began(lines: pathlib.Path, run: str) -> bool:
     """Whether a step of the run of that name has begun."""
-    text = lines.read_text(encoding="utf-8") if lines.exists() else ""
+    try:
+        text = lines.read_text(encoding="utf-8")
+    except FileNotFoundError:
+        # Not yet. Whether it can be written is tried by making it and removing it again.
+        return False
     return '"step_begin"' in text.partition(f'"run_begin","run":"{run}"')[2]
 
 
