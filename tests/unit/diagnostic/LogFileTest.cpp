@@ -9,6 +9,7 @@
 #include "doubles/common/ImportPatch.h"
 #include "LogFolderGuard.h"
 #include "support/files/TemporaryFolder.h"
+#include "support/TextConversion.h"
 
 namespace {
 
@@ -220,6 +221,15 @@ TEST(MakeLogFolder, LiesInTheLocalApplicationData) {
     EXPECT_EQ(std::wstring(path, length), guard.Logs().wstring());
     EXPECT_TRUE(fs::is_directory(guard.Logs()));
     EXPECT_EQ(MakeLogFolder(path), length);  // it is there already
+}
+
+TEST(MakeLogFolder, SeparatorsAtTheEndAreNotDoubled) {
+    const LogFolderGuard guard;
+    for (const wchar_t* const separators : {L"\\", L"/", L"\\/"}) {
+        SetEnvironmentVariableW(L"LOCALAPPDATA", (guard.LocalAppData().wstring() + separators).c_str());
+        wchar_t path[1024];
+        EXPECT_EQ(std::wstring(path, MakeLogFolder(path)), guard.Logs().wstring()) << Utf8FromWindowsText(separators);
+    }
 }
 
 TEST(MakeLogFolder, LiesInTheTemporaryFolderWithoutLocalApplicationData) {

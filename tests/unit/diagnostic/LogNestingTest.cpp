@@ -47,6 +47,11 @@ TEST_F(LogNestingTest, ExceptionThroughSeveralOperationsIsSeenAtTheNextLineOfIts
     EXPECT_EQ(Exit("A", kOuter), 0u);
 }
 
+TEST_F(LogNestingTest, LineFromFurtherUpThanTheOutermostOperationShowsThatItHasEnded) {
+    Enter("A", kOuter);
+    EXPECT_EQ(Note(kHost), 0u);
+}
+
 TEST_F(LogNestingTest, ExitOfTheCatcherIsEnough) {
     Enter("A", kOuter);
     Enter("B", kMiddle);

@@ -66,10 +66,12 @@ TEST(TextWriter, WideTextBecomesUtf8) {
 }
 
 TEST(TextWriter, PairOfUnitsAtTheEndOfAPieceStaysWhole) {
-    Memory<512> memory;
-    const std::wstring wide = std::wstring(63, L'a') + L"\xD83D\xDE00";
-    memory.writer.Append(std::wstring_view(wide));
-    EXPECT_EQ(memory.writer.Text(), std::string(63, 'a') + "\xF0\x9F\x98\x80");
+    for (const std::size_t before : {61u, 62u, 63u, 64u}) {
+        Memory<512> memory;
+        const std::wstring wide = std::wstring(before, L'a') + L"\xD83D\xDE00z";
+        memory.writer.Append(std::wstring_view(wide));
+        EXPECT_EQ(memory.writer.Text(), std::string(before, 'a') + "\xF0\x9F\x98\x80z") << before;
+    }
 }
 
 TEST(TextWriter, QuotedTextStaysOnOneLine) {
