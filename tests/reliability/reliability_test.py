@@ -105,7 +105,8 @@ class SurvivorsTest(unittest.TestCase):
 class StaleTest(unittest.TestCase):
     def test_what_was_measured_before_and_what_never_was_is_listed(self):
         with mock.patch.object(tree, "source_of", lambda _root, commit, *without: " without ".join([commit, *without])):
-            figures = {measure.name: {"source": tree.source_of(ROOT, "HEAD", *measure.without)} for measure in measures.MEASURES}
+            figures = {measure.name: {"source": tree.source_of(ROOT, "HEAD", *measure.without)}
+                       for measure in measures.MEASURES}
             self.assertEqual(reliability.stale(figures), [])
             figures["growth"]["source"] = "before"
             figures["coverage"]["source"] = "before"

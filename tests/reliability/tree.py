@@ -37,7 +37,7 @@ def refuse_changes(root: pathlib.Path, commit: str):
 
 
 def commit_of(root: pathlib.Path) -> str:
-    """Of the whole tree: of what measures as well. Throws RuntimeError as refuse_changes() does."""
+    """That the whole tree is at, and so what measures as well. Throws RuntimeError as refuse_changes() does."""
     commit = git(root, "rev-parse", "--short=10", "HEAD")
     refuse_changes(root, commit)
     return commit
